@@ -1,0 +1,131 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <new>
+#include <type_traits>
+#include <utility>
+
+#include "NSObject.h"
+
+namespace brindle {
+
+/// Ends the process with one line: the caller broke a contract that has no answer.
+[[noreturn]] BRINDLE_EXPORT void fatal(const char* text);
+
+/// What all closures share: the class word, the code as a plain C function, its encoding ("v@?" for one that takes
+/// and answers nothing) and how to end what it captured.
+///
+/// Other languages make closures with `makeClosure` of Runtime.h and call them through `code`.
+struct ClosureBase : NSObject {
+    using Code = void (*)();
+    Code code = nullptr; ///< `R code(closure, arguments…)`
+    const char* encoding = nullptr;
+    void (*end)(ClosureBase*) = nullptr;
+};
+
+/// Answers the class of closures, `NSBlock`.
+BRINDLE_EXPORT Class* closureClass();
+/// Answers memory for a closure with a count of one and its class word set; nothing else is.
+BRINDLE_EXPORT void* allocateClosure(std::size_t size);
+
+/// A closure as it is lent to operations: call it with `(*closure)(…)` through `call`, keep it as a `Block`.
+template <class R, class... A> struct Closure<R(A...)> : ClosureBase {
+    using Function = typename Abi<R>::C (*)(Closure*, A...);
+};
+
+namespace closures {
+
+    template <class R, class... A> constexpr encoding::Buffer describe()
+    {
+        encoding::Buffer out;
+        encoding::append<R>(out);
+        out.add("@?");
+        (encoding::append<A>(out), ...);
+        return out;
+    }
+    template <class R, class... A>
+    inline constexpr encoding::Exact<describe<R, A...>().length> text { describe<R, A...>() };
+
+    template <class F, class R, class... A> struct Holder : Closure<R(A...)> {
+        F function;
+
+        template <class G>
+        explicit Holder(G&& g)
+            : function(std::forward<G>(g))
+        {
+        }
+        static typename Abi<R>::C run(Closure<R(A...)>* self, A... arguments)
+        {
+            F& function = static_cast<Holder*>(self)->function;
+            if constexpr (std::is_void_v<R>)
+                function(arguments...);
+            else
+                return Abi<R>::out(function(arguments...));
+        }
+        static void finish(ClosureBase* self) { static_cast<Holder*>(self)->function.~F(); }
+    };
+
+}
+
+template <class Signature> class Block;
+
+/// Owns a closure: reference-counted, copied by sharing, an object to the runtime. Made from any callable.
+///
+/// Calling a null one ends the process: "brindle: a null closure was called".
+template <class R, class... A> class Block<R(A...)> : public Ref<Closure<R(A...)>> {
+    using Base = Ref<Closure<R(A...)>>;
+
+public:
+    using Owned = Closure<R(A...)>;
+
+    Block() = default;
+    Block(std::nullptr_t) { }
+    Block(Closure<R(A...)>* lent)
+        : Base(lent)
+    {
+    }
+    template <class F>
+        requires std::is_invocable_r_v<R, F&, A...>
+        && (!std::is_base_of_v<Base, std::remove_cvref_t<F>>)
+    Block(F&& function)
+        : Base(Base::adopt(hold(std::forward<F>(function))))
+    {
+    }
+    static Block adopt(Closure<R(A...)>* closure)
+    {
+        Block block;
+        static_cast<Base&>(block) = Base::adopt(closure);
+        return block;
+    }
+
+    R operator()(A... arguments) const { return call(this->get(), arguments...); }
+
+private:
+    template <class F> static Closure<R(A...)>* hold(F&& function)
+    {
+        using Holder = closures::Holder<std::decay_t<F>, R, A...>;
+        static_assert(alignof(Holder) <= 16, "captured values of larger alignment cannot be held");
+        void* memory = allocateClosure(sizeof(Holder));
+        Class* const cls = static_cast<NSObject*>(memory)->isa_;
+        auto* const holder = ::new (memory) Holder(std::forward<F>(function));
+        holder->isa_ = cls;
+        holder->code = reinterpret_cast<ClosureBase::Code>(&Holder::run);
+        holder->encoding = closures::text<R, A...>.text;
+        holder->end = std::is_trivially_destructible_v<std::decay_t<F>> ? nullptr : &Holder::finish;
+        return holder;
+    }
+};
+
+/// Runs a lent closure. A null one ends the process.
+template <class R, class... A, class... B> R call(Closure<R(A...)>* closure, B&&... arguments)
+{
+    if (!closure) [[unlikely]]
+        fatal("a null closure was called");
+    const auto code = reinterpret_cast<typename Closure<R(A...)>::Function>(closure->code);
+    if constexpr (encoding::Owner<R>)
+        return R::adopt(code(closure, std::forward<B>(arguments)...));
+    else
+        return code(closure, std::forward<B>(arguments)...);
+}
+
+}
