@@ -1,0 +1,82 @@
+# SPDX-License-Identifier: Apache-2.0
+# Every source is compiled once; the shared and the static library are made from the same objects.
+
+if(NOT brindle_sources)
+    message(FATAL_ERROR "platform/ and brindle/ hold no sources")
+endif()
+
+add_library(brindle_objects OBJECT ${brindle_sources})
+brindle_compile(brindle_objects)
+target_include_directories(brindle_objects PUBLIC ${brindle_roots})
+target_link_libraries(brindle_objects PRIVATE PkgConfig::BRINDLE_DEPENDENCIES)
+
+# --- the shared library -------------------------------------------------------------------------------
+
+set(brindle_map "${PROJECT_SOURCE_DIR}/cmake/brindle.map")
+add_library(brindle SHARED $<TARGET_OBJECTS:brindle_objects>)
+add_library(Brindle::brindle ALIAS brindle)
+brindle_compile(brindle)
+set_target_properties(brindle PROPERTIES
+    LINKER_LANGUAGE CXX
+    VERSION ${PROJECT_VERSION} SOVERSION ${PROJECT_VERSION_MAJOR}
+    LINK_DEPENDS "${brindle_map}")
+# Classes stay registered and their methods reachable for the life of the process, hence nodelete.
+target_link_options(brindle PRIVATE
+    "LINKER:--version-script=${brindle_map}" "LINKER:-z,nodelete" "LINKER:--as-needed")
+if(NOT (BRINDLE_SANITIZE AND CMAKE_CXX_COMPILER_ID MATCHES Clang))
+    # clang leaves the sanitizers' own symbols to the executable.
+    target_link_options(brindle PRIVATE "LINKER:--no-undefined")
+endif()
+target_link_libraries(brindle PRIVATE PkgConfig::BRINDLE_DEPENDENCIES)
+
+# --- the static library -------------------------------------------------------------------------------
+
+# One relocatable object: a class is announced by a record in a section and referred to by nothing, so the
+# linker would leave its object out of an ordinary archive. Why: docs/decisions/one-object-archive.md.
+set(object_list "${CMAKE_CURRENT_BINARY_DIR}/brindle-objects.rsp")
+set(one_object "${CMAKE_CURRENT_BINARY_DIR}/brindle-static.o")
+file(GENERATE OUTPUT "${object_list}"
+    CONTENT "\"$<JOIN:$<TARGET_OBJECTS:brindle_objects>,\"\n\">\"\n")
+add_custom_command(OUTPUT "${one_object}"
+    COMMAND ${CMAKE_LINKER} -r -o "${one_object}" "@${object_list}"
+    DEPENDS "$<TARGET_OBJECTS:brindle_objects>" "${object_list}"
+    COMMENT "Joining the objects of libbrindle.a"
+    VERBATIM)
+set_source_files_properties("${one_object}" PROPERTIES EXTERNAL_OBJECT ON GENERATED ON)
+
+add_library(brindle_static STATIC "${one_object}")
+add_library(Brindle::brindle_static ALIAS brindle_static)
+set_target_properties(brindle_static PROPERTIES
+    LINKER_LANGUAGE CXX OUTPUT_NAME brindle)
+target_link_libraries(brindle_static PUBLIC PkgConfig::BRINDLE_DEPENDENCIES)
+target_link_options(brindle_static INTERFACE $<BUILD_INTERFACE:${brindle_link}>)
+if(NOT BRINDLE_INSTALL AND NOT PROJECT_IS_TOP_LEVEL)
+    set_target_properties(brindle_static PROPERTIES EXCLUDE_FROM_ALL ON)
+endif()
+
+foreach(library brindle brindle_static)
+    target_compile_features(${library} PUBLIC cxx_std_20)
+    foreach(root IN LISTS brindle_roots)
+        target_include_directories(${library} PUBLIC "$<BUILD_INTERFACE:${root}>")
+    endforeach()
+    target_include_directories(${library} PUBLIC
+        "$<INSTALL_INTERFACE:${CMAKE_INSTALL_INCLUDEDIR}/brindle>")
+endforeach()
+
+# --- header-check: every public header compiles alone ---------------------------------------------------
+
+if(PROJECT_IS_TOP_LEVEL)
+    set(header_units)
+    foreach(header IN LISTS brindle_public_headers)
+        set(unit "${CMAKE_CURRENT_BINARY_DIR}/header-check/${header}.cpp")
+        file(CONFIGURE OUTPUT "${unit}" CONTENT "#include \"@header@\"\n")
+        list(APPEND header_units "${unit}")
+    endforeach()
+    if(header_units)
+        # Without the dependencies' include folders: a public header shows no third-party header.
+        add_library(header-check OBJECT EXCLUDE_FROM_ALL ${header_units})
+        brindle_compile(header-check)
+        target_compile_options(header-check PRIVATE -O0 -g0)
+        target_include_directories(header-check PRIVATE ${brindle_roots})
+    endif()
+endif()

@@ -1,0 +1,79 @@
+# SPDX-License-Identifier: Apache-2.0
+# Test programs and the surroundings they run in.
+
+include(GoogleTest)
+
+# Every test sees the same language, time zone, fonts and home folder, and no screen.
+set(brindle_test_home "${CMAKE_BINARY_DIR}/test-home")
+file(MAKE_DIRECTORY "${brindle_test_home}")
+set(brindle_test_environment
+    LC_ALL=set:C.UTF-8
+    LANGUAGE=unset:
+    TZ=set:UTC
+    BRINDLE_DISPLAY=set:headless
+    DISPLAY=unset:
+    WAYLAND_DISPLAY=unset:
+    HOME=set:${brindle_test_home}
+    XDG_CONFIG_HOME=set:${brindle_test_home}/config
+    XDG_CACHE_HOME=set:${brindle_test_home}/cache
+    XDG_DATA_HOME=set:${brindle_test_home}/data
+    ASAN_OPTIONS=set:detect_stack_use_after_return=1:strict_string_checks=1
+    LSAN_OPTIONS=set:suppressions=${CMAKE_CURRENT_SOURCE_DIR}/leaks.supp:print_suppressions=0
+    UBSAN_OPTIONS=set:print_stacktrace=1
+    TSAN_OPTIONS=set:second_deadlock_stack=1)
+set(fonts "${CMAKE_CURRENT_SOURCE_DIR}/golden/fonts.conf")
+if(EXISTS "${fonts}")
+    list(APPEND brindle_test_environment FONTCONFIG_FILE=set:${fonts})
+endif()
+
+# brindle_test_program(<name> <sources>...): an executable over the static library, so that a test may also
+# reach what the shared library keeps to itself.
+function(brindle_test_program name)
+    add_executable(${name} ${ARGN})
+    brindle_compile(${name})
+    target_link_libraries(${name} PRIVATE
+        brindle_test_support brindle_static GTest::gmock GTest::gtest_main)
+endfunction()
+
+# brindle_hardening_test(<name> <command>...): a test of minutes, left out unless ctest is asked for the
+# configuration Hardening.
+function(brindle_hardening_test name)
+    add_test(NAME ${name} COMMAND ${ARGN} CONFIGURATIONS Hardening)
+    set_tests_properties(${name} PROPERTIES
+        LABELS hardening
+        TIMEOUT 3600
+        ENVIRONMENT_MODIFICATION "${brindle_test_environment}")
+endfunction()
+
+# brindle_test_area(<area> <folders>...): the sources of some folders as <area>-tests, one CTest test a
+# case, labelled with the area. An area without sources is left out.
+function(brindle_test_area area)
+    set(sources)
+    foreach(folder IN LISTS ARGN)
+        file(GLOB_RECURSE found CONFIGURE_DEPENDS "${CMAKE_CURRENT_SOURCE_DIR}/${folder}/*.cpp")
+        list(APPEND sources ${found})
+    endforeach()
+    if(NOT sources)
+        return()
+    endif()
+
+    set(program ${area}-tests)
+    brindle_test_program(${program} ${sources})
+    gtest_discover_tests(${program}
+        DISCOVERY_MODE PRE_TEST
+        DISCOVERY_TIMEOUT 60
+        TEST_PREFIX "${area}."
+        TEST_LIST ${program}_cases)
+
+    # The discovery cannot hand on a list as the value of a property; a second script sets it on the cases.
+    set(script "${CMAKE_CURRENT_BINARY_DIR}/${program}-properties.cmake")
+    file(WRITE "${script}" "set_tests_properties(\${${program}_cases} PROPERTIES
+    LABELS [==[${area}]==]
+    TIMEOUT 120
+    ENVIRONMENT_MODIFICATION [==[${brindle_test_environment}]==])\n")
+    set_property(DIRECTORY APPEND PROPERTY TEST_INCLUDE_FILES "${script}")
+
+    # All of them in one process, again and again, each time in another order.
+    brindle_hardening_test(${program}.shuffled
+        $<TARGET_FILE:${program}> --gtest_shuffle --gtest_repeat=20 --gtest_brief=1)
+endfunction()
