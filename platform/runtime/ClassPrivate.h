@@ -18,7 +18,8 @@ struct Method {
     Class* owner;
     std::atomic<IMP> imp;
     std::atomic<const char*> types;
-    std::atomic<const Signature*> signature; ///< nullptr where no C++ function of these types is known
+    std::atomic<const Signature*>
+        signature; ///< nullptr where no C++ function of these types is known
     const char* topic; ///< where the entry comes from, for the message about two of them
     enum class Origin : std::uint8_t { generated, own, extension, added } origin;
 };
@@ -76,7 +77,8 @@ struct ClassData {
     MethodTable methods;
     std::vector<std::unique_ptr<Property>> properties;
     std::vector<std::unique_ptr<Ivar>> ivars;
-    std::vector<Ivar*> addedObjects; ///< object fields added at run time, ancestors' included: ended by the runtime
+    std::vector<Ivar*>
+        addedObjects; ///< object fields added at run time, ancestors' included: ended by the runtime
     std::vector<Protocol*> protocols;
     std::vector<Class*> subclasses;
     std::atomic<Initialization> initialization { Initialization::none };
@@ -84,6 +86,7 @@ struct ClassData {
     std::size_t cached = 0; ///< filled slots of the dispatch table
     std::vector<SEL> cachedSelectors; ///< beside the slots, for the update after a change
     std::vector<const Signature*> cachedSignatures;
+    std::vector<dispatch::Slot*> oldTables; ///< kept: another thread may still be reading one
 };
 
 /// The one lock round classes, tables and names. Recursive, never held while user code runs.

@@ -58,7 +58,7 @@ namespace {
         return false;
     }
 
-    /// Replaces the table by an empty or larger one. The old one stays: another thread may be reading it.
+    /// Replaces the table by an empty or larger one. The old one stays.
     void replaceTable(Class* cls, std::size_t count, bool keepAnswers)
     {
         const std::size_t oldCount = slotsIn(cls);
@@ -79,6 +79,8 @@ namespace {
                     oldSelectors[i], oldSignatures[i]))
                 ++cls->data_->cached;
         }
+        if (oldCount)
+            cls->data_->oldTables.push_back(old);
         cls->slots_.store(table, std::memory_order_release);
         cls->mask_.store(mask, std::memory_order_release);
     }
@@ -258,7 +260,8 @@ void updateCaches(Class* cls, SEL sel)
             continue;
         const Method* const method = findMethod(cls, sel);
         if (method && std::strcmp(method->types, data.cachedSignatures[i]->types) == 0)
-            table[i].imp.store(method->imp.load(std::memory_order_relaxed), std::memory_order_release);
+            table[i].imp.store(
+                method->imp.load(std::memory_order_relaxed), std::memory_order_release);
         else
             stale = true;
     }

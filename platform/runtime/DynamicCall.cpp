@@ -120,8 +120,9 @@ namespace {
         for (std::size_t i = 0; i < kinds.size(); ++i) {
             const std::size_t part = std::min<std::size_t>(8, size - i * 8);
             if (kinds[i] == Kind::integer)
-                frame.integers[frame.integersUsed++]
-                    = kinds.size() == 1 ? widened(type, bytes, part) : widened("Q", bytes + i * 8, part);
+                frame.integers[frame.integersUsed++] = kinds.size() == 1
+                    ? widened(type, bytes, part)
+                    : widened("Q", bytes + i * 8, part);
             else
                 std::memcpy(&frame.floats[frame.floatsUsed++], bytes + i * 8, part);
         }
@@ -145,7 +146,8 @@ namespace {
             return callWith<R, 4>(imp, frame);
         if (frame.stack.size() <= 32)
             return callWith<R, 32>(imp, frame);
-        raise("NSInvalidArgumentException", "a message with more than 256 bytes of arguments on the stack");
+        raise("NSInvalidArgumentException",
+            "a message with more than 256 bytes of arguments on the stack");
     }
 
     template <class R> void callInto(IMP imp, const Frame& frame, void* result, std::size_t size)

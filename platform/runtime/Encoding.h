@@ -43,12 +43,9 @@ namespace encoding {
     template <class T> inline constexpr bool isClosure = false;
     template <class S> inline constexpr bool isClosure<Closure<S>> = true;
 
-    template <class T>
-    concept Owner = requires { typename T::Owned; };
-    template <class T>
-    concept Described = requires { Structure<T>::encoding; };
-    template <class T>
-    concept Hidden = requires { Opaque<T>::encoding; };
+    template <class T> concept Owner = requires { typename T::Owned; };
+    template <class T> concept Described = requires { Structure<T>::encoding; };
+    template <class T> concept Hidden = requires { Opaque<T>::encoding; };
 
     constexpr std::string_view integer(std::size_t size, bool isUnsigned)
     {

@@ -134,7 +134,7 @@ namespace {
             return {};
         unsigned length = 0;
         for (Node* node = first; node; node = node->next()) {
-        ++length;
+            ++length;
             if (!(node->bits() & (kWeakNode | kTableNode))
                 && !node->value.load(std::memory_order_relaxed)) {
                 node->key.store(key, std::memory_order_release);

@@ -13,9 +13,8 @@ namespace {
     bool resolve(NSObject* self, SEL sel)
     {
         Class* const cls = self->isa_;
-        return cls->data_->isMeta
-            ? cls->data_->plainClass->send<"resolveClassMethod:", bool>(sel)
-            : cls->send<"resolveInstanceMethod:", bool>(sel);
+        return cls->data_->isMeta ? cls->data_->plainClass->send<"resolveClassMethod:", bool>(sel)
+                                  : cls->send<"resolveInstanceMethod:", bool>(sel);
     }
 
     /// Calls what the receiver's class answers with now, when its types are the call's; false when there is nothing.

@@ -38,7 +38,8 @@ namespace {
         method->signature.store(signature, std::memory_order_release);
     }
 
-    [[noreturn]] void reportTwo(const Class* cls, const char* selector, const Method* method, const char* topic)
+    [[noreturn]] void reportTwo(
+        const Class* cls, const char* selector, const Method* method, const char* topic)
     {
         const bool extensions = method->origin == Method::Origin::extension;
         fatal((std::string(extensions ? "the extensions " : "the topics ") + method->topic + " and "

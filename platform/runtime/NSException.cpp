@@ -28,7 +28,10 @@ template <> struct NSException::Methods<struct Raising> {
     static Ref<NSString> reason(NSException& self) { return self.reason_; }
     static Ref<NSDictionary> userInfo(NSException& self) { return self.userInfo_; }
     static void raise(NSException& self) { throw Exception(&self); }
-    static Ref<NSString> description(NSException& self) { return self.reason_ ? self.reason_ : self.name_; }
+    static Ref<NSString> description(NSException& self)
+    {
+        return self.reason_ ? self.reason_ : self.name_;
+    }
     static Ref<NSObject> copyWithZone(NSException& self, void*) { return &self; }
 
     static void table(Builder& t)
@@ -61,7 +64,8 @@ Exception::~Exception() = default;
 void raise(const char* name, const std::string& reason)
 {
     NSException::cls()
-        .exceptionWithName_reason_userInfo(makeString(name).get(), makeString(reason).get(), nullptr)
+        .exceptionWithName_reason_userInfo(
+            makeString(name).get(), makeString(reason).get(), nullptr)
         ->raise();
 }
 

@@ -27,7 +27,8 @@ public:
                 name, reason, userInfo);
         }
         /// Raises at once; the format takes what `NSString` formats take.
-        template <class... A> [[noreturn]] void raise_format(NSString* name, NSString* format, A... a) const;
+        template <class... A>
+        [[noreturn]] void raise_format(NSString* name, NSString* format, A... a) const;
     };
 
     Ref<NSException> initWithName_reason_userInfo(

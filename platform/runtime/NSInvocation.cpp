@@ -15,7 +15,8 @@ template <> struct NSMethodSignature::Methods<struct Types> {
         const char* const clean = canonicalTypes(types);
         if (!clean)
             raise("NSInvalidArgumentException",
-                std::string("+[NSMethodSignature signatureWithObjCTypes:]: unsupported type encoding '")
+                std::string(
+                    "+[NSMethodSignature signatureWithObjCTypes:]: unsupported type encoding '")
                     + (types ? types : "(null)") + "'");
         auto signature = Ref<NSMethodSignature>::adopt(
             static_cast<NSMethodSignature*>(class_createInstance(&self)));
@@ -111,8 +112,8 @@ void NSInvocation::storeAnswer(const void* location, bool adopt)
 void NSInvocation::Frame::take(const char* types, void* const* arguments)
 {
     std::size_t index = 0;
-    for (const char* type = encodingSkipType(types);
-         *type && index < invocation_.arguments_.size(); type = encodingSkipType(type), ++index) {
+    for (const char* type = encodingSkipType(types); *type && index < invocation_.arguments_.size();
+         type = encodingSkipType(type), ++index) {
         std::size_t size = 0;
         std::size_t alignment = 0;
         const Place& place = invocation_.arguments_[index];
@@ -137,11 +138,13 @@ void NSInvocation::Frame::give(const char* types, void* result, std::size_t resu
 
 template <> struct NSInvocation::Methods<struct Message> {
 
-    static Ref<NSInvocation> invocationWithMethodSignature(Class& self, NSMethodSignature* signature)
+    static Ref<NSInvocation> invocationWithMethodSignature(
+        Class& self, NSMethodSignature* signature)
     {
         if (!signature)
             raise("NSInvalidArgumentException",
-                "+[NSInvocation invocationWithMethodSignature:]: method signature argument cannot be nil");
+                "+[NSInvocation invocationWithMethodSignature:]: method signature argument cannot "
+                "be nil");
         auto invocation
             = Ref<NSInvocation>::adopt(static_cast<NSInvocation*>(class_createInstance(&self)));
         invocation->signature_ = signature;
@@ -185,7 +188,8 @@ template <> struct NSInvocation::Methods<struct Message> {
             NSObject* const fresh = *static_cast<NSObject**>(location);
             if (fresh)
                 retain(fresh);
-            if (NSObject* const old = std::exchange(*static_cast<NSObject**>(self.at(place)), fresh))
+            if (NSObject* const old
+                = std::exchange(*static_cast<NSObject**>(self.at(place)), fresh))
                 release(old);
             return;
         }
@@ -253,8 +257,7 @@ template <> struct NSInvocation::Methods<struct Message> {
                     + "]: invoked as " + types + ", implemented as "
                     + method_getTypeEncoding(method));
         else
-            callDynamically(
-                method_getImplementation(method), types, arguments.data(), room.data());
+            callDynamically(method_getImplementation(method), types, arguments.data(), room.data());
         self.storeAnswer(room.data(), true);
     }
     static void invoke(NSInvocation& self) { invokeWithTarget(self, target(self).get()); }

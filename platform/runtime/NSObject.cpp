@@ -23,7 +23,10 @@ template <> struct NSObject::Methods<struct Root> {
     {
         return Ref<NSObject>::adopt(class_createInstance(&self));
     }
-    static Ref<NSObject> allocWithZone(Class& self, void*) { return NSObject::Meta { &self }.alloc(); }
+    static Ref<NSObject> allocWithZone(Class& self, void*)
+    {
+        return NSObject::Meta { &self }.alloc();
+    }
     static Ref<NSObject> makeNew(Class& self) { return NSObject::Meta { &self }.alloc()->init(); }
     static void initialize(Class&) { }
     static Ref<NSObject> init(NSObject& self) { return &self; }
@@ -161,8 +164,9 @@ template <> struct NSObject::Methods<struct Root> {
     static Ref<NSMethodSignature> signatureIn(Class* cls, SEL sel)
     {
         const Method* const method = class_getInstanceMethod(cls, sel);
-        return method ? NSMethodSignature::cls().signatureWithObjCTypes(method_getTypeEncoding(method))
-                      : nullptr;
+        return method
+            ? NSMethodSignature::cls().signatureWithObjCTypes(method_getTypeEncoding(method))
+            : nullptr;
     }
     static Ref<NSMethodSignature> methodSignatureForSelector(NSObject& self, SEL sel)
     {

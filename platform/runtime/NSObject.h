@@ -48,10 +48,7 @@ struct NSObject {
     }
     /// Sends a message without arguments, or with arguments that are ignored where the operation takes none.
     /// - Returns: the answer where it is an object or a class, else nil.
-    Ref<NSObject> performSelector(SEL sel)
-    {
-        return send<"performSelector:", Ref<NSObject>>(sel);
-    }
+    Ref<NSObject> performSelector(SEL sel) { return send<"performSelector:", Ref<NSObject>>(sel); }
     Ref<NSObject> performSelector_withObject(SEL sel, NSObject* object)
     {
         return send<"performSelector:withObject:", Ref<NSObject>>(sel, object);
@@ -101,10 +98,7 @@ struct Class : NSObject {
 BRINDLE_EXPORT extern NSObject* const nilObject;
 
 /// Answers the object, or the one that answers nothing: `maybe(view->superview())->frame()`.
-template <class T> T* maybe(T* object)
-{
-    return object ? object : static_cast<T*>(nilObject);
-}
+template <class T> T* maybe(T* object) { return object ? object : static_cast<T*>(nilObject); }
 template <class T> T* maybe(const Ref<T>& object) { return maybe(object.get()); }
 
 namespace dispatch {
@@ -113,7 +107,8 @@ namespace dispatch {
     template <Text S, class R, class... A>
     inline R sendThrough(const NSObject* self, Class* holder, A... a)
     {
-        static_assert((std::is_trivially_copyable_v<A> && ...), "arguments are lent: pass ref.get()");
+        static_assert(
+            (std::is_trivially_copyable_v<A> && ...), "arguments are lent: pass ref.get()");
         using C = typename Abi<R>::C;
         constexpr SEL sel = selectorOf(S.view());
         constexpr const Signature& signature = signatureOf<R, A...>;
@@ -122,7 +117,8 @@ namespace dispatch {
 
         // The mask first: tables only grow, so an old mask fits a new table.
         const std::uint64_t mask = holder->mask_.load(std::memory_order_acquire);
-        const auto* table = reinterpret_cast<const char*>(holder->slots_.load(std::memory_order_acquire));
+        const auto* table
+            = reinterpret_cast<const char*>(holder->slots_.load(std::memory_order_acquire));
         const auto& slot = *reinterpret_cast<const Slot*>(table + (key & mask));
         const IMP imp = slot.key.load(std::memory_order_acquire) == key
             ? slot.imp.load(std::memory_order_acquire)
@@ -213,7 +209,8 @@ template <class T> Ref<T> make()
 
 /// Sends a message that starts at the parent of `T`, the class that holds the calling code:
 /// `super<NSView, "drawRect:">(self, rect)`. For a class operation `self` is the class object.
-template <class T, Text S, class R = void, class Self, class... A> R super(Self& self, A... arguments)
+template <class T, Text S, class R = void, class Self, class... A>
+R super(Self& self, A... arguments)
 {
     Class* holder = classOf<T>();
     if constexpr (std::is_same_v<Self, Class>)

@@ -8,7 +8,8 @@ namespace brindle {
 
 namespace {
 
-    constexpr int kDeepestEnd = 200; // objects that end inside each other's end before the rest waits in a line
+    constexpr int kDeepestEnd
+        = 200; // objects that end inside each other's end before the rest waits in a line
 
     thread_local int endDepth = 0;
     thread_local std::vector<void*>* endLine = nullptr;

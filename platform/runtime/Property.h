@@ -203,10 +203,9 @@ namespace properties {
         } // the old value goes last, when the new one is in place and no lock is held
     };
 
-    template <class F>
-    concept ObjectField = requires { typename Pointee<F>::Type; }
-    && (isWeak<F> || encoding::Owner<F>
-        || encodingOf<F>.view() == "@" || encodingOf<F>.view() == "#");
+    template <class F> concept ObjectField = requires { typename Pointee<F>::Type; }
+        && (isWeak<F> || encoding::Owner<F> || encodingOf<F>.view() == "@"
+            || encodingOf<F>.view() == "#");
 
     template <auto Field, unsigned Flags>
     using Accessors = std::conditional_t<ObjectField<typename Access<Field>::Value>,
@@ -258,8 +257,7 @@ template <auto Field, class... Options>
 constexpr PropertyRow property(const char* name, Options... options)
 {
     using F = typename properties::Access<Field>::Value;
-    constexpr unsigned flags
-        = properties::storageOf<F, (properties::bitsOf<Options> | ... | 0u)>();
+    constexpr unsigned flags = properties::storageOf<F, (properties::bitsOf<Options> | ... | 0u)>();
     using A = properties::Accessors<Field, flags>;
     using Get = properties::AccessorImp<&A::get>;
     PropertyRow row { name, properties::typeText<F>.text, flags, nullptr, nullptr, nullptr,
@@ -277,8 +275,7 @@ constexpr PropertyRow property(const char* name, Options... options)
 template <class T, class... Options>
 constexpr PropertyRow computed(const char* name, Options... options)
 {
-    constexpr unsigned flags
-        = properties::storageOf<T, (properties::bitsOf<Options> | ... | 0u)>();
+    constexpr unsigned flags = properties::storageOf<T, (properties::bitsOf<Options> | ... | 0u)>();
     PropertyRow row { name, properties::typeText<T>.text, flags, nullptr, nullptr, "", nullptr,
         nullptr, nullptr, nullptr, nullptr };
     (properties::apply(row, options), ...);

@@ -15,7 +15,8 @@ struct NSObject;
 
 /// What stands in the 16 bytes before every object. The object itself begins with its class word.
 struct ObjectHeader {
-    std::atomic<std::uintptr_t> extras; ///< associated values, weak references, a lock bit; see Extras.cpp
+    std::atomic<std::uintptr_t>
+        extras; ///< associated values, weak references, a lock bit; see Extras.cpp
     std::atomic<std::intptr_t> count;
 
     /// Objects that live as long as the process (classes, literals) start here and never come near zero.

@@ -64,8 +64,7 @@ namespace dispatch {
         using Function = C (*)(NSObject*, SEL, A...);
 
         template <std::size_t... I>
-        static void unpack(
-            IMP imp, void* const* arguments, void* result, std::index_sequence<I...>)
+        static void unpack(IMP imp, void* const* arguments, void* result, std::index_sequence<I...>)
         {
             const auto function = reinterpret_cast<Function>(imp);
             NSObject* self = *static_cast<NSObject* const*>(arguments[0]);
@@ -73,7 +72,8 @@ namespace dispatch {
             if constexpr (std::is_void_v<C>)
                 function(self, sel, *static_cast<A*>(arguments[I + 2])...);
             else
-                *static_cast<C*>(result) = function(self, sel, *static_cast<A*>(arguments[I + 2])...);
+                *static_cast<C*>(result)
+                    = function(self, sel, *static_cast<A*>(arguments[I + 2])...);
         }
         static void invoke(IMP imp, void* const* arguments, void* result)
         {
@@ -87,8 +87,8 @@ namespace dispatch {
 
     template <class C, class... A>
     inline constexpr Signature signature { messageEncoding<C, A...>.text,
-        messageEncoding<C, A...>.view().size(), &Call<C, A...>::invoke,
-        &Call<C, A...>::zeroAddress, &Call<C, A...>::forwardAddress };
+        messageEncoding<C, A...>.view().size(), &Call<C, A...>::invoke, &Call<C, A...>::zeroAddress,
+        &Call<C, A...>::forwardAddress };
 
     template <class C, class... A> C Call<C, A...>::forward(NSObject* self, SEL sel, A... a)
     {

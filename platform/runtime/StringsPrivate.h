@@ -10,8 +10,8 @@ namespace brindle {
 /// Strings are a class of a folder above: the runtime makes and reads them by message only.
 inline Ref<NSString> makeString(const std::string& utf8)
 {
-    return requireClass("NSString")->send<"stringWithUTF8String:", Ref<NSString>>(
-        static_cast<const char*>(utf8.c_str()));
+    return requireClass("NSString")
+        ->send<"stringWithUTF8String:", Ref<NSString>>(static_cast<const char*>(utf8.c_str()));
 }
 
 /// Answers a string's text as UTF-8; "(null)" for nil.

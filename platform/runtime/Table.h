@@ -22,8 +22,7 @@ namespace tables {
     template <auto Function> struct Imp;
     template <class R, class S, class... A, R (*Function)(S&, A...)> struct Imp<Function> {
         static constexpr unsigned parameters = sizeof...(A);
-        static constexpr const Signature& signature
-            = signatureOf<R, typename Abi<A>::C...>;
+        static constexpr const Signature& signature = signatureOf<R, typename Abi<A>::C...>;
 
         static typename Abi<R>::C call(S* self, SEL, typename Abi<A>::C... a)
         {
@@ -134,8 +133,8 @@ namespace tables {
     extern "C" {
     [[gnu::visibility("hidden"), gnu::weak]] extern const Record* const
         __start_brindle_records[]; // NOLINT: the linker's names
-    [[gnu::visibility("hidden"), gnu::weak]] extern const Record* const
-        __stop_brindle_records[]; // NOLINT
+    [[gnu::visibility("hidden"),
+        gnu::weak]] extern const Record* const __stop_brindle_records[]; // NOLINT
     }
 
     // The one initialiser of an image: it only announces the section.
@@ -145,15 +144,15 @@ namespace tables {
 }
 
 #define BRINDLE_RECORD_ENTRY(id)                                                                   \
-    [[gnu::section("brindle_records"), gnu::used, gnu::retain]] constinit const ::brindle::Record* \
-        const id##Entry                                                                            \
+    [[gnu::section("brindle_records"), gnu::used,                                                  \
+        gnu::retain]] constinit const ::brindle::Record* const id##Entry                           \
         = &id
 
 /// Puts `T::Methods<Topic>` on record. Stands in the source file, after the specialisation.
 #define BRINDLE_RECORD(T, Topic)                                                                   \
     namespace {                                                                                    \
-        constexpr ::brindle::Record T##Topic##Record { T::kName,                                   \
-            ::brindle::tables::parentOf<T>(), #Topic, &T::Methods<struct Topic>::table,            \
+        constexpr ::brindle::Record T##Topic##Record { T::kName, ::brindle::tables::parentOf<T>(), \
+            #Topic, &T::Methods<struct Topic>::table,                                              \
             ::brindle::tables::loadOf<T::Methods<struct Topic>>(), sizeof(T),                      \
             &::brindle::Lifecycle<T>::construct, &::brindle::Lifecycle<T>::destruct };             \
         BRINDLE_RECORD_ENTRY(T##Topic##Record);                                                    \

@@ -46,7 +46,7 @@ namespace {
 
     TEST(AssociatedValues, AreCopiedByBothCopyPolicies)
     {
-        const Block<void()> block = [] { };
+        const Block<void()> block = [] {};
         for (const objc_AssociationPolicy policy :
             { OBJC_ASSOCIATION_COPY_NONATOMIC, OBJC_ASSOCIATION_COPY }) {
             const auto host = make<Animal>();
@@ -99,8 +99,7 @@ namespace {
         objc_registerClassPair(cls);
         objc_setAssociatedObject(owner.get(), keys,
             Ref<NSObject>::adopt(class_createInstance(cls)).get(), OBJC_ASSOCIATION_RETAIN);
-        objc_setAssociatedObject(
-            owner.get(), keys, make<Animal>().get(), OBJC_ASSOCIATION_RETAIN);
+        objc_setAssociatedObject(owner.get(), keys, make<Animal>().get(), OBJC_ASSOCIATION_RETAIN);
         EXPECT_TRUE(sawTheNewOne);
     }
 
@@ -126,10 +125,9 @@ namespace {
         }),
             "v@:");
         objc_registerClassPair(cls);
-        objc_setAssociatedObject(
-            host, keys + 1, make<Animal>().get(), OBJC_ASSOCIATION_RETAIN);
-        objc_setAssociatedObject(host, keys,
-            Ref<NSObject>::adopt(class_createInstance(cls)).get(), OBJC_ASSOCIATION_RETAIN);
+        objc_setAssociatedObject(host, keys + 1, make<Animal>().get(), OBJC_ASSOCIATION_RETAIN);
+        objc_setAssociatedObject(host, keys, Ref<NSObject>::adopt(class_createInstance(cls)).get(),
+            OBJC_ASSOCIATION_RETAIN);
         objc_setAssociatedObject(host, keys, nullptr, OBJC_ASSOCIATION_RETAIN);
         EXPECT_EQ(objc_getAssociatedObject(host, keys + 1), nullptr);
     }

@@ -64,8 +64,8 @@ namespace {
 
     TEST(Encodings, OfMessagesBeginWithResultReceiverAndSelector)
     {
-        EXPECT_EQ((messageEncoding<void, NSRect, bool>.view()),
-            "v@:{CGRect={CGPoint=dd}{CGSize=dd}}B");
+        EXPECT_EQ(
+            (messageEncoding<void, NSRect, bool>.view()), "v@:{CGRect={CGPoint=dd}{CGSize=dd}}B");
         EXPECT_EQ((messageEncoding<Ref<NSObject>>.view()), "@@:");
     }
 

@@ -31,7 +31,10 @@ namespace {
         static int replaced(Extended&) { return 2; }
         static int added(Extended&) { return 4; }
         static int addedToClass(Class&) { return 5; }
-        static void load(Class& cls) { loadsBeforeMain += std::string(class_getName(&cls)) == "Extended"; }
+        static void load(Class& cls)
+        {
+            loadsBeforeMain += std::string(class_getName(&cls)) == "Extended";
+        }
         static void table(Builder& t)
         {
             t.methods({ { "replaced", imp<replaced> }, { "overridden", imp<replaced> },
@@ -84,10 +87,7 @@ namespace {
         EXPECT_EQ((Dog::cls().send<"ofEverything", int>()), 6);
     }
 
-    TEST(Extensions, AllReceiveLoadBeforeTheProgramStarts)
-    {
-        EXPECT_EQ(loadsBeforeMain, 111);
-    }
+    TEST(Extensions, AllReceiveLoadBeforeTheProgramStarts) { EXPECT_EQ(loadsBeforeMain, 111); }
 
     struct Late {
         static int late(Extended&) { return 7; }

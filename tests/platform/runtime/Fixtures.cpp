@@ -10,7 +10,10 @@ template <> struct Animal::Methods<struct Body> {
     static void setFrame(Animal& self, NSRect frame) { self.frame_ = frame; }
     static const char* sound(Animal&) { return "..."; }
     static Ref<NSObject> friendOfMine(Animal& self) { return self.friend_; }
-    static void setFriendOfMine(Animal& self, NSObject* other) { self.friend_ = Ref<NSObject>(other); }
+    static void setFriendOfMine(Animal& self, NSObject* other)
+    {
+        self.friend_ = Ref<NSObject>(other);
+    }
     static std::int64_t population(Class&) { return 7; }
     static void dealloc(Animal& self)
     {

@@ -16,7 +16,8 @@ public:
 template <> struct Deputy::Methods<struct Forwarding> {
     static Ref<NSMethodSignature> methodSignatureForSelector(Deputy& self, SEL sel)
     {
-        if (const auto own = super<Deputy, "methodSignatureForSelector:", Ref<NSMethodSignature>>(self, sel))
+        if (const auto own
+            = super<Deputy, "methodSignatureForSelector:", Ref<NSMethodSignature>>(self, sel))
             return own;
         return maybe(self.chief_)->methodSignatureForSelector(sel);
     }
@@ -119,8 +120,8 @@ namespace {
     TEST(Forwarding, OfWhatTheTargetDoesNotKnowEitherRaises)
     {
         const auto deputy = deputyFor(make<Animal>().get(), Deputy::Way::invocation);
-        EXPECT_NE(raisedBy([&] { deputy->send<"fly">(); })
-                      .find("-[Deputy fly]: unrecognized selector"),
+        EXPECT_NE(
+            raisedBy([&] { deputy->send<"fly">(); }).find("-[Deputy fly]: unrecognized selector"),
             std::string::npos);
     }
 
@@ -133,8 +134,8 @@ namespace {
 
     TEST(MethodSignatures, ReadTypeStrings)
     {
-        const auto signature
-            = NSMethodSignature::cls().signatureWithObjCTypes("{CGRect={CGPoint=dd}{CGSize=dd}}@:@d");
+        const auto signature = NSMethodSignature::cls().signatureWithObjCTypes(
+            "{CGRect={CGPoint=dd}{CGSize=dd}}@:@d");
         EXPECT_EQ(signature->numberOfArguments(), 4u);
         EXPECT_STREQ(signature->methodReturnType(), "{CGRect={CGPoint=dd}{CGSize=dd}}");
         EXPECT_EQ(signature->methodReturnLength(), 32u);
@@ -145,8 +146,9 @@ namespace {
     TEST(MethodSignatures, RefuseWhatIsNone)
     {
         for (const char* bad : { "", "@", "v@:{", "zz", static_cast<const char*>(nullptr) })
-            EXPECT_NE(raisedBy([&] { (void)NSMethodSignature::cls().signatureWithObjCTypes(bad); })
-                          .find("NSInvalidArgumentException"),
+            EXPECT_NE(raisedBy([&] {
+                (void)NSMethodSignature::cls().signatureWithObjCTypes(bad);
+            }).find("NSInvalidArgumentException"),
                 std::string::npos);
     }
 
@@ -233,12 +235,12 @@ namespace {
     {
         Class* const cls = objc_allocateClassPair(NSObject::cls(), "Foreign", 0);
         class_addMethod(cls, sel_registerName("many:"),
-            reinterpret_cast<IMP>(+[](NSObject*, SEL, NSRect r, std::int8_t c, float f, NSPoint p,
-                                       std::int64_t a, std::int64_t b, std::int64_t d, double e,
-                                       NSRange range) {
-                return r.size.width + c + double { f } + p.y + static_cast<double>(a * b * d) + e
-                    + static_cast<double>(range.length);
-            }),
+            reinterpret_cast<IMP>(
+                +[](NSObject*, SEL, NSRect r, std::int8_t c, float f, NSPoint p, std::int64_t a,
+                     std::int64_t b, std::int64_t d, double e, NSRange range) {
+                    return r.size.width + c + double { f } + p.y + static_cast<double>(a * b * d)
+                        + e + static_cast<double>(range.length);
+                }),
             "d@:{CGRect={CGPoint=dd}{CGSize=dd}}cf{CGPoint=dd}qqqd{_NSRange=QQ}");
         class_addMethod(cls, sel_registerName("pair:"),
             reinterpret_cast<IMP>(+[](NSObject*, SEL, Pair p) {
@@ -246,8 +248,9 @@ namespace {
             }),
             "{Pair=dq}@:{Pair=dq}");
         class_addMethod(cls, sel_registerName("four:"),
-            reinterpret_cast<IMP>(
-                +[](NSObject*, SEL, Four f) { return Four { f.d, f.c, f.b, f.a }; }),
+            reinterpret_cast<IMP>(+[](NSObject*, SEL, Four f) {
+                return Four { f.d, f.c, f.b, f.a };
+            }),
             "{Four=ffff}@:{Four=ffff}");
         class_addMethod(cls, sel_registerName("small:"),
             reinterpret_cast<IMP>(+[](NSObject*, SEL, float f) { return f * 2; }), "f@:f");
@@ -321,8 +324,9 @@ namespace {
     TEST(Performing, WhatNobodyAnswersRaises)
     {
         const auto animal = make<Animal>();
-        EXPECT_NE(raisedBy([&] { animal->performSelector(sel_registerName("fly")); })
-                      .find("-[Animal fly]: unrecognized selector"),
+        EXPECT_NE(raisedBy([&] {
+            animal->performSelector(sel_registerName("fly"));
+        }).find("-[Animal fly]: unrecognized selector"),
             std::string::npos);
     }
 

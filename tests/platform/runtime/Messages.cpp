@@ -68,8 +68,7 @@ namespace {
         for (int i = 0; i < 3; ++i) {
             animal->setLegs(4);
             EXPECT_NE(raisedBy([&] { animal->send<"setLegs:">(4.0); }), "nothing raised");
-            EXPECT_NE(
-                raisedBy([&] { (void)animal->send<"legs", double>(); }), "nothing raised");
+            EXPECT_NE(raisedBy([&] { (void)animal->send<"legs", double>(); }), "nothing raised");
         }
     }
 

@@ -34,7 +34,8 @@ namespace {
 
     TEST(Methods, OfTheMetaclassAreTheClassOperations)
     {
-        EXPECT_NE(class_getInstanceMethod(objc_getMetaClass("Animal"), selector<"population">), nullptr);
+        EXPECT_NE(
+            class_getInstanceMethod(objc_getMetaClass("Animal"), selector<"population">), nullptr);
         EXPECT_EQ(class_getClassMethod(Animal::cls(), selector<"population">),
             class_getInstanceMethod(objc_getMetaClass("Animal"), selector<"population">));
         EXPECT_EQ(class_getInstanceMethod(Animal::cls(), selector<"population">), nullptr);
@@ -71,7 +72,8 @@ namespace {
         Class* const cls = freshClass(Animal::cls());
         const auto object = instanceOf(cls);
         EXPECT_NE(raisedBy([&] { object->send<"purr">(); }), "nothing raised");
-        class_addMethod(cls, selector<"purr">, reinterpret_cast<IMP>(+[](NSObject*, SEL) { }), "v@:");
+        class_addMethod(
+            cls, selector<"purr">, reinterpret_cast<IMP>(+[](NSObject*, SEL) {}), "v@:");
         EXPECT_EQ(raisedBy([&] { object->send<"purr">(); }), "nothing raised");
     }
 
@@ -82,8 +84,8 @@ namespace {
             retain(other);
             return other;
         };
-        EXPECT_TRUE(class_addMethod(cls, selector<"echo:">, reinterpret_cast<IMP>(body),
-            "@24@0:8@\"NSString\"16"));
+        EXPECT_TRUE(class_addMethod(
+            cls, selector<"echo:">, reinterpret_cast<IMP>(body), "@24@0:8@\"NSString\"16"));
         const auto object = instanceOf(cls);
         EXPECT_EQ((object->send<"echo:", Ref<NSObject>>(object.get())), object.get());
     }
@@ -91,7 +93,8 @@ namespace {
     TEST(Methods, WithMalformedTypesAreRefused)
     {
         Class* const cls = freshClass(Animal::cls());
-        EXPECT_EQ(raisedBy([&] { class_addMethod(cls, sel_registerName("odd"), impOf(meow), "{"); }),
+        EXPECT_EQ(
+            raisedBy([&] { class_addMethod(cls, sel_registerName("odd"), impOf(meow), "{"); }),
             "NSInvalidArgumentException: the type string \"{\" of odd is malformed");
     }
 
@@ -111,7 +114,7 @@ namespace {
         const auto object = instanceOf(cls);
         object->setLegs(1);
         class_replaceMethod(cls, selector<"setLegs:">,
-            reinterpret_cast<IMP>(+[](NSObject*, SEL, double) { }), "v@:d");
+            reinterpret_cast<IMP>(+[](NSObject*, SEL, double) {}), "v@:d");
         EXPECT_EQ(raisedBy([&] { object->setLegs(2); }),
             "NSInvalidArgumentException: -[" + std::string(class_getName(cls))
                 + " setLegs:]: sent as v@:q, implemented as v@:d");

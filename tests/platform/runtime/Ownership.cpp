@@ -57,8 +57,8 @@ namespace {
         told->obituary_ = &story;
         told->tattler_.story = &story;
         static const char key = 0;
-        Block<void()> witness = [probe = std::shared_ptr<void>(
-                                     nullptr, [&story](void*) { story += "associated"; })] { };
+        Block<void()> witness =
+            [probe = std::shared_ptr<void>(nullptr, [&story](void*) { story += "associated"; })] {};
         objc_setAssociatedObject(told.get(), &key, witness.get(), OBJC_ASSOCIATION_RETAIN);
         witness = nullptr;
         told = nullptr;
@@ -136,7 +136,7 @@ namespace {
 
     TEST(Closures, AreObjectsThatAnswerTheirClassAndCopyAsThemselves)
     {
-        Block<void()> block = [] { };
+        Block<void()> block = [] {};
         EXPECT_STREQ(class_getName(block->classObject()), "NSBlock");
         EXPECT_EQ(block->copy().get(), static_cast<NSObject*>(block.get()));
         EXPECT_STREQ(block->encoding, "v@?");

@@ -165,10 +165,11 @@ namespace {
         // An animal does not copy; the message that asks it to is the proof.
         const auto form = make<Form>();
         const auto pet = make<Animal>();
-        EXPECT_NE(raisedBy([&] { form->send<"setCopiedPet:">(pet.get()); })
-                      .find("copyWithZone:]: unrecognized selector"),
+        EXPECT_NE(raisedBy([&] {
+            form->send<"setCopiedPet:">(pet.get());
+        }).find("copyWithZone:]: unrecognized selector"),
             std::string::npos);
-        const Block<void()> code = [] { };
+        const Block<void()> code = [] {};
         form->send<"setCode:">(code.get());
         EXPECT_EQ((form->send<"code", Block<void()>>()).get(), code.get());
     }
@@ -232,8 +233,8 @@ namespace {
         EXPECT_FALSE(class_addProperty(cls, "title", "Ti"));
         EXPECT_FALSE(class_addProperty(cls, "wrong", "N,Ti"));
         EXPECT_FALSE(class_addProperty(cls, "wrong", ""));
-        EXPECT_STREQ(property_getAttributes(class_getProperty(cls, "title")),
-            "T@\"NSString\",C,N,V_title");
+        EXPECT_STREQ(
+            property_getAttributes(class_getProperty(cls, "title")), "T@\"NSString\",C,N,V_title");
     }
 
 }

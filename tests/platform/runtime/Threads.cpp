@@ -33,7 +33,8 @@ namespace {
                     static_cast<Animal*>(class_createInstance(t % 2 ? cls : child)));
                 for (int i = 0; i < kRounds; ++i) {
                     if (t < 2 && i % 10 == 0)
-                        method_exchangeImplementations(class_getInstanceMethod(cls, selector<"sound">),
+                        method_exchangeImplementations(
+                            class_getInstanceMethod(cls, selector<"sound">),
                             class_getInstanceMethod(cls, selector<"noise">));
                     if (t == 2 && i % 10 == 0)
                         class_addMethod(child,
