@@ -1,0 +1,109 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "FontLibraryPrivate.h"
+
+namespace brindle::text {
+
+namespace {
+
+    constexpr int kBoldFrom = 600;
+    constexpr unsigned kPageShift = 8;
+
+    // Rare characters beyond this many forget the earlier ones; the fonts themselves stay open.
+    constexpr std::size_t kRememberedAnswers = 8192;
+
+    struct PatternDeleter {
+        void operator()(FcPattern* pattern) const { FcPatternDestroy(pattern); }
+    };
+
+    FcFontSet* sortedFonts(FcConfig* config, const FontFace& face)
+    {
+        const std::unique_ptr<FcPattern, PatternDeleter> wanted(FcPatternCreate());
+        const char* generic = face.isMonospaced() ? "monospace" : "sans-serif";
+        const auto addFamily = [&](const char* family) {
+            FcPatternAddString(wanted.get(), FC_FAMILY, reinterpret_cast<const FcChar8*>(family));
+        };
+        addFamily(generic);
+        FcPatternAddInteger(wanted.get(), FC_WEIGHT,
+            face.weight() >= kBoldFrom ? FC_WEIGHT_BOLD : FC_WEIGHT_REGULAR);
+        FcPatternAddInteger(wanted.get(), FC_SLANT,
+            face.slant() == Slant::italic ? FC_SLANT_ITALIC : FC_SLANT_ROMAN);
+        FcPatternAddBool(wanted.get(), FC_SCALABLE, FcTrue);
+        FcConfigSubstitute(config, wanted.get(), FcMatchPattern);
+        FcDefaultSubstitute(wanted.get());
+        FcResult result = FcResultMatch;
+        return FcFontSort(config, wanted.get(), FcTrue, nullptr, &result);
+    }
+
+}
+
+void CodePointPages::add(const FcCharSet* characters)
+{
+    Page bits {};
+    FcChar32 next = 0;
+    for (FcChar32 base = FcCharSetFirstPage(characters, bits.data(), &next);
+         base != FC_CHARSET_DONE; base = FcCharSetNextPage(characters, bits.data(), &next)) {
+        Page& page = pages_[base >> kPageShift];
+        for (std::size_t i = 0; i < page.size(); ++i)
+            page[i] |= bits[i];
+    }
+}
+
+bool CodePointPages::contains(char32_t codePoint) const
+{
+    constexpr unsigned kWordBits = 32;
+    const auto found = pages_.find(codePoint >> kPageShift);
+    if (found == pages_.end())
+        return false;
+    const std::size_t bit = codePoint & ((1u << kPageShift) - 1);
+    return (found->second[bit / kWordBits] >> bit % kWordBits & 1) != 0;
+}
+
+FontLibrary::FallbackList& FontLibrary::fallbackList(const FontFace& face)
+{
+    const StyleKey key { face.weight() >= kBoldFrom, face.slant(), face.isMonospaced() };
+    const auto [place, isNew] = fallbacks_.try_emplace(key);
+    FallbackList& list = place->second;
+    if (!isNew || !config_)
+        return list;
+    list.sorted = sortedFonts(config_, face);
+    for (int i = 0; list.sorted && i < list.sorted->nfont; ++i) {
+        FcPattern* pattern = list.sorted->fonts[i];
+        FcCharSet* characters = nullptr;
+        if (isUsable(pattern)
+            && FcPatternGetCharSet(pattern, FC_CHARSET, 0, &characters) == FcResultMatch) {
+            list.fonts.push_back({ pattern, characters });
+            list.characters.add(characters);
+        }
+    }
+    return list;
+}
+
+const FontFace* FontLibrary::firstWith(const FallbackList& list, char32_t codePoint)
+{
+    for (const FallbackFont& font : list.fonts) {
+        if (!FcCharSetHasChar(font.characters, codePoint))
+            continue;
+        const FontFace* face = open(font.pattern);
+        if (face && face->glyphFor(codePoint) != 0)
+            return face;
+    }
+    return nullptr;
+}
+
+const FontFace* FontLibrary::fallbackFor(const FontFace& face, char32_t codePoint)
+{
+    const std::lock_guard lock(mutex_);
+    candidates();
+    FallbackList& list = fallbackList(face);
+    if (!list.characters.contains(codePoint))
+        return nullptr;
+    if (const auto known = list.answers.find(codePoint); known != list.answers.end())
+        return known->second;
+    const FontFace* answer = firstWith(list, codePoint);
+    if (list.answers.size() >= kRememberedAnswers)
+        list.answers.clear();
+    list.answers.emplace(codePoint, answer);
+    return answer;
+}
+
+}

@@ -1,0 +1,90 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <array>
+#include <map>
+#include <memory>
+#include <mutex>
+#include <string>
+#include <string_view>
+#include <tuple>
+#include <unordered_map>
+#include <vector>
+
+#include <fontconfig/fontconfig.h>
+
+#include "FontFacePrivate.h"
+
+namespace brindle::text {
+
+/// A set of code points, kept in pages of 256 bits.
+class CodePointPages {
+public:
+    void add(const FcCharSet* characters);
+    bool contains(char32_t codePoint) const;
+
+private:
+    using Page = std::array<FcChar32, FC_CHARSET_MAP_SIZE>;
+    std::unordered_map<char32_t, Page> pages_;
+};
+
+/// All faces of the process and the installed fonts that they come from.
+///
+/// The font configuration is read when the first face is asked for. Bitmap, coloured and variable
+/// fonts are passed over: the first two cannot be drawn at any size, and the instances of the last
+/// are listed under their own names.
+/// Thread: any; one lock covers everything.
+class FontLibrary {
+public:
+    static FontLibrary& shared();
+
+    const FontFace* named(std::string_view name);
+    const FontFace* inFamily(std::string_view family, int weight, Slant slant);
+    const FontFace* system(int weight, Slant slant);
+    std::vector<std::string> installedNames();
+
+    /// Answers the face that stands in for `face` where it lacks a character.
+    /// - Nil: null when no installed font has the character.
+    const FontFace* fallbackFor(const FontFace& face, char32_t codePoint);
+
+private:
+    struct Candidate {
+        FcPattern* pattern = nullptr; // owned by the configuration
+        const char* postScriptName = nullptr;
+        const char* fullName = nullptr;
+        const char* filePath = nullptr;
+    };
+
+    struct FallbackFont {
+        FcPattern* pattern = nullptr;
+        FcCharSet* characters = nullptr;
+    };
+
+    // The fonts to try in turn for one manner of writing, best first.
+    struct FallbackList {
+        FcFontSet* sorted = nullptr; // owns what the others point at
+        CodePointPages characters; // of all of them together
+        std::vector<FallbackFont> fonts;
+        std::unordered_map<char32_t, const FontFace*> answers;
+    };
+
+    using StyleKey = std::tuple<int, Slant, bool>; // bold or not, slant, monospaced
+
+    static bool isUsable(FcPattern* pattern);
+    const std::vector<Candidate>& candidates();
+    const FontFace* installed(std::string_view name);
+    const FontFace* bestOfFamily(std::string_view family, int weight, Slant slant);
+    const FontFace* open(FcPattern* pattern);
+    FallbackList& fallbackList(const FontFace& face);
+    const FontFace* firstWith(const FallbackList& list, char32_t codePoint);
+
+    std::mutex mutex_;
+    FcConfig* config_ = nullptr;
+    std::vector<Candidate> candidates_;
+    std::map<std::pair<std::string, unsigned>, std::unique_ptr<FontFace>> faces_; // by file
+    std::map<std::string, const FontFace*, std::less<>> named_;
+    std::map<std::pair<int, Slant>, const FontFace*> system_;
+    std::map<StyleKey, FallbackList> fallbacks_;
+};
+
+}

@@ -1,0 +1,162 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "Line.h"
+
+#include "Itemizer.h"
+#include "Shaper.h"
+
+#include <algorithm>
+
+namespace brindle::text {
+
+namespace {
+
+    void include(LineMetrics& metrics, const Font& font)
+    {
+        metrics.ascent = std::max(metrics.ascent, font.ascender());
+        metrics.descent = std::max(metrics.descent, -font.descender());
+        metrics.leading = std::max(metrics.leading, font.leading());
+    }
+
+    double widthOf(std::int64_t advance, const Font& font)
+    {
+        return static_cast<double>(advance) * font.size / font.face->unitsPerEm();
+    }
+
+    ShapingStyle styleOf(const Item& item)
+    {
+        return { item.font.face, item.script, item.isRightToLeft() };
+    }
+
+    struct AdvanceSink final : ShapingSink {
+        void addPiece(std::size_t, std::int64_t advance, std::span<const ShapedGlyph>) override
+        {
+            total += advance;
+        }
+
+        std::int64_t total = 0;
+    };
+
+    /// Keeps an item's glyphs until the whole item is known: a right-to-left item is laid from its
+    /// end.
+    struct GlyphSink final : ShapingSink {
+        struct Piece {
+            std::size_t firstGlyph = 0;
+            std::size_t glyphCount = 0;
+        };
+
+        void addPiece(std::size_t start, std::int64_t advance,
+            std::span<const ShapedGlyph> pieceGlyphs) override
+        {
+            total += advance;
+            pieces.push_back({ glyphs.size(), pieceGlyphs.size() });
+            for (const ShapedGlyph& glyph : pieceGlyphs) {
+                glyphs.push_back(glyph);
+                glyphs.back().cluster += static_cast<std::uint32_t>(start);
+            }
+        }
+
+        std::vector<ShapedGlyph> glyphs;
+        std::vector<Piece> pieces;
+        std::int64_t total = 0;
+    };
+
+    double measureItem(std::u16string_view text, const Item& item)
+    {
+        AdvanceSink sink;
+        shapeStretch(text.substr(item.start, item.length), styleOf(item), sink);
+        return widthOf(sink.total, item.font);
+    }
+
+    std::vector<std::size_t> visualOrderOfItems(const std::vector<Item>& items)
+    {
+        std::vector<Level> levels(items.size());
+        std::ranges::transform(items, levels.begin(), &Item::level);
+        return visualOrder(levels);
+    }
+
+}
+
+/// Puts shaped items together into a line.
+class LineBuilder {
+public:
+    Line build(std::u16string_view text, std::span<const FontRun> fonts, BaseDirection direction)
+    {
+        const std::vector<Item> items = itemize(text, fonts, direction);
+        line_.text_ = text;
+        line_.glyphs_.reserve(text.size());
+        for (const FontRun& run : fonts)
+            include(line_.metrics_, run.font);
+        if (items.size() == 1) {
+            addItem(items.front());
+        } else {
+            for (const std::size_t index : visualOrderOfItems(items))
+                addItem(items[index]);
+        }
+        return std::move(line_);
+    }
+
+private:
+    void addItem(const Item& item)
+    {
+        GlyphSink sink;
+        shapeStretch(
+            std::u16string_view(line_.text_).substr(item.start, item.length), styleOf(item), sink);
+        LineRun run { item.font, NSMakeRange(item.start, item.length), line_.glyphs_.size(),
+            sink.glyphs.size(), line_.metrics_.width, widthOf(sink.total, item.font),
+            item.isRightToLeft() };
+        std::int64_t pen = 0;
+        if (run.rightToLeft)
+            std::ranges::reverse(sink.pieces);
+        for (const GlyphSink::Piece& piece : sink.pieces)
+            addGlyphs(std::span(sink.glyphs).subspan(piece.firstGlyph, piece.glyphCount), run, pen);
+        include(line_.metrics_, item.font);
+        line_.metrics_.width += run.width;
+        line_.runs_.push_back(run);
+    }
+
+    /// The pen counts in the face's units, so that rounding does not add up along the line.
+    void addGlyphs(std::span<const ShapedGlyph> glyphs, const LineRun& run, std::int64_t& pen)
+    {
+        const auto start = static_cast<std::uint32_t>(run.range.location);
+        for (const ShapedGlyph& glyph : glyphs) {
+            line_.glyphs_.push_back(
+                { glyph.glyph, start + glyph.cluster, run.x + widthOf(pen + glyph.x, run.font),
+                    widthOf(glyph.y, run.font), widthOf(glyph.advance, run.font) });
+            pen += glyph.advance;
+        }
+    }
+
+    Line line_;
+};
+
+Line shapeLine(std::u16string_view text, std::span<const FontRun> fonts, BaseDirection direction)
+{
+    return LineBuilder().build(text, fonts, direction);
+}
+
+Line shapeLine(std::u16string_view text, const Font& font, BaseDirection direction)
+{
+    const FontRun run { NSMakeRange(0, text.size()), font };
+    return shapeLine(text, std::span(&run, 1), direction);
+}
+
+LineMetrics measureLine(std::u16string_view text, const Font& font)
+{
+    LineMetrics metrics;
+    include(metrics, font);
+    if (!font.face || text.empty())
+        return metrics;
+    if (isSingleItem(text, font)) {
+        metrics.width = measureItem(text, { 0, text.size(), font, kLatin, 0 });
+        return metrics;
+    }
+    const FontRun run { NSMakeRange(0, text.size()), font };
+    const std::vector<Item> items = itemize(text, std::span(&run, 1), BaseDirection::natural);
+    for (const Item& item : items)
+        include(metrics, item.font);
+    for (const std::size_t index : visualOrderOfItems(items))
+        metrics.width += measureItem(text, items[index]);
+    return metrics;
+}
+
+}

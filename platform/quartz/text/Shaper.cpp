@@ -1,0 +1,294 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "Shaper.h"
+
+#include "FontFacePrivate.h"
+#include "WordCache.h"
+
+#include <algorithm>
+#include <limits>
+#include <mutex>
+
+namespace brindle::text {
+
+namespace {
+
+    constexpr char16_t kSpace = u' ';
+    constexpr std::size_t kBatchUnits = 512;
+    constexpr std::size_t kWindowUnits = 4096;
+    constexpr std::size_t kKeptGlyphs = 8192;
+
+    struct Segment {
+        std::size_t start = 0;
+        std::size_t end = 0;
+    };
+
+    /// A word that is not remembered yet.
+    struct NewWord {
+        Segment segment;
+        std::uint64_t hash = 0;
+    };
+
+    /// The spaces and the word that begin at `start`.
+    Segment segmentAt(std::u16string_view text, std::size_t start)
+    {
+        std::size_t end = start;
+        while (end < text.size() && text[end] == kSpace)
+            ++end;
+        while (end < text.size() && text[end] != kSpace)
+            ++end;
+        return { start, end };
+    }
+
+    /// Shapes words, alone or many at once, through one cache.
+    class WordShaper {
+    public:
+        static WordShaper& shared()
+        {
+            // Never destroyed: other threads may still measure text while the process ends.
+            static WordShaper* const shaper = new WordShaper;
+            return *shaper;
+        }
+
+        /// Shapes the words that begin in a window of the text; answers where the next one begins.
+        std::size_t shape(
+            std::u16string_view text, Segment window, const ShapingStyle& style, ShapingSink& sink);
+
+        std::mutex mutex;
+        WordCache cache;
+        std::uint64_t hits = 0;
+        std::uint64_t misses = 0;
+
+    private:
+        /// What HarfBuzz made of a text.
+        struct Shaping {
+            std::vector<ShapedGlyph> glyphs; // in visual order
+            std::vector<std::uint8_t> safe; // by unit: whether the text may be cut there
+        };
+
+        void run(std::u16string_view text, Shaping& result);
+        void fillBuffer(std::u16string_view text);
+        void hideControls();
+        void shapeAlone(const NewWord& word, ShapingSink& sink);
+        void shapeMissing(ShapingSink& sink);
+        void shapeTogether(ShapingSink& sink);
+        void finish(const NewWord& word, std::span<ShapedGlyph> glyphs, std::size_t firstCluster,
+            ShapingSink& sink);
+        WordKey keyFor(Segment segment) const;
+
+        std::u16string_view text_;
+        ShapingStyle style_;
+        HarfBuzz<hb_buffer_t> buffer_;
+        Shaping alone_;
+        Shaping batch_;
+        std::vector<NewWord> missing_; // neighbours, in order
+    };
+
+    void WordShaper::fillBuffer(std::u16string_view text)
+    {
+        if (!buffer_)
+            buffer_.reset(hb_buffer_create());
+        hb_buffer_t* buffer = buffer_.get();
+        hb_buffer_clear_contents(buffer);
+        hb_buffer_set_script(buffer, static_cast<hb_script_t>(style_.script));
+        hb_buffer_set_direction(buffer, style_.rightToLeft ? HB_DIRECTION_RTL : HB_DIRECTION_LTR);
+        const int length
+            = static_cast<int>(std::min<std::size_t>(text.size(), std::numeric_limits<int>::max()));
+        hb_buffer_add_utf16(
+            buffer, reinterpret_cast<const std::uint16_t*>(text.data()), length, 0, length);
+    }
+
+    /// Turns control characters into ones that shaping leaves blank, and tabs into spaces.
+    void WordShaper::hideControls()
+    {
+        constexpr hb_codepoint_t kZeroWidthSpace = 0x200B;
+        unsigned count = 0;
+        hb_glyph_info_t* infos = hb_buffer_get_glyph_infos(buffer_.get(), &count);
+        for (hb_glyph_info_t& info : std::span(infos, count)) {
+            if (info.codepoint == 0x09)
+                info.codepoint = kSpace;
+            else if (info.codepoint < 0x10000
+                && isHiddenControl(static_cast<char16_t>(info.codepoint)))
+                info.codepoint = kZeroWidthSpace;
+        }
+    }
+
+    void WordShaper::run(std::u16string_view text, Shaping& result)
+    {
+        fillBuffer(text);
+        hideControls();
+        hb_shape(style_.face->handles().font.get(), buffer_.get(), nullptr, 0);
+        unsigned count = 0;
+        const hb_glyph_info_t* infos = hb_buffer_get_glyph_infos(buffer_.get(), &count);
+        const hb_glyph_position_t* positions = hb_buffer_get_glyph_positions(buffer_.get(), &count);
+        result.glyphs.resize(count);
+        result.safe.assign(text.size() + 1, 0);
+        for (std::size_t i = 0; i < count; ++i) {
+            const hb_glyph_info_t& info = infos[i];
+            const hb_glyph_position_t& position = positions[i];
+            result.glyphs[i] = { info.codepoint, info.cluster, position.x_advance,
+                position.x_offset, position.y_offset };
+            result.safe[info.cluster] = (info.mask & HB_GLYPH_FLAG_UNSAFE_TO_BREAK) == 0;
+        }
+        // A very long word must not leave its memory behind.
+        if (count > kKeptGlyphs)
+            buffer_.reset();
+    }
+
+    /// Cuts the glyphs of the next units off a shaped text, from the side where it begins.
+    class GlyphCutter {
+    public:
+        GlyphCutter(std::span<ShapedGlyph> glyphs, bool rightToLeft)
+            : glyphs_(glyphs)
+            , rightToLeft_(rightToLeft)
+        {
+        }
+
+        /// Answers the glyphs of all units before `end` that were not taken yet.
+        std::span<ShapedGlyph> takeUpTo(std::size_t end)
+        {
+            std::size_t count = 0;
+            if (rightToLeft_) {
+                while (count < glyphs_.size() && glyphs_[glyphs_.size() - 1 - count].cluster < end)
+                    ++count;
+                const auto taken = glyphs_.last(count);
+                glyphs_ = glyphs_.first(glyphs_.size() - count);
+                return taken;
+            }
+            while (count < glyphs_.size() && glyphs_[count].cluster < end)
+                ++count;
+            const auto taken = glyphs_.first(count);
+            glyphs_ = glyphs_.subspan(count);
+            return taken;
+        }
+
+    private:
+        std::span<ShapedGlyph> glyphs_; // what is left
+        bool rightToLeft_;
+    };
+
+    WordKey WordShaper::keyFor(Segment segment) const
+    {
+        return { style_, segment.end < text_.size(),
+            text_.substr(segment.start, segment.end - segment.start) };
+    }
+
+    /// Remembers a shaped word and hands it on.
+    void WordShaper::finish(const NewWord& word, std::span<ShapedGlyph> glyphs,
+        std::size_t firstCluster, ShapingSink& sink)
+    {
+        std::int64_t advance = 0;
+        for (ShapedGlyph& glyph : glyphs) {
+            glyph.cluster -= static_cast<std::uint32_t>(firstCluster);
+            advance += glyph.advance;
+        }
+        cache.insert(keyFor(word.segment), word.hash, advance, glyphs);
+        sink.addPiece(word.segment.start, advance, glyphs);
+    }
+
+    void WordShaper::shapeAlone(const NewWord& word, ShapingSink& sink)
+    {
+        const std::size_t length = word.segment.end - word.segment.start;
+        const std::size_t follower = word.segment.end < text_.size() ? 1 : 0;
+        run(text_.substr(word.segment.start, length + follower), alone_);
+        GlyphCutter cutter(alone_.glyphs, style_.rightToLeft);
+        finish(word, cutter.takeUpTo(length), 0, sink);
+        if (alone_.glyphs.size() > kKeptGlyphs)
+            alone_ = Shaping {};
+    }
+
+    /// Shapes neighbouring words at once, which is quicker than one by one, and cuts the answer
+    /// where that makes no difference.
+    void WordShaper::shapeTogether(ShapingSink& sink)
+    {
+        const std::size_t first = missing_.front().segment.start;
+        const std::size_t last = missing_.back().segment.end;
+        const std::size_t length = last - first + (last < text_.size() ? 1 : 0);
+        run(text_.substr(first, length), batch_);
+        GlyphCutter cutter(batch_.glyphs, style_.rightToLeft);
+        for (const NewWord& word : missing_) {
+            const std::size_t start = word.segment.start - first;
+            const std::size_t end = word.segment.end - first;
+            const auto glyphs = cutter.takeUpTo(end);
+            const bool startIsSafe = start == 0 || batch_.safe[start] != 0;
+            const bool endIsSafe = end == length || batch_.safe[end] != 0;
+            if (startIsSafe && endIsSafe)
+                finish(word, glyphs, start, sink);
+            else
+                shapeAlone(word, sink);
+        }
+    }
+
+    void WordShaper::shapeMissing(ShapingSink& sink)
+    {
+        if (missing_.size() == 1)
+            shapeAlone(missing_.front(), sink);
+        else if (!missing_.empty())
+            shapeTogether(sink);
+        missing_.clear();
+    }
+
+    std::size_t WordShaper::shape(
+        std::u16string_view text, Segment window, const ShapingStyle& style, ShapingSink& sink)
+    {
+        text_ = text;
+        style_ = style;
+        missing_.clear();
+        std::size_t at = window.start;
+        while (at < window.end) {
+            const Segment segment = segmentAt(text, at);
+            at = segment.end;
+            if (segment.end - segment.start > WordCache::kLongestWord) {
+                shapeMissing(sink);
+                shapeAlone({ segment, 0 }, sink);
+                continue;
+            }
+            const WordKey key = keyFor(segment);
+            const std::uint64_t hash = WordCache::hashOf(key);
+            const CachedWord* word = cache.find(key, hash);
+            if (word && !missing_.empty()) {
+                // What is remembered now may be forgotten by what comes in.
+                shapeMissing(sink);
+                word = cache.find(key, hash);
+            }
+            if (word) {
+                ++hits;
+                sink.addPiece(segment.start, word->advance, word->glyphs);
+                continue;
+            }
+            ++misses;
+            missing_.push_back({ segment, hash });
+            if (segment.end - missing_.front().segment.start >= kBatchUnits)
+                shapeMissing(sink);
+        }
+        shapeMissing(sink);
+        return at;
+    }
+
+}
+
+void shapeStretch(std::u16string_view text, const ShapingStyle& style, ShapingSink& sink)
+{
+    WordShaper& shaper = WordShaper::shared();
+    for (std::size_t at = 0; at < text.size();) {
+        // A long text lets other threads in between.
+        const std::lock_guard lock(shaper.mutex);
+        const std::size_t end = at + std::min(kWindowUnits, text.size() - at);
+        at = shaper.shape(text, { at, end }, style, sink);
+    }
+}
+
+WordCacheState wordCacheState()
+{
+    WordShaper& shaper = WordShaper::shared();
+    const std::lock_guard lock(shaper.mutex);
+    return { shaper.cache.wordCount(), shaper.cache.byteCount(), shaper.hits, shaper.misses };
+}
+
+void clearWordCache()
+{
+    WordShaper& shaper = WordShaper::shared();
+    const std::lock_guard lock(shaper.mutex);
+    shaper.cache.clear();
+}
+
+}

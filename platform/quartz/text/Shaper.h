@@ -1,0 +1,64 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <cstdint>
+#include <span>
+#include <string_view>
+
+#include "Itemizer.h"
+
+namespace brindle::text {
+
+/// A glyph as shaping leaves it, in the face's own units, for any size.
+struct ShapedGlyph {
+    GlyphId glyph = 0;
+    std::uint32_t cluster = 0; // units from the start of its piece
+    std::int32_t advance = 0;
+    std::int32_t x = 0; // moved from the pen's place
+    std::int32_t y = 0;
+};
+
+/// What shaping depends on besides the text.
+struct ShapingStyle {
+    const FontFace* face = nullptr;
+    ScriptTag script = kLatin;
+    bool rightToLeft = false;
+
+    friend bool operator==(const ShapingStyle&, const ShapingStyle&) = default;
+};
+
+/// Takes the pieces of a shaped stretch, in the text's order.
+class ShapingSink {
+public:
+    /// - start: units from the start of the stretch.
+    /// - advance: the piece's width in the face's units.
+    /// - glyphs: in visual order, lent for this call.
+    virtual void addPiece(
+        std::size_t start, std::int64_t advance, std::span<const ShapedGlyph> glyphs)
+        = 0;
+
+protected:
+    ~ShapingSink() = default;
+};
+
+/// Shapes a stretch of one style word by word, and remembers the words.
+///
+/// The answer is always that of each word (with the spaces before it) shaped by itself in front of
+/// a space, so it does not depend on what was seen before.
+/// Thread: any.
+void shapeStretch(std::u16string_view text, const ShapingStyle& style, ShapingSink& sink);
+
+/// How much the memory of words holds and has answered, for tests and measurements.
+struct WordCacheState {
+    std::size_t words = 0;
+    std::size_t bytes = 0;
+    std::uint64_t hits = 0;
+    std::uint64_t misses = 0;
+};
+
+WordCacheState wordCacheState();
+
+/// Forgets all words, for tests and measurements.
+void clearWordCache();
+
+}

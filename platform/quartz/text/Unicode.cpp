@@ -1,0 +1,140 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "Unicode.h"
+
+#include <algorithm>
+#include <limits>
+#include <memory>
+#include <numeric>
+
+#include <unicode/ubidi.h>
+#include <unicode/ubrk.h>
+
+namespace brindle::text {
+
+namespace {
+
+    // The time for deeply nested directions grows with the square of the length. Nobody can follow
+    // a nesting over so many letters, and so the levels of a very long line are found part by part.
+    constexpr std::size_t kDirectionUnits = 32 * 1024;
+
+    struct IcuDeleter {
+        void operator()(UBiDi* bidi) const { ubidi_close(bidi); }
+        void operator()(UBreakIterator* iterator) const { ubrk_close(iterator); }
+    };
+
+    template <typename T> using Icu = std::unique_ptr<T, IcuDeleter>;
+
+    UBiDiLevel paragraphLevel(BaseDirection direction)
+    {
+        switch (direction) {
+        case BaseDirection::leftToRight:
+            return 0;
+        case BaseDirection::rightToLeft:
+            return 1;
+        case BaseDirection::natural:
+            break;
+        }
+        return UBIDI_DEFAULT_LTR;
+    }
+
+    /// Appends the levels of a part of the text.
+    bool addLevels(
+        UBiDi* bidi, std::u16string_view part, UBiDiLevel base, std::vector<Level>& levels)
+    {
+        UErrorCode status = U_ZERO_ERROR;
+        const auto length = static_cast<std::int32_t>(part.size());
+        ubidi_setPara(bidi, part.data(), length, base, nullptr, &status);
+        const UBiDiLevel* found = U_SUCCESS(status) ? ubidi_getLevels(bidi, &status) : nullptr;
+        if (U_FAILURE(status) || !found)
+            return false;
+        levels.insert(levels.end(), found, found + length);
+        return true;
+    }
+
+    bool fitsIcu(std::u16string_view text)
+    {
+        return text.size() <= static_cast<std::size_t>(std::numeric_limits<std::int32_t>::max());
+    }
+
+    UBreakIterator* characterIterator()
+    {
+        thread_local Icu<UBreakIterator> iterator;
+        if (!iterator) {
+            UErrorCode status = U_ZERO_ERROR;
+            iterator.reset(ubrk_open(UBRK_CHARACTER, "", nullptr, 0, &status));
+            if (U_FAILURE(status))
+                iterator.reset();
+        }
+        return iterator.get();
+    }
+
+    std::vector<std::size_t> unitBoundaries(std::u16string_view text)
+    {
+        std::vector<std::size_t> boundaries(text.size() + 1);
+        std::iota(boundaries.begin(), boundaries.end(), std::size_t { 0 });
+        return boundaries;
+    }
+
+}
+
+bool isPlainLatin(std::u16string_view text)
+{
+    return std::ranges::all_of(text, [](char16_t unit) { return isPlainLatin(unit); });
+}
+
+bool mayRunRightToLeft(std::u16string_view text)
+{
+    return std::ranges::any_of(text, [](char16_t unit) {
+        const bool letter = (unit >= 0x0590 && unit < 0x0900) || (unit >= 0xFB1D && unit < 0xFE00)
+            || (unit >= 0xFE70 && unit < 0xFF00);
+        const bool mark = unit == 0x200F || unit == 0x202B || unit == 0x202E || unit == 0x2067;
+        // The first halves of the pairs from U+10800 to U+10FFF and from U+1E800 to U+1EFFF.
+        const bool pair = unit == 0xD802 || unit == 0xD803 || unit == 0xD83A || unit == 0xD83B;
+        return letter || mark || pair;
+    });
+}
+
+Directions directionsOfText(std::u16string_view text, BaseDirection direction)
+{
+    Directions result;
+    result.base = direction == BaseDirection::rightToLeft ? 1 : 0;
+    const Icu<UBiDi> bidi(ubidi_open());
+    if (text.empty() || !bidi)
+        return result;
+    result.levels.reserve(text.size());
+    UBiDiLevel base = paragraphLevel(direction);
+    for (std::size_t start = 0; start < text.size(); start += kDirectionUnits) {
+        const std::u16string_view part = text.substr(start, kDirectionUnits);
+        if (!addLevels(bidi.get(), part, base, result.levels))
+            return { {}, result.base };
+        if (start == 0)
+            base = result.base = ubidi_getParaLevel(bidi.get());
+    }
+    return result;
+}
+
+std::vector<std::size_t> visualOrder(const std::vector<Level>& levels)
+{
+    std::vector<std::int32_t> order(levels.size());
+    ubidi_reorderVisual(levels.data(), static_cast<std::int32_t>(levels.size()), order.data());
+    return { order.begin(), order.end() };
+}
+
+std::vector<std::size_t> characterBoundaries(std::u16string_view text)
+{
+    UBreakIterator* iterator = isPlainLatin(text) || !fitsIcu(text) ? nullptr : characterIterator();
+    if (!iterator)
+        return unitBoundaries(text);
+    UErrorCode status = U_ZERO_ERROR;
+    ubrk_setText(iterator, text.data(), static_cast<std::int32_t>(text.size()), &status);
+    if (U_FAILURE(status))
+        return unitBoundaries(text);
+    std::vector<std::size_t> boundaries;
+    for (std::int32_t at = ubrk_first(iterator); at != UBRK_DONE; at = ubrk_next(iterator))
+        boundaries.push_back(static_cast<std::size_t>(at));
+    // The iterator must not go on pointing at text that its owner may free.
+    ubrk_setText(iterator, u"", 0, &status);
+    return boundaries;
+}
+
+}

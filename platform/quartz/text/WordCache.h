@@ -1,0 +1,76 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <span>
+#include <string_view>
+#include <vector>
+
+#include "Shaper.h"
+
+namespace brindle::text {
+
+/// What a remembered word is known by.
+struct WordKey {
+    ShapingStyle style;
+    bool beforeSpace = false; // a space follows, which may pull the last letter closer
+    std::u16string_view text;
+
+    friend bool operator==(const WordKey&, const WordKey&) = default;
+};
+
+/// A remembered word. Its text and glyphs lie in the cache's memory.
+struct CachedWord {
+    std::uint64_t hash = 0;
+    WordKey key;
+    std::int64_t advance = 0;
+    std::span<const ShapedGlyph> glyphs;
+};
+
+/// Shaped words, in bounded memory.
+///
+/// There are two generations. New words and words that are used again go to the young one; when
+/// that is full, it becomes the old one and the words that nobody asked for since are forgotten
+/// together. Thread: one at a time.
+class WordCache {
+public:
+    /// Longer words are not worth remembering.
+    static constexpr std::size_t kLongestWord = 48;
+
+    /// Answers a word, good until the next call.
+    /// - Nil: null for a word that is not remembered.
+    /// - hash: the key's `hashOf`.
+    const CachedWord* find(const WordKey& key, std::uint64_t hash);
+
+    void insert(const WordKey& key, std::uint64_t hash, std::int64_t advance,
+        std::span<const ShapedGlyph> glyphs);
+
+    static std::uint64_t hashOf(const WordKey& key);
+
+    void clear();
+    std::size_t wordCount() const { return young_.count + old_.count; }
+    std::size_t byteCount() const;
+
+private:
+    static constexpr std::size_t kBlockBytes = 64 * 1024;
+
+    struct Generation {
+        std::vector<const CachedWord*> slots; // a power of two, or none
+        std::vector<std::unique_ptr<std::byte[]>> blocks;
+        std::size_t used = kBlockBytes; // of the last block
+        std::size_t count = 0;
+
+        const CachedWord* find(const WordKey& key, std::uint64_t hash) const;
+        bool hasRoomFor(std::size_t bytes) const;
+        void* allocate(std::size_t bytes);
+        void insert(std::uint64_t hash, const WordKey& key, std::int64_t advance,
+            std::span<const ShapedGlyph> glyphs);
+    };
+
+    Generation young_;
+    Generation old_;
+};
+
+}
