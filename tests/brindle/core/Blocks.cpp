@@ -43,7 +43,15 @@ namespace {
 
     /// Every test here turns the clock by hand.
     struct Jobs : testing::Test {
-        VirtualClock clock;
+        test::VirtualClock clock;
+
+        /// Runs the main queue until something is true. Work in the background takes real time, so this looks
+        /// again and again; the test program's own limit ends a wait that never does.
+        template <class F> void runUntil(F&& condition)
+        {
+            while (!condition())
+                clock.advance(0.001);
+        }
     };
     struct Delays : Jobs { };
     struct Timeouts : Jobs { };

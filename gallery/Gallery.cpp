@@ -1,0 +1,103 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "Gallery.h"
+
+#include "appkit/NSApplication.h"
+#include "foundation/NSMutableArray.h"
+#include "foundation/NSNotification.h"
+#include "foundation/NSString.h"
+#include "pages/ground/GroundPage.h"
+#include "runtime/Table.h"
+
+namespace gallery {
+
+using namespace brindle;
+
+namespace {
+
+    constexpr double kSidebarWidth = 200;
+    constexpr NSSize kSize { 980, 640 };
+    constexpr NSSize kLeastSize { 820, 520 };
+
+    /// What the sidebar lists, and how each page is made.
+    struct Entry {
+        const char* name;
+        Ref<GalleryPage> (*make)();
+    };
+    constexpr Entry kPages[] = {
+        { "The ground", [] { return Ref<GalleryPage>(brindle::make<GroundPage>()); } },
+    };
+
+}
+
+template <> struct GalleryController::Methods<struct Pages> {
+
+    static void open(GalleryController& self)
+    {
+        const NSUInteger style = NSTitledWindowMask | NSClosableWindowMask
+            | NSMiniaturizableWindowMask | NSResizableWindowMask;
+        self.window_ = alloc<NSWindow>()->initWithContentRect_styleMask_backing_defer(
+            { {}, kSize }, style, NSBackingStoreBuffered, true);
+        self.window_->setTitle("Brindle Gallery"_ns);
+        self.window_->setContentMinSize(kLeastSize);
+        self.window_->setReleasedWhenClosed(false);
+        self.window_->setDelegate(&self);
+
+        const auto names = NSMutableArray::cls().array();
+        for (const Entry& entry : kPages)
+            names->addObject(stringFrom(entry.name).get());
+        const Ref<NSView> content = self.window_->contentView();
+        const NSSize size = content->bounds().size;
+        self.sidebar_ = cast<GallerySidebar>(
+            alloc<GallerySidebar>()->initWithFrame(NSMakeRect(0, 0, kSidebarWidth, size.height)));
+        self.sidebar_->setAutoresizingMask(NSViewHeightSizable);
+        self.sidebar_->setNames_chosen(
+            names.get(), [weak = WeakRef<GalleryController>(&self)](NSUInteger index) {
+                maybe(weak.get())->showPage(index);
+            });
+        content->addSubview(self.sidebar_.get());
+        self.showPage(0);
+        self.window_->center();
+        self.window_->makeKeyAndOrderFront(&self);
+    }
+
+    static void showPage(GalleryController& self, NSUInteger index)
+    {
+        if (index >= std::size(kPages))
+            return;
+        const Ref<NSView> content = self.window_->contentView();
+        const NSSize size = content->bounds().size;
+        maybe(self.page_)->removeFromSuperview();
+        self.page_ = kPages[index].make();
+        self.page_->setFrame(NSMakeRect(kSidebarWidth, 0, size.width - kSidebarWidth, size.height));
+        self.page_->setAutoresizingMask(NSViewWidthSizable | NSViewHeightSizable);
+        content->addSubview(self.page_.get());
+        self.sidebar_->setSelection(index);
+        self.window_->makeFirstResponder(self.page_.get());
+    }
+
+    static void applicationDidFinishLaunching(GalleryController& self, NSNotification*)
+    {
+        self.open();
+    }
+    static void windowWillClose(GalleryController& self, NSNotification*)
+    {
+        NSApplication::cls().sharedApplication()->terminate(&self);
+    }
+
+    static void table(Builder& t)
+    {
+        t.properties({
+            property<&GalleryController::window_>("window", readonly, nonatomic),
+            property<&GalleryController::page_>("page", readonly, nonatomic),
+        });
+        t.methods({
+            { "open", imp<open> },
+            { "showPage:", imp<showPage> },
+            { "applicationDidFinishLaunching:", imp<applicationDidFinishLaunching> },
+            { "windowWillClose:", imp<windowWillClose> },
+        });
+    }
+};
+BRINDLE_RECORD(GalleryController, Pages)
+
+}

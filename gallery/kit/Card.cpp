@@ -1,0 +1,55 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "Card.h"
+
+#include "Drawing.h"
+#include "Palette.h"
+#include "runtime/Table.h"
+
+namespace gallery {
+
+using namespace brindle;
+
+template <> struct GalleryCard::Methods<struct Sheet> {
+
+    static constexpr double kMargin = 16;
+    static constexpr double kHeadingHeight = 44;
+
+    static bool isFlipped(GalleryCard&) { return true; }
+
+    static NSRect bodyRect(GalleryCard& self)
+    {
+        const NSRect b = self.bounds();
+        return NSMakeRect(kMargin, kMargin + kHeadingHeight, b.size.width - 2 * kMargin,
+            b.size.height - 2 * kMargin - kHeadingHeight);
+    }
+
+    static void drawRect(GalleryCard& self, NSRect)
+    {
+        const Palette& colors = palette();
+        fillRounded(self.bounds(), 10, colors.card.get());
+        strokeRounded(self.bounds(), 10, colors.border.get());
+        drawText(self.heading_.get(), { kMargin, kMargin }, Style::heading, colors.text.get());
+        drawText(
+            self.caption_.get(), { kMargin, kMargin + 19 }, Style::caption, colors.quietText.get());
+        self.drawBody(self.bodyRect());
+    }
+
+    static void drawBody(GalleryCard&, NSRect) { }
+
+    static void table(Builder& t)
+    {
+        t.properties({
+            property<&GalleryCard::heading_>("heading", copied, nonatomic),
+            property<&GalleryCard::caption_>("caption", copied, nonatomic),
+        });
+        t.methods({
+            { "isFlipped", imp<isFlipped> },
+            { "bodyRect", imp<bodyRect> },
+            { "drawRect:", imp<drawRect> },
+            { "drawBody:", imp<drawBody> },
+        });
+    }
+};
+BRINDLE_RECORD(GalleryCard, Sheet)
+
+}

@@ -1,0 +1,33 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include "appkit/NSView.h"
+
+namespace gallery {
+
+/// A rounded sheet with a heading and a line about it; subclasses draw into `bodyRect`. Flipped.
+class GalleryCard : public brindle::NSView {
+    BRINDLE_OBJECT(GalleryCard, brindle::NSView)
+
+public:
+    brindle::Ref<brindle::NSString> heading() const
+    {
+        return send<"heading", brindle::Ref<brindle::NSString>>();
+    }
+    void setHeading(brindle::NSString* text) { send<"setHeading:">(text); }
+    brindle::Ref<brindle::NSString> caption() const
+    {
+        return send<"caption", brindle::Ref<brindle::NSString>>();
+    }
+    void setCaption(brindle::NSString* text) { send<"setCaption:">(text); }
+    /// Answers the room under the heading.
+    brindle::NSRect bodyRect() const { return send<"bodyRect", brindle::NSRect>(); }
+    /// Draws what the card is about; called with the sheet and the heading drawn.
+    void drawBody(brindle::NSRect body) { send<"drawBody:">(body); }
+
+private:
+    brindle::Ref<brindle::NSString> heading_;
+    brindle::Ref<brindle::NSString> caption_;
+};
+
+}

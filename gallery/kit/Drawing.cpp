@@ -1,0 +1,103 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "Drawing.h"
+
+#include <algorithm>
+
+#include "appkit/NSGraphicsContext.h"
+#include "appkit/NSStringDrawing.h"
+#include "core/BRGeometry.h"
+#include "foundation/NSDictionary.h"
+#include "quartz/CGContext.h"
+
+namespace gallery {
+
+using namespace brindle;
+
+namespace {
+
+    Ref<NSDictionary> attributes(Style style, NSColor* color)
+    {
+        return NSDictionary::cls().dictionaryWithObjectsAndKeys(fontOf(style).get(),
+            static_cast<NSString*>(NSFontAttributeName), color,
+            static_cast<NSString*>(NSForegroundColorAttributeName));
+    }
+
+    void addRounded(CGContextRef context, NSRect r, double radius)
+    {
+        const double limit = std::min(radius, std::min(r.size.width, r.size.height) / 2);
+        CGContextBeginPath(context);
+        CGContextMoveToPoint(context, NSMidX(r), NSMinY(r));
+        CGContextAddArcToPoint(context, NSMaxX(r), NSMinY(r), NSMaxX(r), NSMaxY(r), limit);
+        CGContextAddArcToPoint(context, NSMaxX(r), NSMaxY(r), NSMinX(r), NSMaxY(r), limit);
+        CGContextAddArcToPoint(context, NSMinX(r), NSMaxY(r), NSMinX(r), NSMinY(r), limit);
+        CGContextAddArcToPoint(context, NSMinX(r), NSMinY(r), NSMaxX(r), NSMinY(r), limit);
+        CGContextClosePath(context);
+    }
+
+    Ref<CGContext> current()
+    {
+        return maybe(NSGraphicsContext::cls().currentContext())->CGContext();
+    }
+
+}
+
+Ref<NSFont> fontOf(Style style)
+{
+    const auto fonts = NSFont::cls();
+    switch (style) {
+    case Style::title:
+        return fonts.boldSystemFontOfSize(24);
+    case Style::heading:
+        return fonts.boldSystemFontOfSize(13);
+    case Style::caption:
+        return fonts.systemFontOfSize(11);
+    case Style::figure:
+        return fonts.boldSystemFontOfSize(20);
+    case Style::body:
+        break;
+    }
+    return fonts.systemFontOfSize(13);
+}
+
+void drawText(NSString* text, NSPoint place, Style style, NSColor* color)
+{
+    drawAtPoint_withAttributes(text, place, attributes(style, color).get());
+}
+
+NSSize sizeOf(NSString* text, Style style)
+{
+    return sizeWithAttributes(text, attributes(style, NSColor::cls().blackColor().get()).get());
+}
+
+void drawCentered(NSString* text, NSRect rect, Style style, NSColor* color)
+{
+    const NSSize size = sizeOf(text, style);
+    const NSPoint place { rect.origin.x + BRGetMidXRectAndSize(rect, size),
+        rect.origin.y + BRGetMidYRectAndSize(rect, size) };
+    drawText(text, place, style, color);
+}
+
+void fillRounded(NSRect rect, double radius, NSColor* color)
+{
+    const Ref<CGContext> context = current();
+    color->setFill();
+    addRounded(context.get(), rect, radius);
+    CGContextFillPath(context.get());
+}
+
+void strokeRounded(NSRect rect, double radius, NSColor* color)
+{
+    const Ref<CGContext> context = current();
+    color->setStroke();
+    CGContextSetLineWidth(context.get(), 1);
+    addRounded(context.get(), inset(rect, 0.5), radius - 0.5);
+    CGContextStrokePath(context.get());
+}
+
+void fill(NSRect rect, NSColor* color)
+{
+    color->setFill();
+    NSRectFillUsingOperation(rect, NSCompositeSourceOver);
+}
+
+}

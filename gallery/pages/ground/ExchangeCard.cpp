@@ -1,0 +1,83 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "ExchangeCard.h"
+
+#include "core/MethodPatching.h"
+#include "foundation/NSString.h"
+#include "kit/Drawing.h"
+#include "kit/Palette.h"
+#include "runtime/Table.h"
+
+namespace gallery {
+
+using namespace brindle;
+
+/// Knows two texts.
+class GalleryGreeter : public NSObject {
+    BRINDLE_OBJECT(GalleryGreeter, NSObject)
+
+public:
+    Ref<NSString> greeting() const { return send<"greeting", Ref<NSString>>(); }
+};
+
+template <> struct GalleryGreeter::Methods<struct Texts> {
+    static Ref<NSString> greeting(GalleryGreeter&) { return "Good morning"_ns; }
+    static Ref<NSString> farewell(GalleryGreeter&) { return "Good night"_ns; }
+    static void table(Builder& t)
+    {
+        t.methods({ { "greeting", imp<greeting> }, { "farewell", imp<farewell> } });
+    }
+};
+BRINDLE_RECORD(GalleryGreeter, Texts)
+
+template <> struct ExchangeCard::Methods<struct Exchanging> {
+
+    static Ref<NSView> initWithFrame(ExchangeCard& self, NSRect frame)
+    {
+        self.setHeading("Exchanged method"_ns);
+        self.setCaption("XUISwizzleMethod: greeting runs farewell"_ns);
+        self.greeter_ = make<GalleryGreeter>();
+        self.chip_ = make<GalleryChip>();
+        self.chip_->setTitle("Exchange"_ns);
+        self.chip_->setOnPress(
+            [weak = WeakRef<ExchangeCard>(&self)] { maybe(weak.get())->exchange(); });
+        self.addSubview(self.chip_.get());
+        return super<ExchangeCard, "initWithFrame:", Ref<NSView>>(self, frame);
+    }
+
+    static void setFrameSize(ExchangeCard& self, NSSize size)
+    {
+        super<ExchangeCard, "setFrameSize:">(self, size);
+        self.chip_->setFrame(NSMakeRect(16, size.height - 44, 90, 28));
+    }
+
+    static void exchange(ExchangeCard& self)
+    {
+        XUISwizzleMethod(GalleryGreeter::cls(), '-', selector<"greeting">, selector<"farewell">);
+        ++self.exchanges_;
+        self.setNeedsDisplay(true);
+    }
+
+    static void drawBody(ExchangeCard& self, NSRect body)
+    {
+        const Palette& colors = palette();
+        const auto says = cast<GalleryGreeter>(self.greeter_)->greeting();
+        drawText(says.get(), body.origin, Style::figure, colors.accent.get());
+        const auto note = NSString::cls().stringWithFormat(
+            "-[GalleryGreeter greeting], exchanged %ld times"_ns, self.exchanges_);
+        drawText(note.get(), { body.origin.x, body.origin.y + 28 }, Style::caption,
+            colors.quietText.get());
+    }
+
+    static void table(Builder& t)
+    {
+        t.methods({
+            { "initWithFrame:", imp<initWithFrame> },
+            { "setFrameSize:", imp<setFrameSize> },
+            { "exchange", imp<exchange> },
+            { "drawBody:", imp<drawBody> },
+        });
+    }
+};
+BRINDLE_RECORD(ExchangeCard, Exchanging)
+
+}

@@ -1,0 +1,115 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "GroundPage.h"
+
+#include <algorithm>
+
+#include "appkit/NSEvent.h"
+#include "appkit/NSWindow.h"
+#include "foundation/NSString.h"
+#include "kit/Palette.h"
+#include "runtime/Table.h"
+
+namespace gallery {
+
+using namespace brindle;
+
+template <> struct GroundPage::Methods<struct Cards> {
+
+    static constexpr double kGap = 16;
+    static constexpr double kLeftWidth = 236;
+    static constexpr double kBottomHeight = 168;
+    static constexpr double kLeastStandard = 12;
+    static constexpr double kMostStandard = 60;
+
+    template <class Card> static Ref<Card> add(GroundPage& self)
+    {
+        Ref<Card> card = make<Card>();
+        self.addSubview(card.get());
+        return card;
+    }
+
+    static Ref<NSView> initWithFrame(GroundPage& self, NSRect frame)
+    {
+        self.rows_ = add<RowsCard>(self);
+        self.grid_ = add<GridCard>(self);
+        self.job_ = add<JobCard>(self);
+        self.strokes_ = add<StrokesCard>(self);
+        self.exchange_ = add<ExchangeCard>(self);
+        self.standardHeight_ = 22;
+        return super<GroundPage, "initWithFrame:", Ref<NSView>>(self, frame);
+    }
+
+    static Ref<NSString> pageTitle(GroundPage&) { return "The ground"_ns; }
+    static Ref<NSString> pageCaption(GroundPage&)
+    {
+        return "Rows, jobs, timeouts and methods, live.  Up, Down: row height   J: job   X: exchange   D: light or dark"_ns;
+    }
+
+    static void layOutIn(GroundPage& self, NSRect room)
+    {
+        if (!self.exchange_)
+            return;
+        const double top = room.size.height - kBottomHeight - kGap;
+        self.rows_->setFrame(NSMakeRect(room.origin.x, room.origin.y, kLeftWidth, top));
+        self.grid_->setFrame(NSMakeRect(room.origin.x + kLeftWidth + kGap, room.origin.y,
+            room.size.width - kLeftWidth - kGap, top));
+        const double width = (room.size.width - 2 * kGap) / 3;
+        double x = room.origin.x;
+        for (NSView* card :
+            { static_cast<NSView*>(self.job_.get()), static_cast<NSView*>(self.strokes_.get()),
+                static_cast<NSView*>(self.exchange_.get()) }) {
+            card->setFrame(NSMakeRect(x, room.origin.y + top + kGap, width, kBottomHeight));
+            x += width + kGap;
+        }
+    }
+
+    static void changeStandard(GroundPage& self, double step)
+    {
+        self.standardHeight_
+            = std::clamp(self.standardHeight_ + step, kLeastStandard, kMostStandard);
+        self.rows_->setStandardHeight(self.standardHeight_);
+        self.grid_->setStandardHeight(self.standardHeight_);
+    }
+
+    static void scrollWheel(GroundPage& self, NSEvent* event)
+    {
+        changeStandard(self, event->scrollingDeltaY() > 0 ? 1 : -1);
+    }
+
+    static void keyDown(GroundPage& self, NSEvent* event)
+    {
+        const Ref<NSString> text = event->charactersIgnoringModifiers();
+        if (!text || text->length() == 0)
+            return;
+        switch (text->characterAtIndex(0)) {
+        case NSUpArrowFunctionKey:
+            return changeStandard(self, 1);
+        case NSDownArrowFunctionKey:
+            return changeStandard(self, -1);
+        case u'j':
+            return self.job_->run();
+        case u'x':
+            return self.exchange_->exchange();
+        case u'd':
+            setDark(!isDark());
+            return maybe(maybe(self.window())->contentView())->setNeedsDisplay(true);
+        default:
+            super<GroundPage, "keyDown:">(self, event);
+        }
+    }
+
+    static void table(Builder& t)
+    {
+        t.methods({
+            { "initWithFrame:", imp<initWithFrame> },
+            { "pageTitle", imp<pageTitle> },
+            { "pageCaption", imp<pageCaption> },
+            { "layOutIn:", imp<layOutIn> },
+            { "scrollWheel:", imp<scrollWheel> },
+            { "keyDown:", imp<keyDown> },
+        });
+    }
+};
+BRINDLE_RECORD(GroundPage, Cards)
+
+}

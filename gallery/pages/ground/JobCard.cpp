@@ -1,0 +1,100 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "JobCard.h"
+
+#include <memory>
+#include <vector>
+
+#include "foundation/NSString.h"
+#include "kit/Drawing.h"
+#include "kit/Palette.h"
+#include "runtime/Table.h"
+
+namespace gallery {
+
+using namespace brindle;
+
+namespace {
+
+    constexpr NSInteger kLimit = 2'000'000;
+
+    NSInteger countPrimes()
+    {
+        std::vector<bool> composite(kLimit);
+        NSInteger primes = 0;
+        for (std::size_t n = 2; n < composite.size(); ++n) {
+            if (composite[n])
+                continue;
+            ++primes;
+            for (std::size_t multiple = n * n; multiple < composite.size(); multiple += n)
+                composite[multiple] = true;
+        }
+        return primes;
+    }
+
+}
+
+template <> struct JobCard::Methods<struct Job> {
+
+    static Ref<NSView> initWithFrame(JobCard& self, NSRect frame)
+    {
+        self.setHeading("Background job"_ns);
+        self.setCaption("BRBlock: work elsewhere, completion here"_ns);
+        self.primes_ = -1;
+        self.chip_ = make<GalleryChip>();
+        self.chip_->setTitle("Count primes"_ns);
+        self.chip_->setOnPress([weak = WeakRef<JobCard>(&self)] { maybe(weak.get())->run(); });
+        self.addSubview(self.chip_.get());
+        return super<JobCard, "initWithFrame:", Ref<NSView>>(self, frame);
+    }
+
+    static void setFrameSize(JobCard& self, NSSize size)
+    {
+        super<JobCard, "setFrameSize:">(self, size);
+        self.chip_->setFrame(NSMakeRect(16, size.height - 44, 116, 28));
+    }
+
+    static void run(JobCard& self)
+    {
+        if (std::exchange(self.running_, true))
+            return;
+        self.setNeedsDisplay(true);
+        const auto found = std::make_shared<NSInteger>(0);
+        const auto job = make<BRBlock>();
+        job->setCode([found] { *found = countPrimes(); });
+        job->setCompletion([found, card = Ref<JobCard>(&self)] {
+            card->primes_ = *found;
+            card->running_ = false;
+            ++card->runs_;
+            card->setNeedsDisplay(true);
+        });
+        job->execute();
+    }
+
+    static void drawBody(JobCard& self, NSRect body)
+    {
+        const Palette& colors = palette();
+        const auto figure = self.running_ ? Ref<NSString>("Counting..."_ns)
+            : self.primes_ < 0            ? Ref<NSString>("Ready"_ns)
+                               : NSString::cls().stringWithFormat("%ld primes"_ns, self.primes_);
+        drawText(figure.get(), body.origin, Style::figure, colors.accent.get());
+        const auto note = self.runs_ == 0
+            ? NSString::cls().stringWithFormat("below %ld"_ns, kLimit)
+            : NSString::cls().stringWithFormat(
+                "below %ld, counted %ld times"_ns, kLimit, self.runs_);
+        drawText(note.get(), { body.origin.x, body.origin.y + 28 }, Style::caption,
+            colors.quietText.get());
+    }
+
+    static void table(Builder& t)
+    {
+        t.methods({
+            { "initWithFrame:", imp<initWithFrame> },
+            { "setFrameSize:", imp<setFrameSize> },
+            { "run", imp<run> },
+            { "drawBody:", imp<drawBody> },
+        });
+    }
+};
+BRINDLE_RECORD(JobCard, Job)
+
+}
