@@ -1,0 +1,268 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "Unicode.h"
+
+#include <algorithm>
+#include <cstring>
+#include <dlfcn.h>
+#include <memory>
+#include <mutex>
+
+#include <unicode/uchar.h>
+#include <unicode/ucol.h>
+#include <unicode/uloc.h>
+#include <unicode/unorm2.h>
+#include <unicode/ustring.h>
+#include <unicode/uversion.h>
+
+// The libraries are not linked but loaded: they cost a millisecond and some megabytes, and most programs that show only
+// ASCII never need them.
+
+#define BRINDLE_TEXT_OF(name) #name
+#define BRINDLE_NAME(name)                                                                         \
+    BRINDLE_TEXT_OF(name) // the library's headers put its version behind each name
+
+namespace brindle::unicode {
+
+namespace {
+
+    void* open(const char* stem)
+    {
+        const std::string file
+            = std::string(stem) + ".so." + std::to_string(U_ICU_VERSION_MAJOR_NUM);
+        return dlopen(file.c_str(), RTLD_NOW | RTLD_LOCAL);
+    }
+
+    template <class F> bool find(void* library, const char* name, F& function)
+    {
+        function = library ? reinterpret_cast<F>(dlsym(library, name)) : nullptr;
+        return function != nullptr;
+    }
+
+    /// The functions for letters and forms.
+    struct Letters {
+        decltype(&::u_strToLower) toLower = nullptr;
+        decltype(&::u_strToUpper) toUpper = nullptr;
+        decltype(&::u_strToTitle) toTitle = nullptr;
+        decltype(&::u_strFoldCase) fold = nullptr;
+        decltype(&::u_getCombiningClass) combiningClass = nullptr;
+        decltype(&::u_getIntPropertyValue) property = nullptr;
+        decltype(&::u_hasBinaryProperty) hasProperty = nullptr;
+        decltype(&::unorm2_normalize) normalize = nullptr;
+        decltype(&::unorm2_getNFCInstance) nfc = nullptr;
+        decltype(&::unorm2_getNFDInstance) nfd = nullptr;
+        decltype(&::unorm2_getNFKCInstance) nfkc = nullptr;
+        decltype(&::unorm2_getNFKDInstance) nfkd = nullptr;
+        bool loaded = false;
+
+        Letters()
+        {
+            void* const library = open("libicuuc");
+            loaded = find(library, BRINDLE_NAME(u_strToLower), toLower)
+                && find(library, BRINDLE_NAME(u_strToUpper), toUpper)
+                && find(library, BRINDLE_NAME(u_strToTitle), toTitle)
+                && find(library, BRINDLE_NAME(u_strFoldCase), fold)
+                && find(library, BRINDLE_NAME(u_getCombiningClass), combiningClass)
+                && find(library, BRINDLE_NAME(u_getIntPropertyValue), property)
+                && find(library, BRINDLE_NAME(u_hasBinaryProperty), hasProperty)
+                && find(library, BRINDLE_NAME(unorm2_normalize), normalize)
+                && find(library, BRINDLE_NAME(unorm2_getNFCInstance), nfc)
+                && find(library, BRINDLE_NAME(unorm2_getNFDInstance), nfd)
+                && find(library, BRINDLE_NAME(unorm2_getNFKCInstance), nfkc)
+                && find(library, BRINDLE_NAME(unorm2_getNFKDInstance), nfkd);
+        }
+    };
+
+    const Letters& letters()
+    {
+        static const Letters& instance = *new Letters;
+        return instance;
+    }
+
+    /// The functions for the order of a language.
+    struct Orders {
+        decltype(&::ucol_open) open = nullptr;
+        decltype(&::ucol_setAttribute) setAttribute = nullptr;
+        decltype(&::ucol_strcoll) compare = nullptr;
+        decltype(&::uloc_getDefault) language = nullptr;
+        bool loaded = false;
+
+        Orders()
+        {
+            void* const library = unicode::open("libicui18n");
+            void* const base = unicode::open("libicuuc");
+            loaded = find(library, BRINDLE_NAME(ucol_open), open)
+                && find(library, BRINDLE_NAME(ucol_setAttribute), setAttribute)
+                && find(library, BRINDLE_NAME(ucol_strcoll), compare)
+                && find(base, BRINDLE_NAME(uloc_getDefault), language);
+        }
+    };
+
+    const Orders& orders()
+    {
+        static const Orders& instance = *new Orders;
+        return instance;
+    }
+
+    /// Calls a function that writes into a buffer and says how long the answer is.
+    template <class Convert> std::u16string converted(std::u16string_view text, Convert convert)
+    {
+        constexpr std::size_t kMost = INT32_MAX / 4; // the library counts in 32 bits
+        if (text.empty() || text.size() > kMost)
+            return std::u16string(text);
+        std::u16string out(text.size() + text.size() / 8 + 8, u'\0');
+        for (int round = 0; round < 2; ++round) {
+            UErrorCode error = U_ZERO_ERROR;
+            const std::int32_t length = convert(out.data(), static_cast<std::int32_t>(out.size()),
+                text.data(), static_cast<std::int32_t>(text.size()), &error);
+            const bool isTooShort = error == U_BUFFER_OVERFLOW_ERROR;
+            if (U_FAILURE(error) && !isTooShort)
+                break;
+            out.resize(static_cast<std::size_t>(length));
+            if (!isTooShort)
+                return out;
+        }
+        return std::u16string(text);
+    }
+
+    std::u16string asciiMapped(std::u16string_view text, char16_t first, int distance)
+    {
+        std::u16string out(text);
+        for (char16_t& unit : out) {
+            if (unit >= first && unit < first + 26)
+                unit = static_cast<char16_t>(unit + distance);
+        }
+        return out;
+    }
+
+    const UNormalizer2* normalizer(Form form)
+    {
+        UErrorCode error = U_ZERO_ERROR;
+        const Letters& l = letters();
+        switch (form) {
+        case Form::composed:
+            return l.nfc(&error);
+        case Form::decomposed:
+            return l.nfd(&error);
+        case Form::compatiblyComposed:
+            return l.nfkc(&error);
+        case Form::compatiblyDecomposed:
+            return l.nfkd(&error);
+        }
+        return nullptr;
+    }
+
+}
+
+std::u16string lowercase(std::u16string_view text)
+{
+    if (!letters().loaded)
+        return asciiMapped(text, u'A', 32);
+    return converted(text, [](auto* out, auto room, auto* in, auto length, auto* error) {
+        return letters().toLower(out, room, in, length, "", error);
+    });
+}
+
+std::u16string uppercase(std::u16string_view text)
+{
+    if (!letters().loaded)
+        return asciiMapped(text, u'a', -32);
+    return converted(text, [](auto* out, auto room, auto* in, auto length, auto* error) {
+        return letters().toUpper(out, room, in, length, "", error);
+    });
+}
+
+std::u16string titlecase(std::u16string_view text)
+{
+    if (!letters().loaded)
+        return std::u16string(text);
+    return converted(text, [](auto* out, auto room, auto* in, auto length, auto* error) {
+        return letters().toTitle(out, room, in, length, nullptr, "", error);
+    });
+}
+
+std::u16string foldCase(std::u16string_view text)
+{
+    if (!letters().loaded)
+        return asciiMapped(text, u'A', 32);
+    return converted(text, [](auto* out, auto room, auto* in, auto length, auto* error) {
+        return letters().fold(out, room, in, length, U_FOLD_CASE_DEFAULT, error);
+    });
+}
+
+std::u16string normalize(std::u16string_view text, Form form)
+{
+    const UNormalizer2* const how = letters().loaded ? normalizer(form) : nullptr;
+    if (!how)
+        return std::u16string(text);
+    return converted(text, [how](auto* out, auto room, auto* in, auto length, auto* error) {
+        return letters().normalize(how, in, length, out, room, error);
+    });
+}
+
+bool isCombining(char32_t c)
+{
+    return c >= 0x300 && letters().loaded && letters().combiningClass(static_cast<UChar32>(c)) != 0;
+}
+
+bool extendsLetter(char32_t c)
+{
+    if (c < 0x300 || !letters().loaded)
+        return false;
+    const auto kind = letters().property(static_cast<UChar32>(c), UCHAR_GRAPHEME_CLUSTER_BREAK);
+    return kind == U_GCB_EXTEND || kind == U_GCB_SPACING_MARK || kind == U_GCB_ZWJ
+        || kind == U_GCB_V || kind == U_GCB_T;
+}
+
+bool isWhiteSpace(char32_t c)
+{
+    if (c < 0x80)
+        return c == ' ' || (c >= 9 && c <= 13);
+    return letters().loaded && letters().hasProperty(static_cast<UChar32>(c), UCHAR_WHITE_SPACE);
+}
+
+// ---- order
+
+namespace {
+
+    /// Opens a collator for the user's language. The "C" language orders as Unicode does by default, not by code.
+    const UCollator* makeCollator(Collation collation)
+    {
+        const Orders& o = orders();
+        const char* language = o.language();
+        if (std::strncmp(language, "en_US_POSIX", 11) == 0)
+            language = "";
+        UErrorCode error = U_ZERO_ERROR;
+        UCollator* const collator = o.open(language, &error);
+        if (U_FAILURE(error))
+            return nullptr;
+        if (collation.ignoresCase)
+            o.setAttribute(collator, UCOL_STRENGTH, UCOL_SECONDARY, &error);
+        if (collation.readsNumbers)
+            o.setAttribute(collator, UCOL_NUMERIC_COLLATION, UCOL_ON, &error);
+        return collator;
+    }
+
+    const UCollator* collator(Collation collation)
+    {
+        static std::mutex& mutex = *new std::mutex;
+        static const UCollator* kept[4] {};
+        const std::lock_guard guard(mutex);
+        const UCollator*& place
+            = kept[(collation.ignoresCase ? 1 : 0) + (collation.readsNumbers ? 2 : 0)];
+        if (!place)
+            place = makeCollator(collation);
+        return place;
+    }
+
+}
+
+int collate(std::u16string_view a, std::u16string_view b, Collation collation)
+{
+    const UCollator* const by = orders().loaded ? collator(collation) : nullptr;
+    if (!by)
+        return std::clamp(a.compare(b), -1, 1);
+    return static_cast<int>(orders().compare(by, a.data(), static_cast<std::int32_t>(a.size()),
+        b.data(), static_cast<std::int32_t>(b.size())));
+}
+
+}

@@ -1,0 +1,278 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "foundation/NSNotificationCenter.h"
+
+#include <gtest/gtest.h>
+#include <string>
+#include <thread>
+
+#include "foundation/NSDictionary.h"
+#include "foundation/NSOperationQueue.h"
+#include "foundation/NSRunLoop.h"
+#include "runtime/NSException.h"
+#include "runtime/Table.h"
+
+namespace brindle {
+
+class NotificationListener : public NSObject {
+    BRINDLE_OBJECT(NotificationListener, NSObject)
+
+public:
+    std::string* log = nullptr;
+    std::string name;
+};
+
+template <> struct NotificationListener::Methods<struct Listening> {
+    static void changed(NotificationListener& self) { *self.log += self.name + " "; }
+    static void took(NotificationListener& self, NSNotification* notification)
+    {
+        *self.log += self.name + ":" + utf8Of(notification->name()) + " ";
+    }
+    static void table(Builder& t)
+    {
+        t.methods({ { "changed", imp<changed> }, { "took:", imp<took> } });
+    }
+};
+BRINDLE_RECORD(NotificationListener, Listening)
+
+namespace {
+
+    class NotificationCenter : public testing::Test {
+    protected:
+        Ref<NotificationListener> listener(const char* name)
+        {
+            auto made = make<NotificationListener>();
+            made->log = &log;
+            made->name = name;
+            return made;
+        }
+        void post(NSString* name, NSObject* object = nullptr)
+        {
+            center->postNotificationName_object(name, object);
+        }
+        void observe(NotificationListener* who, NSString* name, NSObject* object = nullptr)
+        {
+            center->addObserver_selector_name_object(who, selector<"changed">, name, object);
+        }
+
+        std::string log;
+        Ref<NSNotificationCenter> center = make<NSNotificationCenter>();
+        Ref<NSObject> sender = make<NSObject>();
+        Ref<NSObject> stranger = make<NSObject>();
+    };
+
+}
+
+TEST_F(NotificationCenter, IsOneByDefault)
+{
+    EXPECT_EQ(NSNotificationCenter::cls().defaultCenter(), NSNotificationCenter::cls().defaultCenter());
+}
+
+TEST_F(NotificationCenter, SendsASelectorWithoutParameter)
+{
+    const auto a = listener("a");
+    observe(a.get(), "N"_ns);
+    post("N"_ns);
+    EXPECT_EQ(log, "a ");
+}
+
+TEST_F(NotificationCenter, SendsTheNotificationToASelectorWithAParameter)
+{
+    const auto a = listener("a");
+    center->addObserver_selector_name_object(a.get(), selector<"took:">, "N"_ns, nullptr);
+    post("N"_ns);
+    EXPECT_EQ(log, "a:N ");
+}
+
+TEST_F(NotificationCenter, CallsInTheOrderOfRegistrationAcrossWildcards)
+{
+    const auto a = listener("a");
+    const auto b = listener("b");
+    const auto c = listener("c");
+    const auto d = listener("d");
+    observe(a.get(), nullptr);
+    observe(b.get(), "N"_ns, sender.get());
+    observe(c.get(), "N"_ns);
+    observe(d.get(), nullptr, sender.get());
+    post("N"_ns, sender.get());
+    EXPECT_EQ(log, "a b c d ");
+}
+
+TEST_F(NotificationCenter, MatchesTheSenderByIdentity)
+{
+    const auto a = listener("a");
+    observe(a.get(), "N"_ns, sender.get());
+    post("N"_ns, stranger.get());
+    post("N"_ns);
+    EXPECT_EQ(log, "");
+}
+
+TEST_F(NotificationCenter, MatchesTheNameByValue)
+{
+    const auto a = listener("a");
+    observe(a.get(), stringFrom(std::string_view("Name")).get());
+    post("Name"_ns);
+    post("Other"_ns);
+    EXPECT_EQ(log, "a ");
+}
+
+TEST_F(NotificationCenter, CallsTwiceWhoWasAddedTwice)
+{
+    const auto a = listener("a");
+    observe(a.get(), "N"_ns);
+    observe(a.get(), "N"_ns);
+    post("N"_ns);
+    EXPECT_EQ(log, "a a ");
+}
+
+TEST_F(NotificationCenter, DoesNotKeepAnObserver)
+{
+    auto a = listener("a");
+    const WeakRef<NotificationListener> weak(a);
+    observe(a.get(), "N"_ns);
+    a = nullptr;
+    EXPECT_FALSE(weak.get());
+    post("N"_ns);
+    EXPECT_EQ(log, "");
+}
+
+TEST_F(NotificationCenter, DoesNotKeepASender)
+{
+    const auto a = listener("a");
+    const WeakRef<NSObject> weak(sender);
+    observe(a.get(), "N"_ns, sender.get());
+    sender = nullptr;
+    EXPECT_FALSE(weak.get());
+}
+
+TEST_F(NotificationCenter, KeepsAClosureWhoseTokenWasDropped)
+{
+    center->addObserverForName_object_queue_usingBlock(
+        "N"_ns, nullptr, nullptr, [&](NSNotification* n) { log += utf8Of(n->name()); });
+    post("N"_ns);
+    EXPECT_EQ(log, "N");
+}
+
+TEST_F(NotificationCenter, LetsGoOfAClosureWhenItsTokenIsRemoved)
+{
+    const auto probe = std::make_shared<int>(0);
+    const auto token = center->addObserverForName_object_queue_usingBlock(
+        "N"_ns, nullptr, nullptr, [probe](NSNotification*) { });
+    center->removeObserver(token.get());
+    EXPECT_EQ(probe.use_count(), 1);
+}
+
+TEST_F(NotificationCenter, HandsOverSenderAndFacts)
+{
+    Ref<NSObject> from;
+    Ref<NSDictionary> facts;
+    center->addObserverForName_object_queue_usingBlock(
+        "N"_ns, nullptr, nullptr, [&](NSNotification* notification) {
+            from = notification->object();
+            facts = notification->userInfo();
+        });
+    const auto info = makeDictionary({ { "key"_ns, "value"_ns } });
+    center->postNotificationName_object_userInfo("N"_ns, sender.get(), info.get());
+    EXPECT_EQ(from, sender);
+    EXPECT_EQ(facts, info);
+}
+
+TEST_F(NotificationCenter, DoesNotCallWhoWasRemovedMeanwhile)
+{
+    const auto b = listener("b");
+    center->addObserverForName_object_queue_usingBlock(
+        "N"_ns, nullptr, nullptr, [&](NSNotification*) { center->removeObserver(b.get()); });
+    observe(b.get(), "N"_ns);
+    post("N"_ns);
+    EXPECT_EQ(log, "");
+}
+
+TEST_F(NotificationCenter, DoesNotCallWhoWasAddedMeanwhile)
+{
+    const auto b = listener("b");
+    center->addObserverForName_object_queue_usingBlock(
+        "N"_ns, nullptr, nullptr, [&](NSNotification*) { observe(b.get(), "N"_ns); });
+    post("N"_ns);
+    EXPECT_EQ(log, "");
+    post("N"_ns);
+    EXPECT_EQ(log, "b ");
+}
+
+TEST_F(NotificationCenter, RemovesByNameAndObject)
+{
+    const auto a = listener("a");
+    observe(a.get(), "N"_ns, sender.get());
+    observe(a.get(), "N"_ns);
+    observe(a.get(), "M"_ns);
+    center->removeObserver_name_object(a.get(), "N"_ns, sender.get());
+    post("N"_ns, sender.get());
+    post("M"_ns);
+    EXPECT_EQ(log, "a a ");
+    center->removeObserver_name_object(a.get(), nullptr, nullptr);
+    post("M"_ns);
+    EXPECT_EQ(log, "a a ");
+}
+
+TEST_F(NotificationCenter, RaisesForANilName)
+{
+    EXPECT_THROW(post(nullptr), Exception);
+}
+
+TEST_F(NotificationCenter, LetsAnExceptionThroughAndGoesOnAfterwards)
+{
+    bool throwing = true;
+    center->addObserverForName_object_queue_usingBlock(
+        "N"_ns, nullptr, nullptr, [&](NSNotification*) {
+            if (throwing)
+                raise("Test", "thrown");
+        });
+    const auto b = listener("b");
+    observe(b.get(), "N"_ns);
+    EXPECT_THROW(post("N"_ns), Exception);
+    throwing = false;
+    post("N"_ns);
+    EXPECT_EQ(log, "b ");
+}
+
+TEST_F(NotificationCenter, RunsOnTheMainQueueForAPostingOfAnotherThread)
+{
+    center->addObserverForName_object_queue_usingBlock("N"_ns, nullptr,
+        NSOperationQueue::cls().mainQueue().get(), [&](NSNotification*) { log += "m"; });
+    std::thread([&] { post("N"_ns); }).join();
+    EXPECT_EQ(log, "");
+    NSRunLoop::cls().mainRunLoop()->runUntilIdle(NSDefaultRunLoopMode);
+    EXPECT_EQ(log, "m");
+    post("N"_ns);
+    EXPECT_EQ(log, "mm");
+}
+
+TEST_F(NotificationCenter, ForgetsObserversThatDiedWithoutBeingAsked)
+{
+    for (int i = 0; i < 10000; ++i)
+        observe(listener("x").get(), "N"_ns);
+    const auto a = listener("a");
+    observe(a.get(), "N"_ns);
+    post("N"_ns);
+    EXPECT_EQ(log, "a ");
+}
+
+TEST_F(NotificationCenter, CanBeUsedFromManyThreadsAtOnce)
+{
+    std::atomic<int> heard { 0 };
+    center->addObserverForName_object_queue_usingBlock(
+        "N"_ns, nullptr, nullptr, [&](NSNotification*) { ++heard; });
+    std::vector<std::thread> threads;
+    for (int t = 0; t < 4; ++t)
+        threads.emplace_back([&] {
+            for (int i = 0; i < 200; ++i) {
+                const auto mine = make<NSObject>();
+                center->addObserver_selector_name_object(
+                    mine.get(), selector<"hash">, "Other"_ns, nullptr);
+                post("N"_ns);
+            }
+        });
+    for (auto& thread : threads)
+        thread.join();
+    EXPECT_EQ(heard, 800);
+}
+
+}
