@@ -1,0 +1,46 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <vector>
+
+#include "CGColor.h"
+#include "raster/Fill.h"
+
+namespace brindle {
+
+class NSArray;
+
+/// Colours along a way from 0 to 1. Never changes.
+class CGGradient : public NSObject {
+    BRINDLE_OBJECT(CGGradient, NSObject)
+
+public:
+    const std::vector<raster::GradientStop>& stops() const { return stops_; }
+
+private:
+    friend struct Gradients;
+    std::vector<raster::GradientStop> stops_;
+};
+
+/// - components: the numbers of `count` colours, alpha included, one colour after the other.
+/// - locations: 0 to 1; NULL spreads the colours evenly.
+/// - Nil: NULL without a space, components or colours.
+BRINDLE_EXPORT CGGradientRef CGGradientCreateWithColorComponents(
+    CGColorSpaceRef space, const CGFloat* components, const CGFloat* locations, std::size_t count);
+BRINDLE_EXPORT CGGradientRef CGGradientRetain(CGGradientRef gradient);
+BRINDLE_EXPORT void CGGradientRelease(CGGradientRef gradient);
+
+/// Paints the clip with a gradient from one point to another.
+/// - options: whether the end colours go on before the start and behind the end.
+BRINDLE_EXPORT void CGContextDrawLinearGradient(CGContextRef context, CGGradientRef gradient,
+    CGPoint start, CGPoint end, CGGradientDrawingOptions options);
+BRINDLE_EXPORT void CGContextDrawRadialGradient(CGContextRef context, CGGradientRef gradient,
+    CGPoint startCenter, CGFloat startRadius, CGPoint endCenter, CGFloat endRadius,
+    CGGradientDrawingOptions options);
+
+namespace quartz {
+    /// Answers a gradient of stops in the order of their places.
+    BRINDLE_EXPORT Ref<CGGradient> gradientFromStops(std::vector<raster::GradientStop> stops);
+}
+
+}

@@ -1,0 +1,147 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <vector>
+
+#include "CGGeometry.h"
+#include "runtime/NSObject.h"
+
+namespace brindle {
+
+enum CGPathElementType : std::int32_t {
+    kCGPathElementMoveToPoint = 0,
+    kCGPathElementAddLineToPoint = 1,
+    kCGPathElementAddQuadCurveToPoint = 2,
+    kCGPathElementAddCurveToPoint = 3,
+    kCGPathElementCloseSubpath = 4,
+};
+
+/// One step of a path.
+/// - Shape: move and line have 1 point, a quad curve 2 (control, end), a curve 3 (control, control, end), close none.
+struct CGPathElement {
+    CGPathElementType type = kCGPathElementMoveToPoint;
+    CGPoint* points = nullptr; // lent for the call
+};
+using CGPathApplierFunction = void (*)(void* info, const CGPathElement* element);
+
+namespace quartz {
+
+    /// The steps of a path with their points in one row.
+    class PathData {
+    public:
+        bool isEmpty() const { return types_.empty(); }
+        void clear();
+        void move(CGPoint to);
+        void line(CGPoint to);
+        void quad(CGPoint control, CGPoint to);
+        void curve(CGPoint control1, CGPoint control2, CGPoint to);
+        /// Ends the subpath; nothing on an empty path or twice in a row.
+        void close();
+        void rect(CGRect rect, const CGAffineTransform& transform);
+        void append(const PathData& other, const CGAffineTransform& transform);
+
+        /// Answers the current point: the last one, or the start of the subpath after a close.
+        CGPoint current() const { return current_; }
+        /// Answers the rectangle around all points, control points included; null when there are none.
+        CGRect controlBox() const;
+        /// Answers the rectangle around the drawn curves.
+        CGRect box() const;
+        bool contains(CGPoint point, bool evenOdd) const;
+
+        /// Calls `visit(type, points)` for each step.
+        template <class F> void each(F&& visit) const
+        {
+            const CGPoint* point = points_.data();
+            for (const CGPathElementType type : types_) {
+                visit(type, point);
+                point += pointsOf(type);
+            }
+        }
+        static std::size_t pointsOf(CGPathElementType type)
+        {
+            return type == kCGPathElementCloseSubpath ? 0
+                : type <= 1                           ? 1
+                                                      : static_cast<std::size_t>(type);
+        }
+        friend bool operator==(const PathData& a, const PathData& b)
+        {
+            return a.types_ == b.types_ && a.points_ == b.points_;
+        }
+
+    private:
+        void begin();
+
+        std::vector<CGPathElementType> types_;
+        std::vector<CGPoint> points_;
+        CGPoint start_;
+        CGPoint current_;
+    };
+
+}
+
+/// A shape made of lines and curves; its steps are kept as they were added.
+class CGPath : public NSObject {
+    BRINDLE_OBJECT(CGPath, NSObject)
+
+public:
+    const quartz::PathData& data() const { return data_; }
+    quartz::PathData& data() { return data_; }
+
+private:
+    quartz::PathData data_;
+};
+
+// In all of these the transform may be NULL, and a NULL path is left alone.
+BRINDLE_EXPORT CGMutablePathRef CGPathCreateMutable();
+BRINDLE_EXPORT CGPathRef CGPathCreateCopy(CGPathRef path);
+BRINDLE_EXPORT CGMutablePathRef CGPathCreateMutableCopy(CGPathRef path);
+BRINDLE_EXPORT CGPathRef CGPathCreateCopyByTransformingPath(
+    CGPathRef path, const CGAffineTransform* transform);
+BRINDLE_EXPORT CGPathRef CGPathCreateWithRect(CGRect rect, const CGAffineTransform* transform);
+BRINDLE_EXPORT CGPathRef CGPathCreateWithEllipseInRect(
+    CGRect rect, const CGAffineTransform* transform);
+BRINDLE_EXPORT CGPathRef CGPathCreateWithRoundedRect(
+    CGRect rect, CGFloat cornerWidth, CGFloat cornerHeight, const CGAffineTransform* transform);
+
+BRINDLE_EXPORT void CGPathMoveToPoint(
+    CGMutablePathRef path, const CGAffineTransform* transform, CGFloat x, CGFloat y);
+/// Nothing on a path without a current point; so are the curves.
+BRINDLE_EXPORT void CGPathAddLineToPoint(
+    CGMutablePathRef path, const CGAffineTransform* transform, CGFloat x, CGFloat y);
+BRINDLE_EXPORT void CGPathAddQuadCurveToPoint(CGMutablePathRef path,
+    const CGAffineTransform* transform, CGFloat cpx, CGFloat cpy, CGFloat x, CGFloat y);
+BRINDLE_EXPORT void CGPathAddCurveToPoint(CGMutablePathRef path, const CGAffineTransform* transform,
+    CGFloat cp1x, CGFloat cp1y, CGFloat cp2x, CGFloat cp2y, CGFloat x, CGFloat y);
+/// Nothing on an empty path.
+BRINDLE_EXPORT void CGPathCloseSubpath(CGMutablePathRef path);
+BRINDLE_EXPORT void CGPathAddRect(
+    CGMutablePathRef path, const CGAffineTransform* transform, CGRect rect);
+BRINDLE_EXPORT void CGPathAddEllipseInRect(
+    CGMutablePathRef path, const CGAffineTransform* transform, CGRect rect);
+BRINDLE_EXPORT void CGPathAddRoundedRect(CGMutablePathRef path, const CGAffineTransform* transform,
+    CGRect rect, CGFloat cornerWidth, CGFloat cornerHeight);
+/// - startAngle, endAngle: radians. - clockwise: as seen with y up.
+BRINDLE_EXPORT void CGPathAddArc(CGMutablePathRef path, const CGAffineTransform* transform,
+    CGFloat x, CGFloat y, CGFloat radius, CGFloat startAngle, CGFloat endAngle, bool clockwise);
+/// A line to the first point of tangency, then the arc that touches (current, 1) and (1, 2).
+BRINDLE_EXPORT void CGPathAddArcToPoint(CGMutablePathRef path, const CGAffineTransform* transform,
+    CGFloat x1, CGFloat y1, CGFloat x2, CGFloat y2, CGFloat radius);
+BRINDLE_EXPORT void CGPathAddPath(
+    CGMutablePathRef path, const CGAffineTransform* transform, CGPathRef other);
+
+/// YES for NULL and for a path without elements.
+BRINDLE_EXPORT bool CGPathIsEmpty(CGPathRef path);
+BRINDLE_EXPORT bool CGPathEqualToPath(CGPathRef a, CGPathRef b);
+/// Calls a function with each element in order.
+BRINDLE_EXPORT void CGPathApply(CGPathRef path, void* info, CGPathApplierFunction function);
+/// Answers the rectangle around all points, control points included; null for an empty path.
+BRINDLE_EXPORT CGRect CGPathGetBoundingBox(CGPathRef path);
+/// Answers the rectangle around what is drawn; null for an empty path.
+BRINDLE_EXPORT CGRect CGPathGetPathBoundingBox(CGPathRef path);
+BRINDLE_EXPORT CGPoint CGPathGetCurrentPoint(CGPathRef path);
+BRINDLE_EXPORT bool CGPathContainsPoint(
+    CGPathRef path, const CGAffineTransform* transform, CGPoint point, bool evenOdd);
+BRINDLE_EXPORT CGPathRef CGPathRetain(CGPathRef path);
+BRINDLE_EXPORT void CGPathRelease(CGPathRef path);
+
+}

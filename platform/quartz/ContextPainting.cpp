@@ -1,0 +1,343 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "ContextPrivate.h"
+#include "PathGeometryPrivate.h"
+#include "raster/Blit.h"
+#include "raster/Fill.h"
+#include "raster/PixelMath.h"
+
+#include <algorithm>
+#include <cmath>
+#include <utility>
+
+namespace brindle::quartz {
+
+using raster::Pixel;
+using raster::PixelRect;
+
+// ---- outlines
+
+namespace {
+
+    // The pen keeps places in 24 bits before the point.
+    double nearby(double value)
+    {
+        constexpr double kFarthest = 1 << 22;
+        return std::clamp(value, -kFarthest, kFarthest);
+    }
+
+    CGPoint nearby(CGPoint p) { return { nearby(p.x), nearby(p.y) }; }
+
+    bool areNumbers(const CGPoint* points, std::size_t count)
+    {
+        return std::all_of(
+            points, points + count, [](CGPoint p) { return !std::isnan(p.x) && !std::isnan(p.y); });
+    }
+
+    void traceQuad(cairo_t* cr, CGPoint control, CGPoint to)
+    {
+        double x = 0;
+        double y = 0;
+        cairo_get_current_point(cr, &x, &y);
+        cairo_curve_to(cr, x + (control.x - x) * 2 / 3, y + (control.y - y) * 2 / 3,
+            to.x + (control.x - to.x) * 2 / 3, to.y + (control.y - to.y) * 2 / 3, to.x, to.y);
+    }
+
+}
+
+void tracePath(cairo_t* cr, const PathData& path)
+{
+    path.each([cr](CGPathElementType type, const CGPoint* points) {
+        if (!areNumbers(points, PathData::pointsOf(type)))
+            return;
+        CGPoint p[3];
+        std::transform(points, points + PathData::pointsOf(type), p,
+            [](CGPoint point) { return nearby(point); });
+        switch (type) {
+        case kCGPathElementMoveToPoint:
+            return cairo_move_to(cr, p[0].x, p[0].y);
+        case kCGPathElementAddLineToPoint:
+            return cairo_line_to(cr, p[0].x, p[0].y);
+        case kCGPathElementAddQuadCurveToPoint:
+            if (!cairo_has_current_point(cr))
+                cairo_move_to(cr, p[0].x, p[0].y);
+            return traceQuad(cr, p[0], p[1]);
+        case kCGPathElementAddCurveToPoint:
+            return cairo_curve_to(cr, p[0].x, p[0].y, p[1].x, p[1].y, p[2].x, p[2].y);
+        case kCGPathElementCloseSubpath:
+            return cairo_close_path(cr);
+        }
+    });
+}
+
+// ---- through the pen
+
+namespace {
+
+    /// Operators that change pixels outside the shape too; here they must not.
+    bool reachesOutside(cairo_operator_t op)
+    {
+        return op == CAIRO_OPERATOR_IN || op == CAIRO_OPERATOR_OUT || op == CAIRO_OPERATOR_DEST_IN
+            || op == CAIRO_OPERATOR_DEST_ATOP;
+    }
+
+    /// Paints a job where the group ends: within it the source has its plain place.
+    void runInLayer(ContextData& data, const PenJob& job)
+    {
+        const double alpha = std::exchange(data.state.alpha, 1); // the job's source has it already
+        beginLayer(data, job.touched);
+        runJob(data, job);
+        endLayer(data);
+        data.state.alpha = alpha;
+    }
+
+    void runWithOperator(cairo_t* cr, const PenJob& job, cairo_operator_t op)
+    {
+        cairo_set_operator(cr, op);
+        job.source(cr, job.info);
+        job.outline(cr, job.info);
+        job.paint(cr, job.info);
+        cairo_identity_matrix(cr);
+        cairo_new_path(cr);
+    }
+
+}
+
+void runJob(ContextData& data, const PenJob& job)
+{
+    const PixelRect touched = intersection(job.touched, data.state.clipBox);
+    if (touched.isEmpty())
+        return;
+    const cairo_operator_t op = operatorFor(data.state.blend);
+    if (data.state.blend == kCGBlendModePlusDarker || (reachesOutside(op) && !job.clipsToShape))
+        return runInLayer(data, job);
+    const Access access(data, touched);
+    cairo_t* const cr = data.canvas().pen(data.state);
+    cairo_set_antialias(
+        cr, data.state.smoothEdges() ? CAIRO_ANTIALIAS_DEFAULT : CAIRO_ANTIALIAS_NONE);
+    if (!reachesOutside(op))
+        return runWithOperator(cr, job, op);
+    cairo_save(cr);
+    cairo_set_operator(cr, op);
+    job.source(cr, job.info);
+    job.outline(cr, job.info);
+    cairo_clip(cr);
+    cairo_paint(cr);
+    cairo_restore(cr);
+}
+
+namespace {
+
+    struct FillJob {
+        const PathData& path;
+        raster::Color color;
+        bool evenOdd;
+
+        static void source(cairo_t* cr, const void* info)
+        {
+            const raster::Color& c = static_cast<const FillJob*>(info)->color;
+            cairo_set_source_rgba(cr, c.red, c.green, c.blue, c.alpha);
+        }
+        static void outline(cairo_t* cr, const void* info)
+        {
+            const auto& job = *static_cast<const FillJob*>(info);
+            cairo_set_fill_rule(
+                cr, job.evenOdd ? CAIRO_FILL_RULE_EVEN_ODD : CAIRO_FILL_RULE_WINDING);
+            tracePath(cr, job.path);
+        }
+        static void paint(cairo_t* cr, const void*) { cairo_fill(cr); }
+    };
+
+    raster::Color withAlpha(raster::Color color, double alpha)
+    {
+        color.alpha *= alpha;
+        return color;
+    }
+
+    void fillDeviceRect(ContextData& data, CGRect rect, const raster::Color& color)
+    {
+        Canvas& canvas = data.canvas();
+        const PixelRect touched = touchedPixels(rect);
+        const Access access(data, touched);
+        canvas.beginDirect();
+        raster::fillRect(canvas.bitmap(),
+            { rect.origin.x - canvas.left(), rect.origin.y - canvas.top(), rect.size.width,
+                rect.size.height },
+            canvas.local(data.state.clipBox), color, directBlend(data.state));
+        canvas.endDirect();
+    }
+
+}
+
+namespace {
+
+    void strokeRing(ContextData& data, const PathData& path)
+    {
+        constexpr double kReach = 3; // points, outside the shape
+        GraphicsState& state = data.state;
+        const GraphicsState kept = state;
+        state.stroke = { state.ringColor, true };
+        state.lineWidth = 2 * kReach;
+        state.join = kCGLineJoinRound;
+        state.dashes.clear();
+        strokePath(data, path);
+        state = kept;
+    }
+
+    void fillWithRing(ContextData& data, const PathData& path, bool evenOdd, const Paint& paint)
+    {
+        const FocusRing ring = std::exchange(data.state.ring, FocusRing::none);
+        if (ring != FocusRing::above)
+            strokeRing(data, path);
+        if (ring != FocusRing::only)
+            fillPath(data, path, evenOdd, paint);
+        if (ring == FocusRing::above)
+            strokeRing(data, path);
+        data.state.ring = ring;
+    }
+
+}
+
+void fillPath(ContextData& data, const PathData& path, bool evenOdd, const Paint& paint)
+{
+    if (path.isEmpty())
+        return;
+    if (data.state.ring != FocusRing::none)
+        return fillWithRing(data, path, evenOdd, paint);
+    if (!paint.paints)
+        return;
+    const raster::Color color = withAlpha(paint.color, data.state.alpha);
+    CGRect rect;
+    if (paintsDirectly(data.state) && isUprightRect(path, rect))
+        return fillDeviceRect(data, rect, color);
+    const FillJob job { path, color, evenOdd };
+    runJob(data,
+        { touchedPixels(path.controlBox()), &job, FillJob::source, FillJob::outline,
+            FillJob::paint });
+}
+
+void fillRect(ContextData& data, CGRect userRect)
+{
+    if (!data.state.fill.paints || CGRectIsNull(userRect))
+        return;
+    const GraphicsState& state = data.state;
+    if (paintsDirectly(state) && state.isScaleAndMove()) {
+        const CGAffineTransform& t = state.toDevice;
+        const CGRect r = CGRectStandardize(userRect);
+        const raster::DeviceRect device = raster::Placement { t.a, t.d, t.tx, t.ty }.map(
+            r.origin.x, r.origin.y, r.size.width, r.size.height);
+        return fillDeviceRect(data, { { device.x, device.y }, { device.width, device.height } },
+            withAlpha(state.fill.color, state.alpha));
+    }
+    PathData path;
+    path.rect(userRect, state.toDevice);
+    fillPath(data, path, false, state.fill);
+}
+
+// ---- lines
+
+namespace {
+
+    struct StrokeJob {
+        const PathData& path;
+        const GraphicsState& state;
+        raster::Color color;
+        double width; // user space
+        bool dashed;
+
+        static void source(cairo_t* cr, const void* info)
+        {
+            const raster::Color& c = static_cast<const StrokeJob*>(info)->color;
+            cairo_set_source_rgba(cr, c.red, c.green, c.blue, c.alpha);
+        }
+        static void outline(cairo_t* cr, const void* info)
+        {
+            tracePath(cr, static_cast<const StrokeJob*>(info)->path);
+        }
+        static void paint(cairo_t* cr, const void* info)
+        {
+            const auto& job = *static_cast<const StrokeJob*>(info);
+            const GraphicsState& state = job.state;
+            // The path stays where it is; the transform shapes the pen's tip.
+            const cairo_matrix_t matrix = matrixFrom(state.toDevice);
+            cairo_set_matrix(cr, &matrix);
+            cairo_set_line_width(cr, job.width);
+            cairo_set_miter_limit(cr, std::clamp(state.miterLimit, 1.0, 1000.0));
+            cairo_set_line_cap(cr, static_cast<cairo_line_cap_t>(state.cap));
+            cairo_set_line_join(cr, static_cast<cairo_line_join_t>(state.join));
+            const int count = job.dashed ? static_cast<int>(state.dashes.size()) : 0;
+            cairo_set_dash(cr, state.dashes.data(), count, job.dashed ? state.dashPhase : 0);
+            cairo_stroke(cr);
+            cairo_identity_matrix(cr);
+        }
+    };
+
+    double scaleOf(const CGAffineTransform& t)
+    {
+        return std::max(std::hypot(t.a, t.b), std::hypot(t.c, t.d));
+    }
+
+    /// A dash must be long enough to be seen, and short enough in number to be drawn in no time.
+    bool dashesMakeSense(const GraphicsState& state, CGRect box, double scale)
+    {
+        double sum = 0;
+        for (const double length : state.dashes)
+            sum += length;
+        const double reach = std::min(box.size.width, 1e7) + std::min(box.size.height, 1e7);
+        return sum > 0 && sum * scale * 100000 > reach && sum * scale > 0.01;
+    }
+
+}
+
+void strokePath(ContextData& data, const PathData& path)
+{
+    const GraphicsState& state = data.state;
+    if (!state.stroke.paints || path.isEmpty() || !isUsable(state.toDevice))
+        return;
+    const double scale = scaleOf(state.toDevice);
+    constexpr double kWidest = 1 << 16; // pixels
+    const double width
+        = state.lineWidth > 0 ? std::min(state.lineWidth, kWidest / scale) : 1 / scale;
+    const CGRect box = path.controlBox();
+    const double reach = width * scale * std::max(state.miterLimit, 2.0) / 2 + 2;
+    const StrokeJob job { path, state, withAlpha(state.stroke.color, state.alpha), width,
+        dashesMakeSense(state, box, scale) };
+    PenJob step { touchedPixels({ { box.origin.x - reach, box.origin.y - reach },
+                      { box.size.width + 2 * reach, box.size.height + 2 * reach } }),
+        &job, StrokeJob::source, StrokeJob::outline, StrokeJob::paint };
+    step.clipsToShape = false;
+    runJob(data, step);
+}
+
+// ---- clip
+
+void clipToPath(ContextData& data, const PathData& path, bool evenOdd)
+{
+    GraphicsState& state = data.state;
+    const CGRect box = path.controlBox();
+    if (path.isEmpty() || CGRectIsNull(box)) {
+        state.clipBox = {};
+        state.clipShapes = nullptr;
+        return;
+    }
+    const auto whole = [](double value) { return std::abs(value - std::round(value)) < 1.0 / 512; };
+    CGRect rect;
+    if (isUprightRect(path, rect)
+        && (!state.smoothEdges()
+            || (whole(NSMinX(rect)) && whole(NSMinY(rect)) && whole(NSMaxX(rect))
+                && whole(NSMaxY(rect))))) {
+        const auto nearest = [](double value) { return wholePixel(std::floor(value + 0.5)); };
+        state.clipBox = intersection(state.clipBox,
+            { nearest(NSMinX(rect)), nearest(NSMinY(rect)), nearest(NSMaxX(rect)),
+                nearest(NSMaxY(rect)) });
+    } else {
+        state.clipBox = intersection(state.clipBox, touchedPixels(box));
+        state.clipShapes = std::make_shared<const ClipShape>(
+            ClipShape { path, evenOdd, state.smoothEdges(), std::move(state.clipShapes) });
+    }
+    if (state.clipBox.isEmpty()) {
+        state.clipBox = {};
+        state.clipShapes = nullptr;
+    }
+}
+
+}

@@ -1,0 +1,203 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <memory>
+#include <vector>
+
+#include <cairo.h>
+
+#include "CGContext.h"
+#include "ContextState.h"
+#include "raster/Bitmap.h"
+#include "raster/Fill.h"
+
+namespace brindle::quartz {
+
+struct CairoDeleter {
+    void operator()(cairo_t* cr) const { cairo_destroy(cr); }
+    void operator()(cairo_surface_t* surface) const { cairo_surface_destroy(surface); }
+    void operator()(cairo_pattern_t* pattern) const { cairo_pattern_destroy(pattern); }
+};
+template <class T> using Cairo = std::unique_ptr<T, CairoDeleter>;
+
+/// A shape that the clip is cut by, in device space; the clip is the whole chain.
+struct ClipShape {
+    PathData path;
+    bool evenOdd = false;
+    bool antialias = true;
+    std::shared_ptr<const ClipShape> next;
+};
+using ClipChain = std::shared_ptr<const ClipShape>;
+
+/// A colour to paint with, or none.
+struct Paint {
+    raster::Color color { 0, 0, 0, 1 };
+    bool paints = true;
+};
+
+/// All that is saved and restored. Device space is pixels from the top left, y down.
+struct GraphicsState {
+    CGAffineTransform toDevice = CGAffineTransformIdentity;
+    Paint fill;
+    Paint stroke;
+    double alpha = 1;
+    CGBlendMode blend = kCGBlendModeNormal;
+    double lineWidth = 1;
+    double miterLimit = 10;
+    CGLineCap cap = kCGLineCapButt;
+    CGLineJoin join = kCGLineJoinMiter;
+    double dashPhase = 0;
+    std::vector<double> dashes;
+    CGSize shadowOffset;
+    double shadowBlur = 0;
+    Paint shadow { {}, false };
+    FocusRing ring = FocusRing::none;
+    raster::Color ringColor;
+    CGInterpolationQuality interpolation = kCGInterpolationDefault;
+    bool antialias = true;
+    bool allowsAntialiasing = true;
+    bool smoothFonts = true;
+    bool allowsFontSmoothing = true;
+    raster::PixelRect clipBox;
+    ClipChain clipShapes;
+
+    bool smoothEdges() const { return antialias && allowsAntialiasing; }
+    bool isScaleAndMove() const { return toDevice.b == 0 && toDevice.c == 0; }
+};
+
+/// Memory that is drawn into: the context's own, or that of a transparency layer. Its first pixel lies at `left`, `top`.
+class Canvas {
+public:
+    Canvas(const raster::Bitmap& bitmap, int left, int top)
+        : bitmap_(bitmap)
+        , left_(left)
+        , top_(top)
+    {
+    }
+    const raster::Bitmap& bitmap() const { return bitmap_; }
+    int left() const { return left_; }
+    int top() const { return top_; }
+    /// Answers a device rectangle in the memory's own pixels.
+    raster::PixelRect local(raster::PixelRect r) const
+    {
+        return { r.left - left_, r.top - top_, r.right - left_, r.bottom - top_ };
+    }
+    raster::PixelRect bounds() const
+    {
+        return { left_, top_, left_ + bitmap_.width, top_ + bitmap_.height };
+    }
+
+    /// Answers a pen in device space with the state's clip; a spoilt one is replaced first.
+    cairo_t* pen(const GraphicsState& state);
+    /// Call around drawing that goes past the pen.
+    void beginDirect();
+    void endDirect();
+
+private:
+    void applyClip(const GraphicsState& state);
+
+    raster::Bitmap bitmap_;
+    int left_;
+    int top_;
+    Cairo<cairo_surface_t> surface_;
+    Cairo<cairo_t> cr_;
+    raster::PixelRect appliedBox_;
+    ClipChain appliedShapes_;
+};
+
+/// How the pixels in memory differ from native words.
+enum class PixelOrder { native, redFirst, alphaFirst, alphaLast };
+
+/// A transparency layer under construction.
+struct Layer {
+    std::vector<raster::Pixel> pixels;
+    Canvas canvas;
+    GraphicsState outer;
+    std::size_t savedDepth = 0;
+};
+
+struct ContextData {
+    Canvas base { {}, 0, 0 };
+    std::vector<std::unique_ptr<Layer>> layers;
+    GraphicsState state;
+    std::vector<GraphicsState> saved;
+    PathData path; // device space
+
+    std::unique_ptr<std::byte[]> ownMemory;
+    void* memory = nullptr;
+    std::size_t bytesPerRow = 0;
+    CGBitmapInfo info = 0;
+    Ref<CGColorSpace> space;
+    PixelOrder order = PixelOrder::native;
+    bool opaque = false;
+
+    Canvas& canvas() { return layers.empty() ? base : layers.back()->canvas; }
+};
+
+/// Makes a stretch of the canvas's memory native while it lives.
+class Access {
+public:
+    Access(ContextData& data, raster::PixelRect touched);
+    ~Access();
+    Access(const Access&) = delete;
+    Access& operator=(const Access&) = delete;
+
+private:
+    ContextData& data_;
+    raster::PixelRect touched_; // empty where nothing is to be done
+};
+
+inline ContextData* dataOf(CGContextRef context) { return context ? &context->data() : nullptr; }
+
+/// What fits a whole number of pixels: saturated, and 0 for what is no number.
+int wholePixel(double value);
+/// Answers the pixels that a rectangle of device space touches.
+raster::PixelRect touchedPixels(CGRect device);
+
+// ---- painting, device space
+
+/// Adds a path to a pen's; points that are no numbers are left out, far ones are brought near.
+void tracePath(cairo_t* cr, const PathData& path);
+void fillPath(ContextData& data, const PathData& path, bool evenOdd, const Paint& paint);
+void strokePath(ContextData& data, const PathData& path);
+void fillRect(ContextData& data, CGRect userRect);
+void clipToPath(ContextData& data, const PathData& path, bool evenOdd);
+/// Lays pixels over the canvas at a place, with the state's alpha, blend mode and clip.
+void drawPixels(ContextData& data, const raster::Bitmap& pixels, int x, int y);
+
+/// Paints through the pen with the state's blend mode. `shape` puts the path of what is painted on the pen, `paint`
+/// paints the pen's source in that shape.
+using PenStep = void (*)(cairo_t* cr, const void* info);
+struct PenJob {
+    raster::PixelRect touched;
+    const void* info = nullptr;
+    PenStep source = nullptr;
+    PenStep outline = nullptr; // makes the path
+    PenStep paint = nullptr; // fill or stroke
+    bool clipsToShape
+        = true; // whether the outline bounds the paint, so that it can stand as a clip
+};
+void runJob(ContextData& data, const PenJob& job);
+
+/// Answers whether rectangles can be written straight into the pixels.
+inline bool paintsDirectly(const GraphicsState& state)
+{
+    return !state.clipShapes && !state.shadow.paints && state.ring == FocusRing::none
+        && state.smoothEdges()
+        && (state.blend == kCGBlendModeNormal || state.blend == kCGBlendModeCopy);
+}
+
+inline raster::Blend directBlend(const GraphicsState& state)
+{
+    return state.blend == kCGBlendModeCopy ? raster::Blend::copy : raster::Blend::over;
+}
+
+cairo_operator_t operatorFor(CGBlendMode mode);
+/// Answers whether a transform can be given to a pen without spoiling it.
+bool isUsable(const CGAffineTransform& transform);
+cairo_matrix_t matrixFrom(const CGAffineTransform& transform);
+
+void beginLayer(ContextData& data, raster::PixelRect box);
+void endLayer(ContextData& data);
+
+}

@@ -1,0 +1,146 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "ImageFilesPrivate.h"
+
+#include <csetjmp>
+#include <cstdio>
+#include <cstdlib>
+#include <vector>
+
+#include <jpeglib.h>
+
+namespace brindle::quartz {
+
+namespace {
+
+    /// What the library calls when it gives up: it must not return, so it jumps back.
+    struct Failure {
+        jpeg_error_mgr manager {};
+        std::jmp_buf back;
+
+        Failure()
+        {
+            jpeg_std_error(&manager);
+            manager.error_exit = [](j_common_ptr info) {
+                std::longjmp(reinterpret_cast<Failure*>(info->err)->back, 1);
+            };
+            manager.output_message = [](j_common_ptr) {};
+        }
+    };
+
+    // The two steps below hold no objects that a jump would forget to end: everything lives in the reader.
+    struct Reader {
+        Failure failure;
+        jpeg_decompress_struct info {};
+        std::vector<std::uint32_t> pixels;
+
+        Reader() { info.err = &failure.manager; }
+        ~Reader() { jpeg_destroy_decompress(&info); }
+        Reader(const Reader&) = delete;
+        Reader& operator=(const Reader&) = delete;
+
+        bool begin(std::span<const std::byte> bytes)
+        {
+            if (setjmp(failure.back))
+                return false;
+            jpeg_create_decompress(&info);
+            jpeg_mem_src(&info, reinterpret_cast<const unsigned char*>(bytes.data()), bytes.size());
+            jpeg_read_header(&info, TRUE);
+            info.out_color_space = JCS_EXT_BGRA;
+            const std::size_t width = info.image_width;
+            return width > 0 && info.image_height > 0 && info.image_height <= kMostPixels / width
+                && jpeg_start_decompress(&info);
+        }
+
+        bool read()
+        {
+            if (setjmp(failure.back))
+                return false;
+            while (info.output_scanline < info.output_height) {
+                auto* row = reinterpret_cast<JSAMPROW>(
+                    pixels.data() + std::size_t { info.output_scanline } * info.output_width);
+                jpeg_read_scanlines(&info, &row, 1);
+            }
+            return true;
+        }
+
+        double dotsPerInch() const
+        {
+            if (info.X_density == 0 || info.density_unit == 0)
+                return 72;
+            return info.density_unit == 2 ? info.X_density * 2.54 : info.X_density;
+        }
+    };
+
+    struct Writer {
+        Failure failure;
+        jpeg_compress_struct info {};
+        unsigned char* bytes = nullptr;
+        unsigned long size = 0;
+
+        Writer() { info.err = &failure.manager; }
+        ~Writer()
+        {
+            jpeg_destroy_compress(&info);
+            std::free(bytes);
+        }
+        Writer(const Writer&) = delete;
+        Writer& operator=(const Writer&) = delete;
+
+        bool write(
+            const std::vector<std::uint32_t>& pixels, unsigned width, unsigned height, int quality)
+        {
+            if (setjmp(failure.back))
+                return false;
+            jpeg_create_compress(&info);
+            jpeg_mem_dest(&info, &bytes, &size);
+            info.image_width = width;
+            info.image_height = height;
+            info.input_components = 4;
+            info.in_color_space = JCS_EXT_BGRX;
+            jpeg_set_defaults(&info);
+            jpeg_set_quality(&info, quality, TRUE);
+            jpeg_start_compress(&info, TRUE);
+            while (info.next_scanline < height) {
+                auto* row = reinterpret_cast<JSAMPROW>(const_cast<std::uint32_t*>(pixels.data())
+                    + std::size_t { info.next_scanline } * width);
+                jpeg_write_scanlines(&info, &row, 1);
+            }
+            jpeg_finish_compress(&info);
+            return true;
+        }
+    };
+
+}
+
+ImageFile decodeJPEG(std::span<const std::byte> bytes)
+{
+    Reader reader;
+    if (!reader.begin(bytes))
+        return {};
+    const std::size_t width = reader.info.output_width;
+    const std::size_t height = reader.info.output_height;
+    reader.pixels.resize(width * height);
+    if (!reader.read())
+        return {};
+    return { imageFromPixels(
+                 reader.pixels.data(), width, height, static_cast<std::ptrdiff_t>(width * 4)),
+        reader.dotsPerInch() };
+}
+
+std::string encodeJPEG(const CGImage* image, double quality)
+{
+    if (!image || image->width() > JPEG_MAX_DIMENSION || image->height() > JPEG_MAX_DIMENSION)
+        return {};
+    const std::size_t count = image->width() * image->height();
+    std::vector<std::uint32_t> pixels(image->pixels(), image->pixels() + count);
+    for (std::uint32_t& pixel : pixels)
+        pixel += (255 - (pixel >> 24)) * 0x010101u; // white shines through
+    Writer writer;
+    const double bounded = quality > 0 ? (quality < 1 ? quality : 1) : 0;
+    if (!writer.write(pixels, static_cast<unsigned>(image->width()),
+            static_cast<unsigned>(image->height()), static_cast<int>(bounded * 99) + 1))
+        return {};
+    return { reinterpret_cast<const char*>(writer.bytes), writer.size };
+}
+
+}

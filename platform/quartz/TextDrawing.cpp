@@ -1,0 +1,122 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "TextDrawing.h"
+
+#include "ContextPrivate.h"
+#include "raster/TextLine.h"
+
+#include <cmath>
+
+namespace brindle::quartz {
+
+namespace {
+
+    /// Answers pixels a point when letters keep their shape and stand upright in this space; 0 when they do not.
+    double uprightScale(const GraphicsState& state)
+    {
+        const CGAffineTransform& t = state.toDevice;
+        const bool even = state.isScaleAndMove() && t.a > 0 && std::abs(t.a) == std::abs(t.d);
+        return even && std::isfinite(t.tx + t.ty) ? t.a : 0;
+    }
+
+    /// Answers device pixels that hold the whole line with room for swashes.
+    raster::PixelRect areaOf(const text::Line& line, CGPoint device, double scale)
+    {
+        const text::LineMetrics& m = line.metrics();
+        const double em = (m.ascent + m.descent) * scale;
+        return touchedPixels(
+            { { device.x - em, device.y - 2 * em }, { m.width * scale + 2 * em, 4 * em } });
+    }
+
+    void drawMasks(ContextData& data, const text::Line& line, CGPoint device, double scale,
+        const raster::Color& color)
+    {
+        const Access access(data, areaOf(line, device, scale));
+        Canvas& canvas = data.canvas();
+        canvas.beginDirect();
+        raster::drawLine(canvas.bitmap(), line, device.x - canvas.left(), device.y - canvas.top(),
+            scale, canvas.local(data.state.clipBox), color);
+        canvas.endDirect();
+    }
+
+    /// Adds a glyph's outline at a place of device space.
+    void addGlyph(
+        PathData& path, const text::FontFace& face, text::GlyphId glyph, const CGAffineTransform& t)
+    {
+        const auto at = [&t](CGPoint p) { return CGPointApplyAffineTransform(p, t); };
+        for (const text::OutlineStep& step : face.outline(glyph)) {
+            switch (step.kind) {
+            case text::OutlineStep::Kind::move:
+                path.move(at(step.to));
+                break;
+            case text::OutlineStep::Kind::line:
+                path.line(at(step.to));
+                break;
+            case text::OutlineStep::Kind::quadratic:
+                path.quad(at(step.control1), at(step.to));
+                break;
+            case text::OutlineStep::Kind::cubic:
+                path.curve(at(step.control1), at(step.control2), at(step.to));
+                break;
+            case text::OutlineStep::Kind::close:
+                path.close();
+                break;
+            }
+        }
+    }
+
+    PathData outlineOf(const text::Line& line, CGPoint baseline, const CGAffineTransform& toDevice)
+    {
+        // Device rows go down, so a plain space has a negative determinant; a flipped one does not, and its letters
+        // are turned over once more.
+        const bool flipped = toDevice.a * toDevice.d - toDevice.b * toDevice.c > 0;
+        const double up = flipped ? -1 : 1;
+        PathData path;
+        for (const text::LineRun& run : line.runs()) {
+            const double size = run.font.size;
+            for (const text::LineGlyph& glyph : line.glyphs(run)) {
+                const CGAffineTransform place { size, 0, 0, up * size, baseline.x + glyph.x,
+                    baseline.y + up * glyph.y };
+                addGlyph(
+                    path, *run.font.face, glyph.glyph, CGAffineTransformConcat(place, toDevice));
+            }
+        }
+        return path;
+    }
+
+    void drawOutlines(
+        ContextData& data, const text::Line& line, CGPoint baseline, const raster::Color& color)
+    {
+        if (isUsable(data.state.toDevice))
+            fillPath(data, outlineOf(line, baseline, data.state.toDevice), false, { color, true });
+    }
+
+}
+
+void drawTextLine(
+    CGContext* context, const text::Line& line, CGPoint baseline, const raster::Color& color)
+{
+    ContextData* const data = dataOf(context);
+    if (!data || line.glyphs().empty() || data->state.clipBox.isEmpty() || !(color.alpha > 0))
+        return;
+    const double scale = uprightScale(data->state);
+    if (scale == 0 || !raster::canDrawLine(line, scale))
+        return drawOutlines(*data, line, baseline, color);
+    const CGPoint device = CGPointApplyAffineTransform(baseline, data->state.toDevice);
+    const GraphicsState& state = data->state;
+    if (!state.clipShapes && !state.shadow.paints && state.blend == kCGBlendModeNormal) {
+        raster::Color faded = color;
+        faded.alpha *= state.alpha;
+        return drawMasks(*data, line, device, scale, faded);
+    }
+    // A group takes the letters as they always look, and is laid down with the rest of the state.
+    beginLayer(*data, areaOf(line, device, scale));
+    drawMasks(*data, line, device, scale, color);
+    endLayer(*data);
+}
+
+void drawTextLine(CGContext* context, const text::Line& line, CGPoint baseline, CGColor* color)
+{
+    drawTextLine(context, line, baseline, rasterColor(color));
+}
+
+}
