@@ -56,7 +56,12 @@ namespace {
                 word &= ~kLocked;
             }
         }
-        ~ExtrasLock() { header_.extras.fetch_and(~kLocked, std::memory_order_release); }
+        ~ExtrasLock()
+        {
+            // Nobody else writes the word while it is locked, so a plain store is enough.
+            const std::uintptr_t word = header_.extras.load(std::memory_order_relaxed);
+            header_.extras.store(word & ~kLocked, std::memory_order_release);
+        }
         ExtrasLock(const ExtrasLock&) = delete;
         ExtrasLock& operator=(const ExtrasLock&) = delete;
 
@@ -86,19 +91,37 @@ namespace {
         return node;
     }
 
-    /// Puts a node at the front. The lock is held.
-    void push(ObjectHeader& header, const void* key, void* value, std::uintptr_t bits)
+    Node* makeNode(const void* key, void* value, std::uintptr_t link)
     {
         auto* const node = static_cast<Node*>(std::malloc(sizeof(Node)));
         if (!node)
             fatal("out of memory");
         ::new (node) Node;
-        const auto first = reinterpret_cast<std::uintptr_t>(firstNode(header));
         node->key.store(key, std::memory_order_relaxed);
         node->value.store(value, std::memory_order_relaxed);
-        node->link.store(first | bits, std::memory_order_relaxed);
+        node->link.store(link, std::memory_order_relaxed);
+        return node;
+    }
+
+    /// Puts a node at the front. The lock is held.
+    void push(ObjectHeader& header, const void* key, void* value, std::uintptr_t bits)
+    {
+        const auto first = reinterpret_cast<std::uintptr_t>(firstNode(header));
+        Node* const node = makeNode(key, value, first | bits);
         header.extras.store(
             reinterpret_cast<std::uintptr_t>(node) | kLocked, std::memory_order_release);
+    }
+
+    /// Hangs the first value on an object that nothing hangs on, without the lock. False: somebody was quicker.
+    bool pushFirst(ObjectHeader& header, const void* key, void* value, std::uintptr_t bits)
+    {
+        Node* const node = makeNode(key, value, bits);
+        std::uintptr_t nothing = 0;
+        if (header.extras.compare_exchange_strong(nothing, reinterpret_cast<std::uintptr_t>(node),
+                std::memory_order_release, std::memory_order_relaxed))
+            return true;
+        std::free(node);
+        return false;
     }
 
     void setBits(Node* node, std::uintptr_t bits)
@@ -172,6 +195,9 @@ void objc_setAssociatedObject(
     else if (retains && value)
         retain(value);
     ObjectHeader& header = headerOf(object);
+    if (!header.extras.load(std::memory_order_relaxed)
+        && (!value || pushFirst(header, key, value, bits)))
+        return;
     Held old {};
     {
         const ExtrasLock lock(header);

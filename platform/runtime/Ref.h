@@ -107,7 +107,9 @@ public:
 
     T* get() const { return pointer_; }
     T* operator->() const { return pointer_; }
-    T& operator*() const { return *pointer_; }
+    T& operator*() const& { return *pointer_; }
+    /// An owner that is about to go lends nothing: `for (… : *view->subviews())` would read what is gone.
+    T& operator*() const&& = delete;
     explicit operator bool() const { return pointer_ != nullptr; }
     void swap(Ref& other) noexcept { std::swap(pointer_, other.pointer_); }
 

@@ -1,0 +1,237 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "foundation/NSTimer.h"
+
+#include <gtest/gtest.h>
+#include <vector>
+
+#include "foundation/NSDate.h"
+#include "runtime/NSException.h"
+#include "runtime/Table.h"
+#include "support/VirtualClock.h"
+
+using brindle::test::VirtualClock;
+
+namespace brindle {
+
+class TimerListener : public NSObject {
+    BRINDLE_OBJECT(TimerListener, NSObject)
+
+public:
+    int plain = 0;
+    NSTimer* received = nullptr;
+};
+
+template <> struct TimerListener::Methods<struct Listening> {
+    static void tick(TimerListener& self) { ++self.plain; }
+    static void tickTimer(TimerListener& self, NSTimer* timer) { self.received = timer; }
+    static void table(Builder& t)
+    {
+        t.methods({ { "tick", imp<tick> }, { "tick:", imp<tickTimer> } });
+    }
+};
+BRINDLE_RECORD(TimerListener, Listening)
+
+namespace {
+
+    Ref<NSTimer> scheduled(double seconds, bool repeats, const Block<void(NSTimer*)>& block)
+    {
+        return NSTimer::cls().scheduledTimerWithTimeInterval_repeats_block(seconds, repeats, block);
+    }
+
+}
+
+TEST(NSTimer, FiresOnceAndIsInvalidThen)
+{
+    VirtualClock clock;
+    int fired = 0;
+    const auto timer = scheduled(1, false, [&](NSTimer*) { ++fired; });
+    clock.advance(0.9);
+    EXPECT_EQ(fired, 0);
+    clock.advance(5);
+    EXPECT_EQ(fired, 1);
+    EXPECT_FALSE(timer->isValid());
+}
+
+TEST(NSTimer, RepeatsWithoutDrift)
+{
+    VirtualClock clock;
+    const std::int64_t begin = Clock::now();
+    std::vector<std::int64_t> times;
+    const auto timer = scheduled(0.25, true, [&](NSTimer*) {
+        times.push_back(Clock::now() - begin);
+        Clock::advance(0.1);
+    });
+    clock.advance(1);
+    timer->invalidate();
+    EXPECT_EQ(times, (std::vector<std::int64_t> { 250000000, 500000000, 750000000, 1000000000 }));
+}
+
+TEST(NSTimer, LeavesOutMomentsThatWereMissed)
+{
+    VirtualClock clock;
+    const std::int64_t begin = Clock::now();
+    std::vector<std::int64_t> times;
+    const auto timer = scheduled(1, true, [&](NSTimer*) { times.push_back(Clock::now() - begin); });
+    Clock::advance(3.5);
+    clock.advance(1);
+    timer->invalidate();
+    EXPECT_EQ(times, (std::vector<std::int64_t> { 3500000000, 4000000000 }));
+}
+
+TEST(NSTimer, SendsASelectorWithoutParameter)
+{
+    VirtualClock clock;
+    const auto listener = make<TimerListener>();
+    NSTimer::cls().scheduledTimerWithTimeInterval_target_selector_userInfo_repeats(
+        1, listener.get(), selector<"tick">, nullptr, false);
+    clock.advance(1);
+    EXPECT_EQ(listener->plain, 1);
+}
+
+TEST(NSTimer, SendsItselfToASelectorWithAParameter)
+{
+    VirtualClock clock;
+    const auto listener = make<TimerListener>();
+    const auto timer = NSTimer::cls().scheduledTimerWithTimeInterval_target_selector_userInfo_repeats(
+        1, listener.get(), selector<"tick:">, nullptr, false);
+    clock.advance(1);
+    EXPECT_EQ(listener->received, timer.get());
+}
+
+TEST(NSTimer, KeepsItsTargetUntilItIsInvalid)
+{
+    VirtualClock clock;
+    auto listener = make<TimerListener>();
+    const WeakRef<TimerListener> weak(listener);
+    const auto timer = NSTimer::cls().scheduledTimerWithTimeInterval_target_selector_userInfo_repeats(
+        1, listener.get(), selector<"tick">, nullptr, true);
+    listener = nullptr;
+    clock.advance(2);
+    EXPECT_TRUE(weak.get());
+    timer->invalidate();
+    EXPECT_FALSE(weak.get());
+}
+
+TEST(NSTimer, DoesNotFireAfterItWasInvalidated)
+{
+    VirtualClock clock;
+    int fired = 0;
+    scheduled(1, false, [&](NSTimer*) { ++fired; })->invalidate();
+    clock.advance(2);
+    EXPECT_EQ(fired, 0);
+}
+
+TEST(NSTimer, CanBeInvalidatedWhileItFires)
+{
+    VirtualClock clock;
+    int fired = 0;
+    scheduled(1, true, [&](NSTimer* timer) {
+        ++fired;
+        timer->invalidate();
+    });
+    clock.advance(5);
+    EXPECT_EQ(fired, 1);
+}
+
+TEST(NSTimer, GoesOnRepeatingAfterItThrew)
+{
+    VirtualClock clock;
+    int fired = 0;
+    const auto timer = scheduled(1, true, [&](NSTimer*) {
+        if (++fired == 1)
+            raise("Test", "thrown");
+    });
+    EXPECT_THROW(clock.advance(1), Exception);
+    clock.advance(1);
+    EXPECT_EQ(fired, 2);
+    timer->invalidate();
+}
+
+TEST(NSTimer, IsNotCalledAgainByALoopThatItRuns)
+{
+    VirtualClock clock;
+    int deepest = 0;
+    int depth = 0;
+    const auto timer = scheduled(1, true, [&](NSTimer*) {
+        deepest = std::max(deepest, ++depth);
+        clock.advance(3);
+        --depth;
+    });
+    clock.advance(1);
+    timer->invalidate();
+    EXPECT_EQ(deepest, 1);
+}
+
+TEST(NSTimer, RestartsInPlace)
+{
+    VirtualClock clock;
+    int fired = 0;
+    const auto timer = scheduled(1, false, [&](NSTimer*) { ++fired; });
+    for (int i = 0; i < 10; ++i) {
+        clock.advance(0.9);
+        timer->restart(1);
+    }
+    EXPECT_EQ(fired, 0);
+    clock.advance(1);
+    EXPECT_EQ(fired, 1);
+}
+
+TEST(NSTimer, KeepsTheOrderOfEqualMoments)
+{
+    VirtualClock clock;
+    std::string order;
+    for (const char c : std::string("abcdefgh"))
+        scheduled(1, false, [&order, c](NSTimer*) { order += c; });
+    clock.advance(1);
+    EXPECT_EQ(order, "abcdefgh");
+}
+
+TEST(NSTimer, MovesToItsFireDate)
+{
+    VirtualClock clock;
+    int fired = 0;
+    const auto timer = scheduled(100, false, [&](NSTimer*) { ++fired; });
+    timer->setFireDate(NSDate::cls().dateWithTimeIntervalSinceNow(2).get());
+    EXPECT_NEAR(timer->fireDate()->timeIntervalSinceNow(), 2, 1e-6);
+    clock.advance(2);
+    EXPECT_EQ(fired, 1);
+}
+
+TEST(NSTimer, FiresByHandWithoutLosingItsMoment)
+{
+    VirtualClock clock;
+    int fired = 0;
+    const auto timer = scheduled(1, true, [&](NSTimer*) { ++fired; });
+    timer->fire();
+    EXPECT_EQ(fired, 1);
+    clock.advance(1);
+    EXPECT_EQ(fired, 2);
+    timer->invalidate();
+}
+
+TEST(NSTimer, IsMovedAndRemovedAmongManyWithoutHarm)
+{
+    VirtualClock clock;
+    std::vector<Ref<NSTimer>> timers;
+    std::vector<int> fired;
+    std::uint64_t random = 1;
+    for (int i = 0; i < 1000; ++i) {
+        random = random * 6364136223846793005u + 1442695040888963407u;
+        timers.push_back(scheduled(static_cast<double>(random >> 54) + 1, false,
+            [&fired, i](NSTimer*) { fired.push_back(i); }));
+    }
+    for (std::size_t i = 0; i < 1000; i += 3)
+        timers[i]->restart(static_cast<double>(i % 7) + 1);
+    for (std::size_t i = 1; i < 1000; i += 3)
+        timers[i]->invalidate();
+    std::vector<double> moments;
+    for (const auto& timer : timers)
+        moments.push_back(timer->fireDate()->timeIntervalSinceReferenceDate());
+    clock.advance(2000);
+    EXPECT_EQ(fired.size(), 667u);
+    for (std::size_t i = 1; i < fired.size(); ++i)
+        EXPECT_LE(moments[static_cast<std::size_t>(fired[i - 1])],
+            moments[static_cast<std::size_t>(fired[i])] + 1e-6);
+}
+
+}
