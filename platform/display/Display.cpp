@@ -1,0 +1,19 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "Display.h"
+
+#include <atomic>
+
+#include "SurfaceNumber.h"
+
+namespace brindle::display {
+
+Display::~Display() = default;
+Surface::~Surface() = default;
+
+SurfaceId nextSurfaceNumber()
+{
+    static constinit std::atomic<SurfaceId> last { 0 };
+    return ++last;
+}
+
+}

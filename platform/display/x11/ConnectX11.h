@@ -1,0 +1,16 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <memory>
+#include <string>
+
+#include "display/Display.h"
+
+namespace brindle::display {
+
+/// Connects to an X server.
+/// - server: as in DISPLAY, ":0".
+/// - Nil: when the server cannot be reached or has no colour depth that we can draw in.
+std::unique_ptr<Display> connectX11(const std::string& server, const Environment& environment);
+
+}
