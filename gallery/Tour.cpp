@@ -45,18 +45,21 @@ void Tour::playGround()
 
     display_->movePointer(onScreen(430, 200)); // into the grid
     settle();
-    display_->drag(onScreen(400, 190), onScreen(560, 290), 8);
+    display_->movePointer(onScreen(400, 190));
+    display_->pressButton();
+    settle();
     display_->movePointer(onScreen(560, 290));
     settle();
     picture("ground-grid");
+    display_->releaseButton();
+    settle();
 
     for (int i = 0; i < 9; ++i)
         display_->typeText(u"\uF700"); // the Up arrow: higher rows
     settle();
     picture("ground-higher-rows");
 
-    display_->click(onScreen(80, 560)); // "Count primes"
-    display_->movePointer(onScreen(60, 562));
+    display_->click(onScreen(90, 586)); // "Count primes"
     settle();
     for (int i = 0; i < 400; ++i) { // pointer moves, faster than the timeout
         display_->movePointer(onScreen(320 + (i % 40) * 4, 500 + (i % 7)));
@@ -75,6 +78,7 @@ void Tour::playGround()
     settle();
     picture("ground-dark");
     display_->typeText(u"d");
+    settle();
 
     controller_->window()->setFrame_display(NSMakeRect(80, 60, 1100, 720), true);
     settle();

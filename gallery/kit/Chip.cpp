@@ -19,7 +19,8 @@ template <> struct GalleryChip::Methods<struct Pressing> {
 
     static void updateTrackingAreas(GalleryChip& self)
     {
-        for (NSObject* area : *self.trackingAreas())
+        const Ref<NSArray> areas = self.trackingAreas();
+        for (NSObject* area : *areas)
             self.removeTrackingArea(static_cast<NSTrackingArea*>(area));
         const auto area
             = alloc<NSTrackingArea>()->initWithRect_options_owner_userInfo(self.bounds(),

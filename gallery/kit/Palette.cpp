@@ -56,6 +56,11 @@ const Palette& palette()
 }
 
 bool isDark() { return darkIsChosen; }
-void setDark(bool dark) { darkIsChosen = dark; }
+
+void setDark(bool dark)
+{
+    darkIsChosen = dark;
+    appkit::setAppearance(dark ? appkit::Appearance::dark : appkit::Appearance::light);
+}
 
 }

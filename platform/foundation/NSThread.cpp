@@ -85,14 +85,14 @@ bool findMainThread()
 
 ThreadState& ThreadState::main()
 {
-    static ThreadState* const state = [] {
-        auto* const kept = new std::shared_ptr<ThreadState>(std::make_shared<ThreadState>());
-        (*kept)->isMain = true;
-        (*kept)->started.store(true);
-        (*kept)->executing.store(true);
-        return kept->get();
+    static auto* const kept = [] { // for ever
+        auto* const state = new std::shared_ptr<ThreadState>(std::make_shared<ThreadState>());
+        (*state)->isMain = true;
+        (*state)->started.store(true);
+        (*state)->executing.store(true);
+        return state;
     }();
-    return *state;
+    return **kept;
 }
 
 ThreadState& ThreadState::current()

@@ -114,6 +114,10 @@ void* handOut(void* buffer);
 void clearWeakReferences(void* object);
 void clearExtras(void* object);
 
+/// Closures are made and ended by the thousand: their end needs no message.
+bool isClosure(const NSObject* object);
+void endClosure(NSObject* object);
+
 [[noreturn]] void raiseUnrecognized(const NSObject* self, SEL sel);
 
 }

@@ -33,28 +33,25 @@ template <> struct NSBlock::Methods<struct Closures> {
 
     static Ref<NSObject> copyWithZone(NSBlock& self, void*) { return &self; }
 
-    static void dealloc(NSBlock& self)
-    {
-        auto& closure = reinterpret_cast<ClosureBase&>(self);
-        if (closure.end)
-            closure.end(&closure);
-    }
-
     static void table(Builder& t)
     {
         t.conformsTo({ "NSCopying" });
         t.methods({
             { "copyWithZone:", imp<copyWithZone> },
-            { "dealloc", imp<dealloc> },
         });
     }
 };
 BRINDLE_RECORD(NSBlock, Closures)
 
-Class* closureClass()
+Class* closureClass() { return classOf<NSBlock>(); }
+
+bool isClosure(const NSObject* object) { return object->isa_ == classOf<NSBlock>(); }
+
+void endClosure(NSObject* object)
 {
-    Class* const cls = classOf<NSBlock>();
-    return cls;
+    auto* const closure = static_cast<ClosureBase*>(object);
+    if (closure->end)
+        closure->end(closure);
 }
 
 void* allocateClosure(std::size_t size)

@@ -24,16 +24,25 @@ namespace {
         }
     }
 
-    void end(void* memory)
+    void endFields(NSObject* object)
     {
-        auto* const object = static_cast<NSObject*>(memory);
-        headerOf(object).count.store(ObjectHeader::kDying, std::memory_order_relaxed);
-        clearWeakReferences(object);
         object->send<"dealloc">();
         const ClassData& data = *object->isa_->data_;
         releaseAddedFields(object, data);
         if (data.destruct)
             data.destruct(object);
+    }
+
+    void end(void* memory)
+    {
+        auto* const object = static_cast<NSObject*>(memory);
+        ObjectHeader& header = headerOf(object);
+        header.count.store(ObjectHeader::kDying, std::memory_order_relaxed);
+        clearWeakReferences(object);
+        if (isClosure(object))
+            endClosure(object);
+        else
+            endFields(object);
         clearExtras(object);
         std::free(&headerOf(object));
     }

@@ -34,7 +34,7 @@ template <> struct ExchangeCard::Methods<struct Exchanging> {
     static Ref<NSView> initWithFrame(ExchangeCard& self, NSRect frame)
     {
         self.setHeading("Exchanged method"_ns);
-        self.setCaption("XUISwizzleMethod: greeting runs farewell"_ns);
+        self.setCaption("XUISwizzleMethod"_ns);
         self.greeter_ = make<GalleryGreeter>();
         self.chip_ = make<GalleryChip>();
         self.chip_->setTitle("Exchange"_ns);
@@ -62,8 +62,11 @@ template <> struct ExchangeCard::Methods<struct Exchanging> {
         const Palette& colors = palette();
         const auto says = cast<GalleryGreeter>(self.greeter_)->greeting();
         drawText(says.get(), body.origin, Style::figure, colors.accent.get());
-        const auto note = NSString::cls().stringWithFormat(
-            "-[GalleryGreeter greeting], exchanged %ld times"_ns, self.exchanges_);
+        const auto note = self.exchanges_ == 0
+            ? Ref<NSString>("what -greeting answers now"_ns)
+            : NSString::cls().stringWithFormat(
+                self.exchanges_ == 1 ? "exchanged once"_ns : "exchanged %ld times"_ns,
+                self.exchanges_);
         drawText(note.get(), { body.origin.x, body.origin.y + 28 }, Style::caption,
             colors.quietText.get());
     }

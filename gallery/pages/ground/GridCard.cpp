@@ -65,7 +65,8 @@ template <> struct GridCard::Methods<struct Snapping> {
 
     static void updateTrackingAreas(GridCard& self)
     {
-        for (NSObject* area : *self.trackingAreas())
+        const Ref<NSArray> areas = self.trackingAreas();
+        for (NSObject* area : *areas)
             self.removeTrackingArea(static_cast<NSTrackingArea*>(area));
         const auto area
             = alloc<NSTrackingArea>()->initWithRect_options_owner_userInfo(gridRect(self),

@@ -76,6 +76,13 @@ template <> struct GroundPage::Methods<struct Cards> {
         changeStandard(self, event->scrollingDeltaY() > 0 ? 1 : -1);
     }
 
+    /// The frame round the content changes its look as well.
+    static void redrawWindow(GroundPage& self)
+    {
+        const Ref<NSView> content = maybe(self.window())->contentView();
+        maybe(maybe(content)->superview())->setNeedsDisplay(true);
+    }
+
     static void keyDown(GroundPage& self, NSEvent* event)
     {
         const Ref<NSString> text = event->charactersIgnoringModifiers();
@@ -92,7 +99,7 @@ template <> struct GroundPage::Methods<struct Cards> {
             return self.exchange_->exchange();
         case u'd':
             setDark(!isDark());
-            return maybe(maybe(self.window())->contentView())->setNeedsDisplay(true);
+            return redrawWindow(self);
         default:
             super<GroundPage, "keyDown:">(self, event);
         }

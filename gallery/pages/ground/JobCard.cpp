@@ -38,7 +38,7 @@ template <> struct JobCard::Methods<struct Job> {
     static Ref<NSView> initWithFrame(JobCard& self, NSRect frame)
     {
         self.setHeading("Background job"_ns);
-        self.setCaption("BRBlock: work elsewhere, completion here"_ns);
+        self.setCaption("BRBlock, there and back again"_ns);
         self.primes_ = -1;
         self.chip_ = make<GalleryChip>();
         self.chip_->setTitle("Count primes"_ns);
@@ -77,10 +77,11 @@ template <> struct JobCard::Methods<struct Job> {
             : self.primes_ < 0            ? Ref<NSString>("Ready"_ns)
                                : NSString::cls().stringWithFormat("%ld primes"_ns, self.primes_);
         drawText(figure.get(), body.origin, Style::figure, colors.accent.get());
-        const auto note = self.runs_ == 0
-            ? NSString::cls().stringWithFormat("below %ld"_ns, kLimit)
-            : NSString::cls().stringWithFormat(
-                "below %ld, counted %ld times"_ns, kLimit, self.runs_);
+        const auto note = self.runs_ == 0 ? Ref<NSString>("below 2,000,000"_ns)
+                                          : NSString::cls().stringWithFormat(self.runs_ == 1
+                                                  ? "below 2,000,000, counted once"_ns
+                                                  : "below 2,000,000, counted %ld times"_ns,
+                                              self.runs_);
         drawText(note.get(), { body.origin.x, body.origin.y + 28 }, Style::caption,
             colors.quietText.get());
     }

@@ -18,7 +18,7 @@ template <> struct RowsCard::Methods<struct Screen> {
     static Ref<NSView> initWithFrame(RowsCard& self, NSRect frame)
     {
         self.setHeading("Screen rows"_ns);
-        self.setCaption("BRUIGetEvenNumberRowsForScreen..."_ns);
+        self.setCaption("Even rows for the whole screen"_ns);
         self.standardHeight_ = 22;
         return super<RowsCard, "initWithFrame:", Ref<NSView>>(self, frame);
     }
@@ -40,7 +40,7 @@ template <> struct RowsCard::Methods<struct Screen> {
         const double scale
             = std::min(room.size.width / screen.size.width, room.size.height / screen.size.height);
         NSRect small = NSMakeRect(0, 0, screen.size.width * scale, screen.size.height * scale);
-        small.origin = room.origin;
+        small.origin = { room.origin.x, NSMaxY(room) - small.size.height };
         fillRounded(small, 4, colors.soft.get());
         for (double row = 1; row < rows; ++row) {
             const double y = small.origin.y + small.size.height * row / rows;

@@ -22,13 +22,14 @@ template <> struct StrokesCard::Methods<struct Debounce> {
     static Ref<NSView> initWithFrame(StrokesCard& self, NSRect frame)
     {
         self.setHeading("Debounced redraw"_ns);
-        self.setCaption("timeoutToSelector:afterDelay: restarts with each move"_ns);
+        self.setCaption("timeoutToSelector:afterDelay:"_ns);
         return super<StrokesCard, "initWithFrame:", Ref<NSView>>(self, frame);
     }
 
     static void updateTrackingAreas(StrokesCard& self)
     {
-        for (NSObject* area : *self.trackingAreas())
+        const Ref<NSArray> areas = self.trackingAreas();
+        for (NSObject* area : *areas)
             self.removeTrackingArea(static_cast<NSTrackingArea*>(area));
         const auto area = alloc<NSTrackingArea>()->initWithRect_options_owner_userInfo(
             self.bounds(), NSTrackingMouseMoved | NSTrackingActiveAlways, &self, nullptr);
@@ -54,7 +55,7 @@ template <> struct StrokesCard::Methods<struct Debounce> {
         const auto figure = NSString::cls().stringWithFormat("%ld moves"_ns, self.shownMoves_);
         drawText(figure.get(), body.origin, Style::figure, colors.accent.get());
         const auto note = self.redraws_ == 0
-            ? Ref<NSString>("move the pointer over this card, then rest"_ns)
+            ? Ref<NSString>("move over this card, then rest"_ns)
             : NSString::cls().stringWithFormat(
                 self.redraws_ == 1 ? "%ld redraw"_ns : "%ld redraws"_ns, self.redraws_);
         drawText(note.get(), { body.origin.x, body.origin.y + 28 }, Style::caption,

@@ -36,7 +36,7 @@ namespace {
     void expectEach(std::initializer_list<Case> cases, Ref<NSString> (NSString::*operation)() const)
     {
         for (const Case& c : cases)
-            EXPECT_EQ(utf8((*stringFrom(c.path).*operation)()), c.answer) << "of " << c.path;
+            EXPECT_EQ(utf8((stringFrom(c.path).get()->*operation)()), c.answer) << "of " << c.path;
     }
 
     TEST(NSStringPaths, TheLastComponentIsTheName)

@@ -1,0 +1,186 @@
+// SPDX-License-Identifier: Apache-2.0
+#include <algorithm>
+#include <cmath>
+
+#include "NSApplicationPrivate.h"
+#include "NSViewPrivate.h"
+#include "PainterPrivate.h"
+#include "runtime/Table.h"
+
+namespace brindle {
+
+namespace {
+
+    // Windows larger than any screen draw into as many pixels as a context can have.
+    constexpr int kMostPixels = 16384;
+
+    display::PixelSize pixelSizeOf(NSWindow& window)
+    {
+        const WindowState& state = WindowAccess::state(window);
+        if (state.surface)
+            return state.surface->pixelSize();
+        const double scale = window.backingScaleFactor();
+        const auto pixels = [scale](double points) {
+            const double whole = std::round(points * scale);
+            return whole >= 1 ? static_cast<int>(std::min<double>(whole, kMostPixels)) : 1;
+        };
+        return { pixels(state.frame.size.width), pixels(state.frame.size.height) };
+    }
+
+    void clearPixels(Backing& backing, display::PixelRect rect)
+    {
+        for (int y = rect.top; y < rect.bottom; ++y) {
+            std::uint32_t* const row = backing.words.data()
+                + static_cast<std::size_t>(y) * static_cast<std::size_t>(backing.size.width);
+            std::fill(row + rect.left, row + rect.right, 0);
+        }
+    }
+
+}
+
+Backing& WindowAccess::backing(NSWindow& window)
+{
+    WindowState& s = state(window);
+    const display::PixelSize size = pixelSizeOf(window);
+    const double scale = window.backingScaleFactor();
+    if (s.backing && s.backing->size == size && s.backing->scale == scale)
+        return *s.backing;
+    if (s.drawing && s.backing)
+        return *s.backing; // a view resized the window while it was drawn: the next pass follows
+    auto fresh = std::make_unique<Backing>();
+    fresh->size = size;
+    fresh->scale = scale;
+    fresh->words.resize(static_cast<std::size_t>(size.width) * static_cast<std::size_t>(size.height));
+    fresh->context = quartz::contextForPixels({ fresh->words.data(), size.width, size.height,
+        static_cast<std::ptrdiff_t>(size.width) * 4, scale });
+    NSGraphicsContext::Meta maker = NSGraphicsContext::cls();
+    fresh->upright = maker.graphicsContextWithGraphicsPort_flipped(fresh->context.get(), false);
+    fresh->flipped = maker.graphicsContextWithGraphicsPort_flipped(fresh->context.get(), true);
+    s.backing = std::move(fresh);
+    damageAll(window);
+    return *s.backing;
+}
+
+void WindowAccess::damageAll(NSWindow& window)
+{
+    WindowState& s = state(window);
+    s.damage.clear();
+    if (s.backing)
+        s.damage.add({ 0, 0, s.backing->size.width, s.backing->size.height });
+}
+
+void WindowAccess::addDamage(NSWindow& window, NSRect rect)
+{
+    WindowState& s = state(window);
+    if (s.backing) // without pixels everything will be drawn anyway
+        s.damage.add(Damage::pixelsOf(rect, s.backing->scale, s.backing->size));
+}
+
+void WindowAccess::present(NSWindow& window, std::span<const display::PixelRect> rects)
+{
+    WindowState& s = state(window);
+    if (s.surface && s.surface->isShown() && s.backing && s.surface->pixelSize() == s.backing->size)
+        s.surface->present(s.backing->pixels(), rects);
+}
+
+void WindowAccess::drawIfVisible(NSWindow& window)
+{
+    const WindowState& s = state(window);
+    if (s.visible && s.surface && !s.miniaturized)
+        window.displayIfNeeded();
+}
+
+void WindowAccess::backingChanged(NSWindow& window)
+{
+    notify(window, NSWindowDidChangeBackingPropertiesNotification,
+        "windowDidChangeBackingProperties:");
+    damageAll(window);
+}
+
+template <> struct NSWindow::Methods<struct Drawing> {
+
+static WindowState& of(NSWindow& self) { return WindowAccess::state(self); }
+
+static bool viewsNeedDisplay(NSWindow& self)
+{
+    return !of(self).backing || !of(self).damage.isEmpty();
+}
+static void setViewsNeedDisplay(NSWindow& self, bool needs)
+{
+    if (needs)
+        WindowAccess::damageAll(self);
+    else
+        of(self).damage.clear();
+}
+
+struct DrawingScope {
+    explicit DrawingScope(WindowState& windowState)
+        : state(windowState)
+    {
+        state.drawing = true;
+    }
+    ~DrawingScope() { state.drawing = false; }
+    DrawingScope(const DrawingScope&) = delete;
+    DrawingScope& operator=(const DrawingScope&) = delete;
+    WindowState& state;
+};
+
+static std::vector<NSRect> partsOf(const WindowState& state)
+{
+    std::vector<NSRect> parts;
+    for (const display::PixelRect& rect : state.damage.rects())
+        parts.push_back(Damage::pointsOf(rect, state.backing->scale, state.backing->size));
+    return parts;
+}
+
+// One pass: what is marked while it runs is drawn in the next one.
+static void displayIfNeeded(NSWindow& self)
+{
+    WindowState& state = of(self);
+    if (state.drawing)
+        return;
+    const Ref<NSWindow> alive(&self);
+    Backing& backing = WindowAccess::backing(self);
+    if (state.damage.isEmpty())
+        return;
+    const DrawingScope scope(state);
+    Painter(self, partsOf(state)).announce(*state.frameView); // views may mark more now
+    const std::vector<NSRect> parts = partsOf(state);
+    const std::vector<display::PixelRect> rects = state.damage.take();
+    for (const display::PixelRect& rect : rects)
+        clearPixels(backing, rect);
+    Painter(self, parts).paint(*state.frameView);
+    WindowAccess::present(self, rects);
+}
+static void display(NSWindow& self)
+{
+    WindowAccess::damageAll(self);
+    self.displayIfNeeded();
+}
+static void flush(NSWindow& self)
+{
+    const Backing& backing = WindowAccess::backing(self);
+    const display::PixelRect whole { 0, 0, backing.size.width, backing.size.height };
+    WindowAccess::present(self, { &whole, 1 });
+}
+static Ref<NSGraphicsContext> graphicsContext(NSWindow& self)
+{
+    return WindowAccess::backing(self).upright;
+}
+
+static void table(Builder& t)
+{
+    t.methods({
+        { "viewsNeedDisplay", imp<viewsNeedDisplay> },
+        { "setViewsNeedDisplay:", imp<setViewsNeedDisplay> },
+        { "display", imp<display> },
+        { "displayIfNeeded", imp<displayIfNeeded> },
+        { "flushWindow", imp<flush> },
+        { "graphicsContext", imp<graphicsContext> },
+    });
+}
+
+};
+BRINDLE_RECORD(NSWindow, Drawing)
+
+}

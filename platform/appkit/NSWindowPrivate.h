@@ -1,0 +1,161 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <array>
+#include <memory>
+#include <span>
+#include <string>
+#include <vector>
+
+#include "DamagePrivate.h"
+#include "NSGraphicsContext.h"
+#include "NSTrackingArea.h"
+#include "NSWindow.h"
+#include "display/Surface.h"
+#include "foundation/NSArray.h"
+#include "quartz/CGBitmapContext.h"
+
+namespace brindle {
+
+/// The height of a title bar, in points.
+inline constexpr CGFloat kTitleBarHeight = 22;
+/// How far from the edge a press resizes, in points.
+inline constexpr CGFloat kResizeEdge = 5;
+
+/// The pixels of a window and the contexts that draw into them.
+struct Backing {
+    std::vector<std::uint32_t> words;
+    display::PixelSize size;
+    double scale = 1;
+    Ref<CGContext> context;
+    Ref<NSGraphicsContext> upright; // y up
+    Ref<NSGraphicsContext> flipped; // the same pixels, for views whose y goes down
+
+    display::Pixels pixels() const
+    {
+        return { words.data(), size.width, size.height, static_cast<std::ptrdiff_t>(size.width) * 4 };
+    }
+};
+
+/// Everything a window is and has.
+struct WindowState {
+    NSRect frame;
+    NSRect restoredFrame; // before it was zoomed
+    NSWindowStyleMask style = 0;
+    NSInteger number = 0;
+    NSWindowLevel level = NSNormalWindowLevel;
+    NSSize minSize { 0, 0 };
+    NSSize maxSize { 1e7, 1e7 };
+    CGFloat alpha = 1;
+    Ref<NSString> title;
+    Ref<NSObject> background; // NSColor; nil is the ordinary one
+    WeakRef<NSObject> delegate;
+
+    Ref<NSView> frameView;
+    Ref<NSView> contentView;
+    Ref<NSResponder> firstResponder; // nil is the window itself
+    WeakRef<NSView> initialFirstResponder;
+    std::array<Ref<NSView>, 3> pressed; // who got the press of the left, right and other buttons
+    std::vector<Ref<NSTrackingArea>> inside; // areas the pointer is in
+    NSPoint pointer; // where it was last, window coordinates
+    bool pointerInside = false;
+
+    std::unique_ptr<display::Surface> surface;
+    std::unique_ptr<Backing> backing;
+    Damage damage;
+
+    Ref<NSWindow> kept; // the window itself, while it is shown
+    NSWindow* parent = nullptr;
+    std::vector<Ref<NSWindow>> children; // back to front; those below the window first
+    std::vector<bool> childBelow;
+
+    bool opaque = true;
+    bool shadow = true;
+    bool ignoresMouse = false;
+    bool acceptsMoved = false;
+    bool movable = true;
+    bool movableByBackground = false;
+    bool hidesOnDeactivate = false;
+    bool releasedWhenClosed = true;
+    bool edited = false;
+    bool visible = false; // ordered in
+    bool waitsForActivation = false; // would be visible if the application were active
+    bool wasShown = false; // listed among the application's windows
+    bool liveResize = false;
+    bool managedResize = false; // a live resize that the window manager leads
+    bool miniaturized = false;
+    bool zoomed = false;
+    bool fullScreen = false;
+    bool viewsMoved = false; // tracking areas must be made anew before the next event
+    bool drawing = false;
+    bool closed = false;
+};
+
+/// What the files of this folder do with windows beside sending messages.
+struct WindowAccess {
+    static WindowState& state(const NSWindow& window) { return *window.state_; }
+    static void install(NSWindow& window, std::shared_ptr<WindowState> state)
+    {
+        window.state_ = std::move(state);
+    }
+    static bool isReady(const NSWindow& window) { return window.state_ != nullptr; }
+
+    // Told by views.
+    static void forgetView(NSWindow& window, NSView& view);
+    static void resignHidden(NSWindow& window, NSView& view);
+    static void viewMoved(NSWindow& window, NSView& view);
+    static void addDamage(NSWindow& window, NSRect rect);
+
+    // Tracking; NSWindow-Tracking.cpp.
+    static void trackingAreaAdded(NSWindow& window, NSView& view, NSTrackingArea& area);
+    /// Tells owners what a movement of the pointer means. - dragging: a button is down.
+    static void trackPointer(NSWindow& window, NSEvent& event, bool dragging);
+    /// Sends the exits of everything the pointer was in.
+    static void pointerLeft(NSWindow& window, NSEvent* event);
+    /// Sends `updateTrackingAreas` when views have moved since the last time.
+    static void settleTracking(NSWindow& window);
+
+    // Drawing; NSWindow-Drawing.cpp.
+    static Backing& backing(NSWindow& window);
+    static void damageAll(NSWindow& window);
+    static void drawIfVisible(NSWindow& window);
+    static void present(NSWindow& window, std::span<const display::PixelRect> rects);
+
+    // The native window; NSWindow-Order.cpp.
+    static display::Surface& surface(NSWindow& window);
+    static void dropSurface(NSWindow& window);
+    static void orderIn(NSWindow& window, NSWindowOrderingMode place, NSWindow* other, bool regardless);
+    static void orderOut(NSWindow& window);
+    static void applicationActivated(NSWindow& window);
+    static void applicationDeactivated(NSWindow& window);
+
+    // Told by the display.
+    static void frameChangedByDesktop(NSWindow& window, NSRect frame);
+    static void stateChangedByDesktop(NSWindow& window, display::SurfaceState state);
+    static void backingChanged(NSWindow& window);
+
+    // Geometry.
+    static void applyFrame(NSWindow& window, NSRect frame, bool tellSurface);
+    static void beginLiveResize(NSWindow& window);
+    static void endLiveResize(NSWindow& window);
+    static bool isTitled(const WindowState& state) { return (state.style & NSTitledWindowMask) != 0; }
+    static NSSize limited(const NSWindow& window, NSSize size);
+
+    // The user's hand; NSWindow-Dragging.cpp.
+    static void dragWindow(NSWindow& window, NSEvent& press);
+    static void resizeWindow(NSWindow& window, display::ResizeEdge edge, NSEvent& press);
+    /// Answers whether a press at a point of the window resizes it, and how.
+    static bool resizeEdgeAt(const NSWindow& window, NSPoint point, display::ResizeEdge& edge);
+
+    /// Posts one of the window's notifications and tells the delegate.
+    static void notify(NSWindow& window, NSString* name, const char* delegateSelector);
+};
+
+/// Makes the frame view of a window: it draws the frame and holds the content view.
+Ref<NSView> makeFrameView(NSWindow& window, NSRect frame);
+/// Marks what a frame view draws differently for key windows and others.
+void frameLookChanged(NSWindow& window);
+/// Tells the buttons of a frame where the pointer is.
+void framePointerMoved(NSWindow& window, bool inside);
+
+}

@@ -1,0 +1,158 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "appkit/NSApplication.h"
+
+#include <gtest/gtest.h>
+
+#include "appkit/NSScreen.h"
+#include "foundation/NSArray.h"
+#include "foundation/NSDate.h"
+#include "runtime/NSException.h"
+#include "runtime/Table.h"
+#include "support/HeadlessScreen.h"
+
+namespace brindle {
+
+/// A delegate that answers an action.
+class ActionDelegate : public NSObject {
+    BRINDLE_OBJECT(ActionDelegate, NSObject)
+
+public:
+    int actions_ = 0;
+};
+template <> struct ActionDelegate::Methods<struct Acting> {
+static void act(ActionDelegate& self, NSObject*) { ++self.actions_; }
+static void fail(ActionDelegate&, NSObject*) { raise("Fault", "on purpose"); }
+static void table(Builder& t)
+{
+    t.methods({ { "act:", imp<act> }, { "fail:", imp<fail> } });
+}
+};
+BRINDLE_RECORD(ActionDelegate, Acting)
+
+namespace {
+
+    Ref<NSEvent> custom(NSInteger data)
+    {
+        return NSEvent::cls()
+            .otherEventWithType_location_modifierFlags_timestamp_windowNumber_context_subtype_data1_data2(
+                NSApplicationDefined, {}, 0, 0, 0, nullptr, 0, data, 0);
+    }
+    Ref<NSEvent> next(NSApplication& app, NSEventMask mask, bool dequeue = true)
+    {
+        return app.nextEventMatchingMask_untilDate_inMode_dequeue(mask, nullptr, nullptr, dequeue);
+    }
+
+}
+
+TEST(NSApplication, ThereIsOne)
+{
+    EXPECT_EQ(NSApplication::cls().sharedApplication(), NSApplication::cls().sharedApplication());
+}
+
+TEST(NSApplication, PostedEventsComeInTheirOrder)
+{
+    HeadlessScreen screen;
+    NSApplication& app = screen.application();
+    app.postEvent_atStart(custom(1).get(), false);
+    app.postEvent_atStart(custom(2).get(), false);
+    app.postEvent_atStart(custom(3).get(), true);
+    EXPECT_EQ(next(app, NSApplicationDefinedMask)->data1(), 3);
+    EXPECT_EQ(next(app, NSApplicationDefinedMask, false)->data1(), 1);
+    EXPECT_EQ(next(app, NSApplicationDefinedMask)->data1(), 1);
+    EXPECT_EQ(next(app, NSKeyDownMask), nullptr);
+    EXPECT_EQ(next(app, NSApplicationDefinedMask)->data1(), 2);
+}
+
+TEST(NSApplication, StopEndsRun)
+{
+    HeadlessScreen screen;
+    NSApplication& app = screen.application();
+    NSRunLoop::cls().mainRunLoop()->performBlock([&] { app.stop(nullptr); });
+    app.run();
+    EXPECT_FALSE(app.isRunning());
+}
+
+TEST(NSApplication, AModalLoopAnswersTheCodeItIsStoppedWith)
+{
+    HeadlessScreen screen;
+    NSApplication& app = screen.application();
+    NSRunLoop::cls().mainRunLoop()->performBlock([&] { app.stopModalWithCode(7); });
+    EXPECT_EQ(app.runModalForWindow(&screen.window()), 7);
+    EXPECT_EQ(app.modalWindow(), nullptr);
+}
+
+TEST(NSApplication, AModalLoopThatNothingCanEndRaises)
+{
+    HeadlessScreen screen;
+    EXPECT_THROW(screen.application().runModalForWindow(&screen.window()), Exception);
+    EXPECT_EQ(screen.application().modalWindow(), nullptr);
+}
+
+TEST(NSApplication, AnActionWithoutTargetReachesTheDelegate)
+{
+    HeadlessScreen screen;
+    const Ref<ActionDelegate> delegate = make<ActionDelegate>();
+    screen.application().setDelegate(delegate.get());
+    EXPECT_TRUE(screen.application().sendAction_to_from(selector<"act:">, nullptr, nullptr));
+    EXPECT_FALSE(screen.application().sendAction_to_from(selector<"nobody:">, nullptr, nullptr));
+    EXPECT_EQ(delegate->actions_, 1);
+}
+
+TEST(NSApplication, AnExceptionLeavesRunAndTheApplicationUsable)
+{
+    HeadlessScreen screen;
+    NSApplication& app = screen.application();
+    const Ref<ActionDelegate> delegate = make<ActionDelegate>();
+    NSRunLoop::cls().mainRunLoop()->performBlock(
+        [&] { app.sendAction_to_from(selector<"fail:">, delegate.get(), nullptr); });
+    EXPECT_THROW(app.run(), Exception);
+    EXPECT_FALSE(app.isRunning());
+    app.postEvent_atStart(custom(5).get(), false);
+    EXPECT_EQ(next(app, NSApplicationDefinedMask)->data1(), 5);
+}
+
+TEST(NSApplication, TheLostServerEndsTheProgramWithOneLine)
+{
+    EXPECT_EXIT(
+        {
+            HeadlessScreen screen;
+            screen.display().disconnect();
+            screen.process();
+        },
+        testing::ExitedWithCode(1), "^brindle: lost the connection to the display server\n$");
+}
+
+TEST(NSApplication, HidingAndShowingKeepsTheOrder)
+{
+    HeadlessScreen screen;
+    NSApplication& app = screen.application();
+    const Ref<NSArray> before = app.orderedWindows();
+    app.hide(nullptr);
+    EXPECT_EQ(app.orderedWindows()->count(), 0u);
+    app.unhide(nullptr);
+    EXPECT_TRUE(app.orderedWindows()->isEqualToArray(before.get()));
+}
+
+TEST(NSScreen, WithoutADisplayThereIsNoMainScreen)
+{
+    NSApplication::cls().sharedApplication();
+    installDisplay(std::make_unique<display::HeadlessDisplay>(std::vector<display::Screen>()));
+    EXPECT_EQ(NSScreen::cls().mainScreen(), nullptr);
+    EXPECT_EQ(NSScreen::cls().screens()->count(), 0u);
+    installDisplay(nullptr);
+}
+
+TEST(NSScreen, AnOverrideReplacesTheScreens)
+{
+    HeadlessScreen screen(400, 300);
+    EXPECT_EQ(NSScreen::cls().mainScreen()->frame(), NSMakeRect(0, 0, 400, 300));
+    const Ref<NSScreen> other
+        = alloc<NSScreen>()->initWithFrame_visibleFrame_backingScaleFactor(
+            NSMakeRect(0, 0, 1000, 900), NSMakeRect(0, 0, 1000, 870), 2);
+    NSScreen::cls().setScreensOverride(makeArray({ other.get() }).get());
+    EXPECT_EQ(NSScreen::cls().mainScreen()->visibleFrame(), NSMakeRect(0, 0, 1000, 870));
+    NSScreen::cls().setScreensOverride(nullptr);
+    EXPECT_EQ(NSScreen::cls().mainScreen()->frame(), NSMakeRect(0, 0, 400, 300));
+}
+
+}
