@@ -108,8 +108,8 @@ namespace {
     {
         const double distance = std::hypot(event.screenLocation.x - app.lastPressPlace.x,
             event.screenLocation.y - app.lastPressPlace.y);
-        const bool again = event.button == app.lastButton && event.time - app.lastPress <= kClickSeconds
-            && distance <= kClickPoints;
+        const bool again = event.button == app.lastButton
+            && event.time - app.lastPress <= kClickSeconds && distance <= kClickPoints;
         app.clickCount = again ? app.clickCount + 1 : 1;
         app.lastPress = event.time;
         app.lastPressPlace = event.screenLocation;

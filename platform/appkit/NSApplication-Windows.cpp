@@ -40,7 +40,8 @@ void ApplicationAccess::removeWindow(NSWindow& window)
     app.byNumber.erase(s.number);
     if (s.surface)
         app.bySurface.erase(s.surface->id());
-    for (NSWindow** known : { &app.keyWindow, &app.mainWindow, &app.lastKeyWindow, &app.pressedWindow }) {
+    for (NSWindow** known :
+        { &app.keyWindow, &app.mainWindow, &app.lastKeyWindow, &app.pressedWindow }) {
         if (*known == &window)
             *known = nullptr;
     }
@@ -97,7 +98,8 @@ void ApplicationAccess::windowGone(NSWindow& window)
     const std::vector<NSWindow*> order = app.order;
     for (NSWindow* next : order) {
         if (wasKey && !app.keyWindow && !WindowAccess::state(*next).ignoresMouse
-            && WindowAccess::state(*next).level < NSMainMenuWindowLevel && next->canBecomeKeyWindow())
+            && WindowAccess::state(*next).level < NSMainMenuWindowLevel
+            && next->canBecomeKeyWindow())
             next->makeKeyWindow();
         if (wasMain && !app.mainWindow && next->canBecomeMainWindow())
             setMainWindow(next);
@@ -174,107 +176,106 @@ void ApplicationAccess::setActive(bool active)
 
 template <> struct NSApplication::Methods<struct Windows> {
 
-static ApplicationState& app() { return ApplicationAccess::state(); }
+    static ApplicationState& app() { return ApplicationAccess::state(); }
 
-static Ref<NSArray> windows(NSApplication&)
-{
-    std::vector<Ref<NSObject>> shown;
-    for (NSWindow* window : app().windows) {
-        if (WindowAccess::state(*window).wasShown)
-            shown.emplace_back(window);
+    static Ref<NSArray> windows(NSApplication&)
+    {
+        std::vector<Ref<NSObject>> shown;
+        for (NSWindow* window : app().windows) {
+            if (WindowAccess::state(*window).wasShown)
+                shown.emplace_back(window);
+        }
+        std::sort(shown.begin(), shown.end(), [](const Ref<NSObject>& a, const Ref<NSObject>& b) {
+            return WindowAccess::state(static_cast<NSWindow&>(*a)).number
+                < WindowAccess::state(static_cast<NSWindow&>(*b)).number;
+        });
+        return makeArray(std::move(shown));
     }
-    std::sort(shown.begin(), shown.end(), [](const Ref<NSObject>& a, const Ref<NSObject>& b) {
-        return WindowAccess::state(static_cast<NSWindow&>(*a)).number
-            < WindowAccess::state(static_cast<NSWindow&>(*b)).number;
-    });
-    return makeArray(std::move(shown));
-}
-static Ref<NSArray> orderedWindows(NSApplication&)
-{
-    return makeArray(std::vector<Ref<NSObject>>(app().order.begin(), app().order.end()));
-}
-static Ref<NSWindow> keyWindow(NSApplication&) { return app().keyWindow; }
-static Ref<NSWindow> mainWindow(NSApplication&) { return app().mainWindow; }
-static Ref<NSWindow> windowWithNumber(NSApplication&, NSInteger number)
-{
-    return ApplicationAccess::windowWithNumber(number);
-}
-static void updateWindows(NSApplication&)
-{
-    const std::vector<NSWindow*> order = app().order;
-    for (NSWindow* window : order)
-        WindowAccess::notify(*window, NSWindowDidUpdateNotification, "windowDidUpdate:");
-}
-
-static bool isActive(NSApplication&) { return app().active; }
-static void activate(NSApplication&, bool)
-{
-    ApplicationAccess::setActive(true);
-    NSWindow* window = app().keyWindow;
-    for (NSWindow* next : std::vector<NSWindow*>(app().order)) {
-        if (!window && next->canBecomeKeyWindow())
-            window = next;
+    static Ref<NSArray> orderedWindows(NSApplication&)
+    {
+        return makeArray(std::vector<Ref<NSObject>>(app().order.begin(), app().order.end()));
     }
-    if (window)
-        window->makeKeyWindow();
-}
-static void deactivate(NSApplication&) { ApplicationAccess::setActive(false); }
-
-static bool isHidden(NSApplication&) { return app().hidden; }
-static void hide(NSApplication& self, NSObject*)
-{
-    if (app().hidden)
-        return;
-    ApplicationAccess::notify(NSApplicationWillHideNotification, "applicationWillHide:");
-    app().hidden = true;
-    app().hiddenWindows = app().order;
-    for (NSWindow* window : std::vector<NSWindow*>(app().hiddenWindows)) {
-        const Ref<NSWindow> alive(window);
-        WindowAccess::orderOut(*window);
-        WindowAccess::state(*window).kept = alive;
+    static Ref<NSWindow> keyWindow(NSApplication&) { return app().keyWindow; }
+    static Ref<NSWindow> mainWindow(NSApplication&) { return app().mainWindow; }
+    static Ref<NSWindow> windowWithNumber(NSApplication&, NSInteger number)
+    {
+        return ApplicationAccess::windowWithNumber(number);
     }
-    self.deactivate();
-    ApplicationAccess::notify(NSApplicationDidHideNotification, "applicationDidHide:");
-}
-static void unhideOnly(NSApplication&)
-{
-    if (!app().hidden)
-        return;
-    ApplicationAccess::notify(NSApplicationWillUnhideNotification, "applicationWillUnhide:");
-    app().hidden = false;
-    const std::vector<NSWindow*> windows = std::exchange(app().hiddenWindows, {});
-    for (std::size_t i = windows.size(); i-- > 0;)
-        WindowAccess::orderIn(*windows[i], NSWindowAbove, nullptr, true);
-    ApplicationAccess::notify(NSApplicationDidUnhideNotification, "applicationDidUnhide:");
-}
-static void unhide(NSApplication& self, NSObject*)
-{
-    self.unhideWithoutActivation();
-    self.activateIgnoringOtherApps(true);
-}
-// No desktop lets a program hide the windows of others.
-static void hideOthers(NSApplication&, NSObject*) { }
+    static void updateWindows(NSApplication&)
+    {
+        const std::vector<NSWindow*> order = app().order;
+        for (NSWindow* window : order)
+            WindowAccess::notify(*window, NSWindowDidUpdateNotification, "windowDidUpdate:");
+    }
 
-static void table(Builder& t)
-{
-    t.methods({
-        { "windows", imp<windows> },
-        { "orderedWindows", imp<orderedWindows> },
-        { "keyWindow", imp<keyWindow> },
-        { "mainWindow", imp<mainWindow> },
-        { "windowWithWindowNumber:", imp<windowWithNumber> },
-        { "updateWindows", imp<updateWindows> },
-        { "isActive", imp<isActive> },
-        { "activateIgnoringOtherApps:", imp<activate> },
-        { "deactivate", imp<deactivate> },
-        { "isHidden", imp<isHidden> },
-        { "hide:", imp<hide> },
-        { "unhideWithoutActivation", imp<unhideOnly> },
-        { "unhide:", imp<unhide> },
-        { "hideOtherApplications:", imp<hideOthers> },
-    });
-}
+    static bool isActive(NSApplication&) { return app().active; }
+    static void activate(NSApplication&, bool)
+    {
+        ApplicationAccess::setActive(true);
+        NSWindow* window = app().keyWindow;
+        for (NSWindow* next : std::vector<NSWindow*>(app().order)) {
+            if (!window && next->canBecomeKeyWindow())
+                window = next;
+        }
+        if (window)
+            window->makeKeyWindow();
+    }
+    static void deactivate(NSApplication&) { ApplicationAccess::setActive(false); }
 
+    static bool isHidden(NSApplication&) { return app().hidden; }
+    static void hide(NSApplication& self, NSObject*)
+    {
+        if (app().hidden)
+            return;
+        ApplicationAccess::notify(NSApplicationWillHideNotification, "applicationWillHide:");
+        app().hidden = true;
+        app().hiddenWindows = app().order;
+        for (NSWindow* window : std::vector<NSWindow*>(app().hiddenWindows)) {
+            const Ref<NSWindow> alive(window);
+            WindowAccess::orderOut(*window);
+            WindowAccess::state(*window).kept = alive;
+        }
+        self.deactivate();
+        ApplicationAccess::notify(NSApplicationDidHideNotification, "applicationDidHide:");
+    }
+    static void unhideOnly(NSApplication&)
+    {
+        if (!app().hidden)
+            return;
+        ApplicationAccess::notify(NSApplicationWillUnhideNotification, "applicationWillUnhide:");
+        app().hidden = false;
+        const std::vector<NSWindow*> windows = std::exchange(app().hiddenWindows, {});
+        for (std::size_t i = windows.size(); i-- > 0;)
+            WindowAccess::orderIn(*windows[i], NSWindowAbove, nullptr, true);
+        ApplicationAccess::notify(NSApplicationDidUnhideNotification, "applicationDidUnhide:");
+    }
+    static void unhide(NSApplication& self, NSObject*)
+    {
+        self.unhideWithoutActivation();
+        self.activateIgnoringOtherApps(true);
+    }
+    // No desktop lets a program hide the windows of others.
+    static void hideOthers(NSApplication&, NSObject*) { }
+
+    static void table(Builder& t)
+    {
+        t.methods({
+            { "windows", imp<windows> },
+            { "orderedWindows", imp<orderedWindows> },
+            { "keyWindow", imp<keyWindow> },
+            { "mainWindow", imp<mainWindow> },
+            { "windowWithWindowNumber:", imp<windowWithNumber> },
+            { "updateWindows", imp<updateWindows> },
+            { "isActive", imp<isActive> },
+            { "activateIgnoringOtherApps:", imp<activate> },
+            { "deactivate", imp<deactivate> },
+            { "isHidden", imp<isHidden> },
+            { "hide:", imp<hide> },
+            { "unhideWithoutActivation", imp<unhideOnly> },
+            { "unhide:", imp<unhide> },
+            { "hideOtherApplications:", imp<hideOthers> },
+        });
+    }
 };
 BRINDLE_RECORD(NSApplication, Windows)
 

@@ -25,11 +25,14 @@ inline constexpr StringConstant<"NSApplicationWillResignActiveNotification">
     NSApplicationWillResignActiveNotification;
 inline constexpr StringConstant<"NSApplicationDidResignActiveNotification">
     NSApplicationDidResignActiveNotification;
-inline constexpr StringConstant<"NSApplicationWillHideNotification"> NSApplicationWillHideNotification;
-inline constexpr StringConstant<"NSApplicationDidHideNotification"> NSApplicationDidHideNotification;
+inline constexpr StringConstant<"NSApplicationWillHideNotification">
+    NSApplicationWillHideNotification;
+inline constexpr StringConstant<"NSApplicationDidHideNotification">
+    NSApplicationDidHideNotification;
 inline constexpr StringConstant<"NSApplicationWillUnhideNotification">
     NSApplicationWillUnhideNotification;
-inline constexpr StringConstant<"NSApplicationDidUnhideNotification"> NSApplicationDidUnhideNotification;
+inline constexpr StringConstant<"NSApplicationDidUnhideNotification">
+    NSApplicationDidUnhideNotification;
 inline constexpr StringConstant<"NSApplicationWillTerminateNotification">
     NSApplicationWillTerminateNotification;
 inline constexpr StringConstant<"NSApplicationDidChangeScreenParametersNotification">

@@ -105,7 +105,13 @@ struct ApplicationAccess {
 };
 
 /// Kinds of the events that carry news of the native windows, in `subtype` of the system's own event type.
-enum class NativeNews : std::int16_t { pointerLeft = 1, focusIn, focusOut, closeRequested, grabLost };
+enum class NativeNews : std::int16_t {
+    pointerLeft = 1,
+    focusIn,
+    focusOut,
+    closeRequested,
+    grabLost
+};
 
 struct ScreenAccess {
     static const std::vector<display::Screen>& all();

@@ -106,8 +106,8 @@ public:
         {
             return send<"mouseEventWithType:location:modifierFlags:timestamp:windowNumber:context:"
                         "eventNumber:clickCount:pressure:",
-                Ref<NSEvent>>(
-                type, location, flags, time, windowNumber, context, eventNumber, clickCount, pressure);
+                Ref<NSEvent>>(type, location, flags, time, windowNumber, context, eventNumber,
+                clickCount, pressure);
         }
         Ref<NSEvent>
         keyEventWithType_location_modifierFlags_timestamp_windowNumber_context_characters_charactersIgnoringModifiers_isARepeat_keyCode(
@@ -126,8 +126,9 @@ public:
             NSInteger windowNumber, NSGraphicsContext* context, NSInteger eventNumber,
             NSInteger trackingNumber, void* userData) const
         {
-            return send<"enterExitEventWithType:location:modifierFlags:timestamp:windowNumber:context:"
-                        "eventNumber:trackingNumber:userData:",
+            return send<
+                "enterExitEventWithType:location:modifierFlags:timestamp:windowNumber:context:"
+                "eventNumber:trackingNumber:userData:",
                 Ref<NSEvent>>(type, location, flags, time, windowNumber, context, eventNumber,
                 trackingNumber, userData);
         }

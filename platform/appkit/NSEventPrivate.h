@@ -56,8 +56,8 @@ namespace events {
         = NSLeftMouseDownMask | NSRightMouseDownMask | NSEventMaskFromType(NSOtherMouseDown);
     constexpr NSEventMask kUps
         = NSLeftMouseUpMask | NSRightMouseUpMask | NSEventMaskFromType(NSOtherMouseUp);
-    constexpr NSEventMask kDrags
-        = NSLeftMouseDraggedMask | NSRightMouseDraggedMask | NSEventMaskFromType(NSOtherMouseDragged);
+    constexpr NSEventMask kDrags = NSLeftMouseDraggedMask | NSRightMouseDraggedMask
+        | NSEventMaskFromType(NSOtherMouseDragged);
     constexpr NSEventMask kButtons = kDowns | kUps | kDrags;
     constexpr NSEventMask kPointer = kButtons | NSMouseMovedMask | NSScrollWheelMask;
     constexpr NSEventMask kCrossings

@@ -76,15 +76,19 @@ namespace {
         { 0.86, 0.87, 0.90 },
     };
     // Under the pointer a button takes its own colour.
-    constexpr Shade kHovered[3] = { { 0.835, 0.290, 0.235 }, { 0.306, 0.447, 0.694 }, { 0.224, 0.545, 0.435 } };
+    constexpr Shade kHovered[3]
+        = { { 0.835, 0.290, 0.235 }, { 0.306, 0.447, 0.694 }, { 0.224, 0.545, 0.435 } };
     constexpr Shade kOnColour { 1, 1, 1 };
 
-    const Look& look()
+    const Look& look() { return appkit::appearance() == appkit::Appearance::dark ? kDark : kLight; }
+    void fill(CGContext* c, Shade s)
     {
-        return appkit::appearance() == appkit::Appearance::dark ? kDark : kLight;
+        CGContextSetRGBFillColor(c, s.red, s.green, s.blue, s.alpha);
     }
-    void fill(CGContext* c, Shade s) { CGContextSetRGBFillColor(c, s.red, s.green, s.blue, s.alpha); }
-    void stroke(CGContext* c, Shade s) { CGContextSetRGBStrokeColor(c, s.red, s.green, s.blue, s.alpha); }
+    void stroke(CGContext* c, Shade s)
+    {
+        CGContextSetRGBStrokeColor(c, s.red, s.green, s.blue, s.alpha);
+    }
     Shade darker(Shade s) { return { s.red * 0.78, s.green * 0.78, s.blue * 0.78, s.alpha }; }
     Shade mixed(Shade a, Shade b, double t)
     {
@@ -125,250 +129,253 @@ public:
 
 template <> struct NSWindowFrameButton::Methods<struct Behaviour> {
 
-static NSWindow* window(NSWindowFrameButton& self) { return ViewAccess::window(self); }
-static bool isEnabled(NSWindowFrameButton& self)
-{
-    static constexpr NSWindowStyleMask needed[]
-        = { NSClosableWindowMask, NSMiniaturizableWindowMask, NSResizableWindowMask };
-    return window(self) && (WindowAccess::state(*window(self)).style & needed[self.kind_]);
-}
-
-static void drawGlyph(CGContext* c, int kind, NSPoint m, CGFloat reach)
-{
-    CGContextBeginPath(c);
-    if (kind == NSWindowCloseButton) {
-        CGContextMoveToPoint(c, m.x - reach, m.y - reach);
-        CGContextAddLineToPoint(c, m.x + reach, m.y + reach);
-        CGContextMoveToPoint(c, m.x - reach, m.y + reach);
-        CGContextAddLineToPoint(c, m.x + reach, m.y - reach);
-    } else {
-        CGContextMoveToPoint(c, m.x - reach - 0.5, m.y);
-        CGContextAddLineToPoint(c, m.x + reach + 0.5, m.y);
+    static NSWindow* window(NSWindowFrameButton& self) { return ViewAccess::window(self); }
+    static bool isEnabled(NSWindowFrameButton& self)
+    {
+        static constexpr NSWindowStyleMask needed[]
+            = { NSClosableWindowMask, NSMiniaturizableWindowMask, NSResizableWindowMask };
+        return window(self) && (WindowAccess::state(*window(self)).style & needed[self.kind_]);
     }
-    if (kind == NSWindowZoomButton) {
-        CGContextMoveToPoint(c, m.x, m.y - reach - 0.5);
-        CGContextAddLineToPoint(c, m.x, m.y + reach + 0.5);
-    }
-    CGContextStrokePath(c);
-}
-static void drawRect(NSWindowFrameButton& self, NSRect)
-{
-    const Ref<CGContext> c = currentCGContext();
-    const bool enabled = isEnabled(self);
-    const bool live = enabled && (self.hovered_ || self.pressed_ || window(self)->isKeyWindow());
-    Shade disc = live ? look().disc : look().discIdle;
-    Shade glyph = look().glyph;
-    if (enabled && (self.hovered_ || self.pressed_)) {
-        disc = self.pressed_ ? darker(kHovered[self.kind_]) : kHovered[self.kind_];
-        glyph = kOnColour;
-    }
-    const NSPoint middle { kButtonWidth / 2, kButtonHeight / 2 };
-    fill(c.get(), disc);
-    CGContextFillEllipseInRect(c.get(), NSMakeRect(middle.x - 6, middle.y - 6, 12, 12));
-    if (!live)
-        return;
-    stroke(c.get(), glyph);
-    CGContextSetLineWidth(c.get(), 1.25);
-    CGContextSetLineCap(c.get(), kCGLineCapRound);
-    drawGlyph(c.get(), self.kind_, middle, 2.25);
-}
 
-static void setPressed(NSWindowFrameButton& self, bool pressed)
-{
-    if (std::exchange(self.pressed_, pressed) != pressed)
-        self.setNeedsDisplay(true);
-}
-static void perform(NSWindowFrameButton& self)
-{
-    const Ref<NSWindow> target(window(self));
-    if (self.kind_ == NSWindowCloseButton)
-        maybe(target)->performClose(&self);
-    else if (self.kind_ == NSWindowMiniaturizeButton)
-        maybe(target)->performMiniaturize(&self);
-    else
-        maybe(target)->performZoom(&self);
-}
-static void mouseDown(NSWindowFrameButton& self, NSEvent* press)
-{
-    if (!isEnabled(self))
-        return;
-    const Ref<NSView> alive(&self);
-    const Ref<NSDate> never = NSDate::cls().distantFuture();
-    const Ref<NSApplication> app = NSApplication::cls().sharedApplication();
-    bool inside = true;
-    for (Ref<NSEvent> event(press); event && event->type() != NSLeftMouseUp;) {
-        setPressed(self, inside);
-        event = app->nextEventMatchingMask_untilDate_inMode_dequeue(
-            NSLeftMouseDraggedMask | NSLeftMouseUpMask, never.get(), NSEventTrackingRunLoopMode, true);
-        inside = event
-            && NSPointInRect(
-                self.convertPoint_fromView(event->locationInWindow(), nullptr), self.bounds());
+    static void drawGlyph(CGContext* c, int kind, NSPoint m, CGFloat reach)
+    {
+        CGContextBeginPath(c);
+        if (kind == NSWindowCloseButton) {
+            CGContextMoveToPoint(c, m.x - reach, m.y - reach);
+            CGContextAddLineToPoint(c, m.x + reach, m.y + reach);
+            CGContextMoveToPoint(c, m.x - reach, m.y + reach);
+            CGContextAddLineToPoint(c, m.x + reach, m.y - reach);
+        } else {
+            CGContextMoveToPoint(c, m.x - reach - 0.5, m.y);
+            CGContextAddLineToPoint(c, m.x + reach + 0.5, m.y);
+        }
+        if (kind == NSWindowZoomButton) {
+            CGContextMoveToPoint(c, m.x, m.y - reach - 0.5);
+            CGContextAddLineToPoint(c, m.x, m.y + reach + 0.5);
+        }
+        CGContextStrokePath(c);
     }
-    setPressed(self, false);
-    if (inside)
-        perform(self);
-}
-static bool yes(NSWindowFrameButton&, NSEvent*) { return true; }
-static bool no(NSWindowFrameButton&) { return false; }
+    static void drawRect(NSWindowFrameButton& self, NSRect)
+    {
+        const Ref<CGContext> c = currentCGContext();
+        const bool enabled = isEnabled(self);
+        const bool live
+            = enabled && (self.hovered_ || self.pressed_ || window(self)->isKeyWindow());
+        Shade disc = live ? look().disc : look().discIdle;
+        Shade glyph = look().glyph;
+        if (enabled && (self.hovered_ || self.pressed_)) {
+            disc = self.pressed_ ? darker(kHovered[self.kind_]) : kHovered[self.kind_];
+            glyph = kOnColour;
+        }
+        const NSPoint middle { kButtonWidth / 2, kButtonHeight / 2 };
+        fill(c.get(), disc);
+        CGContextFillEllipseInRect(c.get(), NSMakeRect(middle.x - 6, middle.y - 6, 12, 12));
+        if (!live)
+            return;
+        stroke(c.get(), glyph);
+        CGContextSetLineWidth(c.get(), 1.25);
+        CGContextSetLineCap(c.get(), kCGLineCapRound);
+        drawGlyph(c.get(), self.kind_, middle, 2.25);
+    }
 
-static void table(Builder& t)
-{
-    t.methods({
-        { "drawRect:", imp<drawRect> },
-        { "mouseDown:", imp<mouseDown> },
-        { "acceptsFirstMouse:", imp<yes> },
-        { "mouseDownCanMoveWindow", imp<no> },
-    });
-}
+    static void setPressed(NSWindowFrameButton& self, bool pressed)
+    {
+        if (std::exchange(self.pressed_, pressed) != pressed)
+            self.setNeedsDisplay(true);
+    }
+    static void perform(NSWindowFrameButton& self)
+    {
+        const Ref<NSWindow> target(window(self));
+        if (self.kind_ == NSWindowCloseButton)
+            maybe(target)->performClose(&self);
+        else if (self.kind_ == NSWindowMiniaturizeButton)
+            maybe(target)->performMiniaturize(&self);
+        else
+            maybe(target)->performZoom(&self);
+    }
+    static void mouseDown(NSWindowFrameButton& self, NSEvent* press)
+    {
+        if (!isEnabled(self))
+            return;
+        const Ref<NSView> alive(&self);
+        const Ref<NSDate> never = NSDate::cls().distantFuture();
+        const Ref<NSApplication> app = NSApplication::cls().sharedApplication();
+        bool inside = true;
+        for (Ref<NSEvent> event(press); event && event->type() != NSLeftMouseUp;) {
+            setPressed(self, inside);
+            event = app->nextEventMatchingMask_untilDate_inMode_dequeue(
+                NSLeftMouseDraggedMask | NSLeftMouseUpMask, never.get(), NSEventTrackingRunLoopMode,
+                true);
+            inside = event
+                && NSPointInRect(
+                    self.convertPoint_fromView(event->locationInWindow(), nullptr), self.bounds());
+        }
+        setPressed(self, false);
+        if (inside)
+            perform(self);
+    }
+    static bool yes(NSWindowFrameButton&, NSEvent*) { return true; }
+    static bool no(NSWindowFrameButton&) { return false; }
 
+    static void table(Builder& t)
+    {
+        t.methods({
+            { "drawRect:", imp<drawRect> },
+            { "mouseDown:", imp<mouseDown> },
+            { "acceptsFirstMouse:", imp<yes> },
+            { "mouseDownCanMoveWindow", imp<no> },
+        });
+    }
 };
 BRINDLE_RECORD(NSWindowFrameButton, Behaviour)
 
 template <> struct NSWindowFrameView::Methods<struct Frame> {
 
-static const WindowState& of(NSWindowFrameView& self)
-{
-    return WindowAccess::state(*ViewAccess::window(self));
-}
-
-static void drawBar(CGContext* c, NSRect bar, bool active)
-{
-    // Rows of one colour: a gradient over 22 points has no more steps than that.
-    for (CGFloat y = 0; y < bar.size.height; ++y) {
-        fill(c, active ? mixed(look().barBottom, look().barTop, y / (bar.size.height - 1))
-                       : look().barIdle);
-        CGContextFillRect(c, NSMakeRect(NSMinX(bar), NSMinY(bar) + y, bar.size.width, 1));
-    }
-    fill(c, look().line);
-    CGContextFillRect(c, NSMakeRect(NSMinX(bar), NSMinY(bar), bar.size.width, 1));
-    fill(c, look().highlight);
-    CGContextFillRect(c, NSMakeRect(NSMinX(bar), NSMaxY(bar) - 2, bar.size.width, 1));
-}
-
-// The longest beginning that fits, with an ellipsis.
-static Ref<NSString> shortened(const Ref<NSString>& text, NSDictionary* attributes, CGFloat room)
-{
-    if (sizeWithAttributes(text, attributes).width <= room)
-        return text;
-    const auto cut = [&](NSUInteger length) {
-        return text->substringToIndex(length)->stringByAppendingString("…"_ns);
-    };
-    NSUInteger fits = 0;
-    NSUInteger tooLong = text->length();
-    while (fits + 1 < tooLong) {
-        const NSUInteger middle = (fits + tooLong) / 2;
-        if (sizeWithAttributes(cut(middle), attributes).width <= room)
-            fits = middle;
-        else
-            tooLong = middle;
-    }
-    return cut(fits);
-}
-
-static void drawTitle(NSWindow& window, NSRect bar, bool active)
-{
-    const Ref<NSString> title = window.title();
-    if (!title || title->length() == 0)
-        return;
-    const Shade s = active ? look().title : look().titleIdle;
-    const Ref<NSColor> color
-        = NSColor::cls().colorWithSRGBRed_green_blue_alpha(s.red, s.green, s.blue, s.alpha);
-    const Ref<NSFont> font = NSFont::cls().titleBarFontOfSize(kTitleSize);
-    const Ref<NSDictionary> attributes = makeDictionary(
-        { { NSFontAttributeName, font.get() }, { NSForegroundColorAttributeName, color.get() } });
-    const CGFloat room = bar.size.width - kTitleLeft - kTitleRight;
-    if (room <= 0)
-        return;
-    const Ref<NSString> shown = shortened(title, attributes.get(), room);
-    const NSSize size = sizeWithAttributes(shown, attributes.get());
-    // In the middle of the window, or as near to it as the buttons allow.
-    const CGFloat left = std::max(kTitleLeft,
-        std::min(NSMidX(bar) - size.width / 2, NSMaxX(bar) - kTitleRight - size.width));
-    drawAtPoint_withAttributes(shown,
-        { std::round(left), std::round(NSMidY(bar) - size.height / 2) }, attributes.get());
-}
-
-static void drawRect(NSWindowFrameView& self, NSRect rect)
-{
-    NSWindow& window = *ViewAccess::window(self);
-    const WindowState& state = of(self);
-    const Ref<NSColor> background = window.backgroundColor();
-    if (!WindowAccess::isTitled(state) || state.fullScreen) {
-        background->set();
-        NSRectFill(rect);
-        return;
-    }
-    const Ref<CGContext> c = currentCGContext();
-    const NSRect whole { {}, state.frame.size };
-    const NSRect bar = NSMakeRect(
-        0, whole.size.height - kTitleBarHeight, whole.size.width, kTitleBarHeight);
-    const bool active = window.isMainWindow() || window.isKeyWindow();
-    const CGFloat radius = state.zoomed ? 0 : kCornerRadius;
+    static const WindowState& of(NSWindowFrameView& self)
     {
-        const GraphicsStateGuard saved;
-        if (NSIntersectsRect(rect, bar)) {
-            addFrameShape(c.get(), whole, radius);
-            CGContextClip(c.get());
+        return WindowAccess::state(*ViewAccess::window(self));
+    }
+
+    static void drawBar(CGContext* c, NSRect bar, bool active)
+    {
+        // Rows of one colour: a gradient over 22 points has no more steps than that.
+        for (CGFloat y = 0; y < bar.size.height; ++y) {
+            fill(c,
+                active ? mixed(look().barBottom, look().barTop, y / (bar.size.height - 1))
+                       : look().barIdle);
+            CGContextFillRect(c, NSMakeRect(NSMinX(bar), NSMinY(bar) + y, bar.size.width, 1));
         }
-        background->set();
-        NSRectFill(rect);
-        if (NSIntersectsRect(rect, bar)) {
-            drawBar(c.get(), bar, active);
-            drawTitle(window, bar, active);
+        fill(c, look().line);
+        CGContextFillRect(c, NSMakeRect(NSMinX(bar), NSMinY(bar), bar.size.width, 1));
+        fill(c, look().highlight);
+        CGContextFillRect(c, NSMakeRect(NSMinX(bar), NSMaxY(bar) - 2, bar.size.width, 1));
+    }
+
+    // The longest beginning that fits, with an ellipsis.
+    static Ref<NSString> shortened(
+        const Ref<NSString>& text, NSDictionary* attributes, CGFloat room)
+    {
+        if (sizeWithAttributes(text, attributes).width <= room)
+            return text;
+        const auto cut = [&](NSUInteger length) {
+            return text->substringToIndex(length)->stringByAppendingString("…"_ns);
+        };
+        NSUInteger fits = 0;
+        NSUInteger tooLong = text->length();
+        while (fits + 1 < tooLong) {
+            const NSUInteger middle = (fits + tooLong) / 2;
+            if (sizeWithAttributes(cut(middle), attributes).width <= room)
+                fits = middle;
+            else
+                tooLong = middle;
+        }
+        return cut(fits);
+    }
+
+    static void drawTitle(NSWindow& window, NSRect bar, bool active)
+    {
+        const Ref<NSString> title = window.title();
+        if (!title || title->length() == 0)
+            return;
+        const Shade s = active ? look().title : look().titleIdle;
+        const Ref<NSColor> color
+            = NSColor::cls().colorWithSRGBRed_green_blue_alpha(s.red, s.green, s.blue, s.alpha);
+        const Ref<NSFont> font = NSFont::cls().titleBarFontOfSize(kTitleSize);
+        const Ref<NSDictionary> attributes = makeDictionary({ { NSFontAttributeName, font.get() },
+            { NSForegroundColorAttributeName, color.get() } });
+        const CGFloat room = bar.size.width - kTitleLeft - kTitleRight;
+        if (room <= 0)
+            return;
+        const Ref<NSString> shown = shortened(title, attributes.get(), room);
+        const NSSize size = sizeWithAttributes(shown, attributes.get());
+        // In the middle of the window, or as near to it as the buttons allow.
+        const CGFloat left = std::max(kTitleLeft,
+            std::min(NSMidX(bar) - size.width / 2, NSMaxX(bar) - kTitleRight - size.width));
+        drawAtPoint_withAttributes(shown,
+            { std::round(left), std::round(NSMidY(bar) - size.height / 2) }, attributes.get());
+    }
+
+    static void drawRect(NSWindowFrameView& self, NSRect rect)
+    {
+        NSWindow& window = *ViewAccess::window(self);
+        const WindowState& state = of(self);
+        const Ref<NSColor> background = window.backgroundColor();
+        if (!WindowAccess::isTitled(state) || state.fullScreen) {
+            background->set();
+            NSRectFill(rect);
+            return;
+        }
+        const Ref<CGContext> c = currentCGContext();
+        const NSRect whole { {}, state.frame.size };
+        const NSRect bar
+            = NSMakeRect(0, whole.size.height - kTitleBarHeight, whole.size.width, kTitleBarHeight);
+        const bool active = window.isMainWindow() || window.isKeyWindow();
+        const CGFloat radius = state.zoomed ? 0 : kCornerRadius;
+        {
+            const GraphicsStateGuard saved;
+            if (NSIntersectsRect(rect, bar)) {
+                addFrameShape(c.get(), whole, radius);
+                CGContextClip(c.get());
+            }
+            background->set();
+            NSRectFill(rect);
+            if (NSIntersectsRect(rect, bar)) {
+                drawBar(c.get(), bar, active);
+                drawTitle(window, bar, active);
+            }
+        }
+        stroke(c.get(), look().border);
+        CGContextSetLineWidth(c.get(), 1);
+        addFrameShape(c.get(), NSInsetRect(whole, 0.5, 0.5), radius > 0 ? radius - 0.5 : 0);
+        CGContextStrokePath(c.get());
+    }
+
+    static void placeButtons(NSWindowFrameView& self)
+    {
+        const NSSize size = self.bounds().size;
+        const NSWindow* window = ViewAccess::window(self);
+        const NSWindowStyleMask style = window ? WindowAccess::state(*window).style : 0;
+        const bool shown = (style & NSTitledWindowMask) && !(style & NSFullScreenWindowMask)
+            && (style
+                & (NSClosableWindowMask | NSMiniaturizableWindowMask | NSResizableWindowMask));
+        for (std::size_t i = 0; i < self.buttons_.size(); ++i) {
+            Ref<NSWindowFrameButton>& button = self.buttons_[i];
+            if (!button && shown) {
+                button = cast<NSWindowFrameButton>(alloc<NSWindowFrameButton>()->initWithFrame({}));
+                button->kind_ = static_cast<int>(i);
+                self.addSubview(button.get());
+            }
+            if (!button)
+                continue;
+            button->setHidden(!shown);
+            button->setFrame(NSMakeRect(kFirstButton + static_cast<CGFloat>(i) * kButtonStep,
+                size.height - (kTitleBarHeight + kButtonHeight) / 2, kButtonWidth, kButtonHeight));
         }
     }
-    stroke(c.get(), look().border);
-    CGContextSetLineWidth(c.get(), 1);
-    addFrameShape(c.get(), NSInsetRect(whole, 0.5, 0.5), radius > 0 ? radius - 0.5 : 0);
-    CGContextStrokePath(c.get());
-}
-
-static void placeButtons(NSWindowFrameView& self)
-{
-    const NSSize size = self.bounds().size;
-    const NSWindow* window = ViewAccess::window(self);
-    const NSWindowStyleMask style = window ? WindowAccess::state(*window).style : 0;
-    const bool shown = (style & NSTitledWindowMask) && !(style & NSFullScreenWindowMask)
-        && (style & (NSClosableWindowMask | NSMiniaturizableWindowMask | NSResizableWindowMask));
-    for (std::size_t i = 0; i < self.buttons_.size(); ++i) {
-        Ref<NSWindowFrameButton>& button = self.buttons_[i];
-        if (!button && shown) {
-            button = cast<NSWindowFrameButton>(alloc<NSWindowFrameButton>()->initWithFrame({}));
-            button->kind_ = static_cast<int>(i);
-            self.addSubview(button.get());
-        }
-        if (!button)
-            continue;
-        button->setHidden(!shown);
-        button->setFrame(NSMakeRect(kFirstButton + static_cast<CGFloat>(i) * kButtonStep,
-            size.height - (kTitleBarHeight + kButtonHeight) / 2, kButtonWidth, kButtonHeight));
+    static void setFrameSize(NSWindowFrameView& self, NSSize size)
+    {
+        super<NSWindowFrameView, "setFrameSize:">(self, size);
+        placeButtons(self);
     }
-}
-static void setFrameSize(NSWindowFrameView& self, NSSize size)
-{
-    super<NSWindowFrameView, "setFrameSize:">(self, size);
-    placeButtons(self);
-}
-static void viewDidMoveToWindow(NSWindowFrameView& self) { placeButtons(self); }
+    static void viewDidMoveToWindow(NSWindowFrameView& self) { placeButtons(self); }
 
-// The window draws all of its background with one colour: where that is opaque, nothing shows through.
-static bool isOpaque(NSWindowFrameView& self)
-{
-    return ViewAccess::window(self) && of(self).opaque && !WindowAccess::isTitled(of(self));
-}
-static bool mouseDownCanMoveWindow(NSWindowFrameView&) { return true; }
+    // The window draws all of its background with one colour: where that is opaque, nothing shows through.
+    static bool isOpaque(NSWindowFrameView& self)
+    {
+        return ViewAccess::window(self) && of(self).opaque && !WindowAccess::isTitled(of(self));
+    }
+    static bool mouseDownCanMoveWindow(NSWindowFrameView&) { return true; }
 
-static void table(Builder& t)
-{
-    t.methods({
-        { "drawRect:", imp<drawRect> },
-        { "setFrameSize:", imp<setFrameSize> },
-        { "viewDidMoveToWindow", imp<viewDidMoveToWindow> },
-        { "isOpaque", imp<isOpaque> },
-        { "mouseDownCanMoveWindow", imp<mouseDownCanMoveWindow> },
-    });
-}
-
+    static void table(Builder& t)
+    {
+        t.methods({
+            { "drawRect:", imp<drawRect> },
+            { "setFrameSize:", imp<setFrameSize> },
+            { "viewDidMoveToWindow", imp<viewDidMoveToWindow> },
+            { "isOpaque", imp<isOpaque> },
+            { "mouseDownCanMoveWindow", imp<mouseDownCanMoveWindow> },
+        });
+    }
 };
 BRINDLE_RECORD(NSWindowFrameView, Frame)
 

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "NSEvent.h"
 #include "NSResponder.h"
+#include "NSEvent.h"
 #include "foundation/NSArray.h"
 #include "runtime/Selector.h"
 #include "runtime/Table.h"
@@ -91,31 +91,30 @@ namespace {
 
 template <> struct NSResponder::Methods<struct KeyBindings> {
 
-static void interpret(NSResponder& self, NSEvent& event)
-{
-    const Ref<NSString> typed = event.characters();
-    const Ref<NSString> plain = event.charactersIgnoringModifiers();
-    const NSEventModifierFlags flags = event.modifierFlags();
-    const unichar key = maybe(plain)->length() ? plain->characterAtIndex(0) : unichar {};
-    if (const char* command = commandFor(key, flags))
-        self.doCommandBySelector(sel_registerName(command));
-    else if (maybe(typed)->length() && typesText(typed->characterAtIndex(0), flags))
-        self.insertText(typed.get());
-    else if (maybe(typed)->length())
-        self.doCommandBySelector(selector<"noop:">);
-}
+    static void interpret(NSResponder& self, NSEvent& event)
+    {
+        const Ref<NSString> typed = event.characters();
+        const Ref<NSString> plain = event.charactersIgnoringModifiers();
+        const NSEventModifierFlags flags = event.modifierFlags();
+        const unichar key = maybe(plain)->length() ? plain->characterAtIndex(0) : unichar {};
+        if (const char* command = commandFor(key, flags))
+            self.doCommandBySelector(sel_registerName(command));
+        else if (maybe(typed)->length() && typesText(typed->characterAtIndex(0), flags))
+            self.insertText(typed.get());
+        else if (maybe(typed)->length())
+            self.doCommandBySelector(selector<"noop:">);
+    }
 
-static void interpretKeyEvents(NSResponder& self, NSArray* events)
-{
-    for (NSEvent* event : each<NSEvent>(Ref<NSArray>(events)))
-        interpret(self, *event);
-}
+    static void interpretKeyEvents(NSResponder& self, NSArray* events)
+    {
+        for (NSEvent* event : each<NSEvent>(Ref<NSArray>(events)))
+            interpret(self, *event);
+    }
 
-static void table(Builder& t)
-{
-    t.methods({ { "interpretKeyEvents:", imp<interpretKeyEvents> } });
-}
-
+    static void table(Builder& t)
+    {
+        t.methods({ { "interpretKeyEvents:", imp<interpretKeyEvents> } });
+    }
 };
 BRINDLE_RECORD(NSResponder, KeyBindings)
 

@@ -28,7 +28,8 @@ Ref<NSScreen> ScreenAccess::make(const display::Screen& screen)
 
 display::Screen ScreenAccess::describe(NSScreen& screen)
 {
-    return { screen.frame_, screen.visibleFrame_, screen.scale_, utf8Of(screen.name_.get()), false };
+    return { screen.frame_, screen.visibleFrame_, screen.scale_, utf8Of(screen.name_.get()),
+        false };
 }
 
 const display::Screen* ScreenAccess::screenFor(NSRect rect)
@@ -49,91 +50,90 @@ const display::Screen* ScreenAccess::screenFor(NSRect rect)
 
 template <> struct NSScreen::Methods<struct Values> {
 
-static Ref<NSScreen> initWithFrame(NSScreen& self, NSRect frame, NSRect visible, CGFloat scale)
-{
-    if (!super<NSScreen, "init", Ref<NSObject>>(self))
-        return nullptr;
-    self.frame_ = frame;
-    self.visibleFrame_ = visible;
-    self.scale_ = scale > 0 ? scale : 1;
-    self.name_ = ""_ns;
-    return &self;
-}
-static NSRect frame(NSScreen& self) { return self.frame_; }
-static NSRect visibleFrame(NSScreen& self) { return self.visibleFrame_; }
-static CGFloat scale(NSScreen& self) { return self.scale_; }
-static Ref<NSString> name(NSScreen& self) { return self.name_; }
-
-// Two descriptions of one screen are equal.
-static bool isEqual(NSScreen& self, NSObject* other)
-{
-    if (!other || !other->isKindOfClass(NSScreen::cls()))
-        return false;
-    const auto& screen = static_cast<NSScreen&>(*other);
-    return screen.frame_ == self.frame_ && screen.visibleFrame_ == self.visibleFrame_
-        && screen.scale_ == self.scale_;
-}
-static std::uint64_t hash(NSScreen& self)
-{
-    return std::hash<double> {}(self.frame_.size.width) ^ std::hash<double> {}(self.frame_.origin.x) << 1;
-}
-
-static Ref<NSArray> screens(Class&)
-{
-    std::vector<Ref<NSObject>> found;
-    for (const display::Screen& screen : ScreenAccess::all())
-        found.emplace_back(ScreenAccess::make(screen));
-    return makeArray(std::move(found));
-}
-static Ref<NSScreen> mainScreen(Class&)
-{
-    const ApplicationState& app = ApplicationAccess::state();
-    const NSRect place
-        = app.keyWindow ? WindowAccess::state(*app.keyWindow).frame : NSRect {};
-    const display::Screen* screen = ScreenAccess::screenFor(place);
-    return screen ? ScreenAccess::make(*screen) : Ref<NSScreen>();
-}
-static Ref<NSScreen> deepestScreen(Class&)
-{
-    const std::vector<display::Screen>& screens = ScreenAccess::all();
-    const auto deepest = std::max_element(screens.begin(), screens.end(),
-        [](const auto& a, const auto& b) { return a.scale < b.scale; });
-    return deepest == screens.end() ? Ref<NSScreen>() : ScreenAccess::make(*deepest);
-}
-static void setOverride(Class&, NSArray* screens)
-{
-    ApplicationState& app = ApplicationAccess::state();
-    app.screenOverride.reset();
-    if (screens) {
-        app.screenOverride.emplace();
-        for (NSScreen* screen : each<NSScreen>(Ref<NSArray>(screens)))
-            app.screenOverride->push_back(ScreenAccess::describe(*screen));
-        if (!app.screenOverride->empty())
-            app.screenOverride->front().primary = true;
+    static Ref<NSScreen> initWithFrame(NSScreen& self, NSRect frame, NSRect visible, CGFloat scale)
+    {
+        if (!super<NSScreen, "init", Ref<NSObject>>(self))
+            return nullptr;
+        self.frame_ = frame;
+        self.visibleFrame_ = visible;
+        self.scale_ = scale > 0 ? scale : 1;
+        self.name_ = ""_ns;
+        return &self;
     }
-    ApplicationAccess::notify(NSApplicationDidChangeScreenParametersNotification,
-        "applicationDidChangeScreenParameters:");
-}
+    static NSRect frame(NSScreen& self) { return self.frame_; }
+    static NSRect visibleFrame(NSScreen& self) { return self.visibleFrame_; }
+    static CGFloat scale(NSScreen& self) { return self.scale_; }
+    static Ref<NSString> name(NSScreen& self) { return self.name_; }
 
-static void table(Builder& t)
-{
-    t.classMethods({
-        { "screens", imp<screens> },
-        { "mainScreen", imp<mainScreen> },
-        { "deepestScreen", imp<deepestScreen> },
-        { "setScreensOverride:", imp<setOverride> },
-    });
-    t.methods({
-        { "initWithFrame:visibleFrame:backingScaleFactor:", imp<initWithFrame> },
-        { "frame", imp<frame> },
-        { "visibleFrame", imp<visibleFrame> },
-        { "backingScaleFactor", imp<scale> },
-        { "localizedName", imp<name> },
-        { "isEqual:", imp<isEqual> },
-        { "hash", imp<hash> },
-    });
-}
+    // Two descriptions of one screen are equal.
+    static bool isEqual(NSScreen& self, NSObject* other)
+    {
+        if (!other || !other->isKindOfClass(NSScreen::cls()))
+            return false;
+        const auto& screen = static_cast<NSScreen&>(*other);
+        return screen.frame_ == self.frame_ && screen.visibleFrame_ == self.visibleFrame_
+            && screen.scale_ == self.scale_;
+    }
+    static std::uint64_t hash(NSScreen& self)
+    {
+        return std::hash<double> {}(self.frame_.size.width)
+            ^ std::hash<double> {}(self.frame_.origin.x) << 1;
+    }
 
+    static Ref<NSArray> screens(Class&)
+    {
+        std::vector<Ref<NSObject>> found;
+        for (const display::Screen& screen : ScreenAccess::all())
+            found.emplace_back(ScreenAccess::make(screen));
+        return makeArray(std::move(found));
+    }
+    static Ref<NSScreen> mainScreen(Class&)
+    {
+        const ApplicationState& app = ApplicationAccess::state();
+        const NSRect place = app.keyWindow ? WindowAccess::state(*app.keyWindow).frame : NSRect {};
+        const display::Screen* screen = ScreenAccess::screenFor(place);
+        return screen ? ScreenAccess::make(*screen) : Ref<NSScreen>();
+    }
+    static Ref<NSScreen> deepestScreen(Class&)
+    {
+        const std::vector<display::Screen>& screens = ScreenAccess::all();
+        const auto deepest = std::max_element(screens.begin(), screens.end(),
+            [](const auto& a, const auto& b) { return a.scale < b.scale; });
+        return deepest == screens.end() ? Ref<NSScreen>() : ScreenAccess::make(*deepest);
+    }
+    static void setOverride(Class&, NSArray* screens)
+    {
+        ApplicationState& app = ApplicationAccess::state();
+        app.screenOverride.reset();
+        if (screens) {
+            app.screenOverride.emplace();
+            for (NSScreen* screen : each<NSScreen>(Ref<NSArray>(screens)))
+                app.screenOverride->push_back(ScreenAccess::describe(*screen));
+            if (!app.screenOverride->empty())
+                app.screenOverride->front().primary = true;
+        }
+        ApplicationAccess::notify(NSApplicationDidChangeScreenParametersNotification,
+            "applicationDidChangeScreenParameters:");
+    }
+
+    static void table(Builder& t)
+    {
+        t.classMethods({
+            { "screens", imp<screens> },
+            { "mainScreen", imp<mainScreen> },
+            { "deepestScreen", imp<deepestScreen> },
+            { "setScreensOverride:", imp<setOverride> },
+        });
+        t.methods({
+            { "initWithFrame:visibleFrame:backingScaleFactor:", imp<initWithFrame> },
+            { "frame", imp<frame> },
+            { "visibleFrame", imp<visibleFrame> },
+            { "backingScaleFactor", imp<scale> },
+            { "localizedName", imp<name> },
+            { "isEqual:", imp<isEqual> },
+            { "hash", imp<hash> },
+        });
+    }
 };
 BRINDLE_RECORD(NSScreen, Values)
 

@@ -18,8 +18,10 @@ enum : NSUInteger {
     NSTrackingActiveInKeyWindow = 0x20,
     NSTrackingActiveInActiveApp = 0x40,
     NSTrackingActiveAlways = 0x80,
-    NSTrackingAssumeInside = 0x100, ///< the pointer counts as inside at first: the first event is the exit
-    NSTrackingInVisibleRect = 0x200, ///< the rectangle is the view's visible one, whatever `rect` says
+    NSTrackingAssumeInside
+    = 0x100, ///< the pointer counts as inside at first: the first event is the exit
+    NSTrackingInVisibleRect
+    = 0x200, ///< the rectangle is the view's visible one, whatever `rect` says
     NSTrackingEnabledDuringMouseDrag = 0x400,
 };
 

@@ -57,66 +57,75 @@ AxisTransform ViewAccess::toWindow(const NSView& view)
 
 template <> struct NSView::Methods<struct Conversion> {
 
-static bool contains(const NSView& ancestor, const NSView* view)
-{
-    while (view && view != &ancestor)
-        view = view->superview_;
-    return view != nullptr;
-}
-
-// The transform from one view to another; a null one is the window. The way goes over the nearest view that
-// contains both, so that conversions between neighbours do not depend on where their window's corner is.
-static AxisTransform between(const NSView* from, const NSView* to)
-{
-    AxisTransform up;
-    const NSView* meeting = from;
-    while (meeting && !(to && contains(*meeting, to))) {
-        up = up.then(ViewAccess::toSuperview(*meeting));
-        meeting = meeting->superview_;
+    static bool contains(const NSView& ancestor, const NSView* view)
+    {
+        while (view && view != &ancestor)
+            view = view->superview_;
+        return view != nullptr;
     }
-    AxisTransform down;
-    for (const NSView* view = to; view && view != meeting; view = view->superview_)
-        down = down.then(ViewAccess::toSuperview(*view));
-    return up.then(down.inverse());
-}
 
-static NSSize scaled(NSSize size, const AxisTransform& t)
-{
-    return { size.width * std::fabs(t.scaleX), size.height * std::fabs(t.scaleY) };
-}
+    // The transform from one view to another; a null one is the window. The way goes over the nearest view that
+    // contains both, so that conversions between neighbours do not depend on where their window's corner is.
+    static AxisTransform between(const NSView* from, const NSView* to)
+    {
+        AxisTransform up;
+        const NSView* meeting = from;
+        while (meeting && !(to && contains(*meeting, to))) {
+            up = up.then(ViewAccess::toSuperview(*meeting));
+            meeting = meeting->superview_;
+        }
+        AxisTransform down;
+        for (const NSView* view = to; view && view != meeting; view = view->superview_)
+            down = down.then(ViewAccess::toSuperview(*view));
+        return up.then(down.inverse());
+    }
 
-static NSPoint pointFrom(NSView& self, NSPoint p, NSView* v) { return between(v, &self).apply(p); }
-static NSPoint pointTo(NSView& self, NSPoint p, NSView* v) { return between(&self, v).apply(p); }
-static NSSize sizeFrom(NSView& self, NSSize s, NSView* v) { return scaled(s, between(v, &self)); }
-static NSSize sizeTo(NSView& self, NSSize s, NSView* v) { return scaled(s, between(&self, v)); }
-static NSRect rectFrom(NSView& self, NSRect r, NSView* v) { return between(v, &self).apply(r); }
-static NSRect rectTo(NSView& self, NSRect r, NSView* v) { return between(&self, v).apply(r); }
+    static NSSize scaled(NSSize size, const AxisTransform& t)
+    {
+        return { size.width * std::fabs(t.scaleX), size.height * std::fabs(t.scaleY) };
+    }
 
-static NSRect centerScanRect(NSView& self, NSRect rect)
-{
-    const AxisTransform t = ViewAccess::toWindow(self);
-    const double scale = self.window_ ? self.window_->backingScaleFactor() : 1;
-    const NSRect base = t.apply(rect);
-    const auto snap = [scale](double value) { return std::round(value * scale) / scale; };
-    const double left = snap(NSMinX(base));
-    const double bottom = snap(NSMinY(base));
-    const NSRect whole { { left, bottom }, { snap(NSMaxX(base)) - left, snap(NSMaxY(base)) - bottom } };
-    return t.inverse().apply(whole);
-}
+    static NSPoint pointFrom(NSView& self, NSPoint p, NSView* v)
+    {
+        return between(v, &self).apply(p);
+    }
+    static NSPoint pointTo(NSView& self, NSPoint p, NSView* v)
+    {
+        return between(&self, v).apply(p);
+    }
+    static NSSize sizeFrom(NSView& self, NSSize s, NSView* v)
+    {
+        return scaled(s, between(v, &self));
+    }
+    static NSSize sizeTo(NSView& self, NSSize s, NSView* v) { return scaled(s, between(&self, v)); }
+    static NSRect rectFrom(NSView& self, NSRect r, NSView* v) { return between(v, &self).apply(r); }
+    static NSRect rectTo(NSView& self, NSRect r, NSView* v) { return between(&self, v).apply(r); }
 
-static void table(Builder& t)
-{
-    t.methods({
-        { "convertPoint:fromView:", imp<pointFrom> },
-        { "convertPoint:toView:", imp<pointTo> },
-        { "convertSize:fromView:", imp<sizeFrom> },
-        { "convertSize:toView:", imp<sizeTo> },
-        { "convertRect:fromView:", imp<rectFrom> },
-        { "convertRect:toView:", imp<rectTo> },
-        { "centerScanRect:", imp<centerScanRect> },
-    });
-}
+    static NSRect centerScanRect(NSView& self, NSRect rect)
+    {
+        const AxisTransform t = ViewAccess::toWindow(self);
+        const double scale = self.window_ ? self.window_->backingScaleFactor() : 1;
+        const NSRect base = t.apply(rect);
+        const auto snap = [scale](double value) { return std::round(value * scale) / scale; };
+        const double left = snap(NSMinX(base));
+        const double bottom = snap(NSMinY(base));
+        const NSRect whole { { left, bottom },
+            { snap(NSMaxX(base)) - left, snap(NSMaxY(base)) - bottom } };
+        return t.inverse().apply(whole);
+    }
 
+    static void table(Builder& t)
+    {
+        t.methods({
+            { "convertPoint:fromView:", imp<pointFrom> },
+            { "convertPoint:toView:", imp<pointTo> },
+            { "convertSize:fromView:", imp<sizeFrom> },
+            { "convertSize:toView:", imp<sizeTo> },
+            { "convertRect:fromView:", imp<rectFrom> },
+            { "convertRect:toView:", imp<rectTo> },
+            { "centerScanRect:", imp<centerScanRect> },
+        });
+    }
 };
 BRINDLE_RECORD(NSView, Conversion)
 

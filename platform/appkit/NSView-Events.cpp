@@ -9,94 +9,93 @@ namespace brindle {
 
 template <> struct NSView::Methods<struct Events> {
 
-static bool isIn(NSPoint point, NSRect rect)
-{
-    return point.x >= NSMinX(rect) && point.x < NSMaxX(rect) && point.y >= NSMinY(rect)
-        && point.y < NSMaxY(rect);
-}
-static Ref<NSView> hitTest(NSView& self, NSPoint point)
-{
-    if (self.hidden_ || !isIn(point, self.frame_))
-        return nullptr;
-    const NSPoint inside = ViewAccess::toSuperview(self).inverse().apply(point);
-    for (std::size_t i = self.subviews_.size(); i-- > 0;) {
-        if (i >= self.subviews_.size())
-            continue; // an override changed the list
-        const Ref<NSView> view = self.subviews_[i];
-        if (Ref<NSView> found = view->hitTest(inside))
-            return found;
+    static bool isIn(NSPoint point, NSRect rect)
+    {
+        return point.x >= NSMinX(rect) && point.x < NSMaxX(rect) && point.y >= NSMinY(rect)
+            && point.y < NSMaxY(rect);
     }
-    return &self;
-}
-static bool mouseInRect(NSView& self, NSPoint point, NSRect rect)
-{
-    return NSMouseInRect(point, rect, self.isFlipped());
-}
-static bool acceptsFirstMouse(NSView&, NSEvent*) { return false; }
-static bool mouseDownCanMoveWindow(NSView& self) { return !self.isOpaque(); }
-static Ref<NSMenu> menuForEvent(NSView& self, NSEvent*) { return self.menu(); }
-
-static bool performKeyEquivalent(NSView& self, NSEvent* event)
-{
-    const std::vector<Ref<NSView>> views = self.subviews_;
-    for (const Ref<NSView>& view : views) {
-        if (!view->isHidden() && view->performKeyEquivalent(event))
-            return true;
+    static Ref<NSView> hitTest(NSView& self, NSPoint point)
+    {
+        if (self.hidden_ || !isIn(point, self.frame_))
+            return nullptr;
+        const NSPoint inside = ViewAccess::toSuperview(self).inverse().apply(point);
+        for (std::size_t i = self.subviews_.size(); i-- > 0;) {
+            if (i >= self.subviews_.size())
+                continue; // an override changed the list
+            const Ref<NSView> view = self.subviews_[i];
+            if (Ref<NSView> found = view->hitTest(inside))
+                return found;
+        }
+        return &self;
     }
-    return false;
-}
+    static bool mouseInRect(NSView& self, NSPoint point, NSRect rect)
+    {
+        return NSMouseInRect(point, rect, self.isFlipped());
+    }
+    static bool acceptsFirstMouse(NSView&, NSEvent*) { return false; }
+    static bool mouseDownCanMoveWindow(NSView& self) { return !self.isOpaque(); }
+    static Ref<NSMenu> menuForEvent(NSView& self, NSEvent*) { return self.menu(); }
 
-// ---- tracking areas
+    static bool performKeyEquivalent(NSView& self, NSEvent* event)
+    {
+        const std::vector<Ref<NSView>> views = self.subviews_;
+        for (const Ref<NSView>& view : views) {
+            if (!view->isHidden() && view->performKeyEquivalent(event))
+                return true;
+        }
+        return false;
+    }
 
-static Ref<NSArray> trackingAreas(NSView& self)
-{
-    return makeArray(self.tracking_ ? self.tracking_->all() : std::vector<Ref<NSObject>>());
-}
-static void addTrackingArea(NSView& self, NSTrackingArea* area)
-{
-    if (!area || TrackingAccess::view(*area))
-        return;
-    if (!self.tracking_)
-        self.tracking_ = std::make_shared<TrackingIndex>();
-    if (self.tracking_->isEmpty())
-        ViewAccess::addTrackedViews(self, 1);
-    self.tracking_->add(*area);
-    TrackingAccess::view(*area) = &self;
-    if (self.window_)
-        WindowAccess::trackingAreaAdded(*self.window_, self, *area);
-    else
-        TrackingAccess::isSilent(*area)
-            = (TrackingAccess::options(*area) & NSTrackingAssumeInside) != 0;
-}
-static void removeTrackingArea(NSView& self, NSTrackingArea* area)
-{
-    if (!area || TrackingAccess::view(*area) != &self)
-        return;
-    const Ref<NSTrackingArea> alive(area);
-    TrackingAccess::view(*area) = nullptr;
-    TrackingAccess::isInside(*area) = false;
-    self.tracking_->remove(*area);
-    if (self.tracking_->isEmpty())
-        ViewAccess::addTrackedViews(self, -1);
-}
-static void updateTrackingAreas(NSView&) { }
+    // ---- tracking areas
 
-static void table(Builder& t)
-{
-    t.methods({
-        { "hitTest:", imp<hitTest> },
-        { "mouse:inRect:", imp<mouseInRect> },
-        { "acceptsFirstMouse:", imp<acceptsFirstMouse> },
-        { "mouseDownCanMoveWindow", imp<mouseDownCanMoveWindow> },
-        { "menuForEvent:", imp<menuForEvent> },
-        { "performKeyEquivalent:", imp<performKeyEquivalent> },
-        { "trackingAreas", imp<trackingAreas> },
-        { "addTrackingArea:", imp<addTrackingArea> },
-        { "removeTrackingArea:", imp<removeTrackingArea> },
-        { "updateTrackingAreas", imp<updateTrackingAreas> },
-    });
-}
+    static Ref<NSArray> trackingAreas(NSView& self)
+    {
+        return makeArray(self.tracking_ ? self.tracking_->all() : std::vector<Ref<NSObject>>());
+    }
+    static void addTrackingArea(NSView& self, NSTrackingArea* area)
+    {
+        if (!area || TrackingAccess::view(*area))
+            return;
+        if (!self.tracking_)
+            self.tracking_ = std::make_shared<TrackingIndex>();
+        if (self.tracking_->isEmpty())
+            ViewAccess::addTrackedViews(self, 1);
+        self.tracking_->add(*area);
+        TrackingAccess::view(*area) = &self;
+        if (self.window_)
+            WindowAccess::trackingAreaAdded(*self.window_, self, *area);
+        else
+            TrackingAccess::isSilent(*area)
+                = (TrackingAccess::options(*area) & NSTrackingAssumeInside) != 0;
+    }
+    static void removeTrackingArea(NSView& self, NSTrackingArea* area)
+    {
+        if (!area || TrackingAccess::view(*area) != &self)
+            return;
+        const Ref<NSTrackingArea> alive(area);
+        TrackingAccess::view(*area) = nullptr;
+        TrackingAccess::isInside(*area) = false;
+        self.tracking_->remove(*area);
+        if (self.tracking_->isEmpty())
+            ViewAccess::addTrackedViews(self, -1);
+    }
+    static void updateTrackingAreas(NSView&) { }
 
+    static void table(Builder& t)
+    {
+        t.methods({
+            { "hitTest:", imp<hitTest> },
+            { "mouse:inRect:", imp<mouseInRect> },
+            { "acceptsFirstMouse:", imp<acceptsFirstMouse> },
+            { "mouseDownCanMoveWindow", imp<mouseDownCanMoveWindow> },
+            { "menuForEvent:", imp<menuForEvent> },
+            { "performKeyEquivalent:", imp<performKeyEquivalent> },
+            { "trackingAreas", imp<trackingAreas> },
+            { "addTrackingArea:", imp<addTrackingArea> },
+            { "removeTrackingArea:", imp<removeTrackingArea> },
+            { "updateTrackingAreas", imp<updateTrackingAreas> },
+        });
+    }
 };
 BRINDLE_RECORD(NSView, Events)
 

@@ -11,7 +11,8 @@ namespace brindle {
 struct NSView::Resizing {
     NSRect startFrame;
     NSSize startSize;
-    NSRect lastFrame; // what the last step made; another frame means that somebody else moved the view
+    NSRect
+        lastFrame; // what the last step made; another frame means that somebody else moved the view
     NSSize lastSize;
 };
 
@@ -49,190 +50,189 @@ namespace {
 
 template <> struct NSView::Methods<struct Geometry> {
 
-static NSRect frame(NSView& self) { return self.frame_; }
-static NSRect bounds(NSView& self) { return self.bounds_; }
-static bool isFlipped(NSView&) { return false; }
+    static NSRect frame(NSView& self) { return self.frame_; }
+    static NSRect bounds(NSView& self) { return self.bounds_; }
+    static bool isFlipped(NSView&) { return false; }
 
-// ---- the frame
+    // ---- the frame
 
-/// Surrounds a change of the frame: marks what was and what is now to be drawn, and posts one notification for the
-/// outermost change when something is different at its end.
-class FrameChange {
-public:
-    explicit FrameChange(NSView& view)
-        : view_(view)
-        , before_(view.frame_)
+    /// Surrounds a change of the frame: marks what was and what is now to be drawn, and posts one notification for the
+    /// outermost change when something is different at its end.
+    class FrameChange {
+    public:
+        explicit FrameChange(NSView& view)
+            : view_(view)
+            , before_(view.frame_)
+        {
+            ++view_.frameChanges_;
+        }
+        ~FrameChange() { --view_.frameChanges_; }
+        FrameChange(const FrameChange&) = delete;
+        FrameChange& operator=(const FrameChange&) = delete;
+
+        void finish()
+        {
+            if (view_.frameChanges_ > 1 || view_.frame_ == before_)
+                return;
+            if (NSView* parent = view_.superview_) {
+                ViewAccess::invalidate(*parent, before_);
+                ViewAccess::invalidate(*parent, view_.frame_);
+            } else
+                ViewAccess::invalidate(view_, view_.bounds_);
+            ViewAccess::geometryChanged(view_);
+            if (view_.postsFrameChanges_)
+                post(NSViewFrameDidChangeNotification, view_);
+        }
+
+    private:
+        NSView& view_;
+        NSRect before_;
+    };
+
+    static void setFrame(NSView& self, NSRect frame)
     {
-        ++view_.frameChanges_;
+        const Ref<NSView> alive(&self);
+        FrameChange change(self);
+        self.setFrameOrigin(frame.origin);
+        self.setFrameSize(frame.size);
+        change.finish();
     }
-    ~FrameChange() { --view_.frameChanges_; }
-    FrameChange(const FrameChange&) = delete;
-    FrameChange& operator=(const FrameChange&) = delete;
-
-    void finish()
+    static void setFrameOrigin(NSView& self, NSPoint origin)
     {
-        if (view_.frameChanges_ > 1 || view_.frame_ == before_)
+        if (self.frame_.origin == origin)
             return;
-        if (NSView* parent = view_.superview_) {
-            ViewAccess::invalidate(*parent, before_);
-            ViewAccess::invalidate(*parent, view_.frame_);
-        } else
-            ViewAccess::invalidate(view_, view_.bounds_);
-        ViewAccess::geometryChanged(view_);
-        if (view_.postsFrameChanges_)
-            post(NSViewFrameDidChangeNotification, view_);
+        const Ref<NSView> alive(&self);
+        FrameChange change(self);
+        self.frame_.origin = origin;
+        change.finish();
+    }
+    static CGFloat scaledExtent(CGFloat bounds, CGFloat oldFrame, CGFloat newFrame)
+    {
+        return oldFrame != 0 ? bounds * (newFrame / oldFrame) : newFrame;
+    }
+    static void setFrameSize(NSView& self, NSSize size)
+    {
+        const NSSize old = self.frame_.size;
+        if (old == size)
+            return;
+        const Ref<NSView> alive(&self);
+        FrameChange change(self);
+        const NSSize oldBounds = self.bounds_.size;
+        self.frame_.size = size;
+        if (self.scaled_)
+            self.bounds_.size = { scaledExtent(oldBounds.width, old.width, size.width),
+                scaledExtent(oldBounds.height, old.height, size.height) };
+        else
+            self.bounds_.size = size;
+        if (self.autoresizesSubviews_)
+            self.resizeSubviewsWithOldSize(oldBounds);
+        change.finish();
     }
 
-private:
-    NSView& view_;
-    NSRect before_;
-};
+    // ---- the bounds
 
-static void setFrame(NSView& self, NSRect frame)
-{
-    const Ref<NSView> alive(&self);
-    FrameChange change(self);
-    self.setFrameOrigin(frame.origin);
-    self.setFrameSize(frame.size);
-    change.finish();
-}
-static void setFrameOrigin(NSView& self, NSPoint origin)
-{
-    if (self.frame_.origin == origin)
-        return;
-    const Ref<NSView> alive(&self);
-    FrameChange change(self);
-    self.frame_.origin = origin;
-    change.finish();
-}
-static CGFloat scaledExtent(CGFloat bounds, CGFloat oldFrame, CGFloat newFrame)
-{
-    return oldFrame != 0 ? bounds * (newFrame / oldFrame) : newFrame;
-}
-static void setFrameSize(NSView& self, NSSize size)
-{
-    const NSSize old = self.frame_.size;
-    if (old == size)
-        return;
-    const Ref<NSView> alive(&self);
-    FrameChange change(self);
-    const NSSize oldBounds = self.bounds_.size;
-    self.frame_.size = size;
-    if (self.scaled_)
-        self.bounds_.size = { scaledExtent(oldBounds.width, old.width, size.width),
-            scaledExtent(oldBounds.height, old.height, size.height) };
-    else
-        self.bounds_.size = size;
-    if (self.autoresizesSubviews_)
-        self.resizeSubviewsWithOldSize(oldBounds);
-    change.finish();
-}
-
-// ---- the bounds
-
-template <class Change> static void changeBounds(NSView& self, Change change)
-{
-    const Ref<NSView> alive(&self);
-    const NSRect before = self.bounds_;
-    change();
-    if (self.bounds_ == before)
-        return;
-    ViewAccess::invalidate(self, self.bounds_);
-    ViewAccess::geometryChanged(self);
-    if (self.postsBoundsChanges_)
-        post(NSViewBoundsDidChangeNotification, self);
-}
-static void setBounds(NSView& self, NSRect bounds)
-{
-    changeBounds(self, [&] {
-        self.bounds_ = bounds;
-        self.scaled_ = bounds.size != self.frame_.size;
-    });
-}
-static void setBoundsOrigin(NSView& self, NSPoint origin)
-{
-    changeBounds(self, [&] { self.bounds_.origin = origin; });
-}
-static void setBoundsSize(NSView& self, NSSize size)
-{
-    changeBounds(self, [&] {
-        self.bounds_.size = size;
-        self.scaled_ = size != self.frame_.size;
-    });
-}
-static void translateOrigin(NSView& self, NSPoint point)
-{
-    const NSPoint origin = self.bounds_.origin;
-    self.setBoundsOrigin({ origin.x - point.x, origin.y - point.y });
-}
-static void scaleUnitSquare(NSView& self, NSSize unit)
-{
-    const NSRect old = self.bounds_;
-    if (unit.width == 0 || unit.height == 0)
-        return;
-    self.setBounds({ { old.origin.x / unit.width, old.origin.y / unit.height },
-        { old.size.width / unit.width, old.size.height / unit.height } });
-}
-
-// ---- resizing with the superview
-
-static void resizeSubviews(NSView& self, NSSize oldSize)
-{
-    const std::vector<Ref<NSView>> views = self.subviews_; // an override may change the list
-    for (const Ref<NSView>& view : views)
-        view->resizeWithOldSuperviewSize(oldSize);
-}
-static void resizeWithOldSuperviewSize(NSView& self, NSSize oldSize)
-{
-    if (!self.superview_ || self.autoresizingMask_ == NSViewNotSizable)
-        return;
-    std::shared_ptr<NSView::Resizing> steps = self.resizing_;
-    if (!steps || steps->lastFrame != self.frame_ || steps->lastSize != oldSize) {
-        steps = std::make_shared<NSView::Resizing>(
-            NSView::Resizing { self.frame_, oldSize, self.frame_, oldSize });
-        self.resizing_ = steps;
+    template <class Change> static void changeBounds(NSView& self, Change change)
+    {
+        const Ref<NSView> alive(&self);
+        const NSRect before = self.bounds_;
+        change();
+        if (self.bounds_ == before)
+            return;
+        ViewAccess::invalidate(self, self.bounds_);
+        ViewAccess::geometryChanged(self);
+        if (self.postsBoundsChanges_)
+            post(NSViewBoundsDidChangeNotification, self);
     }
-    const NSSize size = self.superview_->bounds_.size;
-    self.setFrame(stretched(steps->startFrame, steps->startSize, size, self.autoresizingMask_));
-    steps->lastFrame = self.frame_;
-    steps->lastSize = size;
-}
-static void setAutoresizingMask(NSView& self, NSAutoresizingMaskOptions mask)
-{
-    self.autoresizingMask_ = mask;
-    self.resizing_ = nullptr;
-}
+    static void setBounds(NSView& self, NSRect bounds)
+    {
+        changeBounds(self, [&] {
+            self.bounds_ = bounds;
+            self.scaled_ = bounds.size != self.frame_.size;
+        });
+    }
+    static void setBoundsOrigin(NSView& self, NSPoint origin)
+    {
+        changeBounds(self, [&] { self.bounds_.origin = origin; });
+    }
+    static void setBoundsSize(NSView& self, NSSize size)
+    {
+        changeBounds(self, [&] {
+            self.bounds_.size = size;
+            self.scaled_ = size != self.frame_.size;
+        });
+    }
+    static void translateOrigin(NSView& self, NSPoint point)
+    {
+        const NSPoint origin = self.bounds_.origin;
+        self.setBoundsOrigin({ origin.x - point.x, origin.y - point.y });
+    }
+    static void scaleUnitSquare(NSView& self, NSSize unit)
+    {
+        const NSRect old = self.bounds_;
+        if (unit.width == 0 || unit.height == 0)
+            return;
+        self.setBounds({ { old.origin.x / unit.width, old.origin.y / unit.height },
+            { old.size.width / unit.width, old.size.height / unit.height } });
+    }
 
-static void table(Builder& t)
-{
-    t.methods({
-        { "frame", imp<frame> },
-        { "setFrame:", imp<setFrame> },
-        { "setFrameOrigin:", imp<setFrameOrigin> },
-        { "setFrameSize:", imp<setFrameSize> },
-        { "bounds", imp<bounds> },
-        { "setBounds:", imp<setBounds> },
-        { "setBoundsOrigin:", imp<setBoundsOrigin> },
-        { "setBoundsSize:", imp<setBoundsSize> },
-        { "translateOriginToPoint:", imp<translateOrigin> },
-        { "scaleUnitSquareToSize:", imp<scaleUnitSquare> },
-        { "isFlipped", imp<isFlipped> },
-        { "resizeSubviewsWithOldSize:", imp<resizeSubviews> },
-        { "resizeWithOldSuperviewSize:", imp<resizeWithOldSuperviewSize> },
-        { "setAutoresizingMask:", imp<setAutoresizingMask> },
-    });
-    t.properties({
-        computed<NSRect>("frame", nonatomic),
-        computed<NSRect>("bounds", nonatomic),
-        property<&NSView::autoresizingMask_>("autoresizingMask", nonatomic),
-        property<&NSView::autoresizesSubviews_>("autoresizesSubviews", nonatomic),
-        property<&NSView::postsFrameChanges_>(
-            "postsFrameChangedNotifications", nonatomic, ivarName("_postsFrameChanges")),
-        property<&NSView::postsBoundsChanges_>(
-            "postsBoundsChangedNotifications", nonatomic, ivarName("_postsBoundsChanges")),
-    });
-}
+    // ---- resizing with the superview
 
+    static void resizeSubviews(NSView& self, NSSize oldSize)
+    {
+        const std::vector<Ref<NSView>> views = self.subviews_; // an override may change the list
+        for (const Ref<NSView>& view : views)
+            view->resizeWithOldSuperviewSize(oldSize);
+    }
+    static void resizeWithOldSuperviewSize(NSView& self, NSSize oldSize)
+    {
+        if (!self.superview_ || self.autoresizingMask_ == NSViewNotSizable)
+            return;
+        std::shared_ptr<NSView::Resizing> steps = self.resizing_;
+        if (!steps || steps->lastFrame != self.frame_ || steps->lastSize != oldSize) {
+            steps = std::make_shared<NSView::Resizing>(
+                NSView::Resizing { self.frame_, oldSize, self.frame_, oldSize });
+            self.resizing_ = steps;
+        }
+        const NSSize size = self.superview_->bounds_.size;
+        self.setFrame(stretched(steps->startFrame, steps->startSize, size, self.autoresizingMask_));
+        steps->lastFrame = self.frame_;
+        steps->lastSize = size;
+    }
+    static void setAutoresizingMask(NSView& self, NSAutoresizingMaskOptions mask)
+    {
+        self.autoresizingMask_ = mask;
+        self.resizing_ = nullptr;
+    }
+
+    static void table(Builder& t)
+    {
+        t.methods({
+            { "frame", imp<frame> },
+            { "setFrame:", imp<setFrame> },
+            { "setFrameOrigin:", imp<setFrameOrigin> },
+            { "setFrameSize:", imp<setFrameSize> },
+            { "bounds", imp<bounds> },
+            { "setBounds:", imp<setBounds> },
+            { "setBoundsOrigin:", imp<setBoundsOrigin> },
+            { "setBoundsSize:", imp<setBoundsSize> },
+            { "translateOriginToPoint:", imp<translateOrigin> },
+            { "scaleUnitSquareToSize:", imp<scaleUnitSquare> },
+            { "isFlipped", imp<isFlipped> },
+            { "resizeSubviewsWithOldSize:", imp<resizeSubviews> },
+            { "resizeWithOldSuperviewSize:", imp<resizeWithOldSuperviewSize> },
+            { "setAutoresizingMask:", imp<setAutoresizingMask> },
+        });
+        t.properties({
+            computed<NSRect>("frame", nonatomic),
+            computed<NSRect>("bounds", nonatomic),
+            property<&NSView::autoresizingMask_>("autoresizingMask", nonatomic),
+            property<&NSView::autoresizesSubviews_>("autoresizesSubviews", nonatomic),
+            property<&NSView::postsFrameChanges_>(
+                "postsFrameChangedNotifications", nonatomic, ivarName("_postsFrameChanges")),
+            property<&NSView::postsBoundsChanges_>(
+                "postsBoundsChangedNotifications", nonatomic, ivarName("_postsBoundsChanges")),
+        });
+    }
 };
 BRINDLE_RECORD(NSView, Geometry)
 

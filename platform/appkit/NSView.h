@@ -30,8 +30,10 @@ enum : NSUInteger {
     NSViewMaxYMargin = 32,
 };
 
-inline constexpr StringConstant<"NSViewFrameDidChangeNotification"> NSViewFrameDidChangeNotification;
-inline constexpr StringConstant<"NSViewBoundsDidChangeNotification"> NSViewBoundsDidChangeNotification;
+inline constexpr StringConstant<"NSViewFrameDidChangeNotification">
+    NSViewFrameDidChangeNotification;
+inline constexpr StringConstant<"NSViewBoundsDidChangeNotification">
+    NSViewBoundsDidChangeNotification;
 inline constexpr StringConstant<"NSViewDidUpdateTrackingAreasNotification">
     NSViewDidUpdateTrackingAreasNotification;
 
@@ -76,7 +78,10 @@ public:
         send<"removeFromSuperviewWithoutNeedingDisplay">();
     }
     /// Puts a view in another one's place. Nothing happens unless `old` is a subview; nil removes it.
-    void replaceSubview_with(NSView* old, NSView* fresh) { send<"replaceSubview:with:">(old, fresh); }
+    void replaceSubview_with(NSView* old, NSView* fresh)
+    {
+        send<"replaceSubview:with:">(old, fresh);
+    }
     void sortSubviewsUsingFunction_context(NSViewComparator compare, void* context)
     {
         send<"sortSubviewsUsingFunction:context:">(compare, context);

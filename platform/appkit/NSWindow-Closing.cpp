@@ -19,8 +19,8 @@ void WindowAccess::stateChangedByDesktop(NSWindow& window, display::SurfaceState
     }
     if (std::exchange(s.fullScreen, now.fullScreen) == now.fullScreen)
         return;
-    window.setStyleMask(now.fullScreen ? s.style | NSFullScreenWindowMask
-                                       : s.style & ~NSFullScreenWindowMask);
+    window.setStyleMask(
+        now.fullScreen ? s.style | NSFullScreenWindowMask : s.style & ~NSFullScreenWindowMask);
     if (now.fullScreen)
         notify(window, NSWindowDidEnterFullScreenNotification, "windowDidEnterFullScreen:");
     else
@@ -29,106 +29,105 @@ void WindowAccess::stateChangedByDesktop(NSWindow& window, display::SurfaceState
 
 template <> struct NSWindow::Methods<struct Closing> {
 
-static WindowState& of(NSWindow& self) { return WindowAccess::state(self); }
+    static WindowState& of(NSWindow& self) { return WindowAccess::state(self); }
 
-static void close(NSWindow& self)
-{
-    WindowState& state = of(self);
-    if (std::exchange(state.closed, true))
-        return;
-    const Ref<NSWindow> alive(&self);
-    WindowAccess::notify(self, NSWindowWillCloseNotification, "windowWillClose:");
-    if (state.parent)
-        Ref<NSWindow>(state.parent)->removeChildWindow(&self);
-    const bool counts = state.wasShown;
-    WindowAccess::orderOut(self);
-    if (!state.closed)
-        return; // somebody showed it again meanwhile
-    state.wasShown = false;
-    WindowAccess::dropSurface(self);
-    if (counts)
-        ApplicationAccess::lastWindowClosed();
-}
-static bool agrees(NSWindow& self)
-{
-    if (const Ref<NSObject> delegate = self.delegate();
-        delegate && delegate->respondsToSelector(selector<"windowShouldClose:">))
-        return delegate->send<"windowShouldClose:", bool>(&self);
-    if (self.respondsToSelector(selector<"windowShouldClose:">))
-        return self.send<"windowShouldClose:", bool>(&self);
-    return true;
-}
-static void performClose(NSWindow& self, NSObject*)
-{
-    if (!(of(self).style & NSClosableWindowMask))
-        return NSBeep();
-    const Ref<NSWindow> alive(&self);
-    if (agrees(self))
-        self.close();
-}
+    static void close(NSWindow& self)
+    {
+        WindowState& state = of(self);
+        if (std::exchange(state.closed, true))
+            return;
+        const Ref<NSWindow> alive(&self);
+        WindowAccess::notify(self, NSWindowWillCloseNotification, "windowWillClose:");
+        if (state.parent)
+            Ref<NSWindow>(state.parent)->removeChildWindow(&self);
+        const bool counts = state.wasShown;
+        WindowAccess::orderOut(self);
+        if (!state.closed)
+            return; // somebody showed it again meanwhile
+        state.wasShown = false;
+        WindowAccess::dropSurface(self);
+        if (counts)
+            ApplicationAccess::lastWindowClosed();
+    }
+    static bool agrees(NSWindow& self)
+    {
+        if (const Ref<NSObject> delegate = self.delegate();
+            delegate && delegate->respondsToSelector(selector<"windowShouldClose:">))
+            return delegate->send<"windowShouldClose:", bool>(&self);
+        if (self.respondsToSelector(selector<"windowShouldClose:">))
+            return self.send<"windowShouldClose:", bool>(&self);
+        return true;
+    }
+    static void performClose(NSWindow& self, NSObject*)
+    {
+        if (!(of(self).style & NSClosableWindowMask))
+            return NSBeep();
+        const Ref<NSWindow> alive(&self);
+        if (agrees(self))
+            self.close();
+    }
 
-static void miniaturize(NSWindow& self, NSObject*)
-{
-    WindowState& state = of(self);
-    if (state.miniaturized || !state.visible)
-        return;
-    WindowAccess::notify(self, NSWindowWillMiniaturizeNotification, "windowWillMiniaturize:");
-    WindowAccess::surface(self).minimise();
-    ApplicationAccess::pump(); // a desktop in this process has done it already
-}
-static void deminiaturize(NSWindow& self, NSObject*)
-{
-    if (!of(self).miniaturized)
-        return;
-    WindowAccess::surface(self).show();
-    ApplicationAccess::pump();
-}
-static void performMiniaturize(NSWindow& self, NSObject* sender)
-{
-    if (!(of(self).style & NSMiniaturizableWindowMask))
-        return NSBeep();
-    self.miniaturize(sender);
-}
-static bool isMiniaturized(NSWindow& self) { return of(self).miniaturized; }
-
-static void zoom(NSWindow& self, NSObject*)
-{
-    WindowState& state = of(self);
-    if (state.surface && state.surface->isShown()) {
-        state.surface->setZoomed(!state.zoomed);
+    static void miniaturize(NSWindow& self, NSObject*)
+    {
+        WindowState& state = of(self);
+        if (state.miniaturized || !state.visible)
+            return;
+        WindowAccess::notify(self, NSWindowWillMiniaturizeNotification, "windowWillMiniaturize:");
+        WindowAccess::surface(self).minimise();
+        ApplicationAccess::pump(); // a desktop in this process has done it already
+    }
+    static void deminiaturize(NSWindow& self, NSObject*)
+    {
+        if (!of(self).miniaturized)
+            return;
+        WindowAccess::surface(self).show();
         ApplicationAccess::pump();
     }
-}
-static void performZoom(NSWindow& self, NSObject* sender)
-{
-    if (!(of(self).style & NSResizableWindowMask))
-        return NSBeep();
-    self.zoom(sender);
-}
-static bool isZoomed(NSWindow& self) { return of(self).zoomed; }
+    static void performMiniaturize(NSWindow& self, NSObject* sender)
+    {
+        if (!(of(self).style & NSMiniaturizableWindowMask))
+            return NSBeep();
+        self.miniaturize(sender);
+    }
+    static bool isMiniaturized(NSWindow& self) { return of(self).miniaturized; }
 
-static void toggleFullScreen(NSWindow& self, NSObject*)
-{
-    WindowAccess::surface(self).setFullScreen(!of(self).fullScreen);
-    ApplicationAccess::pump();
-}
+    static void zoom(NSWindow& self, NSObject*)
+    {
+        WindowState& state = of(self);
+        if (state.surface && state.surface->isShown()) {
+            state.surface->setZoomed(!state.zoomed);
+            ApplicationAccess::pump();
+        }
+    }
+    static void performZoom(NSWindow& self, NSObject* sender)
+    {
+        if (!(of(self).style & NSResizableWindowMask))
+            return NSBeep();
+        self.zoom(sender);
+    }
+    static bool isZoomed(NSWindow& self) { return of(self).zoomed; }
 
-static void table(Builder& t)
-{
-    t.methods({
-        { "close", imp<close> },
-        { "performClose:", imp<performClose> },
-        { "miniaturize:", imp<miniaturize> },
-        { "deminiaturize:", imp<deminiaturize> },
-        { "performMiniaturize:", imp<performMiniaturize> },
-        { "isMiniaturized", imp<isMiniaturized> },
-        { "zoom:", imp<zoom> },
-        { "performZoom:", imp<performZoom> },
-        { "isZoomed", imp<isZoomed> },
-        { "toggleFullScreen:", imp<toggleFullScreen> },
-    });
-}
+    static void toggleFullScreen(NSWindow& self, NSObject*)
+    {
+        WindowAccess::surface(self).setFullScreen(!of(self).fullScreen);
+        ApplicationAccess::pump();
+    }
 
+    static void table(Builder& t)
+    {
+        t.methods({
+            { "close", imp<close> },
+            { "performClose:", imp<performClose> },
+            { "miniaturize:", imp<miniaturize> },
+            { "deminiaturize:", imp<deminiaturize> },
+            { "performMiniaturize:", imp<performMiniaturize> },
+            { "isMiniaturized", imp<isMiniaturized> },
+            { "zoom:", imp<zoom> },
+            { "performZoom:", imp<performZoom> },
+            { "isZoomed", imp<isZoomed> },
+            { "toggleFullScreen:", imp<toggleFullScreen> },
+        });
+    }
 };
 BRINDLE_RECORD(NSWindow, Closing)
 

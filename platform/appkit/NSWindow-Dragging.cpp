@@ -27,7 +27,8 @@ namespace {
     }
     bool pullsBottom(ResizeEdge e)
     {
-        return e == ResizeEdge::bottom || e == ResizeEdge::bottomLeft || e == ResizeEdge::bottomRight;
+        return e == ResizeEdge::bottom || e == ResizeEdge::bottomLeft
+            || e == ResizeEdge::bottomRight;
     }
 
     NSSize pulledSize(NSRect frame, ResizeEdge edge, NSPoint by)
@@ -104,7 +105,8 @@ void WindowAccess::dragWindow(NSWindow& window, NSEvent& press)
     follow(press, [&](NSPoint by) {
         if (by == NSPoint {} && state(window).frame.origin == origin)
             return;
-        window.setFrame_display({ { origin.x + by.x, origin.y + by.y }, state(window).frame.size }, false);
+        window.setFrame_display(
+            { { origin.x + by.x, origin.y + by.y }, state(window).frame.size }, false);
     });
 }
 
@@ -157,23 +159,24 @@ bool WindowAccess::resizeEdgeAt(const NSWindow& window, NSPoint p, ResizeEdge& e
     else if (nearBottom && nearRight)
         edge = ResizeEdge::bottomRight;
     else
-        edge = left ? ResizeEdge::left : right ? ResizeEdge::right : bottom ? ResizeEdge::bottom
-                                                                            : ResizeEdge::top;
+        edge = left  ? ResizeEdge::left
+            : right  ? ResizeEdge::right
+            : bottom ? ResizeEdge::bottom
+                     : ResizeEdge::top;
     return true;
 }
 
 template <> struct NSWindow::Methods<struct Dragging> {
 
-static void performDrag(NSWindow& self, NSEvent* event)
-{
-    if (event)
-        WindowAccess::dragWindow(self, *event);
-}
-static void table(Builder& t)
-{
-    t.methods({ { "performWindowDragWithEvent:", imp<performDrag> } });
-}
-
+    static void performDrag(NSWindow& self, NSEvent* event)
+    {
+        if (event)
+            WindowAccess::dragWindow(self, *event);
+    }
+    static void table(Builder& t)
+    {
+        t.methods({ { "performWindowDragWithEvent:", imp<performDrag> } });
+    }
 };
 BRINDLE_RECORD(NSWindow, Dragging)
 

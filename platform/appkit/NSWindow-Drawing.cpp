@@ -50,7 +50,8 @@ Backing& WindowAccess::backing(NSWindow& window)
     auto fresh = std::make_unique<Backing>();
     fresh->size = size;
     fresh->scale = scale;
-    fresh->words.resize(static_cast<std::size_t>(size.width) * static_cast<std::size_t>(size.height));
+    fresh->words.resize(
+        static_cast<std::size_t>(size.width) * static_cast<std::size_t>(size.height));
     fresh->context = quartz::contextForPixels({ fresh->words.data(), size.width, size.height,
         static_cast<std::ptrdiff_t>(size.width) * 4, scale });
     NSGraphicsContext::Meta maker = NSGraphicsContext::cls();
@@ -99,87 +100,86 @@ void WindowAccess::backingChanged(NSWindow& window)
 
 template <> struct NSWindow::Methods<struct Drawing> {
 
-static WindowState& of(NSWindow& self) { return WindowAccess::state(self); }
+    static WindowState& of(NSWindow& self) { return WindowAccess::state(self); }
 
-static bool viewsNeedDisplay(NSWindow& self)
-{
-    return !of(self).backing || !of(self).damage.isEmpty();
-}
-static void setViewsNeedDisplay(NSWindow& self, bool needs)
-{
-    if (needs)
-        WindowAccess::damageAll(self);
-    else
-        of(self).damage.clear();
-}
-
-struct DrawingScope {
-    explicit DrawingScope(WindowState& windowState)
-        : state(windowState)
+    static bool viewsNeedDisplay(NSWindow& self)
     {
-        state.drawing = true;
+        return !of(self).backing || !of(self).damage.isEmpty();
     }
-    ~DrawingScope() { state.drawing = false; }
-    DrawingScope(const DrawingScope&) = delete;
-    DrawingScope& operator=(const DrawingScope&) = delete;
-    WindowState& state;
-};
+    static void setViewsNeedDisplay(NSWindow& self, bool needs)
+    {
+        if (needs)
+            WindowAccess::damageAll(self);
+        else
+            of(self).damage.clear();
+    }
 
-static std::vector<NSRect> partsOf(const WindowState& state)
-{
-    std::vector<NSRect> parts;
-    for (const display::PixelRect& rect : state.damage.rects())
-        parts.push_back(Damage::pointsOf(rect, state.backing->scale, state.backing->size));
-    return parts;
-}
+    struct DrawingScope {
+        explicit DrawingScope(WindowState& windowState)
+            : state(windowState)
+        {
+            state.drawing = true;
+        }
+        ~DrawingScope() { state.drawing = false; }
+        DrawingScope(const DrawingScope&) = delete;
+        DrawingScope& operator=(const DrawingScope&) = delete;
+        WindowState& state;
+    };
 
-// One pass: what is marked while it runs is drawn in the next one.
-static void displayIfNeeded(NSWindow& self)
-{
-    WindowState& state = of(self);
-    if (state.drawing)
-        return;
-    const Ref<NSWindow> alive(&self);
-    Backing& backing = WindowAccess::backing(self);
-    if (state.damage.isEmpty())
-        return;
-    const DrawingScope scope(state);
-    Painter(self, partsOf(state)).announce(*state.frameView); // views may mark more now
-    const std::vector<NSRect> parts = partsOf(state);
-    const std::vector<display::PixelRect> rects = state.damage.take();
-    for (const display::PixelRect& rect : rects)
-        clearPixels(backing, rect);
-    Painter(self, parts).paint(*state.frameView);
-    WindowAccess::present(self, rects);
-}
-static void display(NSWindow& self)
-{
-    WindowAccess::damageAll(self);
-    self.displayIfNeeded();
-}
-static void flush(NSWindow& self)
-{
-    const Backing& backing = WindowAccess::backing(self);
-    const display::PixelRect whole { 0, 0, backing.size.width, backing.size.height };
-    WindowAccess::present(self, { &whole, 1 });
-}
-static Ref<NSGraphicsContext> graphicsContext(NSWindow& self)
-{
-    return WindowAccess::backing(self).upright;
-}
+    static std::vector<NSRect> partsOf(const WindowState& state)
+    {
+        std::vector<NSRect> parts;
+        for (const display::PixelRect& rect : state.damage.rects())
+            parts.push_back(Damage::pointsOf(rect, state.backing->scale, state.backing->size));
+        return parts;
+    }
 
-static void table(Builder& t)
-{
-    t.methods({
-        { "viewsNeedDisplay", imp<viewsNeedDisplay> },
-        { "setViewsNeedDisplay:", imp<setViewsNeedDisplay> },
-        { "display", imp<display> },
-        { "displayIfNeeded", imp<displayIfNeeded> },
-        { "flushWindow", imp<flush> },
-        { "graphicsContext", imp<graphicsContext> },
-    });
-}
+    // One pass: what is marked while it runs is drawn in the next one.
+    static void displayIfNeeded(NSWindow& self)
+    {
+        WindowState& state = of(self);
+        if (state.drawing)
+            return;
+        const Ref<NSWindow> alive(&self);
+        Backing& backing = WindowAccess::backing(self);
+        if (state.damage.isEmpty())
+            return;
+        const DrawingScope scope(state);
+        Painter(self, partsOf(state)).announce(*state.frameView); // views may mark more now
+        const std::vector<NSRect> parts = partsOf(state);
+        const std::vector<display::PixelRect> rects = state.damage.take();
+        for (const display::PixelRect& rect : rects)
+            clearPixels(backing, rect);
+        Painter(self, parts).paint(*state.frameView);
+        WindowAccess::present(self, rects);
+    }
+    static void display(NSWindow& self)
+    {
+        WindowAccess::damageAll(self);
+        self.displayIfNeeded();
+    }
+    static void flush(NSWindow& self)
+    {
+        const Backing& backing = WindowAccess::backing(self);
+        const display::PixelRect whole { 0, 0, backing.size.width, backing.size.height };
+        WindowAccess::present(self, { &whole, 1 });
+    }
+    static Ref<NSGraphicsContext> graphicsContext(NSWindow& self)
+    {
+        return WindowAccess::backing(self).upright;
+    }
 
+    static void table(Builder& t)
+    {
+        t.methods({
+            { "viewsNeedDisplay", imp<viewsNeedDisplay> },
+            { "setViewsNeedDisplay:", imp<setViewsNeedDisplay> },
+            { "display", imp<display> },
+            { "displayIfNeeded", imp<displayIfNeeded> },
+            { "flushWindow", imp<flush> },
+            { "graphicsContext", imp<graphicsContext> },
+        });
+    }
 };
 BRINDLE_RECORD(NSWindow, Drawing)
 

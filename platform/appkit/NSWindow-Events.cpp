@@ -39,290 +39,290 @@ void WindowAccess::resignHidden(NSWindow& window, NSView& view)
         window.makeFirstResponder(nullptr);
 }
 
-void WindowAccess::viewMoved(NSWindow& window, NSView&)
-{
-    state(window).viewsMoved = true;
-}
+void WindowAccess::viewMoved(NSWindow& window, NSView&) { state(window).viewsMoved = true; }
 
 template <> struct NSWindow::Methods<struct Events> {
 
-static WindowState& of(NSWindow& self) { return WindowAccess::state(self); }
+    static WindowState& of(NSWindow& self) { return WindowAccess::state(self); }
 
-// ---- the keyboard focus
+    // ---- the keyboard focus
 
-static Ref<NSResponder> firstResponder(NSWindow& self)
-{
-    return of(self).firstResponder ? of(self).firstResponder : Ref<NSResponder>(&self);
-}
-static bool makeFirstResponder(NSWindow& self, NSResponder* lent)
-{
-    const Ref<NSWindow> alive(&self);
-    const Ref<NSResponder> wanted(lent ? lent : &self);
-    const Ref<NSResponder> present = self.firstResponder();
-    if (wanted == present)
-        return true;
-    if (present != &self && !present->resignFirstResponder())
-        return false;
-    of(self).firstResponder = nullptr;
-    if (wanted == &self)
-        return true;
-    if (!wanted->acceptsFirstResponder())
-        return false;
-    of(self).firstResponder = wanted; // it may look while it is asked
-    if (wanted->becomeFirstResponder())
-        return true;
-    if (of(self).firstResponder == wanted)
+    static Ref<NSResponder> firstResponder(NSWindow& self)
+    {
+        return of(self).firstResponder ? of(self).firstResponder : Ref<NSResponder>(&self);
+    }
+    static bool makeFirstResponder(NSWindow& self, NSResponder* lent)
+    {
+        const Ref<NSWindow> alive(&self);
+        const Ref<NSResponder> wanted(lent ? lent : &self);
+        const Ref<NSResponder> present = self.firstResponder();
+        if (wanted == present)
+            return true;
+        if (present != &self && !present->resignFirstResponder())
+            return false;
         of(self).firstResponder = nullptr;
-    return false;
-}
-static Ref<NSView> initialFirstResponder(NSWindow& self)
-{
-    return of(self).initialFirstResponder.get();
-}
-static void setInitialFirstResponder(NSWindow& self, NSView* view)
-{
-    of(self).initialFirstResponder = view;
-}
+        if (wanted == &self)
+            return true;
+        if (!wanted->acceptsFirstResponder())
+            return false;
+        of(self).firstResponder = wanted; // it may look while it is asked
+        if (wanted->becomeFirstResponder())
+            return true;
+        if (of(self).firstResponder == wanted)
+            of(self).firstResponder = nullptr;
+        return false;
+    }
+    static Ref<NSView> initialFirstResponder(NSWindow& self)
+    {
+        return of(self).initialFirstResponder.get();
+    }
+    static void setInitialFirstResponder(NSWindow& self, NSView* view)
+    {
+        of(self).initialFirstResponder = view;
+    }
 
-static Ref<NSView> focusedView(NSWindow& self)
-{
-    const Ref<NSResponder> first = self.firstResponder();
-    return first->isKindOfClass(NSView::cls()) ? cast<NSView>(first) : self.initialFirstResponder();
-}
-static void selectNext(NSWindow& self, NSObject*)
-{
-    const Ref<NSView> view = focusedView(self);
-    if (!view)
-        return;
-    const bool isNew = self.firstResponder() != view.get() && view->canBecomeKeyView();
-    const Ref<NSView> next = isNew ? view : view->nextValidKeyView();
-    if (next)
-        self.makeFirstResponder(next.get());
-}
-static void selectPrevious(NSWindow& self, NSObject*)
-{
-    if (const Ref<NSView> previous = maybe(focusedView(self))->previousValidKeyView())
-        self.makeFirstResponder(previous.get());
-}
+    static Ref<NSView> focusedView(NSWindow& self)
+    {
+        const Ref<NSResponder> first = self.firstResponder();
+        return first->isKindOfClass(NSView::cls()) ? cast<NSView>(first)
+                                                   : self.initialFirstResponder();
+    }
+    static void selectNext(NSWindow& self, NSObject*)
+    {
+        const Ref<NSView> view = focusedView(self);
+        if (!view)
+            return;
+        const bool isNew = self.firstResponder() != view.get() && view->canBecomeKeyView();
+        const Ref<NSView> next = isNew ? view : view->nextValidKeyView();
+        if (next)
+            self.makeFirstResponder(next.get());
+    }
+    static void selectPrevious(NSWindow& self, NSObject*)
+    {
+        if (const Ref<NSView> previous = maybe(focusedView(self))->previousValidKeyView())
+            self.makeFirstResponder(previous.get());
+    }
 
-// From the top left, row by row: the way people read.
-static void collect(NSView& view, std::vector<std::pair<NSPoint, NSView*>>& found)
-{
-    for (const Ref<NSView>& subview : ViewAccess::subviews(view)) {
-        if (subview->acceptsFirstResponder()) {
-            const NSRect place = ViewAccess::toWindow(*subview).apply(ViewAccess::bounds(*subview));
-            found.emplace_back(NSPoint { NSMinX(place), NSMaxY(place) }, subview.get());
+    // From the top left, row by row: the way people read.
+    static void collect(NSView& view, std::vector<std::pair<NSPoint, NSView*>>& found)
+    {
+        for (const Ref<NSView>& subview : ViewAccess::subviews(view)) {
+            if (subview->acceptsFirstResponder()) {
+                const NSRect place
+                    = ViewAccess::toWindow(*subview).apply(ViewAccess::bounds(*subview));
+                found.emplace_back(NSPoint { NSMinX(place), NSMaxY(place) }, subview.get());
+            }
+            collect(*subview, found);
         }
-        collect(*subview, found);
     }
-}
-static void recalculateLoop(NSWindow& self)
-{
-    std::vector<std::pair<NSPoint, NSView*>> views;
-    collect(*of(self).frameView, views);
-    std::stable_sort(views.begin(), views.end(), [](const auto& a, const auto& b) {
-        return a.first.y != b.first.y ? a.first.y > b.first.y : a.first.x < b.first.x;
-    });
-    for (std::size_t i = 0; i < views.size(); ++i)
-        views[i].second->setNextKeyView(views[(i + 1) % views.size()].second);
-}
-
-// ---- events
-
-static bool performKeyEquivalent(NSWindow& self, NSEvent* event)
-{
-    const Ref<NSView> views = of(self).frameView;
-    return views->performKeyEquivalent(event);
-}
-// A key that nobody wanted: Tab moves the focus, everything else ends the chain.
-static void keyDown(NSWindow& self, NSEvent* event)
-{
-    const Ref<NSString> typed = event->charactersIgnoringModifiers();
-    const unichar key = maybe(typed)->length() ? typed->characterAtIndex(0) : unichar {};
-    const bool held = (event->modifierFlags() & (NSCommandKeyMask | NSControlKeyMask)) != 0;
-    if (key == 0x19 || (key == 0x09 && (event->modifierFlags() & NSShiftKeyMask)))
-        self.selectPreviousKeyView(&self);
-    else if (key == 0x09 && !held)
-        self.selectNextKeyView(&self);
-    else
-        super<NSWindow, "keyDown:">(self, event);
-}
-
-static std::size_t slotOf(const NSEvent& event)
-{
-    return static_cast<std::size_t>(std::min<NSInteger>(event.buttonNumber(), 2));
-}
-static Ref<NSView> viewAt(NSWindow& self, NSPoint point)
-{
-    Ref<NSView> found = of(self).frameView->hitTest(point);
-    return found ? found : of(self).frameView;
-}
-
-static bool movesWindow(NSWindow& self, NSView& view, NSPoint point)
-{
-    const WindowState& state = of(self);
-    if (!state.movable || !view.mouseDownCanMoveWindow())
-        return false;
-    const bool inBar = WindowAccess::isTitled(state)
-        && point.y >= state.frame.size.height - kTitleBarHeight;
-    return inBar || state.movableByBackground;
-}
-
-static void becomeKeyByPress(NSWindow& self, NSView& view)
-{
-    if (self.isKindOfClass(NSPanel::cls()) && static_cast<NSPanel&>(self).becomesKeyOnlyIfNeeded()
-        && !view.acceptsFirstResponder())
-        return self.orderFront(nullptr);
-    if (self.canBecomeKeyWindow())
-        self.makeKeyAndOrderFront(nullptr);
-    else if (of(self).level == NSNormalWindowLevel)
-        self.orderFront(nullptr);
-}
-
-static void leftPress(NSWindow& self, NSEvent& event)
-{
-    const NSPoint point = event.locationInWindow();
-    display::ResizeEdge edge {};
-    const bool wasKey = self.isKeyWindow() || !self.canBecomeKeyWindow();
-    if (WindowAccess::resizeEdgeAt(self, point, edge)) {
-        becomeKeyByPress(self, *of(self).frameView);
-        return WindowAccess::resizeWindow(self, edge, event);
+    static void recalculateLoop(NSWindow& self)
+    {
+        std::vector<std::pair<NSPoint, NSView*>> views;
+        collect(*of(self).frameView, views);
+        std::stable_sort(views.begin(), views.end(), [](const auto& a, const auto& b) {
+            return a.first.y != b.first.y ? a.first.y > b.first.y : a.first.x < b.first.x;
+        });
+        for (std::size_t i = 0; i < views.size(); ++i)
+            views[i].second->setNextKeyView(views[(i + 1) % views.size()].second);
     }
-    const Ref<NSView> view = viewAt(self, point);
-    if (!self.isKeyWindow())
-        becomeKeyByPress(self, *view);
-    if (movesWindow(self, *view, point)) {
-        if (event.clickCount() == 2 && (of(self).style & NSResizableWindowMask)
-            && point.y >= of(self).frame.size.height - kTitleBarHeight)
-            return self.performZoom(nullptr);
-        return WindowAccess::dragWindow(self, event);
+
+    // ---- events
+
+    static bool performKeyEquivalent(NSWindow& self, NSEvent* event)
+    {
+        const Ref<NSView> views = of(self).frameView;
+        return views->performKeyEquivalent(event);
     }
-    if (!wasKey && !view->acceptsFirstMouse(&event))
-        return;
-    if (view->acceptsFirstResponder())
-        self.makeFirstResponder(view.get());
-    of(self).pressed[0] = view;
-    view->mouseDown(&event);
-}
-
-static void otherPress(NSWindow& self, NSEvent& event)
-{
-    const Ref<NSView> view = viewAt(self, event.locationInWindow());
-    of(self).pressed[slotOf(event)] = view;
-    if (event.type() == NSRightMouseDown)
-        view->rightMouseDown(&event);
-    else
-        view->otherMouseDown(&event);
-}
-
-static void toPressed(NSWindow& self, NSEvent& event)
-{
-    Ref<NSView>& slot = of(self).pressed[slotOf(event)];
-    const Ref<NSView> view = slot;
-    if (events::isIn(event.type(), events::kUps))
-        slot = nullptr;
-    if (!view)
-        return;
-    switch (event.type()) {
-    case NSLeftMouseDragged:
-        return view->mouseDragged(&event);
-    case NSLeftMouseUp:
-        return view->mouseUp(&event);
-    case NSRightMouseDragged:
-        return view->rightMouseDragged(&event);
-    case NSRightMouseUp:
-        return view->rightMouseUp(&event);
-    case NSOtherMouseDragged:
-        return view->otherMouseDragged(&event);
-    default:
-        return view->otherMouseUp(&event);
+    // A key that nobody wanted: Tab moves the focus, everything else ends the chain.
+    static void keyDown(NSWindow& self, NSEvent* event)
+    {
+        const Ref<NSString> typed = event->charactersIgnoringModifiers();
+        const unichar key = maybe(typed)->length() ? typed->characterAtIndex(0) : unichar {};
+        const bool held = (event->modifierFlags() & (NSCommandKeyMask | NSControlKeyMask)) != 0;
+        if (key == 0x19 || (key == 0x09 && (event->modifierFlags() & NSShiftKeyMask)))
+            self.selectPreviousKeyView(&self);
+        else if (key == 0x09 && !held)
+            self.selectNextKeyView(&self);
+        else
+            super<NSWindow, "keyDown:">(self, event);
     }
-}
 
-static void sendEvent(NSWindow& self, NSEvent* lent)
-{
-    const Ref<NSWindow> alive(&self);
-    const Ref<NSEvent> event(lent);
-    const NSEventType type = maybe(lent)->type();
-    if (events::isIn(type, events::kPointer) && of(self).managedResize
-        && !events::isIn(type, events::kDrags))
-        WindowAccess::endLiveResize(self); // the window manager has given the pointer back
-    if (type == NSLeftMouseDown)
-        leftPress(self, *event);
-    else if (events::isIn(type, events::kDowns))
-        otherPress(self, *event);
-    else if (events::isIn(type, events::kUps | events::kDrags))
-        toPressed(self, *event);
-    else if (type == NSScrollWheel)
-        viewAt(self, event->locationInWindow())->scrollWheel(lent);
-    else if (type == NSMouseMoved && of(self).acceptsMoved)
-        self.firstResponder()->mouseMoved(lent);
-    else if (type == NSKeyDown)
-        self.firstResponder()->keyDown(lent);
-    else if (type == NSKeyUp)
-        self.firstResponder()->keyUp(lent);
-    else if (type == NSFlagsChanged)
-        self.firstResponder()->flagsChanged(lent);
-}
+    static std::size_t slotOf(const NSEvent& event)
+    {
+        return static_cast<std::size_t>(std::min<NSInteger>(event.buttonNumber(), 2));
+    }
+    static Ref<NSView> viewAt(NSWindow& self, NSPoint point)
+    {
+        Ref<NSView> found = of(self).frameView->hitTest(point);
+        return found ? found : of(self).frameView;
+    }
 
-static Ref<NSEvent> currentEvent(NSWindow&) { return ApplicationAccess::state().current; }
-static Ref<NSEvent> nextEvent(NSWindow&, NSEventMask mask)
-{
-    return NSApplication::cls()
-        .sharedApplication()
-        ->nextEventMatchingMask_untilDate_inMode_dequeue(
-            mask, NSDate::cls().distantFuture().get(), NSEventTrackingRunLoopMode, true);
-}
-static Ref<NSEvent> nextEventUntil(
-    NSWindow&, NSEventMask mask, NSDate* date, NSString* mode, bool dequeue)
-{
-    return NSApplication::cls().sharedApplication()->nextEventMatchingMask_untilDate_inMode_dequeue(
-        mask, date, mode, dequeue);
-}
-static void postEvent(NSWindow&, NSEvent* event, bool atStart)
-{
-    if (event)
-        ApplicationAccess::post(*event, atStart);
-}
-static NSPoint mouseLocation(NSWindow& self)
-{
-    return self.convertPointFromScreen(ApplicationAccess::pointerLocation());
-}
-static bool tryToPerform(NSWindow& self, SEL action, NSObject* argument)
-{
-    if (super<NSWindow, "tryToPerform:with:", bool>(self, action, argument))
+    static bool movesWindow(NSWindow& self, NSView& view, NSPoint point)
+    {
+        const WindowState& state = of(self);
+        if (!state.movable || !view.mouseDownCanMoveWindow())
+            return false;
+        const bool inBar
+            = WindowAccess::isTitled(state) && point.y >= state.frame.size.height - kTitleBarHeight;
+        return inBar || state.movableByBackground;
+    }
+
+    static void becomeKeyByPress(NSWindow& self, NSView& view)
+    {
+        if (self.isKindOfClass(NSPanel::cls())
+            && static_cast<NSPanel&>(self).becomesKeyOnlyIfNeeded()
+            && !view.acceptsFirstResponder())
+            return self.orderFront(nullptr);
+        if (self.canBecomeKeyWindow())
+            self.makeKeyAndOrderFront(nullptr);
+        else if (of(self).level == NSNormalWindowLevel)
+            self.orderFront(nullptr);
+    }
+
+    static void leftPress(NSWindow& self, NSEvent& event)
+    {
+        const NSPoint point = event.locationInWindow();
+        display::ResizeEdge edge {};
+        const bool wasKey = self.isKeyWindow() || !self.canBecomeKeyWindow();
+        if (WindowAccess::resizeEdgeAt(self, point, edge)) {
+            becomeKeyByPress(self, *of(self).frameView);
+            return WindowAccess::resizeWindow(self, edge, event);
+        }
+        const Ref<NSView> view = viewAt(self, point);
+        if (!self.isKeyWindow())
+            becomeKeyByPress(self, *view);
+        if (movesWindow(self, *view, point)) {
+            if (event.clickCount() == 2 && (of(self).style & NSResizableWindowMask)
+                && point.y >= of(self).frame.size.height - kTitleBarHeight)
+                return self.performZoom(nullptr);
+            return WindowAccess::dragWindow(self, event);
+        }
+        if (!wasKey && !view->acceptsFirstMouse(&event))
+            return;
+        if (view->acceptsFirstResponder())
+            self.makeFirstResponder(view.get());
+        of(self).pressed[0] = view;
+        view->mouseDown(&event);
+    }
+
+    static void otherPress(NSWindow& self, NSEvent& event)
+    {
+        const Ref<NSView> view = viewAt(self, event.locationInWindow());
+        of(self).pressed[slotOf(event)] = view;
+        if (event.type() == NSRightMouseDown)
+            view->rightMouseDown(&event);
+        else
+            view->otherMouseDown(&event);
+    }
+
+    static void toPressed(NSWindow& self, NSEvent& event)
+    {
+        Ref<NSView>& slot = of(self).pressed[slotOf(event)];
+        const Ref<NSView> view = slot;
+        if (events::isIn(event.type(), events::kUps))
+            slot = nullptr;
+        if (!view)
+            return;
+        switch (event.type()) {
+        case NSLeftMouseDragged:
+            return view->mouseDragged(&event);
+        case NSLeftMouseUp:
+            return view->mouseUp(&event);
+        case NSRightMouseDragged:
+            return view->rightMouseDragged(&event);
+        case NSRightMouseUp:
+            return view->rightMouseUp(&event);
+        case NSOtherMouseDragged:
+            return view->otherMouseDragged(&event);
+        default:
+            return view->otherMouseUp(&event);
+        }
+    }
+
+    static void sendEvent(NSWindow& self, NSEvent* lent)
+    {
+        const Ref<NSWindow> alive(&self);
+        const Ref<NSEvent> event(lent);
+        const NSEventType type = maybe(lent)->type();
+        if (events::isIn(type, events::kPointer) && of(self).managedResize
+            && !events::isIn(type, events::kDrags))
+            WindowAccess::endLiveResize(self); // the window manager has given the pointer back
+        if (type == NSLeftMouseDown)
+            leftPress(self, *event);
+        else if (events::isIn(type, events::kDowns))
+            otherPress(self, *event);
+        else if (events::isIn(type, events::kUps | events::kDrags))
+            toPressed(self, *event);
+        else if (type == NSScrollWheel)
+            viewAt(self, event->locationInWindow())->scrollWheel(lent);
+        else if (type == NSMouseMoved && of(self).acceptsMoved)
+            self.firstResponder()->mouseMoved(lent);
+        else if (type == NSKeyDown)
+            self.firstResponder()->keyDown(lent);
+        else if (type == NSKeyUp)
+            self.firstResponder()->keyUp(lent);
+        else if (type == NSFlagsChanged)
+            self.firstResponder()->flagsChanged(lent);
+    }
+
+    static Ref<NSEvent> currentEvent(NSWindow&) { return ApplicationAccess::state().current; }
+    static Ref<NSEvent> nextEvent(NSWindow&, NSEventMask mask)
+    {
+        return NSApplication::cls()
+            .sharedApplication()
+            ->nextEventMatchingMask_untilDate_inMode_dequeue(
+                mask, NSDate::cls().distantFuture().get(), NSEventTrackingRunLoopMode, true);
+    }
+    static Ref<NSEvent> nextEventUntil(
+        NSWindow&, NSEventMask mask, NSDate* date, NSString* mode, bool dequeue)
+    {
+        return NSApplication::cls()
+            .sharedApplication()
+            ->nextEventMatchingMask_untilDate_inMode_dequeue(mask, date, mode, dequeue);
+    }
+    static void postEvent(NSWindow&, NSEvent* event, bool atStart)
+    {
+        if (event)
+            ApplicationAccess::post(*event, atStart);
+    }
+    static NSPoint mouseLocation(NSWindow& self)
+    {
+        return self.convertPointFromScreen(ApplicationAccess::pointerLocation());
+    }
+    static bool tryToPerform(NSWindow& self, SEL action, NSObject* argument)
+    {
+        if (super<NSWindow, "tryToPerform:with:", bool>(self, action, argument))
+            return true;
+        const Ref<NSObject> delegate = self.delegate();
+        if (!delegate || !delegate->respondsToSelector(action))
+            return false;
+        delegate->performSelector_withObject(action, argument);
         return true;
-    const Ref<NSObject> delegate = self.delegate();
-    if (!delegate || !delegate->respondsToSelector(action))
-        return false;
-    delegate->performSelector_withObject(action, argument);
-    return true;
-}
-static bool yes(NSWindow&) { return true; }
+    }
+    static bool yes(NSWindow&) { return true; }
 
-static void table(Builder& t)
-{
-    t.methods({
-        { "firstResponder", imp<firstResponder> },
-        { "makeFirstResponder:", imp<makeFirstResponder> },
-        { "initialFirstResponder", imp<initialFirstResponder> },
-        { "setInitialFirstResponder:", imp<setInitialFirstResponder> },
-        { "selectNextKeyView:", imp<selectNext> },
-        { "selectPreviousKeyView:", imp<selectPrevious> },
-        { "recalculateKeyViewLoop", imp<recalculateLoop> },
-        { "performKeyEquivalent:", imp<performKeyEquivalent> },
-        { "keyDown:", imp<keyDown> },
-        { "sendEvent:", imp<sendEvent> },
-        { "currentEvent", imp<currentEvent> },
-        { "nextEventMatchingMask:", imp<nextEvent> },
-        { "nextEventMatchingMask:untilDate:inMode:dequeue:", imp<nextEventUntil> },
-        { "postEvent:atStart:", imp<postEvent> },
-        { "mouseLocationOutsideOfEventStream", imp<mouseLocation> },
-        { "tryToPerform:with:", imp<tryToPerform> },
-        { "acceptsFirstResponder", imp<yes> },
-    });
-}
-
+    static void table(Builder& t)
+    {
+        t.methods({
+            { "firstResponder", imp<firstResponder> },
+            { "makeFirstResponder:", imp<makeFirstResponder> },
+            { "initialFirstResponder", imp<initialFirstResponder> },
+            { "setInitialFirstResponder:", imp<setInitialFirstResponder> },
+            { "selectNextKeyView:", imp<selectNext> },
+            { "selectPreviousKeyView:", imp<selectPrevious> },
+            { "recalculateKeyViewLoop", imp<recalculateLoop> },
+            { "performKeyEquivalent:", imp<performKeyEquivalent> },
+            { "keyDown:", imp<keyDown> },
+            { "sendEvent:", imp<sendEvent> },
+            { "currentEvent", imp<currentEvent> },
+            { "nextEventMatchingMask:", imp<nextEvent> },
+            { "nextEventMatchingMask:untilDate:inMode:dequeue:", imp<nextEventUntil> },
+            { "postEvent:atStart:", imp<postEvent> },
+            { "mouseLocationOutsideOfEventStream", imp<mouseLocation> },
+            { "tryToPerform:with:", imp<tryToPerform> },
+            { "acceptsFirstResponder", imp<yes> },
+        });
+    }
 };
 BRINDLE_RECORD(NSWindow, Events)
 

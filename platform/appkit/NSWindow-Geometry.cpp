@@ -58,7 +58,8 @@ void WindowAccess::applyFrame(NSWindow& window, NSRect frame, bool tellSurface)
         for (const Ref<NSWindow>& child : children) {
             const NSRect childFrame = state(*child).frame;
             applyFrame(*child,
-                { { childFrame.origin.x + shift.x, childFrame.origin.y + shift.y }, childFrame.size },
+                { { childFrame.origin.x + shift.x, childFrame.origin.y + shift.y },
+                    childFrame.size },
                 true);
         }
     }
@@ -101,190 +102,193 @@ void WindowAccess::endLiveResize(NSWindow& window)
 
 template <> struct NSWindow::Methods<struct Geometry> {
 
-static WindowState& of(NSWindow& self) { return WindowAccess::state(self); }
+    static WindowState& of(NSWindow& self) { return WindowAccess::state(self); }
 
-static CGFloat barHeight(NSWindowStyleMask style)
-{
-    return (style & NSTitledWindowMask) && !(style & NSFullScreenWindowMask) ? kTitleBarHeight : 0;
-}
-static NSRect frameFor(Class&, NSRect content, NSWindowStyleMask style)
-{
-    if (!(style & NSFullSizeContentViewWindowMask))
-        content.size.height += barHeight(style);
-    return content;
-}
-static NSRect contentFor(Class&, NSRect frame, NSWindowStyleMask style)
-{
-    if (!(style & NSFullSizeContentViewWindowMask))
-        frame.size.height = std::max<CGFloat>(0, frame.size.height - barHeight(style));
-    return frame;
-}
-static NSRect contentRectForFrame(NSWindow& self, NSRect frame)
-{
-    return NSWindow::cls().contentRectForFrameRect_styleMask(frame, self.styleMask());
-}
-static NSRect frameRectForContent(NSWindow& self, NSRect content)
-{
-    return NSWindow::cls().frameRectForContentRect_styleMask(content, self.styleMask());
-}
-
-static NSRect frame(NSWindow& self) { return of(self).frame; }
-
-// A title bar stays below the top of the screen and within reach from every side; the size stays as it is.
-static NSRect constrain(NSWindow&, NSRect frame, NSScreen* screen)
-{
-    const display::Screen* found = ScreenAccess::screenFor(screen ? screen->frame() : frame);
-    if (!found)
+    static CGFloat barHeight(NSWindowStyleMask style)
+    {
+        return (style & NSTitledWindowMask) && !(style & NSFullScreenWindowMask) ? kTitleBarHeight
+                                                                                 : 0;
+    }
+    static NSRect frameFor(Class&, NSRect content, NSWindowStyleMask style)
+    {
+        if (!(style & NSFullSizeContentViewWindowMask))
+            content.size.height += barHeight(style);
+        return content;
+    }
+    static NSRect contentFor(Class&, NSRect frame, NSWindowStyleMask style)
+    {
+        if (!(style & NSFullSizeContentViewWindowMask))
+            frame.size.height = std::max<CGFloat>(0, frame.size.height - barHeight(style));
         return frame;
-    const NSRect room = found->visibleFrame;
-    constexpr CGFloat kReach = 40;
-    if (NSMaxY(frame) > NSMaxY(room))
-        frame.origin.y = NSMaxY(room) - frame.size.height;
-    if (NSMaxY(frame) < NSMinY(room) + kTitleBarHeight)
-        frame.origin.y = NSMinY(room) + kTitleBarHeight - frame.size.height;
-    frame.origin.x = between(frame.origin.x, NSMinX(room) - frame.size.width + kReach,
-        std::max(NSMinX(room), NSMaxX(room) - kReach));
-    return frame;
-}
-static void setFrame(NSWindow& self, NSRect frame, bool display)
-{
-    const Ref<NSWindow> alive(&self);
-    if (WindowAccess::isTitled(of(self)))
-        frame = self.constrainFrameRect_toScreen(frame, nullptr);
-    WindowAccess::applyFrame(self, frame, true);
-    if (display)
-        self.displayIfNeeded();
-}
-static void setFrameAnimated(NSWindow& self, NSRect frame, bool display, bool)
-{
-    self.setFrame_display(frame, display);
-}
-static void setFrameOrigin(NSWindow& self, NSPoint origin)
-{
-    WindowAccess::applyFrame(self, { origin, of(self).frame.size }, true);
-}
-static void setFrameTopLeft(NSWindow& self, NSPoint point)
-{
-    self.setFrameOrigin({ point.x, point.y - of(self).frame.size.height });
-}
-// The top left corner stays where it is.
-static void setContentSize(NSWindow& self, NSSize size)
-{
-    const NSRect old = of(self).frame;
-    NSRect frame = self.frameRectForContentRect({ old.origin, size });
-    frame.origin.y = NSMaxY(old) - frame.size.height;
-    self.setFrame_display(frame, true);
-}
-static void center(NSWindow& self)
-{
-    const NSRect frame = of(self).frame;
-    const display::Screen* screen = ScreenAccess::screenFor(frame);
-    if (!screen)
-        return;
-    const NSRect room = screen->visibleFrame;
-    const CGFloat above = (room.size.height - frame.size.height) * (2.0 / 3);
-    self.setFrameOrigin({ std::round(NSMidX(room) - frame.size.width / 2),
-        std::round(NSMinY(room) + above) });
-}
+    }
+    static NSRect contentRectForFrame(NSWindow& self, NSRect frame)
+    {
+        return NSWindow::cls().contentRectForFrameRect_styleMask(frame, self.styleMask());
+    }
+    static NSRect frameRectForContent(NSWindow& self, NSRect content)
+    {
+        return NSWindow::cls().frameRectForContentRect_styleMask(content, self.styleMask());
+    }
 
-// ---- limits
+    static NSRect frame(NSWindow& self) { return of(self).frame; }
 
-static NSSize minSize(NSWindow& self) { return of(self).minSize; }
-static NSSize maxSize(NSWindow& self) { return of(self).maxSize; }
-static void setMinSize(NSWindow& self, NSSize size)
-{
-    of(self).minSize = size;
-    setSizeLimits(of(self));
-}
-static void setMaxSize(NSWindow& self, NSSize size)
-{
-    of(self).maxSize = size;
-    setSizeLimits(of(self));
-}
-static NSSize contentSizeFor(NSWindow& self, NSSize size)
-{
-    return self.contentRectForFrameRect({ {}, size }).size;
-}
-static NSSize contentMin(NSWindow& self) { return contentSizeFor(self, self.minSize()); }
-static NSSize contentMax(NSWindow& self) { return contentSizeFor(self, self.maxSize()); }
-static void setContentMin(NSWindow& self, NSSize size)
-{
-    self.setMinSize(self.frameRectForContentRect({ {}, size }).size);
-}
-static void setContentMax(NSWindow& self, NSSize size)
-{
-    self.setMaxSize(self.frameRectForContentRect({ {}, size }).size);
-}
+    // A title bar stays below the top of the screen and within reach from every side; the size stays as it is.
+    static NSRect constrain(NSWindow&, NSRect frame, NSScreen* screen)
+    {
+        const display::Screen* found = ScreenAccess::screenFor(screen ? screen->frame() : frame);
+        if (!found)
+            return frame;
+        const NSRect room = found->visibleFrame;
+        constexpr CGFloat kReach = 40;
+        if (NSMaxY(frame) > NSMaxY(room))
+            frame.origin.y = NSMaxY(room) - frame.size.height;
+        if (NSMaxY(frame) < NSMinY(room) + kTitleBarHeight)
+            frame.origin.y = NSMinY(room) + kTitleBarHeight - frame.size.height;
+        frame.origin.x = between(frame.origin.x, NSMinX(room) - frame.size.width + kReach,
+            std::max(NSMinX(room), NSMaxX(room) - kReach));
+        return frame;
+    }
+    static void setFrame(NSWindow& self, NSRect frame, bool display)
+    {
+        const Ref<NSWindow> alive(&self);
+        if (WindowAccess::isTitled(of(self)))
+            frame = self.constrainFrameRect_toScreen(frame, nullptr);
+        WindowAccess::applyFrame(self, frame, true);
+        if (display)
+            self.displayIfNeeded();
+    }
+    static void setFrameAnimated(NSWindow& self, NSRect frame, bool display, bool)
+    {
+        self.setFrame_display(frame, display);
+    }
+    static void setFrameOrigin(NSWindow& self, NSPoint origin)
+    {
+        WindowAccess::applyFrame(self, { origin, of(self).frame.size }, true);
+    }
+    static void setFrameTopLeft(NSWindow& self, NSPoint point)
+    {
+        self.setFrameOrigin({ point.x, point.y - of(self).frame.size.height });
+    }
+    // The top left corner stays where it is.
+    static void setContentSize(NSWindow& self, NSSize size)
+    {
+        const NSRect old = of(self).frame;
+        NSRect frame = self.frameRectForContentRect({ old.origin, size });
+        frame.origin.y = NSMaxY(old) - frame.size.height;
+        self.setFrame_display(frame, true);
+    }
+    static void center(NSWindow& self)
+    {
+        const NSRect frame = of(self).frame;
+        const display::Screen* screen = ScreenAccess::screenFor(frame);
+        if (!screen)
+            return;
+        const NSRect room = screen->visibleFrame;
+        const CGFloat above = (room.size.height - frame.size.height) * (2.0 / 3);
+        self.setFrameOrigin(
+            { std::round(NSMidX(room) - frame.size.width / 2), std::round(NSMinY(room) + above) });
+    }
 
-// ---- places
+    // ---- limits
 
-static bool inLiveResize(NSWindow& self) { return of(self).liveResize; }
-static Ref<NSScreen> screen(NSWindow& self)
-{
-    const display::Screen* screen = ScreenAccess::screenFor(of(self).frame);
-    return screen ? ScreenAccess::make(*screen) : Ref<NSScreen>();
-}
-static CGFloat backingScale(NSWindow& self)
-{
-    WindowState& state = of(self);
-    if (state.surface)
-        return state.surface->scale();
-    const display::Screen* screen = ScreenAccess::screenFor(state.frame);
-    return screen ? screen->scale : 1;
-}
-static NSPoint pointToScreen(NSWindow& self, NSPoint p)
-{
-    const NSPoint origin = of(self).frame.origin;
-    return { p.x + origin.x, p.y + origin.y };
-}
-static NSPoint pointFromScreen(NSWindow& self, NSPoint p)
-{
-    const NSPoint origin = of(self).frame.origin;
-    return { p.x - origin.x, p.y - origin.y };
-}
-static NSRect rectToScreen(NSWindow& self, NSRect r) { return { pointToScreen(self, r.origin), r.size }; }
-static NSRect rectFromScreen(NSWindow& self, NSRect r)
-{
-    return { pointFromScreen(self, r.origin), r.size };
-}
+    static NSSize minSize(NSWindow& self) { return of(self).minSize; }
+    static NSSize maxSize(NSWindow& self) { return of(self).maxSize; }
+    static void setMinSize(NSWindow& self, NSSize size)
+    {
+        of(self).minSize = size;
+        setSizeLimits(of(self));
+    }
+    static void setMaxSize(NSWindow& self, NSSize size)
+    {
+        of(self).maxSize = size;
+        setSizeLimits(of(self));
+    }
+    static NSSize contentSizeFor(NSWindow& self, NSSize size)
+    {
+        return self.contentRectForFrameRect({ {}, size }).size;
+    }
+    static NSSize contentMin(NSWindow& self) { return contentSizeFor(self, self.minSize()); }
+    static NSSize contentMax(NSWindow& self) { return contentSizeFor(self, self.maxSize()); }
+    static void setContentMin(NSWindow& self, NSSize size)
+    {
+        self.setMinSize(self.frameRectForContentRect({ {}, size }).size);
+    }
+    static void setContentMax(NSWindow& self, NSSize size)
+    {
+        self.setMaxSize(self.frameRectForContentRect({ {}, size }).size);
+    }
 
-static void table(Builder& t)
-{
-    t.classMethods({
-        { "frameRectForContentRect:styleMask:", imp<frameFor> },
-        { "contentRectForFrameRect:styleMask:", imp<contentFor> },
-    });
-    t.methods({
-        { "frame", imp<frame> },
-        { "setFrame:display:", imp<setFrame> },
-        { "setFrame:display:animate:", imp<setFrameAnimated> },
-        { "setFrameOrigin:", imp<setFrameOrigin> },
-        { "setFrameTopLeftPoint:", imp<setFrameTopLeft> },
-        { "setContentSize:", imp<setContentSize> },
-        { "contentRectForFrameRect:", imp<contentRectForFrame> },
-        { "frameRectForContentRect:", imp<frameRectForContent> },
-        { "constrainFrameRect:toScreen:", imp<constrain> },
-        { "center", imp<center> },
-        { "minSize", imp<minSize> },
-        { "setMinSize:", imp<setMinSize> },
-        { "maxSize", imp<maxSize> },
-        { "setMaxSize:", imp<setMaxSize> },
-        { "contentMinSize", imp<contentMin> },
-        { "setContentMinSize:", imp<setContentMin> },
-        { "contentMaxSize", imp<contentMax> },
-        { "setContentMaxSize:", imp<setContentMax> },
-        { "inLiveResize", imp<inLiveResize> },
-        { "screen", imp<screen> },
-        { "backingScaleFactor", imp<backingScale> },
-        { "convertBaseToScreen:", imp<pointToScreen> },
-        { "convertScreenToBase:", imp<pointFromScreen> },
-        { "convertPointToScreen:", imp<pointToScreen> },
-        { "convertPointFromScreen:", imp<pointFromScreen> },
-        { "convertRectToScreen:", imp<rectToScreen> },
-        { "convertRectFromScreen:", imp<rectFromScreen> },
-    });
-}
+    // ---- places
 
+    static bool inLiveResize(NSWindow& self) { return of(self).liveResize; }
+    static Ref<NSScreen> screen(NSWindow& self)
+    {
+        const display::Screen* screen = ScreenAccess::screenFor(of(self).frame);
+        return screen ? ScreenAccess::make(*screen) : Ref<NSScreen>();
+    }
+    static CGFloat backingScale(NSWindow& self)
+    {
+        WindowState& state = of(self);
+        if (state.surface)
+            return state.surface->scale();
+        const display::Screen* screen = ScreenAccess::screenFor(state.frame);
+        return screen ? screen->scale : 1;
+    }
+    static NSPoint pointToScreen(NSWindow& self, NSPoint p)
+    {
+        const NSPoint origin = of(self).frame.origin;
+        return { p.x + origin.x, p.y + origin.y };
+    }
+    static NSPoint pointFromScreen(NSWindow& self, NSPoint p)
+    {
+        const NSPoint origin = of(self).frame.origin;
+        return { p.x - origin.x, p.y - origin.y };
+    }
+    static NSRect rectToScreen(NSWindow& self, NSRect r)
+    {
+        return { pointToScreen(self, r.origin), r.size };
+    }
+    static NSRect rectFromScreen(NSWindow& self, NSRect r)
+    {
+        return { pointFromScreen(self, r.origin), r.size };
+    }
+
+    static void table(Builder& t)
+    {
+        t.classMethods({
+            { "frameRectForContentRect:styleMask:", imp<frameFor> },
+            { "contentRectForFrameRect:styleMask:", imp<contentFor> },
+        });
+        t.methods({
+            { "frame", imp<frame> },
+            { "setFrame:display:", imp<setFrame> },
+            { "setFrame:display:animate:", imp<setFrameAnimated> },
+            { "setFrameOrigin:", imp<setFrameOrigin> },
+            { "setFrameTopLeftPoint:", imp<setFrameTopLeft> },
+            { "setContentSize:", imp<setContentSize> },
+            { "contentRectForFrameRect:", imp<contentRectForFrame> },
+            { "frameRectForContentRect:", imp<frameRectForContent> },
+            { "constrainFrameRect:toScreen:", imp<constrain> },
+            { "center", imp<center> },
+            { "minSize", imp<minSize> },
+            { "setMinSize:", imp<setMinSize> },
+            { "maxSize", imp<maxSize> },
+            { "setMaxSize:", imp<setMaxSize> },
+            { "contentMinSize", imp<contentMin> },
+            { "setContentMinSize:", imp<setContentMin> },
+            { "contentMaxSize", imp<contentMax> },
+            { "setContentMaxSize:", imp<setContentMax> },
+            { "inLiveResize", imp<inLiveResize> },
+            { "screen", imp<screen> },
+            { "backingScaleFactor", imp<backingScale> },
+            { "convertBaseToScreen:", imp<pointToScreen> },
+            { "convertScreenToBase:", imp<pointFromScreen> },
+            { "convertPointToScreen:", imp<pointToScreen> },
+            { "convertPointFromScreen:", imp<pointFromScreen> },
+            { "convertRectToScreen:", imp<rectToScreen> },
+            { "convertRectFromScreen:", imp<rectFromScreen> },
+        });
+    }
 };
 BRINDLE_RECORD(NSWindow, Geometry)
 

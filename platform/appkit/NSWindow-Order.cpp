@@ -48,7 +48,8 @@ namespace {
         const auto found = std::find(order.begin(), order.end(), other);
         std::size_t place = edgeOfLevel(order, state.level, mode != NSWindowBelow);
         if (other && found != order.end() && WindowAccess::state(*other).level == state.level)
-            place = static_cast<std::size_t>(found - order.begin()) + (mode == NSWindowBelow ? 1 : 0);
+            place
+                = static_cast<std::size_t>(found - order.begin()) + (mode == NSWindowBelow ? 1 : 0);
         order.insert(order.begin() + static_cast<std::ptrdiff_t>(place), &window);
     }
 
@@ -91,7 +92,8 @@ display::Surface& WindowAccess::surface(NSWindow& window)
     if (s.alpha < 1)
         s.surface->setAlpha(s.alpha);
     s.surface->setSizeLimits(s.minSize,
-        { s.maxSize.width < 1e6 ? s.maxSize.width : 0, s.maxSize.height < 1e6 ? s.maxSize.height : 0 });
+        { s.maxSize.width < 1e6 ? s.maxSize.width : 0,
+            s.maxSize.height < 1e6 ? s.maxSize.height : 0 });
     return *s.surface;
 }
 
@@ -179,175 +181,174 @@ void WindowAccess::applicationDeactivated(NSWindow& window)
 
 template <> struct NSWindow::Methods<struct Order> {
 
-static WindowState& of(NSWindow& self) { return WindowAccess::state(self); }
+    static WindowState& of(NSWindow& self) { return WindowAccess::state(self); }
 
-static bool isVisible(NSWindow& self) { return of(self).visible; }
-static void orderFront(NSWindow& self, NSObject*)
-{
-    WindowAccess::orderIn(self, NSWindowAbove, nullptr, false);
-}
-static void orderBack(NSWindow& self, NSObject*)
-{
-    WindowAccess::orderIn(self, NSWindowBelow, nullptr, false);
-}
-static void orderOut(NSWindow& self, NSObject*) { WindowAccess::orderOut(self); }
-static void orderFrontRegardless(NSWindow& self)
-{
-    WindowAccess::orderIn(self, NSWindowAbove, nullptr, true);
-}
-static void orderRelative(NSWindow& self, NSWindowOrderingMode mode, NSInteger number)
-{
-    if (mode == NSWindowOut)
-        return self.orderOut(nullptr);
-    WindowAccess::orderIn(self, mode, ApplicationAccess::windowWithNumber(number).get(), false);
-}
-static void makeKeyAndOrderFront(NSWindow& self, NSObject* sender)
-{
-    const Ref<NSWindow> alive(&self);
-    self.orderFront(sender);
-    self.makeKeyWindow();
-    if (self.canBecomeMainWindow())
-        self.makeMainWindow();
-}
-
-static NSWindowLevel level(NSWindow& self) { return of(self).level; }
-static void setLevel(NSWindow& self, NSWindowLevel level)
-{
-    WindowState& state = of(self);
-    if (state.level == level)
-        return;
-    state.level = level;
-    if (state.surface) {
-        state.surface->setKind(kindOf(self));
-        state.surface->setLevel(static_cast<int>(level));
+    static bool isVisible(NSWindow& self) { return of(self).visible; }
+    static void orderFront(NSWindow& self, NSObject*)
+    {
+        WindowAccess::orderIn(self, NSWindowAbove, nullptr, false);
     }
-    if (state.visible)
-        insert(self, NSWindowAbove, nullptr);
-}
+    static void orderBack(NSWindow& self, NSObject*)
+    {
+        WindowAccess::orderIn(self, NSWindowBelow, nullptr, false);
+    }
+    static void orderOut(NSWindow& self, NSObject*) { WindowAccess::orderOut(self); }
+    static void orderFrontRegardless(NSWindow& self)
+    {
+        WindowAccess::orderIn(self, NSWindowAbove, nullptr, true);
+    }
+    static void orderRelative(NSWindow& self, NSWindowOrderingMode mode, NSInteger number)
+    {
+        if (mode == NSWindowOut)
+            return self.orderOut(nullptr);
+        WindowAccess::orderIn(self, mode, ApplicationAccess::windowWithNumber(number).get(), false);
+    }
+    static void makeKeyAndOrderFront(NSWindow& self, NSObject* sender)
+    {
+        const Ref<NSWindow> alive(&self);
+        self.orderFront(sender);
+        self.makeKeyWindow();
+        if (self.canBecomeMainWindow())
+            self.makeMainWindow();
+    }
 
-// ---- children
-
-static void forgetChild(WindowState& state, NSWindow* child)
-{
-    const auto found = std::find(state.children.begin(), state.children.end(), child);
-    if (found == state.children.end())
-        return;
-    state.childBelow.erase(state.childBelow.begin() + (found - state.children.begin()));
-    state.children.erase(found);
-}
-static void addChild(NSWindow& self, NSWindow* child, NSWindowOrderingMode mode)
-{
-    for (NSWindow* above = &self; above; above = of(*above).parent) {
-        if (above == child)
+    static NSWindowLevel level(NSWindow& self) { return of(self).level; }
+    static void setLevel(NSWindow& self, NSWindowLevel level)
+    {
+        WindowState& state = of(self);
+        if (state.level == level)
             return;
+        state.level = level;
+        if (state.surface) {
+            state.surface->setKind(kindOf(self));
+            state.surface->setLevel(static_cast<int>(level));
+        }
+        if (state.visible)
+            insert(self, NSWindowAbove, nullptr);
     }
-    if (!child)
-        return;
-    const Ref<NSWindow> alive(child);
-    if (NSWindow* old = of(*child).parent)
-        forgetChild(of(*old), child);
-    of(*child).parent = &self;
-    of(self).children.emplace_back(child);
-    of(self).childBelow.push_back(mode == NSWindowBelow);
-    if (of(*child).surface && of(self).surface)
-        of(*child).surface->setTransientFor(of(self).surface.get());
-    if (of(self).visible)
-        WindowAccess::orderIn(*child, mode, &self, true);
-}
-static void removeChild(NSWindow& self, NSWindow* child)
-{
-    if (!child || of(*child).parent != &self)
-        return;
-    const Ref<NSWindow> alive(child);
-    of(*child).parent = nullptr;
-    forgetChild(of(self), child);
-    if (of(*child).surface)
-        of(*child).surface->setTransientFor(nullptr);
-}
-static Ref<NSArray> childWindows(NSWindow& self)
-{
-    const std::vector<Ref<NSWindow>>& children = of(self).children;
-    return makeArray(std::vector<Ref<NSObject>>(children.begin(), children.end()));
-}
-static Ref<NSWindow> parentWindow(NSWindow& self) { return of(self).parent; }
 
-// ---- key and main
+    // ---- children
 
-static bool canBecomeKey(NSWindow& self)
-{
-    return (self.styleMask() & (NSTitledWindowMask | NSResizableWindowMask)) != 0;
-}
-static bool canBecomeMain(NSWindow& self) { return canBecomeKey(self) && of(self).visible; }
-static bool isKey(NSWindow& self) { return ApplicationAccess::state().keyWindow == &self; }
-static bool isMain(NSWindow& self) { return ApplicationAccess::state().mainWindow == &self; }
-static void makeKey(NSWindow& self)
-{
-    if (!self.canBecomeKeyWindow())
-        return;
-    const Ref<NSWindow> alive(&self);
-    ApplicationAccess::setKeyWindow(&self);
-    WindowState& state = of(self);
-    if (state.surface && state.surface->isShown()
-        && ApplicationAccess::state().focusedSurface != state.surface->id())
-        state.surface->activate();
-}
-static void makeMain(NSWindow& self)
-{
-    if (self.canBecomeMainWindow())
-        ApplicationAccess::setMainWindow(&self);
-}
-static void becomeKey(NSWindow& self)
-{
-    frameLookChanged(self);
-    WindowAccess::notify(self, NSWindowDidBecomeKeyNotification, "windowDidBecomeKey:");
-}
-static void resignKey(NSWindow& self)
-{
-    frameLookChanged(self);
-    WindowAccess::notify(self, NSWindowDidResignKeyNotification, "windowDidResignKey:");
-}
-static void becomeMain(NSWindow& self)
-{
-    frameLookChanged(self);
-    WindowAccess::notify(self, NSWindowDidBecomeMainNotification, "windowDidBecomeMain:");
-}
-static void resignMain(NSWindow& self)
-{
-    frameLookChanged(self);
-    WindowAccess::notify(self, NSWindowDidResignMainNotification, "windowDidResignMain:");
-}
-static bool worksWhenModal(NSWindow&) { return false; }
+    static void forgetChild(WindowState& state, NSWindow* child)
+    {
+        const auto found = std::find(state.children.begin(), state.children.end(), child);
+        if (found == state.children.end())
+            return;
+        state.childBelow.erase(state.childBelow.begin() + (found - state.children.begin()));
+        state.children.erase(found);
+    }
+    static void addChild(NSWindow& self, NSWindow* child, NSWindowOrderingMode mode)
+    {
+        for (NSWindow* above = &self; above; above = of(*above).parent) {
+            if (above == child)
+                return;
+        }
+        if (!child)
+            return;
+        const Ref<NSWindow> alive(child);
+        if (NSWindow* old = of(*child).parent)
+            forgetChild(of(*old), child);
+        of(*child).parent = &self;
+        of(self).children.emplace_back(child);
+        of(self).childBelow.push_back(mode == NSWindowBelow);
+        if (of(*child).surface && of(self).surface)
+            of(*child).surface->setTransientFor(of(self).surface.get());
+        if (of(self).visible)
+            WindowAccess::orderIn(*child, mode, &self, true);
+    }
+    static void removeChild(NSWindow& self, NSWindow* child)
+    {
+        if (!child || of(*child).parent != &self)
+            return;
+        const Ref<NSWindow> alive(child);
+        of(*child).parent = nullptr;
+        forgetChild(of(self), child);
+        if (of(*child).surface)
+            of(*child).surface->setTransientFor(nullptr);
+    }
+    static Ref<NSArray> childWindows(NSWindow& self)
+    {
+        const std::vector<Ref<NSWindow>>& children = of(self).children;
+        return makeArray(std::vector<Ref<NSObject>>(children.begin(), children.end()));
+    }
+    static Ref<NSWindow> parentWindow(NSWindow& self) { return of(self).parent; }
 
-static void table(Builder& t)
-{
-    t.methods({
-        { "isVisible", imp<isVisible> },
-        { "orderFront:", imp<orderFront> },
-        { "orderBack:", imp<orderBack> },
-        { "orderOut:", imp<orderOut> },
-        { "orderFrontRegardless", imp<orderFrontRegardless> },
-        { "orderWindow:relativeTo:", imp<orderRelative> },
-        { "makeKeyAndOrderFront:", imp<makeKeyAndOrderFront> },
-        { "level", imp<level> },
-        { "setLevel:", imp<setLevel> },
-        { "addChildWindow:ordered:", imp<addChild> },
-        { "removeChildWindow:", imp<removeChild> },
-        { "childWindows", imp<childWindows> },
-        { "parentWindow", imp<parentWindow> },
-        { "canBecomeKeyWindow", imp<canBecomeKey> },
-        { "canBecomeMainWindow", imp<canBecomeMain> },
-        { "isKeyWindow", imp<isKey> },
-        { "isMainWindow", imp<isMain> },
-        { "makeKeyWindow", imp<makeKey> },
-        { "makeMainWindow", imp<makeMain> },
-        { "becomeKeyWindow", imp<becomeKey> },
-        { "resignKeyWindow", imp<resignKey> },
-        { "becomeMainWindow", imp<becomeMain> },
-        { "resignMainWindow", imp<resignMain> },
-        { "worksWhenModal", imp<worksWhenModal> },
-    });
-}
+    // ---- key and main
 
+    static bool canBecomeKey(NSWindow& self)
+    {
+        return (self.styleMask() & (NSTitledWindowMask | NSResizableWindowMask)) != 0;
+    }
+    static bool canBecomeMain(NSWindow& self) { return canBecomeKey(self) && of(self).visible; }
+    static bool isKey(NSWindow& self) { return ApplicationAccess::state().keyWindow == &self; }
+    static bool isMain(NSWindow& self) { return ApplicationAccess::state().mainWindow == &self; }
+    static void makeKey(NSWindow& self)
+    {
+        if (!self.canBecomeKeyWindow())
+            return;
+        const Ref<NSWindow> alive(&self);
+        ApplicationAccess::setKeyWindow(&self);
+        WindowState& state = of(self);
+        if (state.surface && state.surface->isShown()
+            && ApplicationAccess::state().focusedSurface != state.surface->id())
+            state.surface->activate();
+    }
+    static void makeMain(NSWindow& self)
+    {
+        if (self.canBecomeMainWindow())
+            ApplicationAccess::setMainWindow(&self);
+    }
+    static void becomeKey(NSWindow& self)
+    {
+        frameLookChanged(self);
+        WindowAccess::notify(self, NSWindowDidBecomeKeyNotification, "windowDidBecomeKey:");
+    }
+    static void resignKey(NSWindow& self)
+    {
+        frameLookChanged(self);
+        WindowAccess::notify(self, NSWindowDidResignKeyNotification, "windowDidResignKey:");
+    }
+    static void becomeMain(NSWindow& self)
+    {
+        frameLookChanged(self);
+        WindowAccess::notify(self, NSWindowDidBecomeMainNotification, "windowDidBecomeMain:");
+    }
+    static void resignMain(NSWindow& self)
+    {
+        frameLookChanged(self);
+        WindowAccess::notify(self, NSWindowDidResignMainNotification, "windowDidResignMain:");
+    }
+    static bool worksWhenModal(NSWindow&) { return false; }
+
+    static void table(Builder& t)
+    {
+        t.methods({
+            { "isVisible", imp<isVisible> },
+            { "orderFront:", imp<orderFront> },
+            { "orderBack:", imp<orderBack> },
+            { "orderOut:", imp<orderOut> },
+            { "orderFrontRegardless", imp<orderFrontRegardless> },
+            { "orderWindow:relativeTo:", imp<orderRelative> },
+            { "makeKeyAndOrderFront:", imp<makeKeyAndOrderFront> },
+            { "level", imp<level> },
+            { "setLevel:", imp<setLevel> },
+            { "addChildWindow:ordered:", imp<addChild> },
+            { "removeChildWindow:", imp<removeChild> },
+            { "childWindows", imp<childWindows> },
+            { "parentWindow", imp<parentWindow> },
+            { "canBecomeKeyWindow", imp<canBecomeKey> },
+            { "canBecomeMainWindow", imp<canBecomeMain> },
+            { "isKeyWindow", imp<isKey> },
+            { "isMainWindow", imp<isMain> },
+            { "makeKeyWindow", imp<makeKey> },
+            { "makeMainWindow", imp<makeMain> },
+            { "becomeKeyWindow", imp<becomeKey> },
+            { "resignKeyWindow", imp<resignKey> },
+            { "becomeMainWindow", imp<becomeMain> },
+            { "resignMainWindow", imp<resignMain> },
+            { "worksWhenModal", imp<worksWhenModal> },
+        });
+    }
 };
 BRINDLE_RECORD(NSWindow, Order)
 

@@ -151,7 +151,8 @@ void WindowAccess::trackPointer(NSWindow& window, NSEvent& event, bool dragging)
         return !contains(now, area.get()) && !silenced(*area);
     });
     for (std::size_t i = before.size(); i-- > 0;) { // the innermost first
-        if (!contains(now, before[i].get()) && !silenced(*before[i]) && isStillThere(*before[i], window))
+        if (!contains(now, before[i].get()) && !silenced(*before[i])
+            && isStillThere(*before[i], window))
             exit(window, *before[i], &event);
     }
     for (const Ref<NSTrackingArea>& area : now) {

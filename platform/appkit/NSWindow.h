@@ -59,10 +59,14 @@ enum : NSInteger {
     NSScreenSaverWindowLevel = 1000,
 };
 
-inline constexpr StringConstant<"NSWindowDidBecomeKeyNotification"> NSWindowDidBecomeKeyNotification;
-inline constexpr StringConstant<"NSWindowDidResignKeyNotification"> NSWindowDidResignKeyNotification;
-inline constexpr StringConstant<"NSWindowDidBecomeMainNotification"> NSWindowDidBecomeMainNotification;
-inline constexpr StringConstant<"NSWindowDidResignMainNotification"> NSWindowDidResignMainNotification;
+inline constexpr StringConstant<"NSWindowDidBecomeKeyNotification">
+    NSWindowDidBecomeKeyNotification;
+inline constexpr StringConstant<"NSWindowDidResignKeyNotification">
+    NSWindowDidResignKeyNotification;
+inline constexpr StringConstant<"NSWindowDidBecomeMainNotification">
+    NSWindowDidBecomeMainNotification;
+inline constexpr StringConstant<"NSWindowDidResignMainNotification">
+    NSWindowDidResignMainNotification;
 inline constexpr StringConstant<"NSWindowWillMoveNotification"> NSWindowWillMoveNotification;
 inline constexpr StringConstant<"NSWindowDidMoveNotification"> NSWindowDidMoveNotification;
 inline constexpr StringConstant<"NSWindowDidResizeNotification"> NSWindowDidResizeNotification;
@@ -175,7 +179,10 @@ public:
     {
         return send<"convertPointFromScreen:", NSPoint>(point);
     }
-    NSRect convertRectToScreen(NSRect rect) const { return send<"convertRectToScreen:", NSRect>(rect); }
+    NSRect convertRectToScreen(NSRect rect) const
+    {
+        return send<"convertRectToScreen:", NSRect>(rect);
+    }
     NSRect convertRectFromScreen(NSRect rect) const
     {
         return send<"convertRectFromScreen:", NSRect>(rect);
@@ -239,7 +246,10 @@ public:
     {
         return send<"makeFirstResponder:", bool>(responder);
     }
-    Ref<NSView> initialFirstResponder() const { return send<"initialFirstResponder", Ref<NSView>>(); }
+    Ref<NSView> initialFirstResponder() const
+    {
+        return send<"initialFirstResponder", Ref<NSView>>();
+    }
     void setInitialFirstResponder(NSView* view) { send<"setInitialFirstResponder:">(view); }
     void selectNextKeyView(NSObject* sender) { send<"selectNextKeyView:">(sender); }
     void selectPreviousKeyView(NSObject* sender) { send<"selectPreviousKeyView:">(sender); }

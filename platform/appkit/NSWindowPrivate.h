@@ -33,7 +33,8 @@ struct Backing {
 
     display::Pixels pixels() const
     {
-        return { words.data(), size.width, size.height, static_cast<std::ptrdiff_t>(size.width) * 4 };
+        return { words.data(), size.width, size.height,
+            static_cast<std::ptrdiff_t>(size.width) * 4 };
     }
 };
 
@@ -124,7 +125,8 @@ struct WindowAccess {
     // The native window; NSWindow-Order.cpp.
     static display::Surface& surface(NSWindow& window);
     static void dropSurface(NSWindow& window);
-    static void orderIn(NSWindow& window, NSWindowOrderingMode place, NSWindow* other, bool regardless);
+    static void orderIn(
+        NSWindow& window, NSWindowOrderingMode place, NSWindow* other, bool regardless);
     static void orderOut(NSWindow& window);
     static void applicationActivated(NSWindow& window);
     static void applicationDeactivated(NSWindow& window);
@@ -138,7 +140,10 @@ struct WindowAccess {
     static void applyFrame(NSWindow& window, NSRect frame, bool tellSurface);
     static void beginLiveResize(NSWindow& window);
     static void endLiveResize(NSWindow& window);
-    static bool isTitled(const WindowState& state) { return (state.style & NSTitledWindowMask) != 0; }
+    static bool isTitled(const WindowState& state)
+    {
+        return (state.style & NSTitledWindowMask) != 0;
+    }
     static NSSize limited(const NSWindow& window, NSSize size);
 
     // The user's hand; NSWindow-Dragging.cpp.

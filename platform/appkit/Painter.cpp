@@ -10,7 +10,8 @@ namespace brindle {
 
 std::vector<Focus*>& Focus::stack()
 {
-    static auto* const stack = new std::vector<Focus*>; // views may be focused while the process ends
+    static auto* const stack
+        = new std::vector<Focus*>; // views may be focused while the process ends
     return *stack;
 }
 
@@ -38,8 +39,8 @@ Focus::Focus(NSView& view, const AxisTransform& toWindow, std::span<const NSRect
     }
     CGContextSaveGState(context_.get());
     CGContextClipToRects(context_.get(), clip.data(), clip.size());
-    CGContextConcatCTM(context_.get(),
-        { toWindow.scaleX, 0, 0, toWindow.scaleY, toWindow.moveX, toWindow.moveY });
+    CGContextConcatCTM(
+        context_.get(), { toWindow.scaleX, 0, 0, toWindow.scaleY, toWindow.moveX, toWindow.moveY });
     NSGraphicsContext::cls().setCurrentContext(
         toWindow.scaleY < 0 ? backing.flipped.get() : backing.upright.get());
     stack().push_back(this);
@@ -63,7 +64,8 @@ NSRect Focus::box() const
 void Focus::lock(NSView& view)
 {
     const NSRect visible = ViewAccess::visibleInWindow(view);
-    auto* const focus = new Focus(view, ViewAccess::toWindow(view), { &visible, 1 }); // until unlock
+    auto* const focus
+        = new Focus(view, ViewAccess::toWindow(view), { &visible, 1 }); // until unlock
     focus->locked_ = true;
 }
 
@@ -76,8 +78,7 @@ void Focus::unlock(NSView& view)
     if (!window)
         return;
     const Backing& backing = WindowAccess::backing(*window);
-    const display::PixelRect drawn
-        = Damage::pixelsOf(focus->clipped_, backing.scale, backing.size);
+    const display::PixelRect drawn = Damage::pixelsOf(focus->clipped_, backing.scale, backing.size);
     WindowAccess::present(*window, { &drawn, 1 });
 }
 
@@ -198,7 +199,8 @@ void Painter::paintVisible(NSView& view, const AxisTransform& toWindow, NSRect v
         const Focus focus(view, toWindow, parts);
         view.drawRect(focus.box());
     }
-    const std::vector<Ref<NSView>> inside = ViewAccess::subviews(view); // drawing may change the list
+    const std::vector<Ref<NSView>> inside
+        = ViewAccess::subviews(view); // drawing may change the list
     for (const Ref<NSView>& subview : inside) {
         if (ViewAccess::superview(*subview) == &view)
             paint(*subview, toWindow, visible);

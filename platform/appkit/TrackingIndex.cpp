@@ -24,11 +24,14 @@ namespace {
 TrackingIndex::Tree::Tree(std::vector<Box> leaves)
 {
     // Slices of equal number from top to bottom, each sorted from left to right.
-    const auto middleY = [](const Box& a, const Box& b) { return a.bottom + a.top < b.bottom + b.top; };
-    const auto middleX = [](const Box& a, const Box& b) { return a.left + a.right < b.left + b.right; };
+    const auto middleY
+        = [](const Box& a, const Box& b) { return a.bottom + a.top < b.bottom + b.top; };
+    const auto middleX
+        = [](const Box& a, const Box& b) { return a.left + a.right < b.left + b.right; };
     std::sort(leaves.begin(), leaves.end(), middleY);
-    const auto nodes = static_cast<double>((leaves.size() + kFan - 1) / kFan);
-    const std::size_t slice = kFan * static_cast<std::size_t>(std::ceil(std::sqrt(nodes)));
+    const std::size_t nodes = (leaves.size() + kFan - 1) / kFan;
+    const std::size_t slice
+        = kFan * static_cast<std::size_t>(std::ceil(std::sqrt(static_cast<double>(nodes))));
     for (std::size_t i = 0; i < leaves.size(); i += slice) {
         const std::size_t end = std::min(i + slice, leaves.size());
         std::sort(leaves.begin() + static_cast<std::ptrdiff_t>(i),
@@ -65,7 +68,8 @@ void TrackingIndex::add(NSTrackingArea& area)
         return;
     }
     const NSRect r = TrackingAccess::rect(area);
-    fresh_.push_back({ number(NSMinX(r)), number(NSMinY(r)), number(NSMaxX(r)), number(NSMaxY(r)), slot });
+    fresh_.push_back(
+        { number(NSMinX(r)), number(NSMinY(r)), number(NSMaxX(r)), number(NSMaxY(r)), slot });
 }
 
 void TrackingIndex::remove(NSTrackingArea& area)

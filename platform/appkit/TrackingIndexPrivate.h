@@ -45,7 +45,8 @@ private:
         double bottom;
         double right;
         double top;
-        std::uint32_t first; // the entry's number, or the place of the first child in the level below
+        std::uint32_t
+            first; // the entry's number, or the place of the first child in the level below
         bool contains(NSPoint p) const
         {
             return p.x >= left && p.x < right && p.y >= bottom && p.y < top;
@@ -63,8 +64,8 @@ private:
             descend(levels.size() - 1, 0, levels.back().size(), point, visit);
         }
         template <class Visit>
-        void descend(
-            std::size_t level, std::size_t begin, std::size_t end, NSPoint point, Visit&& visit) const
+        void descend(std::size_t level, std::size_t begin, std::size_t end, NSPoint point,
+            Visit&& visit) const
         {
             const std::vector<Box>& boxes = levels[level];
             counted() += end - begin;

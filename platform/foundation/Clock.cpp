@@ -45,7 +45,8 @@ double Clock::wall()
     if (!hasDate.load(std::memory_order_acquire)) {
         timespec time {};
         clock_gettime(CLOCK_REALTIME, &time);
-        return static_cast<double>(time.tv_sec) - kReferenceDate + static_cast<double>(time.tv_nsec) / 1e9;
+        return static_cast<double>(time.tv_sec) - kReferenceDate
+            + static_cast<double>(time.tv_nsec) / 1e9;
     }
     const std::int64_t at = now();
     const std::lock_guard guard(dateMutex);

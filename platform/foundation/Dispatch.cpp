@@ -104,7 +104,8 @@ void DispatchQueue::startLocked()
     if (kind_ == Kind::serial) {
         if (running_ == 0 && !items_.empty()) {
             running_ = 1;
-            queues::submit(priority_, [self = Ref<DispatchQueue>(this)] { self->drainSerial(); }, this);
+            queues::submit(
+                priority_, [self = Ref<DispatchQueue>(this)] { self->drainSerial(); }, this);
         }
         return;
     }
@@ -113,8 +114,10 @@ void DispatchQueue::startLocked()
         items_.pop_front();
         ++running_;
         alone_ = item.alone;
-        queues::submit(priority_,
-            [self = Ref<DispatchQueue>(this), item = std::move(item)] { self->runItem(item); }, this);
+        queues::submit(
+            priority_,
+            [self = Ref<DispatchQueue>(this), item = std::move(item)] { self->runItem(item); },
+            this);
     }
 }
 
@@ -148,7 +151,8 @@ void DispatchQueue::drainSerial()
         }
         item.block();
     }
-    queues::submit(priority_, [self = Ref<DispatchQueue>(this)] { self->drainSerial(); }, this);
+    queues::submit(
+        priority_, [self = Ref<DispatchQueue>(this)] { self->drainSerial(); }, this);
 }
 
 /// Gives the queue on when a closure that ran on its caller's thread has ended.
@@ -256,8 +260,8 @@ Ref<DispatchQueue> dispatch_queue_create(const char* label, dispatch_queue_attr_
 {
     const bool concurrent = attribute == DISPATCH_QUEUE_CONCURRENT;
     return DispatchQueue::create(
-        concurrent ? DispatchQueue::Kind::concurrent : DispatchQueue::Kind::serial, kDefaultPriority,
-        label);
+        concurrent ? DispatchQueue::Kind::concurrent : DispatchQueue::Kind::serial,
+        kDefaultPriority, label);
 }
 
 const char* dispatch_queue_get_label(dispatch_queue_t queue)
@@ -317,8 +321,8 @@ void dispatch_after(dispatch_time_t when, dispatch_queue_t queue, const Block<vo
         return;
     // A moment that has passed counts as now, so that such closures keep the order of the calls.
     const std::int64_t now = Clock::now();
-    const std::int64_t due = std::max(
-        now, when > static_cast<dispatch_time_t>(kNever) ? kNever : static_cast<std::int64_t>(when));
+    const std::int64_t due = std::max(now,
+        when > static_cast<dispatch_time_t>(kNever) ? kNever : static_cast<std::int64_t>(when));
     if (!isMainQueue(queue)) {
         queues::delay(due, queue, block);
         return;

@@ -42,7 +42,10 @@ inline constexpr long DISPATCH_QUEUE_PRIORITY_LOW = -2;
 inline constexpr long DISPATCH_QUEUE_PRIORITY_BACKGROUND = -32768;
 
 /// How a made queue runs its closures: one after another, or side by side.
-enum dispatch_queue_attr_t : std::int64_t { DISPATCH_QUEUE_SERIAL = 0, DISPATCH_QUEUE_CONCURRENT = 1 };
+enum dispatch_queue_attr_t : std::int64_t {
+    DISPATCH_QUEUE_SERIAL = 0,
+    DISPATCH_QUEUE_CONCURRENT = 1
+};
 
 /// Answers a number as a 64-bit integer: cut towards zero, the nearest limit when it is too large, 0 for NaN.
 inline std::int64_t saturatingInteger(double value)
@@ -63,7 +66,8 @@ BRINDLE_EXPORT dispatch_time_t dispatch_time(dispatch_time_t when, std::int64_t 
 
 BRINDLE_EXPORT dispatch_queue_t dispatch_get_main_queue();
 /// Answers the shared queue of a priority; nullptr for a number that is none of the four, or flags.
-BRINDLE_EXPORT dispatch_queue_t dispatch_get_global_queue(std::intptr_t priority, std::uintptr_t flags);
+BRINDLE_EXPORT dispatch_queue_t dispatch_get_global_queue(
+    std::intptr_t priority, std::uintptr_t flags);
 /// Answers a new queue of the default priority. - label: for debugging; copied, may be nullptr.
 BRINDLE_EXPORT Ref<DispatchQueue> dispatch_queue_create(
     const char* label, dispatch_queue_attr_t attribute);

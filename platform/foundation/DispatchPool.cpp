@@ -104,8 +104,8 @@ namespace {
                 tellIfQuiet(busy);
                 lock.lock();
             }
-            const bool late = p.waiting == 0
-                && p.work.wait_until(lock, leave) == std::cv_status::timeout;
+            const bool late
+                = p.waiting == 0 && p.work.wait_until(lock, leave) == std::cv_status::timeout;
             --p.idle;
             if (late && p.waiting == 0)
                 return false;

@@ -64,7 +64,8 @@ namespace queues {
     };
 
     /// Posts a closure and waits until it has run, even when an exception left it or nobody will run it.
-    void runAndWait(const std::function<void(const Block<void()>&)>& post, const Block<void()>& block);
+    void runAndWait(
+        const std::function<void(const Block<void()>&)>& post, const Block<void()>& block);
 
     /// Waits on a condition until a moment of the queues' time. - Returns: false when the moment came first.
     template <class Ready>

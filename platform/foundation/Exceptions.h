@@ -10,7 +10,8 @@ namespace brindle {
 inline constexpr StringConstant<"NSGenericException"> NSGenericException;
 inline constexpr StringConstant<"NSRangeException"> NSRangeException;
 inline constexpr StringConstant<"NSInvalidArgumentException"> NSInvalidArgumentException;
-inline constexpr StringConstant<"NSInternalInconsistencyException"> NSInternalInconsistencyException;
+inline constexpr StringConstant<"NSInternalInconsistencyException">
+    NSInternalInconsistencyException;
 inline constexpr StringConstant<"NSUnknownKeyException"> NSUndefinedKeyException;
 inline constexpr StringConstant<"NSInvalidArchiveOperationException">
     NSInvalidArchiveOperationException;

@@ -71,7 +71,8 @@ namespace {
         }
         const Ref<NSString> process = NSProcessInfo::cls().processInfo()->processName();
         writeLine(stamp(Clock::wall()) + ' ' + utf8Of(process.get()) + '['
-            + std::to_string(getpid()) + ':' + std::to_string(gettid()) + "] " + utf8Of(text) + '\n');
+            + std::to_string(getpid()) + ':' + std::to_string(gettid()) + "] " + utf8Of(text)
+            + '\n');
     }
 
 }

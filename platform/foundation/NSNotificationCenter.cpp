@@ -130,8 +130,7 @@ struct NSNotificationCenter::Registry {
         --count;
     }
 
-    template <class Wanted>
-    void remove(const NSObject* observer, Leavings& leavings, Wanted wanted)
+    template <class Wanted> void remove(const NSObject* observer, Leavings& leavings, Wanted wanted)
     {
         const std::lock_guard guard(mutex);
         const auto place = byObserver.find(observer);

@@ -43,10 +43,7 @@ public:
         return send<"addObserverForName:object:queue:usingBlock:", Ref<NSObject>>(
             name, object, queue, block.get());
     }
-    void postNotification(NSNotification* notification)
-    {
-        send<"postNotification:">(notification);
-    }
+    void postNotification(NSNotification* notification) { send<"postNotification:">(notification); }
     void postNotificationName_object(NSString* name, NSObject* object)
     {
         send<"postNotificationName:object:">(name, object);

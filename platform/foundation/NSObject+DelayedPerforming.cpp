@@ -23,7 +23,8 @@ void performNow(NSObject* target, SEL selector, NSObject* argument)
             const char* const types = method_getTypeEncoding(method);
             const IMP imp = method_getImplementation(method);
             if (std::strcmp(types, "v@:@") == 0) {
-                reinterpret_cast<void (*)(NSObject*, SEL, NSObject*)>(imp)(target, selector, argument);
+                reinterpret_cast<void (*)(NSObject*, SEL, NSObject*)>(imp)(
+                    target, selector, argument);
                 return;
             }
             if (std::strcmp(types, "v@:") == 0) {
@@ -140,8 +141,8 @@ namespace {
         perform->loop->performs().recycle(perform);
     }
 
-    void schedulePerform(NSObject& self, SEL selector, NSObject* argument, double delay,
-        RunLoopCore::Modes modes)
+    void schedulePerform(
+        NSObject& self, SEL selector, NSObject* argument, double delay, RunLoopCore::Modes modes)
     {
         RunLoopCore& loop = RunLoopCore::current();
         Perform* const perform = loop.performs().make(&self, selector, argument);
@@ -161,23 +162,24 @@ namespace {
         }
     }
 
-    void performOn(const Ref<NSRunLoop>& loop, NSObject& self, SEL selector, NSObject* argument,
-        bool wait)
+    void performOn(
+        const Ref<NSRunLoop>& loop, NSObject& self, SEL selector, NSObject* argument, bool wait)
     {
         RunLoopCore& core = RunLoopCore::of(*loop);
         if (wait && core.isOwnThread()) {
             performNow(&self, selector, argument);
             return;
         }
-        const Block<void()> work = [target = Ref<NSObject>(&self), selector,
-                                       kept = Ref<NSObject>(argument)] {
-            performNow(target.get(), selector, kept.get());
-        };
+        const Block<void()> work
+            = [target = Ref<NSObject>(&self), selector, kept = Ref<NSObject>(argument)] {
+                  performNow(target.get(), selector, kept.get());
+              };
         if (!wait) {
             loop->performBlock(work);
             return;
         }
-        queues::runAndWait([&loop](const Block<void()>& block) { loop->performBlock(block); }, work);
+        queues::runAndWait(
+            [&loop](const Block<void()>& block) { loop->performBlock(block); }, work);
     }
 
 }

@@ -20,8 +20,8 @@ inline void performSelector_withObject_afterDelay(
     object.send<"performSelector:withObject:afterDelay:">(selector, argument, delay);
 }
 /// The same in other modes. No modes: it is never sent.
-inline void performSelector_withObject_afterDelay_inModes(To<NSObject> object, SEL selector,
-    NSObject* argument, NSTimeInterval delay, NSArray* modes)
+inline void performSelector_withObject_afterDelay_inModes(
+    To<NSObject> object, SEL selector, NSObject* argument, NSTimeInterval delay, NSArray* modes)
 {
     object.send<"performSelector:withObject:afterDelay:inModes:">(selector, argument, delay, modes);
 }
@@ -30,7 +30,8 @@ inline void performSelector_withObject_afterDelay_inModes(To<NSObject> object, S
 inline void cancelPreviousPerformRequestsWithTarget_selector_object(
     To<Class> cls, NSObject* target, SEL selector, NSObject* argument)
 {
-    cls.send<"cancelPreviousPerformRequestsWithTarget:selector:object:">(target, selector, argument);
+    cls.send<"cancelPreviousPerformRequestsWithTarget:selector:object:">(
+        target, selector, argument);
 }
 /// Takes back everything that waits on the current thread's loop for this very target.
 inline void cancelPreviousPerformRequestsWithTarget(To<Class> cls, NSObject* target)

@@ -11,7 +11,10 @@ class NSOperationQueue : public NSObject {
 
 public:
     struct Meta : NSObject::Meta {
-        Ref<NSOperationQueue> mainQueue() const { return send<"mainQueue", Ref<NSOperationQueue>>(); }
+        Ref<NSOperationQueue> mainQueue() const
+        {
+            return send<"mainQueue", Ref<NSOperationQueue>>();
+        }
     };
 
     void addOperationWithBlock(const Block<void()>& block)

@@ -92,7 +92,8 @@ template <> struct NSProcessInfo::Methods<struct Facts> {
     static Ref<NSString> hostName(NSProcessInfo&)
     {
         utsname names {};
-        return uname(&names) == 0 ? stringFromOutside(names.nodename) : Ref<NSString>("localhost"_ns);
+        return uname(&names) == 0 ? stringFromOutside(names.nodename)
+                                  : Ref<NSString>("localhost"_ns);
     }
     static Ref<NSString> userName(NSProcessInfo&)
     {

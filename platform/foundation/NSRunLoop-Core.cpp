@@ -66,7 +66,8 @@ RunLoopCore::RunLoopCore(bool isMain)
     : isMain_(isMain)
     , inbox_(std::make_shared<Inbox>())
     , modeNames_ { Ref<NSString>(NSDefaultRunLoopMode.get()),
-        Ref<NSString>(NSEventTrackingRunLoopMode.get()), Ref<NSString>(NSModalPanelRunLoopMode.get()) }
+        Ref<NSString>(NSEventTrackingRunLoopMode.get()),
+        Ref<NSString>(NSModalPanelRunLoopMode.get()) }
 {
 }
 

@@ -133,7 +133,10 @@ template <> struct NSRunLoop::Methods<struct Contents> {
             Clock::wall() + static_cast<double>(due - Clock::now()) / 1e9);
     }
     static int embeddingDescriptor(NSRunLoop& self) { return self.core_->embeddingDescriptor(); }
-    static NSTimeInterval embeddingTimeout(NSRunLoop& self) { return self.core_->embeddingTimeout(); }
+    static NSTimeInterval embeddingTimeout(NSRunLoop& self)
+    {
+        return self.core_->embeddingTimeout();
+    }
     static void embeddingStep(NSRunLoop& self) { self.core_->embeddingStep(); }
 
     static void table(Builder& t)

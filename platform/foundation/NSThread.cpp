@@ -269,8 +269,7 @@ template <> struct NSThread::Methods<struct Running> {
     {
         constexpr NSUInteger kPage = 4096;
         const auto least = static_cast<NSUInteger>(PTHREAD_STACK_MIN);
-        self.state_->stackSize
-            = bytes ? (std::max(bytes, least) + kPage - 1) / kPage * kPage : 0;
+        self.state_->stackSize = bytes ? (std::max(bytes, least) + kPage - 1) / kPage * kPage : 0;
     }
 
     static void table(Builder& t)

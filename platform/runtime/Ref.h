@@ -84,14 +84,9 @@ public:
         if (pointer_)
             release(pointer_);
     }
-    Ref& operator=(const Ref& other)
+    Ref& operator=(Ref other) noexcept
     {
-        Ref(other).swap(*this);
-        return *this;
-    }
-    Ref& operator=(Ref&& other) noexcept
-    {
-        Ref(std::move(other)).swap(*this);
+        swap(other);
         return *this;
     }
 

@@ -23,21 +23,21 @@ public:
 };
 
 template <> struct BlueView::Methods<struct Painting> {
-static void drawRect(BlueView&, NSRect rect)
-{
-    NSColor::cls().colorWithSRGBRed_green_blue_alpha(0, 0, 1, 1)->set();
-    NSRectFill(rect);
-}
-static void mouseDown(BlueView& self, NSEvent*) { ++self.presses_; }
-static bool yes(BlueView&, NSEvent*) { return true; }
-static void table(Builder& t)
-{
-    t.methods({
-        { "drawRect:", imp<drawRect> },
-        { "mouseDown:", imp<mouseDown> },
-        { "acceptsFirstMouse:", imp<yes> },
-    });
-}
+    static void drawRect(BlueView&, NSRect rect)
+    {
+        NSColor::cls().colorWithSRGBRed_green_blue_alpha(0, 0, 1, 1)->set();
+        NSRectFill(rect);
+    }
+    static void mouseDown(BlueView& self, NSEvent*) { ++self.presses_; }
+    static bool yes(BlueView&, NSEvent*) { return true; }
+    static void table(Builder& t)
+    {
+        t.methods({
+            { "drawRect:", imp<drawRect> },
+            { "mouseDown:", imp<mouseDown> },
+            { "acceptsFirstMouse:", imp<yes> },
+        });
+    }
 };
 BRINDLE_RECORD(BlueView, Painting)
 
@@ -49,8 +49,8 @@ namespace {
         void SetUp() override
         {
             app_ = NSApplication::cls().sharedApplication();
-            installDisplay(
-                display::openDisplay(display::Choice::x11, display::processEnvironment(), [](auto) { }));
+            installDisplay(display::openDisplay(
+                display::Choice::x11, display::processEnvironment(), [](auto) {}));
         }
         void TearDown() override { installDisplay(nullptr); }
 

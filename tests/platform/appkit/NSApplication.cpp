@@ -20,12 +20,9 @@ public:
     int actions_ = 0;
 };
 template <> struct ActionDelegate::Methods<struct Acting> {
-static void act(ActionDelegate& self, NSObject*) { ++self.actions_; }
-static void fail(ActionDelegate&, NSObject*) { raise("Fault", "on purpose"); }
-static void table(Builder& t)
-{
-    t.methods({ { "act:", imp<act> }, { "fail:", imp<fail> } });
-}
+    static void act(ActionDelegate& self, NSObject*) { ++self.actions_; }
+    static void fail(ActionDelegate&, NSObject*) { raise("Fault", "on purpose"); }
+    static void table(Builder& t) { t.methods({ { "act:", imp<act> }, { "fail:", imp<fail> } }); }
 };
 BRINDLE_RECORD(ActionDelegate, Acting)
 
@@ -146,9 +143,8 @@ TEST(NSScreen, AnOverrideReplacesTheScreens)
 {
     HeadlessScreen screen(400, 300);
     EXPECT_EQ(NSScreen::cls().mainScreen()->frame(), NSMakeRect(0, 0, 400, 300));
-    const Ref<NSScreen> other
-        = alloc<NSScreen>()->initWithFrame_visibleFrame_backingScaleFactor(
-            NSMakeRect(0, 0, 1000, 900), NSMakeRect(0, 0, 1000, 870), 2);
+    const Ref<NSScreen> other = alloc<NSScreen>()->initWithFrame_visibleFrame_backingScaleFactor(
+        NSMakeRect(0, 0, 1000, 900), NSMakeRect(0, 0, 1000, 870), 2);
     NSScreen::cls().setScreensOverride(makeArray({ other.get() }).get());
     EXPECT_EQ(NSScreen::cls().mainScreen()->visibleFrame(), NSMakeRect(0, 0, 1000, 870));
     NSScreen::cls().setScreensOverride(nullptr);

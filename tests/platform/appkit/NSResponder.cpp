@@ -20,20 +20,20 @@ public:
 };
 
 template <> struct LastResponder::Methods<struct Listening> {
-static void mouseDown(LastResponder& self, NSEvent*) { ++self.presses_; }
-static void moveLeft(LastResponder& self, NSObject*) { self.heard_ += "moveLeft "; }
-static void insertText(LastResponder& self, NSObject* text)
-{
-    self.heard_ += utf8Of(static_cast<NSString*>(text)) + " ";
-}
-static void table(Builder& t)
-{
-    t.methods({
-        { "mouseDown:", imp<mouseDown> },
-        { "moveLeft:", imp<moveLeft> },
-        { "insertText:", imp<insertText> },
-    });
-}
+    static void mouseDown(LastResponder& self, NSEvent*) { ++self.presses_; }
+    static void moveLeft(LastResponder& self, NSObject*) { self.heard_ += "moveLeft "; }
+    static void insertText(LastResponder& self, NSObject* text)
+    {
+        self.heard_ += utf8Of(static_cast<NSString*>(text)) + " ";
+    }
+    static void table(Builder& t)
+    {
+        t.methods({
+            { "mouseDown:", imp<mouseDown> },
+            { "moveLeft:", imp<moveLeft> },
+            { "insertText:", imp<insertText> },
+        });
+    }
 };
 BRINDLE_RECORD(LastResponder, Listening)
 

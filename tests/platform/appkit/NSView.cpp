@@ -35,35 +35,35 @@ public:
 };
 
 template <> struct HookView::Methods<struct Hooks> {
-static void willWindow(HookView&, NSWindow* w) { note(w ? "willWindow" : "willWindow nil"); }
-static void didWindow(HookView&) { note("didWindow"); }
-static void willSuper(HookView&, NSView* v) { note(v ? "willSuper" : "willSuper nil"); }
-static void didSuper(HookView&) { note("didSuper"); }
-static void didAdd(HookView&, NSView*) { note("didAdd"); }
-static void setFrameSize(HookView& self, NSSize size)
-{
-    note("size");
-    super<HookView, "setFrameSize:">(self, size);
-}
-static void setFrameOrigin(HookView& self, NSPoint origin)
-{
-    note("origin");
-    super<HookView, "setFrameOrigin:">(self, origin);
-}
-static bool isFlipped(HookView& self) { return self.flips_; }
-static void table(Builder& t)
-{
-    t.methods({
-        { "viewWillMoveToWindow:", imp<willWindow> },
-        { "viewDidMoveToWindow", imp<didWindow> },
-        { "viewWillMoveToSuperview:", imp<willSuper> },
-        { "viewDidMoveToSuperview", imp<didSuper> },
-        { "didAddSubview:", imp<didAdd> },
-        { "setFrameSize:", imp<setFrameSize> },
-        { "setFrameOrigin:", imp<setFrameOrigin> },
-        { "isFlipped", imp<isFlipped> },
-    });
-}
+    static void willWindow(HookView&, NSWindow* w) { note(w ? "willWindow" : "willWindow nil"); }
+    static void didWindow(HookView&) { note("didWindow"); }
+    static void willSuper(HookView&, NSView* v) { note(v ? "willSuper" : "willSuper nil"); }
+    static void didSuper(HookView&) { note("didSuper"); }
+    static void didAdd(HookView&, NSView*) { note("didAdd"); }
+    static void setFrameSize(HookView& self, NSSize size)
+    {
+        note("size");
+        super<HookView, "setFrameSize:">(self, size);
+    }
+    static void setFrameOrigin(HookView& self, NSPoint origin)
+    {
+        note("origin");
+        super<HookView, "setFrameOrigin:">(self, origin);
+    }
+    static bool isFlipped(HookView& self) { return self.flips_; }
+    static void table(Builder& t)
+    {
+        t.methods({
+            { "viewWillMoveToWindow:", imp<willWindow> },
+            { "viewDidMoveToWindow", imp<didWindow> },
+            { "viewWillMoveToSuperview:", imp<willSuper> },
+            { "viewDidMoveToSuperview", imp<didSuper> },
+            { "didAddSubview:", imp<didAdd> },
+            { "setFrameSize:", imp<setFrameSize> },
+            { "setFrameOrigin:", imp<setFrameOrigin> },
+            { "isFlipped", imp<isFlipped> },
+        });
+    }
 };
 BRINDLE_RECORD(HookView, Hooks)
 
@@ -185,7 +185,9 @@ TEST(NSView, ABoundsOriginPostsOneBoundsChange)
 {
     const Ref<NSView> view = plain(NSMakeRect(0, 0, 10, 10));
     EXPECT_EQ(countPosts(NSViewBoundsDidChangeNotification, view.get(),
-                  [&] { view->setBoundsOrigin({ 0, 5 }); }),
+                  [&] {
+                      view->setBoundsOrigin({ 0, 5 });
+                  }),
         1);
 }
 

@@ -25,44 +25,44 @@ public:
 };
 
 template <> struct PaintView::Methods<struct Painting> {
-static void drawRect(PaintView& self, NSRect rect)
-{
-    ++self.draws_;
-    self.last_ = rect;
-    NSColor::cls().redColor()->set();
-    NSRectFill(rect);
-}
-static void note(PaintView& self, const char* text)
-{
-    self.events_ += (self.events_.empty() ? "" : " ") + std::string(text);
-}
-static void down(PaintView& self, NSEvent*) { note(self, "down"); }
-static void dragged(PaintView& self, NSEvent*) { note(self, "drag"); }
-static void up(PaintView& self, NSEvent*) { note(self, "up"); }
-static void scroll(PaintView& self, NSEvent*) { note(self, "scroll"); }
-static void key(PaintView& self, NSEvent* event)
-{
-    note(self, utf8Of(event->characters().get()).c_str());
-}
-static void entered(PaintView& self, NSEvent*) { note(self, "in"); }
-static void exited(PaintView& self, NSEvent*) { note(self, "out"); }
-static bool focusable(PaintView& self) { return self.focusable_; }
-static bool yes(PaintView&, NSEvent*) { return true; }
-static void table(Builder& t)
-{
-    t.methods({
-        { "drawRect:", imp<drawRect> },
-        { "mouseDown:", imp<down> },
-        { "mouseDragged:", imp<dragged> },
-        { "mouseUp:", imp<up> },
-        { "scrollWheel:", imp<scroll> },
-        { "keyDown:", imp<key> },
-        { "mouseEntered:", imp<entered> },
-        { "mouseExited:", imp<exited> },
-        { "acceptsFirstResponder", imp<focusable> },
-        { "acceptsFirstMouse:", imp<yes> },
-    });
-}
+    static void drawRect(PaintView& self, NSRect rect)
+    {
+        ++self.draws_;
+        self.last_ = rect;
+        NSColor::cls().redColor()->set();
+        NSRectFill(rect);
+    }
+    static void note(PaintView& self, const char* text)
+    {
+        self.events_ += (self.events_.empty() ? "" : " ") + std::string(text);
+    }
+    static void down(PaintView& self, NSEvent*) { note(self, "down"); }
+    static void dragged(PaintView& self, NSEvent*) { note(self, "drag"); }
+    static void up(PaintView& self, NSEvent*) { note(self, "up"); }
+    static void scroll(PaintView& self, NSEvent*) { note(self, "scroll"); }
+    static void key(PaintView& self, NSEvent* event)
+    {
+        note(self, utf8Of(event->characters().get()).c_str());
+    }
+    static void entered(PaintView& self, NSEvent*) { note(self, "in"); }
+    static void exited(PaintView& self, NSEvent*) { note(self, "out"); }
+    static bool focusable(PaintView& self) { return self.focusable_; }
+    static bool yes(PaintView&, NSEvent*) { return true; }
+    static void table(Builder& t)
+    {
+        t.methods({
+            { "drawRect:", imp<drawRect> },
+            { "mouseDown:", imp<down> },
+            { "mouseDragged:", imp<dragged> },
+            { "mouseUp:", imp<up> },
+            { "scrollWheel:", imp<scroll> },
+            { "keyDown:", imp<key> },
+            { "mouseEntered:", imp<entered> },
+            { "mouseExited:", imp<exited> },
+            { "acceptsFirstResponder", imp<focusable> },
+            { "acceptsFirstMouse:", imp<yes> },
+        });
+    }
 };
 BRINDLE_RECORD(PaintView, Painting)
 
@@ -317,8 +317,9 @@ TEST(NSWindow, AHundredThousandAreasInOneViewAreFoundQuickly)
     HeadlessScreen screen;
     const Ref<PaintView> view = screen.add<PaintView>(NSMakeRect(0, 0, 400, 300));
     for (int i = 0; i < 100000; ++i) {
-        const Ref<NSTrackingArea> area = alloc<NSTrackingArea>()->initWithRect_options_owner_userInfo(
-            NSMakeRect(0, i * 0.003, 400, 0.003), 0x81, view.get(), nullptr);
+        const Ref<NSTrackingArea> area
+            = alloc<NSTrackingArea>()->initWithRect_options_owner_userInfo(
+                NSMakeRect(0, i * 0.003, 400, 0.003), 0x81, view.get(), nullptr);
         view->addTrackingArea(area.get());
     }
     screen.pointer().moveTo({ 15, 15.0005 });

@@ -102,7 +102,7 @@ TEST(DispatchMainQueue, KeepsTheOrderBetweenThreads)
 TEST(DispatchMainQueue, HoldsAClosureUntilItHasRun)
 {
     auto probe = std::make_shared<int>(0);
-    dispatch_async(dispatch_get_main_queue(), [probe] { });
+    dispatch_async(dispatch_get_main_queue(), [probe] {});
     EXPECT_EQ(probe.use_count(), 2);
     turn();
     EXPECT_EQ(probe.use_count(), 1);
@@ -139,7 +139,7 @@ TEST(DispatchMainQueue, TakesAClosureFromAThreadThatEnds)
 
 TEST(DispatchMainQueueDeathTest, EndsTheProcessForASyncFromItself)
 {
-    EXPECT_DEATH(dispatch_sync(dispatch_get_main_queue(), [] { }),
+    EXPECT_DEATH(dispatch_sync(dispatch_get_main_queue(), [] {}),
         "brindle: dispatch_sync was called on the queue that it would wait for");
 }
 
@@ -161,7 +161,8 @@ TEST(DispatchAfter, RunsAPastMomentInALaterTurn)
 {
     VirtualClock clock;
     bool ran = false;
-    dispatch_after(dispatch_time(DISPATCH_TIME_NOW, -1), dispatch_get_main_queue(), [&] { ran = true; });
+    dispatch_after(
+        dispatch_time(DISPATCH_TIME_NOW, -1), dispatch_get_main_queue(), [&] { ran = true; });
     EXPECT_FALSE(ran);
     turn();
     EXPECT_TRUE(ran);
@@ -184,7 +185,8 @@ TEST(DispatchAfter, RunsWhileAControlTracks)
 {
     VirtualClock clock;
     bool ran = false;
-    dispatch_after(dispatch_time(DISPATCH_TIME_NOW, 1), dispatch_get_main_queue(), [&] { ran = true; });
+    dispatch_after(
+        dispatch_time(DISPATCH_TIME_NOW, 1), dispatch_get_main_queue(), [&] { ran = true; });
     Clock::advance(1);
     NSRunLoop::cls().mainRunLoop()->runUntilIdle(NSEventTrackingRunLoopMode);
     EXPECT_TRUE(ran);
@@ -212,7 +214,7 @@ TEST(DispatchAfter, ReachesOtherQueuesInRealTime)
 TEST(DispatchAfter, DropsWhatIsNeverDue)
 {
     auto probe = std::make_shared<int>(0);
-    dispatch_after(DISPATCH_TIME_FOREVER, dispatch_get_main_queue(), [probe] { });
+    dispatch_after(DISPATCH_TIME_FOREVER, dispatch_get_main_queue(), [probe] {});
     EXPECT_EQ(probe.use_count(), 1);
 }
 
@@ -256,8 +258,7 @@ TEST(DispatchGlobalQueue, GoesOnWhenItsTasksBlockInTheirOwnWay)
     for (int i = 0; i < 6; ++i)
         dispatch_group_async(group.get(), global(), [&] { const std::lock_guard guard(gate); });
     const auto last = dispatch_semaphore_create(0);
-    dispatch_group_async(
-        group.get(), global(), [&] { dispatch_semaphore_signal(last.get()); });
+    dispatch_group_async(group.get(), global(), [&] { dispatch_semaphore_signal(last.get()); });
     EXPECT_EQ(dispatch_semaphore_wait(last.get(), DISPATCH_TIME_FOREVER), 0);
     gate.unlock();
     dispatch_group_wait(group.get(), DISPATCH_TIME_FOREVER);
@@ -279,7 +280,7 @@ TEST(DispatchSerialQueue, RunsOneAfterAnother)
     std::vector<int> order;
     for (int i = 0; i < 1000; ++i)
         dispatch_async(queue.get(), [&order, i] { order.push_back(i); });
-    dispatch_sync(queue.get(), [] { });
+    dispatch_sync(queue.get(), [] {});
     ASSERT_EQ(order.size(), 1000u);
     for (int i = 0; i < 1000; ++i)
         EXPECT_EQ(order[static_cast<std::size_t>(i)], i);
@@ -307,7 +308,7 @@ TEST(DispatchSerialQueueDeathTest, EndsTheProcessForASyncFromItself)
 {
     const auto queue = dispatch_queue_create("q", DISPATCH_QUEUE_SERIAL);
     EXPECT_DEATH(
-        dispatch_sync(queue.get(), [&] { dispatch_sync(queue.get(), [] { }); }), "would wait for");
+        dispatch_sync(queue.get(), [&] { dispatch_sync(queue.get(), [] {}); }), "would wait for");
 }
 
 TEST(DispatchSerialQueue, LivesUntilItsClosuresHaveRun)
@@ -339,7 +340,7 @@ TEST(DispatchConcurrentQueue, RunsABarrierAlone)
     });
     for (int i = 0; i < 50; ++i)
         dispatch_async(queue.get(), work);
-    dispatch_barrier_sync(queue.get(), [] { });
+    dispatch_barrier_sync(queue.get(), [] {});
     EXPECT_EQ(beside, 0);
     EXPECT_EQ(before, 50);
     EXPECT_EQ(begun, 100);

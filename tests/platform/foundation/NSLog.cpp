@@ -38,7 +38,8 @@ TEST(NSLog, WritesOneLineWithDateProcessAndThread)
     testing::internal::CaptureStderr();
     NSLog("text %lu"_ns, static_cast<unsigned long>(7));
     const std::string line = testing::internal::GetCapturedStderr();
-    EXPECT_EQ(line, "2026-01-31 12:34:56.789 tester[" + std::to_string(getpid()) + ":"
+    EXPECT_EQ(line,
+        "2026-01-31 12:34:56.789 tester[" + std::to_string(getpid()) + ":"
             + std::to_string(gettid()) + "] text 7\n");
 }
 

@@ -64,7 +64,8 @@ namespace {
 
 TEST_F(NotificationCenter, IsOneByDefault)
 {
-    EXPECT_EQ(NSNotificationCenter::cls().defaultCenter(), NSNotificationCenter::cls().defaultCenter());
+    EXPECT_EQ(
+        NSNotificationCenter::cls().defaultCenter(), NSNotificationCenter::cls().defaultCenter());
 }
 
 TEST_F(NotificationCenter, SendsASelectorWithoutParameter)
@@ -156,7 +157,7 @@ TEST_F(NotificationCenter, LetsGoOfAClosureWhenItsTokenIsRemoved)
 {
     const auto probe = std::make_shared<int>(0);
     const auto token = center->addObserverForName_object_queue_usingBlock(
-        "N"_ns, nullptr, nullptr, [probe](NSNotification*) { });
+        "N"_ns, nullptr, nullptr, [probe](NSNotification*) {});
     center->removeObserver(token.get());
     EXPECT_EQ(probe.use_count(), 1);
 }
@@ -212,10 +213,7 @@ TEST_F(NotificationCenter, RemovesByNameAndObject)
     EXPECT_EQ(log, "a a ");
 }
 
-TEST_F(NotificationCenter, RaisesForANilName)
-{
-    EXPECT_THROW(post(nullptr), Exception);
-}
+TEST_F(NotificationCenter, RaisesForANilName) { EXPECT_THROW(post(nullptr), Exception); }
 
 TEST_F(NotificationCenter, LetsAnExceptionThroughAndGoesOnAfterwards)
 {

@@ -16,10 +16,7 @@ Ref<NSProcessInfo> info() { return NSProcessInfo::cls().processInfo(); }
 
 }
 
-TEST(NSProcessInfo, IsOne)
-{
-    EXPECT_EQ(info(), info());
-}
+TEST(NSProcessInfo, IsOne) { EXPECT_EQ(info(), info()); }
 
 TEST(NSProcessInfo, KnowsTheProcess)
 {

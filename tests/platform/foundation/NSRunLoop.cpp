@@ -40,10 +40,10 @@ Ref<NSRunLoop> loop() { return NSRunLoop::cls().currentRunLoop(); }
 
 void after(double seconds, std::function<void()> work, NSString* mode = NSDefaultRunLoopMode)
 {
-    loop()->addTimer_forMode(NSTimer::cls()
-                                 .timerWithTimeInterval_repeats_block(
-                                     seconds, false, [work](NSTimer*) { work(); })
-                                 .get(),
+    loop()->addTimer_forMode(
+        NSTimer::cls()
+            .timerWithTimeInterval_repeats_block(seconds, false, [work](NSTimer*) { work(); })
+            .get(),
         mode);
 }
 
@@ -111,7 +111,8 @@ TEST(NSRunLoop, LeavesItemsAloneInAModeThatIsNotCommon)
 {
     bool ran = false;
     loop()->performBlock([&] { ran = true; });
-    after(3600, [] { }, "Private"_ns);
+    after(
+        3600, [] {}, "Private"_ns);
     loop()->runUntilIdle("Private"_ns);
     EXPECT_FALSE(ran);
     loop()->runUntilIdle(NSDefaultRunLoopMode);
@@ -158,8 +159,10 @@ TEST(NSRunLoop, RunsTimersOfTheModeOnly)
 {
     VirtualClock clock;
     std::string order;
-    after(1, [&] { order += "t"; }, NSEventTrackingRunLoopMode);
-    after(1, [&] { order += "c"; }, NSRunLoopCommonModes);
+    after(
+        1, [&] { order += "t"; }, NSEventTrackingRunLoopMode);
+    after(
+        1, [&] { order += "c"; }, NSRunLoopCommonModes);
     clock.advance(2);
     EXPECT_EQ(order, "c");
     loop()->runUntilIdle(NSEventTrackingRunLoopMode);
@@ -171,7 +174,8 @@ TEST(NSRunLoop, MeetsDueMomentsInOrderOfTimeAcrossModes)
     VirtualClock clock;
     std::string order;
     after(3, [&] { order += "3"; });
-    after(1, [&] { order += "1"; }, NSRunLoopCommonModes);
+    after(
+        1, [&] { order += "1"; }, NSRunLoopCommonModes);
     after(2, [&] { order += "2"; });
     clock.advance(10);
     EXPECT_EQ(order, "123");
@@ -253,8 +257,7 @@ TEST(NSRunLoop, ReturnsAfterASourceWasHandled)
         pipe.ends[0], NSRunLoopSourceReadable, [&](NSUInteger) { pipe.read(); });
     loop()->addSource_forMode(source.get(), "Private"_ns);
     std::thread writer([&] { pipe.write(); });
-    EXPECT_TRUE(loop()->runMode_beforeDate(
-        "Private"_ns, NSDate::cls().distantFuture().get()));
+    EXPECT_TRUE(loop()->runMode_beforeDate("Private"_ns, NSDate::cls().distantFuture().get()));
     writer.join();
     source->invalidate();
 }
@@ -308,7 +311,7 @@ TEST(NSRunLoop, TellsAnotherLoopWhenItMustStep)
 {
     VirtualClock clock;
     loop()->embeddingStep();
-    after(2, [] { });
+    after(2, [] {});
     EXPECT_NEAR(loop()->embeddingTimeout(), 2, 1e-6);
     clock.advance(2);
 }
@@ -331,7 +334,7 @@ TEST(NSRunLoop, MakesItsDescriptorReadableForAPostOfItsOwnThread)
 {
     const int descriptor = loop()->embeddingDescriptor();
     loop()->embeddingStep();
-    dispatch_async(dispatch_get_main_queue(), [] { });
+    dispatch_async(dispatch_get_main_queue(), [] {});
     pollfd polled { descriptor, POLLIN, 0 };
     EXPECT_EQ(::poll(&polled, 1, 0), 1);
     loop()->embeddingStep();
@@ -352,6 +355,6 @@ TEST(NSRunLoop, RunsOnAnotherThreadUntilNothingIsLeft)
 TEST(NSRunLoop, DropsWhatWaitsWhenItsThreadEnds)
 {
     const auto probe = std::make_shared<int>(0);
-    std::thread([probe] { after(3600, [probe] { }); }).join();
+    std::thread([probe] { after(3600, [probe] {}); }).join();
     EXPECT_EQ(probe.use_count(), 1);
 }

@@ -72,8 +72,8 @@ TEST(NSThread, RunsItsClosureOnAThreadOfItsOwn)
 TEST(NSThread, SendsItsMessage)
 {
     const auto listener = make<ThreadListener>();
-    const auto thread
-        = alloc<NSThread>()->initWithTarget_selector_object(listener.get(), selector<"call">, nullptr);
+    const auto thread = alloc<NSThread>()->initWithTarget_selector_object(
+        listener.get(), selector<"call">, nullptr);
     thread->start();
     waitFor(thread.get());
     EXPECT_EQ(listener->calls, 1);
@@ -81,7 +81,7 @@ TEST(NSThread, SendsItsMessage)
 
 TEST(NSThread, RaisesWhenItIsStartedTwice)
 {
-    const auto thread = alloc<NSThread>()->initWithBlock([] { });
+    const auto thread = alloc<NSThread>()->initWithBlock([] {});
     thread->start();
     EXPECT_THROW(thread->start(), Exception);
     waitFor(thread.get());
@@ -109,7 +109,7 @@ TEST(NSThread, KeepsADictionaryOfItsOwn)
 
 TEST(NSThread, OnlyNotesThatItWasCancelled)
 {
-    const auto thread = alloc<NSThread>()->initWithBlock([] { });
+    const auto thread = alloc<NSThread>()->initWithBlock([] {});
     thread->cancel();
     EXPECT_TRUE(thread->isCancelled());
 }
@@ -119,8 +119,8 @@ TEST(NSThread, TakesMessagesInItsRunLoop)
     const auto listener = make<ThreadListener>();
     std::atomic<bool> stop { false };
     const auto thread = alloc<NSThread>()->initWithBlock([&] {
-        const auto keepAlive
-            = NSTimer::cls().scheduledTimerWithTimeInterval_repeats_block(3600, true, [](NSTimer*) { });
+        const auto keepAlive = NSTimer::cls().scheduledTimerWithTimeInterval_repeats_block(
+            3600, true, [](NSTimer*) {});
         while (!stop)
             NSRunLoop::cls().currentRunLoop()->runMode_beforeDate(
                 nullptr, NSDate::cls().distantFuture().get());
@@ -140,7 +140,7 @@ TEST(NSThread, TakesMessagesInItsRunLoop)
 TEST(NSThread, DoesNotMakeAnybodyWaitOnceItHasEnded)
 {
     const auto listener = make<ThreadListener>();
-    const auto thread = alloc<NSThread>()->initWithBlock([] { });
+    const auto thread = alloc<NSThread>()->initWithBlock([] {});
     thread->start();
     waitFor(thread.get());
     performSelector_onThread_withObject_waitUntilDone(

@@ -92,8 +92,9 @@ TEST(NSTimer, SendsItselfToASelectorWithAParameter)
 {
     VirtualClock clock;
     const auto listener = make<TimerListener>();
-    const auto timer = NSTimer::cls().scheduledTimerWithTimeInterval_target_selector_userInfo_repeats(
-        1, listener.get(), selector<"tick:">, nullptr, false);
+    const auto timer
+        = NSTimer::cls().scheduledTimerWithTimeInterval_target_selector_userInfo_repeats(
+            1, listener.get(), selector<"tick:">, nullptr, false);
     clock.advance(1);
     EXPECT_EQ(listener->received, timer.get());
 }
@@ -103,8 +104,9 @@ TEST(NSTimer, KeepsItsTargetUntilItIsInvalid)
     VirtualClock clock;
     auto listener = make<TimerListener>();
     const WeakRef<TimerListener> weak(listener);
-    const auto timer = NSTimer::cls().scheduledTimerWithTimeInterval_target_selector_userInfo_repeats(
-        1, listener.get(), selector<"tick">, nullptr, true);
+    const auto timer
+        = NSTimer::cls().scheduledTimerWithTimeInterval_target_selector_userInfo_repeats(
+            1, listener.get(), selector<"tick">, nullptr, true);
     listener = nullptr;
     clock.advance(2);
     EXPECT_TRUE(weak.get());
