@@ -16,7 +16,7 @@
 
 namespace brindle::test {
 
-/// One pixel as it is kept: each part 0 to 255, colours multiplied by alpha.
+/// One pixel as it is kept: values of 0 to 255, colours multiplied by alpha.
 struct Rgba {
     int red = 0;
     int green = 0;

@@ -1,0 +1,19 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <cstddef>
+#include <malloc.h>
+
+namespace brindle::bench {
+
+/// Answers the bytes of the heap that are in use now, the allocator's own share of each block included.
+inline double heapInUse()
+{
+    const struct mallinfo2 info = mallinfo2();
+    return static_cast<double>(info.uordblks) + static_cast<double>(info.hblkhd);
+}
+
+/// Answers how often this thread has asked for memory so far.
+std::size_t allocationsMade();
+
+}

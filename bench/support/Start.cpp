@@ -1,0 +1,98 @@
+// SPDX-License-Identifier: Apache-2.0
+#include <cstdio>
+#include <cstdlib>
+#include <unistd.h>
+
+#include "Programs.h"
+#include "Steps.h"
+
+namespace brindle::bench {
+
+namespace {
+
+    constexpr int kRuns = 20;
+    constexpr double kMebibyte = 1024 * 1024;
+    constexpr int kIdleSeconds = 5;
+
+    struct Side {
+        std::vector<std::string> arguments;
+        std::vector<double> milliseconds;
+        std::vector<double> mebibytes;
+
+        bool run()
+        {
+            const Ended ended = runProgram(arguments);
+            if (!ended.started || ended.status != 0) {
+                std::fprintf(stderr, "brindle-bench: %s ended with status %d\n%s",
+                    arguments[0].c_str(), ended.status, ended.text.c_str());
+                return false;
+            }
+            milliseconds.push_back(ended.milliseconds);
+            mebibytes.push_back(ended.peakBytes / kMebibyte);
+            return true;
+        }
+    };
+
+    /// Starts both programs in turn and adds two lines; false when one of them failed.
+    bool compare(
+        const std::string& where, const std::string& floorArgument, std::vector<Line>& lines)
+    {
+        Side ours { { besideThis("bench-start-application") }, {}, {} };
+        Side floor { { besideThis("bench-start-floor"), floorArgument }, {}, {} };
+        for (int i = -1; i < kRuns; ++i) {
+            if (!ours.run() || !floor.run())
+                return false;
+            if (i < 0) { // the first of each reads its files from the disk
+                ours.milliseconds.clear();
+                floor.milliseconds.clear();
+            }
+        }
+        const auto add = [&](const char* what, const char* unit, Budget budget,
+                             const std::vector<double>& our, const std::vector<double>& their) {
+            const Row row { "process start to first frame, " + where + what, unit, budget, {}, {},
+                {} };
+            const double ourMedian = median(our);
+            const double theirMedian = median(their);
+            lines.push_back(lineFor(row, ourMedian, theirMedian, ourMedian / theirMedian));
+        };
+        add("", "ms", timesFloor(1.4), ours.milliseconds, floor.milliseconds);
+        add(": peak memory", "MiB", atMost(13), ours.mebibytes, floor.mebibytes);
+        return true;
+    }
+
+    /// Counts how often any thread of an idle application is put on a processor.
+    void watchIdle(std::vector<Line>& lines)
+    {
+        const Running application({ besideThis("bench-start-application"), "--stay" });
+        sleep(2); // it has started, and is idle
+        const double before = application.timesScheduled();
+        sleep(kIdleSeconds);
+        const double after = application.timesScheduled();
+        const Row row { "idle application, five seconds", "wake-ups", atMost(0), {}, {}, {} };
+        lines.push_back(lineFor(row, before < 0 ? -1 : after - before, 0, 0));
+    }
+
+}
+
+int measureStart(Format format, char* program)
+{
+    const bool hasServer = std::getenv("BRINDLE_TEST_WM"); // with-xvfb's mark
+    if (!hasServer) {
+        const std::string script = BRINDLE_SOURCE_FOLDER "/tools/with-xvfb";
+        const char* const markdown = format == Format::markdown ? "--markdown" : nullptr;
+        execl(script.c_str(), script.c_str(), program, "--start", markdown, nullptr);
+        std::fprintf(stderr, "brindle-bench: cannot run %s\n", script.c_str());
+        return 1;
+    }
+    std::vector<Line> lines;
+    setenv("BRINDLE_DISPLAY", "headless", 1);
+    bool all = compare("in memory", "--memory", lines);
+    setenv("BRINDLE_DISPLAY", "x11", 1);
+    all = all && compare("on a screen", "--screen", lines);
+    if (all)
+        watchIdle(lines);
+    printTable(lines, format);
+    return all ? 0 : 1;
+}
+
+}

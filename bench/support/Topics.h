@@ -1,0 +1,22 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+namespace brindle::bench {
+
+class Plan;
+
+// One function a topic file; it adds its rows to the table.
+void addMessages(Plan& plan);
+void addObjects(Plan& plan);
+void addAssociatedValues(Plan& plan);
+void addProperties(Plan& plan);
+void addMethodChanges(Plan& plan);
+void addInvocations(Plan& plan);
+void addDispatch(Plan& plan);
+void addTimers(Plan& plan);
+void addTimeouts(Plan& plan);
+void addText(Plan& plan);
+void addRaster(Plan& plan);
+void addContexts(Plan& plan);
+
+}
