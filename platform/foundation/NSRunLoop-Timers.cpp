@@ -22,7 +22,7 @@ void TimerLane::put(std::size_t place, const Slot& slot)
     slot.entry->place = place;
 }
 
-void TimerLane::rise(std::size_t place, Slot slot)
+void TimerLane::rise(std::size_t place, const Slot& slot)
 {
     while (place > 0) {
         const std::size_t parent = (place - 1) / 4;
@@ -34,7 +34,7 @@ void TimerLane::rise(std::size_t place, Slot slot)
     put(place, slot);
 }
 
-void TimerLane::sink(std::size_t place, Slot slot)
+void TimerLane::sink(std::size_t place, const Slot& slot)
 {
     for (;;) {
         const std::size_t begin = place * 4 + 1;

@@ -180,8 +180,8 @@ private:
         }
     };
     void put(std::size_t place, const Slot& slot);
-    void rise(std::size_t place, Slot slot);
-    void sink(std::size_t place, Slot slot);
+    void rise(std::size_t place, const Slot& slot);
+    void sink(std::size_t place, const Slot& slot);
 
     std::vector<Slot> heap_;
 };

@@ -1,9 +1,10 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "Unicode.h"
 
+#include "UnicodeLibrary.h"
+
 #include <algorithm>
 #include <cstring>
-#include <dlfcn.h>
 #include <memory>
 #include <mutex>
 
@@ -12,31 +13,10 @@
 #include <unicode/uloc.h>
 #include <unicode/unorm2.h>
 #include <unicode/ustring.h>
-#include <unicode/uversion.h>
-
-// The libraries are not linked but loaded: they cost a millisecond and some megabytes, and most programs that show only
-// ASCII never need them.
-
-#define BRINDLE_TEXT_OF(name) #name
-#define BRINDLE_NAME(name)                                                                         \
-    BRINDLE_TEXT_OF(name) // the library's headers put its version behind each name
 
 namespace brindle::unicode {
 
 namespace {
-
-    void* open(const char* stem)
-    {
-        const std::string file
-            = std::string(stem) + ".so." + std::to_string(U_ICU_VERSION_MAJOR_NUM);
-        return dlopen(file.c_str(), RTLD_NOW | RTLD_LOCAL);
-    }
-
-    template <class F> bool find(void* library, const char* name, F& function)
-    {
-        function = library ? reinterpret_cast<F>(dlsym(library, name)) : nullptr;
-        return function != nullptr;
-    }
 
     /// The functions for letters and forms.
     struct Letters {
@@ -56,19 +36,19 @@ namespace {
 
         Letters()
         {
-            void* const library = open("libicuuc");
-            loaded = find(library, BRINDLE_NAME(u_strToLower), toLower)
-                && find(library, BRINDLE_NAME(u_strToUpper), toUpper)
-                && find(library, BRINDLE_NAME(u_strToTitle), toTitle)
-                && find(library, BRINDLE_NAME(u_strFoldCase), fold)
-                && find(library, BRINDLE_NAME(u_getCombiningClass), combiningClass)
-                && find(library, BRINDLE_NAME(u_getIntPropertyValue), property)
-                && find(library, BRINDLE_NAME(u_hasBinaryProperty), hasProperty)
-                && find(library, BRINDLE_NAME(unorm2_normalize), normalize)
-                && find(library, BRINDLE_NAME(unorm2_getNFCInstance), nfc)
-                && find(library, BRINDLE_NAME(unorm2_getNFDInstance), nfd)
-                && find(library, BRINDLE_NAME(unorm2_getNFKCInstance), nfkc)
-                && find(library, BRINDLE_NAME(unorm2_getNFKDInstance), nfkd);
+            void* const library = openLibrary("libicuuc");
+            loaded = find(library, BRINDLE_VERSIONED(u_strToLower), toLower)
+                && find(library, BRINDLE_VERSIONED(u_strToUpper), toUpper)
+                && find(library, BRINDLE_VERSIONED(u_strToTitle), toTitle)
+                && find(library, BRINDLE_VERSIONED(u_strFoldCase), fold)
+                && find(library, BRINDLE_VERSIONED(u_getCombiningClass), combiningClass)
+                && find(library, BRINDLE_VERSIONED(u_getIntPropertyValue), property)
+                && find(library, BRINDLE_VERSIONED(u_hasBinaryProperty), hasProperty)
+                && find(library, BRINDLE_VERSIONED(unorm2_normalize), normalize)
+                && find(library, BRINDLE_VERSIONED(unorm2_getNFCInstance), nfc)
+                && find(library, BRINDLE_VERSIONED(unorm2_getNFDInstance), nfd)
+                && find(library, BRINDLE_VERSIONED(unorm2_getNFKCInstance), nfkc)
+                && find(library, BRINDLE_VERSIONED(unorm2_getNFKDInstance), nfkd);
         }
     };
 
@@ -88,12 +68,12 @@ namespace {
 
         Orders()
         {
-            void* const library = unicode::open("libicui18n");
-            void* const base = unicode::open("libicuuc");
-            loaded = find(library, BRINDLE_NAME(ucol_open), open)
-                && find(library, BRINDLE_NAME(ucol_setAttribute), setAttribute)
-                && find(library, BRINDLE_NAME(ucol_strcoll), compare)
-                && find(base, BRINDLE_NAME(uloc_getDefault), language);
+            void* const library = openLibrary("libicui18n");
+            void* const base = openLibrary("libicuuc");
+            loaded = find(library, BRINDLE_VERSIONED(ucol_open), open)
+                && find(library, BRINDLE_VERSIONED(ucol_setAttribute), setAttribute)
+                && find(library, BRINDLE_VERSIONED(ucol_strcoll), compare)
+                && find(base, BRINDLE_VERSIONED(uloc_getDefault), language);
         }
     };
 

@@ -12,20 +12,27 @@ namespace brindle {
 /// Ends the process with one line: the caller broke a contract that has no answer.
 [[noreturn]] BRINDLE_EXPORT void fatal(const char* text);
 
-/// What all closures share: the class word, the code as a plain C function, its encoding ("v@?" for one that takes
-/// and answers nothing) and how to end what it captured.
+struct ClosureBase;
+
+/// What all closures made at one place of the code share.
+struct ClosureKind {
+    const char* encoding; ///< "v@?" for one that takes and answers nothing
+    void (*end)(ClosureBase*); ///< ends what was captured; nullptr when that is nothing
+    std::size_t size; ///< bytes of memory, without the object header
+};
+
+/// What all closures begin with: the class word, the code as a plain C function, and their kind.
 ///
 /// Other languages make closures with `makeClosure` of Runtime.h and call them through `code`.
 struct ClosureBase : NSObject {
     using Code = void (*)();
     Code code = nullptr; ///< `R code(closure, arguments…)`
-    const char* encoding = nullptr;
-    void (*end)(ClosureBase*) = nullptr;
+    const ClosureKind* kind = nullptr;
 };
 
 /// Answers the class of closures, `NSBlock`.
 BRINDLE_EXPORT Class* closureClass();
-/// Answers memory for a closure with a count of one and its class word set; nothing else is.
+/// Answers memory for a closure, with a count of one; nothing else is set.
 BRINDLE_EXPORT void* allocateClosure(std::size_t size);
 
 /// A closure as it is lent to operations: call it with `(*closure)(…)` through `call`, keep it as a `Block`.
@@ -63,7 +70,12 @@ namespace closures {
                 return Abi<R>::out(function(arguments...));
         }
         static void finish(ClosureBase* self) { static_cast<Holder*>(self)->function.~F(); }
+        static const ClosureKind kHeld;
     };
+
+    template <class F, class R, class... A>
+    constexpr ClosureKind Holder<F, R, A...>::kHeld { text<R, A...>.text,
+        std::is_trivially_destructible_v<F> ? nullptr : &Holder::finish, sizeof(Holder) };
 
 }
 
@@ -105,13 +117,11 @@ private:
     {
         using Holder = closures::Holder<std::decay_t<F>, R, A...>;
         static_assert(alignof(Holder) <= 16, "captured values of larger alignment cannot be held");
-        void* memory = allocateClosure(sizeof(Holder));
-        Class* const cls = static_cast<NSObject*>(memory)->isa_;
-        auto* const holder = ::new (memory) Holder(std::forward<F>(function));
-        holder->isa_ = cls;
+        auto* const holder
+            = ::new (allocateClosure(sizeof(Holder))) Holder(std::forward<F>(function));
+        holder->isa_ = closureClass();
         holder->code = reinterpret_cast<ClosureBase::Code>(&Holder::run);
-        holder->encoding = closures::text<R, A...>.text;
-        holder->end = std::is_trivially_destructible_v<std::decay_t<F>> ? nullptr : &Holder::finish;
+        holder->kind = &Holder::kHeld;
         return holder;
     }
 };

@@ -117,6 +117,7 @@ void clearExtras(void* object);
 /// Closures are made and ended by the thousand: their end needs no message.
 bool isClosure(const NSObject* object);
 void endClosure(NSObject* object);
+void freeClosure(NSObject* object);
 
 [[noreturn]] void raiseUnrecognized(const NSObject* self, SEL sel);
 

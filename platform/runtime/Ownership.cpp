@@ -39,12 +39,15 @@ namespace {
         ObjectHeader& header = headerOf(object);
         header.count.store(ObjectHeader::kDying, std::memory_order_relaxed);
         clearWeakReferences(object);
-        if (isClosure(object))
+        if (isClosure(object)) {
             endClosure(object);
-        else
-            endFields(object);
+            clearExtras(object);
+            freeClosure(object);
+            return;
+        }
+        endFields(object);
         clearExtras(object);
-        std::free(&headerOf(object));
+        std::free(&header);
     }
 
 }

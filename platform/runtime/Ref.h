@@ -42,7 +42,11 @@ inline void retain(const void* object)
 /// Takes one count away; the last one ends the object on this thread. The object must not be nil.
 inline void release(const void* object)
 {
-    if (headerOf(object).count.fetch_sub(1, std::memory_order_acq_rel) == 1)
+    ObjectHeader& header = headerOf(object);
+    // A single count is the caller's, and without a weak reference nobody can add another: no atomic step is needed.
+    const bool alone = header.count.load(std::memory_order_acquire) == 1
+        && header.extras.load(std::memory_order_relaxed) == 0;
+    if (alone || header.count.fetch_sub(1, std::memory_order_acq_rel) == 1)
         destroyObject(const_cast<void*>(object));
 }
 

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "Unicode.h"
 
+#include "foundation/UnicodeLibrary.h"
+
 #include <algorithm>
 #include <limits>
 #include <memory>
@@ -17,12 +19,51 @@ namespace {
     // a nesting over so many letters, and so the levels of a very long line are found part by part.
     constexpr std::size_t kDirectionUnits = 32 * 1024;
 
-    struct IcuDeleter {
-        void operator()(UBiDi* bidi) const { ubidi_close(bidi); }
-        void operator()(UBreakIterator* iterator) const { ubrk_close(iterator); }
+    /// The functions used here, loaded by the first text that needs one.
+    struct Icu {
+        decltype(&::ubidi_open) openBidi = nullptr;
+        decltype(&::ubidi_close) closeBidi = nullptr;
+        decltype(&::ubidi_setPara) setParagraph = nullptr;
+        decltype(&::ubidi_getLevels) levels = nullptr;
+        decltype(&::ubidi_getParaLevel) paragraphLevel = nullptr;
+        decltype(&::ubidi_reorderVisual) reorderVisual = nullptr;
+        decltype(&::ubrk_open) openIterator = nullptr;
+        decltype(&::ubrk_close) closeIterator = nullptr;
+        decltype(&::ubrk_setText) setText = nullptr;
+        decltype(&::ubrk_first) first = nullptr;
+        decltype(&::ubrk_next) next = nullptr;
+        bool loaded = false;
+
+        Icu()
+        {
+            using unicode::find;
+            void* const library = unicode::openLibrary("libicuuc");
+            loaded = find(library, BRINDLE_VERSIONED(ubidi_open), openBidi)
+                && find(library, BRINDLE_VERSIONED(ubidi_close), closeBidi)
+                && find(library, BRINDLE_VERSIONED(ubidi_setPara), setParagraph)
+                && find(library, BRINDLE_VERSIONED(ubidi_getLevels), levels)
+                && find(library, BRINDLE_VERSIONED(ubidi_getParaLevel), paragraphLevel)
+                && find(library, BRINDLE_VERSIONED(ubidi_reorderVisual), reorderVisual)
+                && find(library, BRINDLE_VERSIONED(ubrk_open), openIterator)
+                && find(library, BRINDLE_VERSIONED(ubrk_close), closeIterator)
+                && find(library, BRINDLE_VERSIONED(ubrk_setText), setText)
+                && find(library, BRINDLE_VERSIONED(ubrk_first), first)
+                && find(library, BRINDLE_VERSIONED(ubrk_next), next);
+        }
     };
 
-    template <typename T> using Icu = std::unique_ptr<T, IcuDeleter>;
+    const Icu& icu()
+    {
+        static const Icu& instance = *new Icu;
+        return instance;
+    }
+
+    struct IcuDeleter {
+        void operator()(UBiDi* bidi) const { icu().closeBidi(bidi); }
+        void operator()(UBreakIterator* iterator) const { icu().closeIterator(iterator); }
+    };
+
+    template <typename T> using Owned = std::unique_ptr<T, IcuDeleter>;
 
     UBiDiLevel paragraphLevel(BaseDirection direction)
     {
@@ -43,8 +84,8 @@ namespace {
     {
         UErrorCode status = U_ZERO_ERROR;
         const auto length = static_cast<std::int32_t>(part.size());
-        ubidi_setPara(bidi, part.data(), length, base, nullptr, &status);
-        const UBiDiLevel* found = U_SUCCESS(status) ? ubidi_getLevels(bidi, &status) : nullptr;
+        icu().setParagraph(bidi, part.data(), length, base, nullptr, &status);
+        const UBiDiLevel* found = U_SUCCESS(status) ? icu().levels(bidi, &status) : nullptr;
         if (U_FAILURE(status) || !found)
             return false;
         levels.insert(levels.end(), found, found + length);
@@ -58,10 +99,10 @@ namespace {
 
     UBreakIterator* characterIterator()
     {
-        thread_local Icu<UBreakIterator> iterator;
-        if (!iterator) {
+        thread_local Owned<UBreakIterator> iterator;
+        if (!iterator && icu().loaded) {
             UErrorCode status = U_ZERO_ERROR;
-            iterator.reset(ubrk_open(UBRK_CHARACTER, "", nullptr, 0, &status));
+            iterator.reset(icu().openIterator(UBRK_CHARACTER, "", nullptr, 0, &status));
             if (U_FAILURE(status))
                 iterator.reset();
         }
@@ -98,8 +139,10 @@ Directions directionsOfText(std::u16string_view text, BaseDirection direction)
 {
     Directions result;
     result.base = direction == BaseDirection::rightToLeft ? 1 : 0;
-    const Icu<UBiDi> bidi(ubidi_open());
-    if (text.empty() || !bidi)
+    if (text.empty() || !icu().loaded)
+        return result;
+    const Owned<UBiDi> bidi(icu().openBidi());
+    if (!bidi)
         return result;
     result.levels.reserve(text.size());
     UBiDiLevel base = paragraphLevel(direction);
@@ -108,7 +151,7 @@ Directions directionsOfText(std::u16string_view text, BaseDirection direction)
         if (!addLevels(bidi.get(), part, base, result.levels))
             return { {}, result.base };
         if (start == 0)
-            base = result.base = ubidi_getParaLevel(bidi.get());
+            base = result.base = icu().paragraphLevel(bidi.get());
     }
     return result;
 }
@@ -116,7 +159,10 @@ Directions directionsOfText(std::u16string_view text, BaseDirection direction)
 std::vector<std::size_t> visualOrder(const std::vector<Level>& levels)
 {
     std::vector<std::int32_t> order(levels.size());
-    ubidi_reorderVisual(levels.data(), static_cast<std::int32_t>(levels.size()), order.data());
+    std::iota(order.begin(), order.end(), 0);
+    const bool mixed = std::ranges::any_of(levels, [](Level level) { return level != 0; });
+    if (mixed && icu().loaded)
+        icu().reorderVisual(levels.data(), static_cast<std::int32_t>(levels.size()), order.data());
     return { order.begin(), order.end() };
 }
 
@@ -126,14 +172,14 @@ std::vector<std::size_t> characterBoundaries(std::u16string_view text)
     if (!iterator)
         return unitBoundaries(text);
     UErrorCode status = U_ZERO_ERROR;
-    ubrk_setText(iterator, text.data(), static_cast<std::int32_t>(text.size()), &status);
+    icu().setText(iterator, text.data(), static_cast<std::int32_t>(text.size()), &status);
     if (U_FAILURE(status))
         return unitBoundaries(text);
     std::vector<std::size_t> boundaries;
-    for (std::int32_t at = ubrk_first(iterator); at != UBRK_DONE; at = ubrk_next(iterator))
+    for (std::int32_t at = icu().first(iterator); at != UBRK_DONE; at = icu().next(iterator))
         boundaries.push_back(static_cast<std::size_t>(at));
     // The iterator must not go on pointing at text that its owner may free.
-    ubrk_setText(iterator, u"", 0, &status);
+    icu().setText(iterator, u"", 0, &status);
     return boundaries;
 }
 

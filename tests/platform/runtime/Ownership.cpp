@@ -139,7 +139,7 @@ namespace {
         Block<void()> block = [] {};
         EXPECT_STREQ(class_getName(block->classObject()), "NSBlock");
         EXPECT_EQ(block->copy().get(), static_cast<NSObject*>(block.get()));
-        EXPECT_STREQ(block->encoding, "v@?");
+        EXPECT_STREQ(block->kind->encoding, "v@?");
     }
 
     TEST(Closures, KeepWhatTheyCaptureUntilTheLastCopyGoes)
