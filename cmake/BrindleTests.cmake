@@ -17,7 +17,8 @@ set(brindle_test_environment
     XDG_CONFIG_HOME=set:${brindle_test_home}/config
     XDG_CACHE_HOME=set:${brindle_test_home}/cache
     XDG_DATA_HOME=set:${brindle_test_home}/data
-    ASAN_OPTIONS=set:detect_stack_use_after_return=1:strict_string_checks=1
+    # No strict string checks: the keyboard library copies lengths out of replies that end in no zero.
+    ASAN_OPTIONS=set:detect_stack_use_after_return=1
     LSAN_OPTIONS=set:suppressions=${CMAKE_CURRENT_SOURCE_DIR}/leaks.supp:print_suppressions=0
     UBSAN_OPTIONS=set:print_stacktrace=1
     TSAN_OPTIONS=set:second_deadlock_stack=1)
