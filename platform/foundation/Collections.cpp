@@ -115,6 +115,14 @@ void requireRange(const NSObject* self, const char* operation, NSRange range, NS
 
 std::string indentation(NSUInteger level) { return std::string(level * 4, ' '); }
 
+std::vector<NSObject*> untilNil(NSObject* first, va_list& list)
+{
+    std::vector<NSObject*> objects;
+    for (NSObject* object = first; object; object = va_arg(list, NSObject*))
+        objects.push_back(object);
+    return objects;
+}
+
 std::string describe(NSObject* item, NSUInteger level)
 {
     const bool isCollection = item->isKindOfClass(NSArray::cls())

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <algorithm>
+#include <cstdarg>
 #include <string>
 #include <vector>
 
@@ -26,6 +27,9 @@ std::string placeOf(const NSObject* self, const char* operation);
     const NSObject* self, const char* operation, const char* what = "object");
 /// Raises `NSRangeException` unless the range lies within `count` elements.
 void requireRange(const NSObject* self, const char* operation, NSRange range, NSUInteger count);
+
+/// Answers the objects of an argument list that ends in nil, the first one given.
+std::vector<NSObject*> untilNil(NSObject* first, va_list& list);
 
 /// Answers how an element is written in a description whose brackets stand `level` levels deep.
 std::string describe(NSObject* item, NSUInteger level);

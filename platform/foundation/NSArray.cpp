@@ -82,11 +82,9 @@ template <> struct NSArray::Methods<struct Reading> {
     }
     static NSObject* arrayWithObjects(Class* self, SEL, NSObject* first, ...)
     {
-        std::vector<NSObject*> objects;
         va_list list;
         va_start(list, first);
-        for (NSObject* object = first; object; object = va_arg(list, NSObject*))
-            objects.push_back(object);
+        const std::vector<NSObject*> objects = collections::untilNil(first, list);
         va_end(list);
         return alloc(*self)->initWithObjects_count(objects.data(), objects.size()).leak();
     }

@@ -10,6 +10,7 @@
 #include <unistd.h>
 
 #include "support/Strings.h"
+#include "support/TemporaryFolder.h"
 
 using namespace brindle;
 
@@ -34,14 +35,6 @@ std::string textOfData(const Ref<NSData>& data)
 /// A folder of its own that goes with its content.
 class NSDataFiles : public testing::Test {
 protected:
-    void SetUp() override
-    {
-        std::string name = (std::filesystem::temp_directory_path() / "brindle-XXXXXX").string();
-        ASSERT_TRUE(::mkdtemp(name.data()));
-        folder_ = name;
-    }
-    void TearDown() override { std::filesystem::remove_all(folder_); }
-
     std::string path(const char* name) const { return (folder_ / name).string(); }
     Ref<NSString> pathString(const char* name) const { return stringFrom(path(name)); }
     std::string content(const char* name) const
@@ -59,7 +52,8 @@ protected:
             std::filesystem::directory_iterator(folder_), std::filesystem::directory_iterator()));
     }
 
-    std::filesystem::path folder_;
+    test::TemporaryFolder temporary_;
+    const std::filesystem::path& folder_ = temporary_.path();
 };
 
 }

@@ -7,6 +7,7 @@
 #include <gtest/gtest.h>
 
 #include "support/Strings.h"
+#include "support/TemporaryFolder.h"
 
 namespace brindle {
 
@@ -110,15 +111,13 @@ namespace {
     TEST(NSStringPaths, LinksAreFollowedAsFarAsThePathExists)
     {
         namespace fs = std::filesystem;
-        std::string pattern = (fs::temp_directory_path() / "brindle-paths-XXXXXX").string();
-        ASSERT_NE(mkdtemp(pattern.data()), nullptr);
-        const fs::path folder = fs::canonical(pattern);
+        const test::TemporaryFolder temporary;
+        const fs::path& folder = temporary.path();
         fs::create_directory(folder / "real");
         fs::create_directory_symlink(folder / "real", folder / "link");
         const Ref<NSString> path = stringFrom((folder / "link" / "new.txt").string());
         EXPECT_EQ(
             utf8(path->stringByResolvingSymlinksInPath()), (folder / "real" / "new.txt").string());
-        fs::remove_all(folder);
     }
     TEST(NSStringPaths, ANulInAPathNeverReachesTheDisk)
     {
@@ -127,13 +126,10 @@ namespace {
     }
     TEST(NSStringPaths, ALoopOfLinksIsLeftAlone)
     {
-        namespace fs = std::filesystem;
-        std::string pattern = (fs::temp_directory_path() / "brindle-paths-XXXXXX").string();
-        ASSERT_NE(mkdtemp(pattern.data()), nullptr);
-        fs::create_symlink("loop", fs::path(pattern) / "loop");
-        const std::string loop = pattern + "/loop";
+        const test::TemporaryFolder temporary;
+        const std::string loop = (temporary.path() / "loop").string();
+        std::filesystem::create_symlink("loop", loop);
         EXPECT_EQ(utf8(stringFrom(loop)->stringByResolvingSymlinksInPath()), loop);
-        fs::remove_all(pattern);
     }
 
 }
