@@ -5,6 +5,7 @@
 #include <unistd.h>
 
 #include "NSData.h"
+#include "NSError.h"
 #include "NSStringPrivate.h"
 #include "runtime/NSException.h"
 #include "runtime/Runtime.h"
@@ -190,24 +191,6 @@ namespace strings {
 
 }
 
-namespace {
-
-    constexpr NSInteger kCannotRead = 256;
-    constexpr NSInteger kNoSuchFile = 260;
-    constexpr NSInteger kWrongEncoding = 261;
-    constexpr NSInteger kCannotWrite = 512;
-    constexpr NSInteger kCannotEncode = 517;
-
-    void report(Ref<NSError>* error, NSInteger code)
-    {
-        Class* const cls = error ? objc_getClass("NSError") : nullptr;
-        if (cls)
-            *error = cls->send<"errorWithDomain:code:userInfo:", Ref<NSError>>(
-                "NSCocoaErrorDomain"_ns, code, static_cast<NSDictionary*>(nullptr));
-    }
-
-}
-
 template <> struct NSString::Methods<struct StringBytes> {
 
     static Ref<NSString> initWithBytes(
@@ -279,12 +262,14 @@ template <> struct NSString::Methods<struct StringBytes> {
         const Ref<NSData> data = NSData::cls().dataWithContentsOfFile(path);
         if (!data) {
             const bool isThere = path && ::access(path->fileSystemRepresentation(), F_OK) == 0;
-            report(error, isThere ? kCannotRead : kNoSuchFile);
+            reportError(error, isThere ? NSFileReadUnknownError : NSFileReadNoSuchFileError,
+                { { NSFilePathErrorKey, path } });
             return nullptr;
         }
         Ref<NSString> text = self.initWithData_encoding(data.get(), encoding);
         if (!text)
-            report(error, kWrongEncoding);
+            reportError(
+                error, NSFileReadInapplicableStringEncodingError, { { NSFilePathErrorKey, path } });
         return text;
     }
     static Ref<NSString> stringWithFile(
@@ -298,12 +283,12 @@ template <> struct NSString::Methods<struct StringBytes> {
     {
         const Ref<NSData> data = self.dataUsingEncoding(encoding);
         if (!data) {
-            report(error, kCannotEncode);
+            reportError(error, NSFileWriteInapplicableStringEncodingError);
             return false;
         }
         const bool isWritten = path && data->writeToFile_atomically(path, atomically);
         if (!isWritten)
-            report(error, kCannotWrite);
+            reportError(error, NSFileWriteUnknownError, { { NSFilePathErrorKey, path } });
         return isWritten;
     }
     static bool write(NSString& self, NSString* path, bool atomically)
