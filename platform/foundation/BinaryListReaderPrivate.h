@@ -1,0 +1,125 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <bit>
+#include <span>
+#include <string_view>
+#include <vector>
+
+#include "PropertyListPrivate.h"
+
+namespace brindle::lists {
+
+/// Answers a number of 1 to 8 bytes, the highest first. Eight bytes from `at` on must be readable.
+inline std::uint64_t loadBig(const unsigned char* at, std::size_t size)
+{
+    std::uint64_t word;
+    std::memcpy(&word, at, sizeof word);
+    if constexpr (std::endian::native == std::endian::little)
+        word = __builtin_bswap64(word);
+    return word >> (64 - 8 * size);
+}
+
+/// A binary property list: a flat table of objects, which refer to each other by index. Nothing is copied or built
+/// until it is asked for; the bytes must outlive the reader.
+///
+/// `open` checks every object of the table once, so that all questions afterwards are safe and cheap, for the kind of
+/// object that the question is about. What it does not see is how containers hold each other: who follows references
+/// to any depth asks `childrenFirst` before.
+/// Thread: any number at once, after `open`.
+class BinaryListReader {
+public:
+    using Index = std::size_t;
+
+    /// Indexes that a container holds.
+    class References {
+    public:
+        References(const unsigned char* at, std::size_t count, std::size_t size)
+            : at_(at)
+            , count_(count)
+            , size_(size)
+        {
+        }
+        std::size_t size() const { return count_; }
+        Index operator[](std::size_t i) const { return loadBig(at_ + i * size_, size_); }
+
+    private:
+        const unsigned char* at_;
+        std::size_t count_;
+        std::size_t size_;
+    };
+
+    /// Answers whether bytes begin as a binary list does: "bplist0" and one more.
+    static bool isBinary(std::span<const unsigned char> bytes);
+
+    /// Reads the table and checks every object.
+    /// - Returns: false, with the offset of the culprit, for what is no binary list.
+    bool open(std::span<const unsigned char> bytes, Failure& failure);
+
+    Index top() const { return top_; }
+    Index count() const { return count_; }
+    Kind kind(Index index) const { return shapeAt(at(index)).kind; }
+    /// Answers where an object begins, for messages.
+    std::size_t offset(Index index) const
+    {
+        return static_cast<std::size_t>(at(index) - bytes_.data());
+    }
+
+    bool boolean(Index index) const { return *at(index) == 0x09; }
+    /// Answers an integer's low 64 bits; they are unsigned when `isNatural`.
+    std::int64_t integer(Index index) const;
+    /// Answers whether an integer is above the largest signed one.
+    bool isNatural(Index index) const;
+    double real(Index index) const;
+    /// Answers whether a real number was kept in single precision.
+    bool isSingle(Index index) const { return *at(index) == 0x22; }
+    /// Answers seconds since the reference date, a finite number.
+    double date(Index index) const;
+    std::uint64_t uid(Index index) const;
+    std::span<const unsigned char> data(Index index) const;
+
+    /// Answers a string's bytes when it is kept as ASCII, else a view without data.
+    std::string_view ascii(Index index) const;
+    Ref<NSString> string(Index index) const;
+
+    /// Answers an array's elements, or a dictionary's keys and values, which are as many.
+    References elements(Index array) const;
+    References keys(Index dictionary) const;
+    References values(Index dictionary) const;
+    /// Answers the first entry with this ASCII key, or `count()`.
+    Index find(Index dictionary, std::string_view key) const;
+
+    /// Answers the object that stands for a value of any kind but array and dictionary.
+    Ref<NSObject> leaf(Index index) const;
+
+    /// Lists what the top object reaches, each object once and behind everything that it holds.
+    /// - Returns: false for a container that contains itself, and for more than `kDeepest` in each other.
+    bool childrenFirst(std::vector<Index>& order, Failure& failure) const;
+
+private:
+    struct Shape {
+        Kind kind = Kind::none;
+        std::size_t count
+            = 0; ///< bytes of a number or data, units of a string, elements or entries
+        const unsigned char* content = nullptr;
+    };
+
+    static Shape shapeAt(const unsigned char* at);
+    const unsigned char* at(Index index) const
+    {
+        return bytes_.data() + loadBig(table_ + index * offsetSize_, offsetSize_);
+    }
+    bool readTrailer(Failure& failure);
+    bool check(Index index, std::size_t& length, Failure& failure) const;
+    bool checkReferences(Index index, const Shape& shape, Failure& failure) const;
+    References children(Index container) const;
+
+    std::span<const unsigned char> bytes_;
+    const unsigned char* table_ = nullptr;
+    std::size_t offsetSize_ = 0;
+    std::size_t referenceSize_ = 0;
+    Index count_ = 0;
+    Index top_ = 0;
+};
+
+}

@@ -1,0 +1,273 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "foundation/NSPropertyListSerialization.h"
+
+#include <cmath>
+#include <limits>
+
+#include "foundation/NSDate.h"
+#include "foundation/NSMutableArray.h"
+#include "foundation/NSMutableDictionary.h"
+#include "foundation/NSMutableString.h"
+#include "foundation/NSNull.h"
+#include "foundation/PropertyListUID.h"
+#include "support/PropertyLists.h"
+
+using namespace brindle;
+using namespace brindle::test;
+using namespace std::literals;
+
+namespace {
+
+constexpr NSPropertyListFormat kBinary = NSPropertyListBinaryFormat_v1_0;
+
+std::string written(const Ref<NSObject>& list) { return writeList(list, kBinary); }
+
+/// Answers the objects of a written list, without header, table and trailer.
+std::string objectsIn(const std::string& list)
+{
+    return list.substr(8, static_cast<unsigned char>(list.back()) - 8u);
+}
+
+std::string readBack(const Ref<NSObject>& list) { return textOf(readList(written(list))); }
+
+Ref<NSObject> date(double seconds)
+{
+    return NSDate::cls().dateWithTimeIntervalSinceReferenceDate(seconds);
+}
+
+/// Levels of arrays that hold the one below `width` times.
+std::string sharedChildren(int levels, int width)
+{
+    std::vector<std::string> objects;
+    for (int i = 0; i < levels; ++i)
+        objects.push_back(static_cast<char>(0xa0 | width)
+            + std::string(static_cast<std::size_t>(width), static_cast<char>(i + 1)));
+    objects.push_back("\x51x");
+    std::string out = "bplist00";
+    std::string table;
+    for (const std::string& object : objects) {
+        table += static_cast<char>(out.size() >> 8);
+        table += static_cast<char>(out.size());
+        out += object;
+    }
+    const std::size_t start = out.size();
+    out += table + "\0\0\0\0\0\0\2\1"s + "\0\0\0\0\0\0\0"s + static_cast<char>(objects.size())
+        + "\0\0\0\0\0\0\0\0"s + "\0\0\0\0\0\0"s + static_cast<char>(start >> 8)
+        + static_cast<char>(start);
+    return out;
+}
+
+}
+
+// ---- values
+
+TEST(BinaryList, WritesHeaderObjectsTableAndTrailer)
+{
+    EXPECT_EQ(written(number(5)),
+        "bplist00\x10\x05\x08"
+        "\0\0\0\0\0\0\1\1\0\0\0\0\0\0\0\1\0\0\0\0\0\0\0\0\0\0\0\0\0\0\0\x0a"s);
+}
+
+TEST(BinaryList, IntegersTakeTheFewestBytes)
+{
+    EXPECT_EQ(objectsIn(written(number(255))), "\x10\xff"s);
+    EXPECT_EQ(objectsIn(written(number(256))), "\x11\1\0"s);
+    EXPECT_EQ(objectsIn(written(number(65536))), "\x12\0\1\0\0"s);
+    EXPECT_EQ(objectsIn(written(number(4294967296))), "\x13\0\0\0\1\0\0\0\0"s);
+    EXPECT_EQ(objectsIn(written(number(-1))), "\x13\xff\xff\xff\xff\xff\xff\xff\xff"s);
+}
+
+TEST(BinaryList, IntegersAboveTheSignedOnesTake128Bits)
+{
+    const Ref<NSObject> largest = NSNumber::cls().numberWithUnsignedInteger(~NSUInteger { 0 });
+    EXPECT_EQ(objectsIn(written(largest)), "\x14\0\0\0\0\0\0\0\0\xff\xff\xff\xff\xff\xff\xff\xff"s);
+    EXPECT_EQ(readBack(largest), "18446744073709551615");
+}
+
+TEST(BinaryList, A128BitIntegerThatFitsIsAccepted)
+{
+    EXPECT_EQ(textOf(readList(binaryList({ "\x14\0\0\0\0\0\0\0\0\0\0\0\0\0\0\0\7"s }))), "7");
+}
+
+TEST(BinaryList, ALargerIntegerIsRefused)
+{
+    EXPECT_EQ(readFailure(binaryList({ "\x14\0\0\0\0\0\0\0\1\0\0\0\0\0\0\0\0"s })),
+        "3840: byte 8: an integer has more than 64 bits");
+    EXPECT_EQ(readFailure(binaryList({ "\x14\xff\xff\xff\xff\xff\xff\xff\xff\xff\xff\xff\xff\xff"
+                                       "\xff\xff\xff" })),
+        "3840: byte 8: an integer has more than 64 bits");
+}
+
+TEST(BinaryList, BooleansStayBooleans)
+{
+    const Ref<NSObject> list = readList(written(NSNumber::cls().numberWithBool(true)));
+    EXPECT_STREQ(cast<NSNumber>(list)->objCType(), "B");
+}
+
+TEST(BinaryList, SinglePrecisionStaysSingle)
+{
+    const Ref<NSObject> list = readList(written(NSNumber::cls().numberWithFloat(0.1f)));
+    EXPECT_STREQ(cast<NSNumber>(list)->objCType(), "f");
+    EXPECT_EQ(cast<NSNumber>(list)->floatValue(), 0.1f);
+}
+
+TEST(BinaryList, RealNumbersKeepNotANumber)
+{
+    const Ref<NSObject> list = readList(written(NSNumber::cls().numberWithDouble(NAN)));
+    EXPECT_TRUE(std::isnan(cast<NSNumber>(list)->doubleValue()));
+}
+
+TEST(BinaryList, AsciiTakesAByteAndOtherTextTwo)
+{
+    EXPECT_EQ(objectsIn(written(string("abc"))),
+        "\x53"
+        "abc");
+    EXPECT_EQ(objectsIn(written(string("ä€"))), "\x62\0\xe4\x20\xac"s);
+    EXPECT_EQ(readBack(string("ä€😀")), "ä€😀");
+}
+
+TEST(BinaryList, LongValuesHaveTheirCountBehindTheMarker)
+{
+    const std::string text(300, 'x');
+    EXPECT_EQ(written(string(text)).substr(8, 4), "\x5f\x11\x01\x2c"s);
+    EXPECT_EQ(readBack(string(text)), text);
+}
+
+TEST(BinaryList, DataComesBack)
+{
+    const std::string bytes("\0\xff\x80", 3);
+    EXPECT_EQ(bytesIn(cast<NSData>(readList(written(dataOf(bytes))))), bytes);
+}
+
+TEST(BinaryList, AnyFiniteDateIsKept)
+{
+    for (const double seconds : { 0.0, 0.25, -1e300, std::numeric_limits<double>::denorm_min() })
+        EXPECT_EQ(cast<NSDate>(readList(written(date(seconds))))->timeIntervalSinceReferenceDate(),
+            seconds);
+}
+
+TEST(BinaryList, ADateThatIsNotFiniteIsRefused)
+{
+    EXPECT_EQ(readFailure(binaryList({ "\x33\x7f\xf8\0\0\0\0\0\0"s })),
+        "3840: byte 8: a date is not a finite number");
+    EXPECT_EQ(readFailure(binaryList({ "\x33\xff\xf0\0\0\0\0\0\0"s })),
+        "3840: byte 8: a date is not a finite number");
+    EXPECT_EQ(writeFailure(date(INFINITY), kBinary), "3851: a date is not a finite number");
+}
+
+TEST(BinaryList, ReferencesOfArchivesHaveAMarkerOfTheirOwn)
+{
+    EXPECT_EQ(objectsIn(written(makeUID(5))), "\x80\x05");
+    EXPECT_EQ(objectsIn(written(makeUID(256))), "\x81\1\0"s);
+    const Ref<NSObject> list = readList(written(makeUID(70000)));
+    ASSERT_TRUE(list->isKindOfClass(PropertyListUID::cls()));
+    EXPECT_EQ(cast<PropertyListUID>(list)->unsignedIntegerValue(), 70000u);
+}
+
+TEST(BinaryList, DictionariesKeepTheirOrder)
+{
+    const Ref<NSDictionary> list
+        = makeDictionary({ { "b"_ns, "1"_ns }, { "a"_ns, "2"_ns }, { "c"_ns, "3"_ns } });
+    const Ref<NSObject> back = readList(written(list));
+    EXPECT_EQ(utf8(cast<NSDictionary>(back)->allKeys()->componentsJoinedByString(" "_ns)), "b a c");
+    EXPECT_TRUE(back->isEqual(list.get()));
+}
+
+TEST(BinaryList, OfEqualKeysTheLastOneStays)
+{
+    const Ref<NSObject> list
+        = readList(binaryList({ "\xd2\1\1\2\3"sv, "\x51k", "\x51x", "\x51y" }));
+    EXPECT_EQ(textOf(list), "{\n    k = y;\n}");
+}
+
+TEST(BinaryList, EqualStringsAreWrittenOnce)
+{
+    const Ref<NSArray> list
+        = makeArray({ stringFrom("word").get(), stringFrom("word").get(), "word"_ns });
+    EXPECT_EQ(objectsIn(written(list)), "\x54word\xa3\0\0\0"s);
+}
+
+TEST(BinaryList, EqualNumbersOfDifferentKindsAreWrittenEach)
+{
+    const Ref<NSArray> list = makeArray({ number(1).get(),
+        NSNumber::cls().numberWithBool(true).get(), NSNumber::cls().numberWithDouble(1).get() });
+    EXPECT_EQ(cast<NSArray>(readList(written(list)))->count(), 3u);
+    EXPECT_EQ(objectsIn(written(list)).size(), 2u + 1 + 9 + 4);
+}
+
+TEST(BinaryList, ManyObjectsTakeLargerReferences)
+{
+    std::vector<Ref<NSObject>> numbers;
+    for (NSInteger i = 0; i < 70000; ++i)
+        numbers.push_back(number(i));
+    const Ref<NSArray> list = makeArray(numbers);
+    const std::string bytes = written(list);
+    EXPECT_EQ(bytes[bytes.size() - 25], 4); // a reference's bytes
+    EXPECT_TRUE(readList(bytes)->isEqual(list.get()));
+}
+
+// ---- what others may write
+
+TEST(BinaryList, AnyCharacterMayFollowTheHeader)
+{
+    EXPECT_EQ(textOf(readList(binaryList({ "\x51x" }, 0, "bplist0z"))), "x");
+}
+
+TEST(BinaryList, SizesOfOneToEightBytesAreAccepted)
+{
+    for (unsigned offsets = 1; offsets <= 8; ++offsets) {
+        for (unsigned references = 1; references <= 8; ++references) {
+            const auto big = [](std::size_t value, unsigned size) {
+                std::string text(size, '\0');
+                text.back() = static_cast<char>(value);
+                return text;
+            };
+            std::string list = "bplist00\xa1" + big(1, references);
+            const std::size_t leaf = list.size();
+            list += "\x51x";
+            const std::size_t table = list.size();
+            list += big(8, offsets) + big(leaf, offsets) + "\0\0\0\0\0\0"s
+                + static_cast<char>(offsets) + static_cast<char>(references) + big(2, 8) + big(0, 8)
+                + big(table, 8);
+            EXPECT_EQ(textOf(readList(list)), "(\n    x\n)") << offsets << ' ' << references;
+        }
+    }
+}
+
+TEST(BinaryList, SharedChildrenAreBuiltOnce)
+{
+    const Ref<NSObject> list = readList(sharedChildren(40, 3));
+    ASSERT_TRUE(list);
+    const auto array = cast<NSArray>(list);
+    EXPECT_EQ(array->objectAtIndex(0).get(), array->objectAtIndex(2).get());
+}
+
+TEST(BinaryList, SharedChildrenAreWrittenOnce)
+{
+    const Ref<NSObject> list = readList(sharedChildren(40, 3));
+    EXPECT_LT(written(list).size(), 400u);
+}
+
+// ---- what is refused
+
+TEST(BinaryList, AContainerThatContainsItselfIsRefused)
+{
+    EXPECT_EQ(readFailure(binaryList({ "\xa1\0"sv })), "3840: byte 8: a container contains itself");
+    EXPECT_EQ(readFailure(binaryList({ "\xa1\1"sv, "\xd1\2\0"sv, "\x51k" })),
+        "3840: byte 8: a container contains itself");
+}
+
+TEST(BinaryList, AContainerThatContainsItselfIsNotWritten)
+{
+    const Ref<NSMutableArray> list = make<NSMutableArray>();
+    list->addObject(makeArray({ list.get() }).get());
+    EXPECT_EQ(writeFailure(list, kBinary), "3851: a container contains itself");
+    list->removeAllObjects();
+}
+
+TEST(BinaryList, TheMostAre512ContainersInEachOtherAreTheMost)
+{
+    EXPECT_EQ(writeFailure(nestedArrays(512), kBinary), "written");
+    EXPECT_EQ(writeFailure(nestedArrays(513), kBinary), "3851: containers are nested too deeply");
+    EXPECT_TRUE(readList(written(nestedArrays(512))));
+}
