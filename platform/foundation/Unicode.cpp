@@ -27,6 +27,7 @@ namespace {
         decltype(&::u_getCombiningClass) combiningClass = nullptr;
         decltype(&::u_getIntPropertyValue) property = nullptr;
         decltype(&::u_hasBinaryProperty) hasProperty = nullptr;
+        decltype(&::u_charType) category = nullptr;
         decltype(&::unorm2_normalize) normalize = nullptr;
         decltype(&::unorm2_getNFCInstance) nfc = nullptr;
         decltype(&::unorm2_getNFDInstance) nfd = nullptr;
@@ -44,6 +45,7 @@ namespace {
                 && find(library, BRINDLE_VERSIONED(u_getCombiningClass), combiningClass)
                 && find(library, BRINDLE_VERSIONED(u_getIntPropertyValue), property)
                 && find(library, BRINDLE_VERSIONED(u_hasBinaryProperty), hasProperty)
+                && find(library, BRINDLE_VERSIONED(u_charType), category)
                 && find(library, BRINDLE_VERSIONED(unorm2_normalize), normalize)
                 && find(library, BRINDLE_VERSIONED(unorm2_getNFCInstance), nfc)
                 && find(library, BRINDLE_VERSIONED(unorm2_getNFDInstance), nfd)
@@ -198,6 +200,46 @@ bool isWhiteSpace(char32_t c)
     if (c < 0x80)
         return c == ' ' || (c >= 9 && c <= 13);
     return letters().loaded && letters().hasProperty(static_cast<UChar32>(c), UCHAR_WHITE_SPACE);
+}
+
+static_assert(kUppercase == U_GC_LU_MASK && kLowercase == U_GC_LL_MASK && kTitlecase == U_GC_LT_MASK
+    && kOtherLetters == (U_GC_LM_MASK | U_GC_LO_MASK) && kMarks == U_GC_M_MASK
+    && kDecimalDigits == U_GC_ND_MASK && kOtherNumbers == (U_GC_NL_MASK | U_GC_NO_MASK)
+    && kControls == (U_GC_CC_MASK | U_GC_CF_MASK) && kPunctuation == U_GC_P_MASK
+    && kSymbols == U_GC_S_MASK && kUnassigned == U_GC_CN_MASK);
+
+namespace {
+
+    std::uint32_t asciiCategory(char32_t c)
+    {
+        if (c < 0x20 || c == 0x7f)
+            return U_GC_CC_MASK;
+        if (c == ' ')
+            return U_GC_ZS_MASK;
+        if (c >= '0' && c <= '9')
+            return kDecimalDigits;
+        if (c >= 'A' && c <= 'Z')
+            return kUppercase;
+        if (c >= 'a' && c <= 'z')
+            return kLowercase;
+        constexpr std::string_view symbols = "$+<=>^`|~";
+        const bool isSymbol = symbols.find(static_cast<char>(c)) != std::string_view::npos;
+        return isSymbol ? U_GC_SM_MASK : U_GC_PO_MASK;
+    }
+
+}
+
+std::uint32_t category(char32_t c)
+{
+    if (c < 0x80)
+        return asciiCategory(c);
+    return letters().loaded ? U_MASK(letters().category(static_cast<UChar32>(c))) : kUnassigned;
+}
+
+bool decomposes(char32_t c)
+{
+    return c >= 0x80 && letters().loaded
+        && letters().property(static_cast<UChar32>(c), UCHAR_NFD_QUICK_CHECK) == UNORM_NO;
 }
 
 // ---- order

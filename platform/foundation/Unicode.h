@@ -30,6 +30,26 @@ bool extendsLetter(char32_t c);
 /// Answers whether a letter is white space.
 bool isWhiteSpace(char32_t c);
 
+/// The general categories of letters, as bits.
+enum Category : std::uint32_t {
+    kUnassigned = 1u << 0,
+    kUppercase = 1u << 1,
+    kLowercase = 1u << 2,
+    kTitlecase = 1u << 3,
+    kOtherLetters = 3u << 4,
+    kMarks = 7u << 6,
+    kDecimalDigits = 1u << 9,
+    kOtherNumbers = 3u << 10,
+    kControls = 3u << 15, // formatting characters too
+    kPunctuation = (31u << 19) | (3u << 28),
+    kSymbols = 15u << 24,
+    kAllCategories = (1u << 30) - 1,
+};
+/// Answers the one bit of a letter's category. Without the library all but ASCII is unassigned.
+std::uint32_t category(char32_t c);
+/// Answers whether a letter is written otherwise in the decomposed form.
+bool decomposes(char32_t c);
+
 /// How collation treats case and digits.
 struct Collation {
     bool ignoresCase = false;
