@@ -3,10 +3,9 @@
 
 #include <algorithm>
 #include <limits>
-#include <locale.h>
-#include <stdlib.h>
 
 #include "NSStringPrivate.h"
+#include "Numerals.h"
 #include "Unicode.h"
 #include "runtime/Table.h"
 
@@ -17,113 +16,56 @@ using strings::View;
 
 namespace {
 
-    bool isDigit(char16_t unit) { return unit >= u'0' && unit <= u'9'; }
-    bool isSign(char16_t unit) { return unit == u'-' || unit == u'+'; }
-
-    /// Reads the units of a text one after the other; behind the end there are zeros.
-    class Cursor {
-    public:
-        explicit Cursor(View text)
-            : text_(text)
-        {
-            while (at_ < text_.size() && unicode::isWhiteSpace(text_[at_]))
-                ++at_;
-        }
-        char16_t peek(std::size_t ahead = 0) const
-        {
-            return at_ + ahead < text_.size() ? text_[at_ + ahead] : u'\0';
-        }
-        char16_t take()
-        {
-            const char16_t unit = peek();
-            ++at_;
-            return unit;
-        }
-        void takeDigits(std::string& out)
-        {
-            while (isDigit(peek()))
-                out.push_back(static_cast<char>(take()));
-        }
-
-    private:
-        View text_;
-        std::size_t at_ = 0;
-    };
-
-    std::int64_t readInteger(View text)
+    std::size_t spacesIn(View text)
     {
-        Cursor cursor(text);
-        const bool isNegative = isSign(cursor.peek()) && cursor.take() == u'-';
-        const auto most = static_cast<std::uint64_t>(std::numeric_limits<std::int64_t>::max())
-            + (isNegative ? 1 : 0);
-        std::uint64_t value = 0;
-        while (isDigit(cursor.peek())) {
-            const auto digit = static_cast<std::uint64_t>(cursor.take() - u'0');
-            if (value > (most - digit) / 10) {
-                value = most;
-                break;
-            }
-            value = value * 10 + digit;
-        }
-        return static_cast<std::int64_t>(isNegative ? 0 - value : value);
+        std::size_t at = 0;
+        while (at < text.size() && unicode::isWhiteSpace(text[at]))
+            ++at;
+        return at;
     }
 
-    /// Answers the part of a text that is a decimal number: sign, digits, point, exponent.
+    std::int64_t integerIn(View text)
+    {
+        std::int64_t value = 0;
+        numerals::readInteger(text, spacesIn(text), value);
+        return value;
+    }
+
     std::string numberIn(View text)
     {
-        Cursor cursor(text);
-        std::string out;
-        if (isSign(cursor.peek()))
-            out.push_back(static_cast<char>(cursor.take()));
-        cursor.takeDigits(out);
-        if (cursor.peek() == u'.') {
-            out.push_back(static_cast<char>(cursor.take()));
-            cursor.takeDigits(out);
-        }
-        const bool isExponent = cursor.peek() == u'e' || cursor.peek() == u'E';
-        if (isExponent && isDigit(cursor.peek(isSign(cursor.peek(1)) ? 2 : 1))) {
-            out.push_back(static_cast<char>(cursor.take()));
-            out.push_back(static_cast<char>(cursor.take()));
-            cursor.takeDigits(out);
-        }
-        return out;
-    }
-
-    locale_t plainLocale()
-    {
-        static const locale_t locale = newlocale(LC_ALL_MASK, "C", nullptr);
-        return locale;
+        std::string number;
+        numerals::readDecimal(text, spacesIn(text), number);
+        return number;
     }
 
 }
 
 template <> struct NSString::Methods<struct StringNumbers> {
 
-    static NSInteger integerValue(NSString& self) { return readInteger(Contents(&self)); }
+    static NSInteger integerValue(NSString& self) { return integerIn(Contents(&self)); }
     static std::int32_t intValue(NSString& self)
     {
         using Limits = std::numeric_limits<std::int32_t>;
         return static_cast<std::int32_t>(
-            std::clamp<std::int64_t>(readInteger(Contents(&self)), Limits::min(), Limits::max()));
+            std::clamp<std::int64_t>(integerIn(Contents(&self)), Limits::min(), Limits::max()));
     }
     static double doubleValue(NSString& self)
     {
-        return strtod_l(numberIn(Contents(&self)).c_str(), nullptr, plainLocale());
+        return numerals::doubleOf(numberIn(Contents(&self)));
     }
-    static float floatValue(NSString& self)
-    {
-        return strtof_l(numberIn(Contents(&self)).c_str(), nullptr, plainLocale());
-    }
+    static float floatValue(NSString& self) { return numerals::floatOf(numberIn(Contents(&self))); }
     static bool boolValue(NSString& self)
     {
         const Contents text(&self);
-        Cursor cursor(text);
-        if (isSign(cursor.peek()))
-            cursor.take();
-        while (cursor.peek() == u'0')
-            cursor.take();
-        const char16_t unit = cursor.peek();
-        return isDigit(unit) || unit == u'Y' || unit == u'y' || unit == u'T' || unit == u't';
+        std::size_t at = spacesIn(text);
+        const auto peek = [&] { return at < text->size() ? text.view()[at] : u'\0'; };
+        if (peek() == u'-' || peek() == u'+')
+            ++at;
+        while (peek() == u'0')
+            ++at;
+        const char16_t unit = peek();
+        return (unit >= u'1' && unit <= u'9') || unit == u'Y' || unit == u'y' || unit == u'T'
+            || unit == u't';
     }
 
     static void table(Builder& t)

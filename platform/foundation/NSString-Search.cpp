@@ -143,10 +143,19 @@ namespace strings {
             return std::nullopt;
         }
 
+        bool hasAsciiLetter(View text)
+        {
+            for (std::size_t i = 0; i < text.size(); ++i) {
+                if (const char16_t unit = asciiFolded(text[i]); unit >= u'a' && unit <= u'z')
+                    return true;
+            }
+            return false;
+        }
+
         /// Units for units; ASCII case is the only difference that may be overlooked.
         NSRange findUnits(View text, View wanted, NSStringCompareOptions options)
         {
-            const bool ignoresCase = options & NSCaseInsensitiveSearch;
+            const bool ignoresCase = options & NSCaseInsensitiveSearch && hasAsciiLetter(wanted);
             const bool isForward = !(options & (NSBackwardsSearch | NSAnchoredSearch));
             if (isForward && !ignoresCase && text.isNarrow() && wanted.isNarrow()) {
                 const std::size_t place = text.narrow().find(wanted.narrow());
