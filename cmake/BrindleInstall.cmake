@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: Apache-2.0
-# include/brindle/<folder>/…, both libraries, the CMake package and brindle.pc.
+# include/brindle/<folder>/…, both libraries, the CMake package, brindle.pc and share/brindle, the framework's bundle.
 
 include(CMakePackageConfigHelpers)
 
@@ -37,4 +37,5 @@ cmake_path(RELATIVE_PATH CMAKE_INSTALL_PREFIX
 configure_file(cmake/brindle.pc.in brindle.pc @ONLY)
 install(FILES "${CMAKE_CURRENT_BINARY_DIR}/brindle.pc"
     DESTINATION "${CMAKE_INSTALL_LIBDIR}/pkgconfig")
+install(DIRECTORY "${brindle_resources}/" DESTINATION "${CMAKE_INSTALL_DATADIR}/brindle")
 install(FILES LICENSE NOTICE DESTINATION "${CMAKE_INSTALL_DOCDIR}")

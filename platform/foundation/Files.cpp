@@ -101,6 +101,17 @@ namespace {
 
 }
 
+Ref<NSString> textFrom(std::string bytes)
+{
+    if (Ref<NSString> text = stringFrom(bytes))
+        return text;
+    for (char& byte : bytes) {
+        if (static_cast<signed char>(byte) < 0)
+            byte = '?';
+    }
+    return stringFrom(bytes);
+}
+
 std::optional<ByteBuffer> read(const char* path)
 {
     const Descriptor file(openForReading(path));

@@ -5,10 +5,14 @@
 #include <span>
 
 #include "ByteBuffer.h"
+#include "NSString.h"
 
 /// Whole files, by paths in the file system's own bytes.
 
 namespace brindle::files {
+
+/// Answers bytes of the system as text. They need not be: every byte that is not ASCII then reads "?".
+Ref<NSString> textFrom(std::string bytes);
 
 /// Answers a file's bytes; nothing on any failure (a folder cannot be read).
 std::optional<ByteBuffer> read(const char* path);

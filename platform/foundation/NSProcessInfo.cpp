@@ -11,6 +11,7 @@
 #include <thread>
 #include <unistd.h>
 
+#include "FilesPrivate.h"
 #include "NSDictionary.h"
 #include "NSMutableArray.h"
 #include "NSMutableDictionary.h"
@@ -21,18 +22,6 @@ namespace brindle {
 namespace {
 
     constinit std::mutex nameMutex;
-
-    /// Bytes from outside need not be text: every other byte then reads "?".
-    Ref<NSString> stringFromOutside(std::string bytes)
-    {
-        if (Ref<NSString> text = stringFrom(bytes))
-            return text;
-        for (char& byte : bytes) {
-            if (static_cast<signed char>(byte) < 0)
-                byte = '?';
-        }
-        return stringFrom(bytes);
-    }
 
     std::string contentsOf(const char* path)
     {
@@ -53,7 +42,7 @@ template <> struct NSProcessInfo::Methods<struct Facts> {
     {
         const std::lock_guard guard(nameMutex);
         if (!self.name_)
-            self.name_ = stringFromOutside(program_invocation_short_name);
+            self.name_ = files::textFrom(program_invocation_short_name);
         return self.name_;
     }
     static void setProcessName(NSProcessInfo& self, NSString* name)
@@ -72,7 +61,7 @@ template <> struct NSProcessInfo::Methods<struct Facts> {
         const auto all = make<NSMutableArray>();
         for (std::size_t at = 0; at < bytes.size();) {
             const std::string one = bytes.c_str() + at;
-            all->addObject(stringFromOutside(one).get());
+            all->addObject(files::textFrom(one).get());
             at += one.size() + 1;
         }
         return cast<NSArray>(all->copy());
@@ -84,16 +73,15 @@ template <> struct NSProcessInfo::Methods<struct Facts> {
             const std::string text = *entry;
             const std::size_t equals = text.find('=');
             if (equals != std::string::npos)
-                all->setObject_forKey(stringFromOutside(text.substr(equals + 1)).get(),
-                    stringFromOutside(text.substr(0, equals)).get());
+                all->setObject_forKey(files::textFrom(text.substr(equals + 1)).get(),
+                    files::textFrom(text.substr(0, equals)).get());
         }
         return cast<NSDictionary>(all->copy());
     }
     static Ref<NSString> hostName(NSProcessInfo&)
     {
         utsname names {};
-        return uname(&names) == 0 ? stringFromOutside(names.nodename)
-                                  : Ref<NSString>("localhost"_ns);
+        return uname(&names) == 0 ? files::textFrom(names.nodename) : Ref<NSString>("localhost"_ns);
     }
     static Ref<NSString> userName(NSProcessInfo&)
     {
@@ -101,7 +89,7 @@ template <> struct NSProcessInfo::Methods<struct Facts> {
         passwd* found = nullptr;
         char room[4096];
         if (getpwuid_r(getuid(), &entry, room, sizeof room, &found) == 0 && found)
-            return stringFromOutside(found->pw_name);
+            return files::textFrom(found->pw_name);
         return stringFrom(std::to_string(getuid()));
     }
     static Ref<NSString> globallyUniqueString(NSProcessInfo&)
@@ -117,7 +105,7 @@ template <> struct NSProcessInfo::Methods<struct Facts> {
     {
         utsname names {};
         uname(&names);
-        return stringFromOutside(std::string(names.sysname) + ' ' + names.release);
+        return files::textFrom(std::string(names.sysname) + ' ' + names.release);
     }
     static NSUInteger processorCount(NSProcessInfo&)
     {
