@@ -80,7 +80,7 @@ public:
     }
     void encodeBytes_length_forKey(const void* bytes, NSUInteger length, NSString* key)
     {
-        send<"encodeBytes:length:forKey:">(bytes, length, key);
+        send<"encodeBytes:length:forKey:">(static_cast<const std::uint8_t*>(bytes), length, key);
     }
     void encodePoint_forKey(NSPoint point, NSString* key)
     {
