@@ -208,10 +208,14 @@ template <> struct NSDictionary::Methods<struct Reading> {
     {
         return self.objectForKey(key);
     }
-    /// Key-value access reads entries.
+    /// Key-value access reads entries; behind an "@" it asks the dictionary itself: "@count".
     static Ref<NSObject> valueForKey(NSDictionary& self, NSString* key)
     {
-        return self.objectForKey(key);
+        Ref<NSObject> value = self.objectForKey(key);
+        if (value || !maybe(key)->hasPrefix("@"_ns))
+            return value;
+        return super<NSDictionary, "valueForKey:", Ref<NSObject>>(
+            self, key->substringFromIndex(1).get());
     }
 
     static Items collect(NSDictionary& self, bool values)

@@ -4,6 +4,7 @@
 #include <thread>
 
 #include "ClassPrivate.h"
+#include "MethodChanges.h"
 #include "NSException.h"
 
 namespace brindle {
@@ -180,6 +181,8 @@ namespace {
 
 }
 
+constinit std::atomic<std::uint64_t> methodChanges { 1 };
+
 constinit NSObject* const nilObject = &nilStorage.object;
 
 Slot* emptySlots() { return emptyTable; }
@@ -251,6 +254,7 @@ namespace dispatch {
 
 void updateCaches(Class* cls, SEL sel)
 {
+    methodChanges.fetch_add(1, std::memory_order_release);
     ClassData& data = *cls->data_;
     const std::size_t count = slotsIn(cls);
     Slot* const table = cls->slots_.load(std::memory_order_relaxed);
