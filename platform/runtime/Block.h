@@ -53,6 +53,37 @@ namespace closures {
     template <class R, class... A>
     inline constexpr encoding::Exact<describe<R, A...>().length> text { describe<R, A...>() };
 
+    template <class T> struct SignatureOf;
+    template <class R, class... A> struct SignatureOf<Closure<R(A...)>> {
+        static constexpr std::string_view text = closures::text<R, A...>.view();
+    };
+
+    template <class T> constexpr void appendSignature(encoding::Buffer& out)
+    {
+        using U = std::remove_cvref_t<T>;
+        if constexpr (encoding::Owner<U>)
+            appendSignature<typename U::Owned*>(out);
+        else if constexpr (std::is_pointer_v<U>) {
+            if constexpr (encoding::isClosure<std::remove_pointer_t<U>>) {
+                out.add("<");
+                out.add(SignatureOf<std::remove_pointer_t<U>>::text);
+                out.add(">");
+            }
+        }
+    }
+    template <class R, class... A> constexpr encoding::Buffer describeAll()
+    {
+        encoding::Buffer out;
+        appendSignature<R>(out);
+        (appendSignature<A>(out), ...);
+        return out;
+    }
+    /// What stands behind each "@?" of a message's types, in order: "<v@?@Q^B>"; empty without closures.
+    template <class R, class... A>
+    inline constexpr encoding::Exact<describeAll<R, A...>().length> typesOf {
+        describeAll<R, A...>()
+    };
+
     template <class F, class R, class... A> struct Holder : Closure<R(A...)> {
         F function;
 

@@ -20,9 +20,17 @@ struct Method {
     std::atomic<const char*> types;
     std::atomic<const Signature*>
         signature; ///< nullptr where no C++ function of these types is known
+    std::atomic<const char*>
+        closures; ///< the signatures of the closures it takes, as `Row` has them
     const char* topic; ///< where the entry comes from, for the message about two of them
     enum class Origin : std::uint8_t { generated, own, extension, added } origin;
+    /// Its types are a guess: the first message of other types may have it adapted.
+    std::atomic<bool> isAdaptable { false };
 };
+
+/// Gives an adaptable method an implementation of these types; false when it cannot. Set by the C interface.
+using MethodAdapter = bool (*)(Class* owner, SEL sel, const char* types);
+extern std::atomic<MethodAdapter> methodAdapter;
 
 struct Property {
     std::string name;

@@ -40,6 +40,7 @@ struct PropertyRow {
     IMP (*getterAddress)();
     const Signature* setterSignature;
     IMP (*setterAddress)();
+    const char* closures; ///< "<v@?>" for a field that is a closure; else ""
 };
 
 /// Exclusive access to one property of one object, for values too large to be read in one go.
@@ -261,7 +262,8 @@ constexpr PropertyRow property(const char* name, Options... options)
     using A = properties::Accessors<Field, flags>;
     using Get = properties::AccessorImp<&A::get>;
     PropertyRow row { name, properties::typeText<F>.text, flags, nullptr, nullptr, nullptr,
-        &properties::Access<Field>::offset, &Get::signature, &Get::address, nullptr, nullptr };
+        &properties::Access<Field>::offset, &Get::signature, &Get::address, nullptr, nullptr,
+        closures::typesOf<F>.text };
     if constexpr (!(flags & kPropertyReadOnly)) {
         using Set = properties::AccessorImp<&A::set>;
         row.setterSignature = &Set::signature;
@@ -277,7 +279,7 @@ constexpr PropertyRow computed(const char* name, Options... options)
 {
     constexpr unsigned flags = properties::storageOf<T, (properties::bitsOf<Options> | ... | 0u)>();
     PropertyRow row { name, properties::typeText<T>.text, flags, nullptr, nullptr, "", nullptr,
-        nullptr, nullptr, nullptr, nullptr };
+        nullptr, nullptr, nullptr, nullptr, closures::typesOf<T>.text };
     (properties::apply(row, options), ...);
     return row;
 }

@@ -83,6 +83,9 @@ BRINDLE_EXPORT Method* class_getClassMethod(Class* cls, SEL sel);
 BRINDLE_EXPORT Method** class_copyMethodList(Class* cls, unsigned* count);
 BRINDLE_EXPORT IMP method_getImplementation(const Method* method);
 BRINDLE_EXPORT const char* method_getTypeEncoding(const Method* method);
+/// Answers what stands behind each "@?" of the type encoding, in order: "<v@?@Q^B>"; "" without closures and for
+/// methods added at run time.
+BRINDLE_EXPORT const char* method_getClosureTypes(const Method* method);
 BRINDLE_EXPORT SEL method_getName(const Method* method);
 /// Answers what instances would run; the forwarding implementation, never nullptr, where there is nothing.
 BRINDLE_EXPORT IMP class_getMethodImplementation(Class* cls, SEL sel);

@@ -14,6 +14,9 @@ template <> struct Animal::Methods<struct Body> {
     {
         self.friend_ = Ref<NSObject>(other);
     }
+    static void callWhen(Animal&, Closure<bool(NSRect)>*, std::int64_t, Closure<void(NSObject*)>*)
+    {
+    }
     static std::int64_t population(Class&) { return 7; }
     static void dealloc(Animal& self)
     {
@@ -33,8 +36,10 @@ template <> struct Animal::Methods<struct Body> {
             { "sound", imp<sound> },
             { "friendOfMine", imp<friendOfMine> },
             { "setFriendOfMine:", imp<setFriendOfMine> },
+            { "callWhen:times:with:", imp<callWhen> },
             { "dealloc", imp<dealloc> },
         });
+        t.properties({ property<&Animal::cry_>("cry", copied, nonatomic) });
     }
 };
 BRINDLE_RECORD(Animal, Body)

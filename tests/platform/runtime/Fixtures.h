@@ -6,6 +6,7 @@
 #include <gtest/gtest.h>
 
 #include "foundation/NSGeometry.h"
+#include "runtime/Block.h"
 #include "runtime/NSException.h"
 #include "runtime/Runtime.h"
 
@@ -31,6 +32,7 @@ public:
     std::int64_t legs_ = 0;
     NSRect frame_ {};
     Ref<NSObject> friend_;
+    Block<const char*(std::int64_t)> cry_;
     std::string* obituary_ = nullptr; ///< receives "dealloc" and "fields"
 };
 

@@ -22,6 +22,28 @@ namespace {
         return Ref<Animal>::adopt(static_cast<Animal*>(class_createInstance(cls)));
     }
 
+    const char* closuresOf(SEL sel)
+    {
+        return method_getClosureTypes(class_getInstanceMethod(Animal::cls(), sel));
+    }
+
+    TEST(Methods, TellTheSignaturesOfTheirClosuresInOrder)
+    {
+        EXPECT_STREQ(closuresOf(selector<"callWhen:times:with:">),
+            "<B@?{CGRect={CGPoint=dd}{CGSize=dd}}><v@?@>");
+    }
+
+    TEST(Methods, OfAClosurePropertyTellItsSignature)
+    {
+        EXPECT_STREQ(closuresOf(selector<"cry">), "<*@?q>");
+        EXPECT_STREQ(closuresOf(selector<"setCry:">), "<*@?q>");
+    }
+
+    TEST(Methods, WithoutClosuresTellNoSignatures)
+    {
+        EXPECT_STREQ(closuresOf(selector<"setFrame:">), "");
+    }
+
     TEST(Methods, AreFoundInAncestorsAndNowhereElse)
     {
         EXPECT_EQ(class_getInstanceMethod(Puppy::cls(), selector<"sound">),
