@@ -9,6 +9,8 @@
 
 namespace brindle {
 
+constinit std::atomic<MethodAdapter> methodAdapter { nullptr };
+
 using dispatch::Slot;
 
 namespace {
@@ -227,6 +229,7 @@ namespace dispatch {
         ensureInitialized(holder);
         IMP imp = nullptr;
         const char* wrongTypes = nullptr;
+        Class* adaptableIn = nullptr;
         {
             const std::lock_guard guard(runtimeLock());
             const Method* const method = findMethod(holder, sel);
@@ -237,10 +240,15 @@ namespace dispatch {
                     const auto state = holder->data_->plainClass->data_->initialization.load();
                     if (state == Initialization::done && !lookAround(holder, key))
                         keep(holder, key, imp, sel, &signature);
-                } else
+                } else {
                     wrongTypes = types;
+                    adaptableIn = method->isAdaptable ? method->owner : nullptr;
+                }
             }
         }
+        const MethodAdapter adapt = adaptableIn ? methodAdapter.load() : nullptr;
+        if (adapt && adapt(adaptableIn, sel, signature.types))
+            return miss(self, holder, sel, name, signature, key);
         if (wrongTypes)
             raiseMismatch(self, holder, name, signature.types, wrongTypes);
         if (!imp) {

@@ -1,54 +1,19 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "DynamicCallPrivate.h"
 
-#include <algorithm>
 #include <cstring>
 #include <string>
-#include <vector>
 
+#include "CallFramePrivate.h"
 #include "ClassPrivate.h"
 #include "NSException.h"
 
 namespace brindle {
 
-namespace {
-
 #if defined(__x86_64__)
 
-    // System V calls on x86-64: integers and floating-point numbers fill two separate rows of registers in order; what
-    // finds no room, and every structure over 16 bytes, lies on the stack. So one C function type with both rows
-    // full and one large structure behind them can stand for every signature.
+namespace calls {
 
-    using Word = std::uint64_t;
-    template <std::size_t N> struct Stack {
-        Word words[N];
-    };
-    struct IntegerPair {
-        Word first, second;
-    };
-    struct FloatPair {
-        double first, second;
-    };
-    struct IntegerFloat {
-        Word first;
-        double second;
-    };
-    struct FloatInteger {
-        double first;
-        Word second;
-    };
-
-    enum class Kind { integer, floating, memory };
-
-    struct Frame {
-        Word integers[6] {};
-        double floats[8] {};
-        std::vector<Word> stack;
-        std::size_t integersUsed = 0;
-        std::size_t floatsUsed = 0;
-    };
-
-    /// Says which row each eight bytes of a type go to. Structures hold scalars only up to 16 bytes here.
     std::vector<Kind> classify(const char* type, std::size_t size)
     {
         if (size > 16)
@@ -77,82 +42,85 @@ namespace {
         return kinds;
     }
 
-    void toStack(Frame& frame, const void* value, std::size_t size)
-    {
-        const std::size_t words = (size + 7) / 8;
-        const std::size_t at = frame.stack.size();
-        frame.stack.resize(at + words);
-        std::memcpy(&frame.stack[at], value, size);
-    }
+    namespace {
 
-    /// Widens what is narrower than a register, as callees may expect of integers.
-    Word widened(const char* type, const void* value, std::size_t size)
-    {
-        switch (*type) {
-        case 'c':
-            return static_cast<Word>(std::int64_t { *static_cast<const signed char*>(value) });
-        case 's':
-            return static_cast<Word>(std::int64_t { *static_cast<const std::int16_t*>(value) });
-        case 'i':
-            return static_cast<Word>(std::int64_t { *static_cast<const std::int32_t*>(value) });
-        default:
-            Word word = 0;
-            std::memcpy(&word, value, size);
-            return word;
+        /// Widens what is narrower than a register, as callees may expect of integers.
+        Word widened(const char* type, const void* value, std::size_t size)
+        {
+            switch (*type) {
+            case 'c':
+                return static_cast<Word>(std::int64_t { *static_cast<const signed char*>(value) });
+            case 's':
+                return static_cast<Word>(std::int64_t { *static_cast<const std::int16_t*>(value) });
+            case 'i':
+                return static_cast<Word>(std::int64_t { *static_cast<const std::int32_t*>(value) });
+            default:
+                Word word = 0;
+                std::memcpy(&word, value, size);
+                return word;
+            }
         }
+
     }
 
-    void add(Frame& frame, const char* type, const void* value, std::size_t size)
+    bool Frame::take(const std::vector<Kind>& kinds)
+    {
+        std::size_t words = 0;
+        std::size_t floating = 0;
+        for (const Kind kind : kinds) {
+            words += kind == Kind::integer;
+            floating += kind == Kind::floating;
+        }
+        if (kinds.front() == Kind::memory || integersUsed + words > 6 || floatsUsed + floating > 8)
+            return false;
+        integersUsed += words;
+        floatsUsed += floating;
+        return true;
+    }
+
+    void Frame::add(const char* type, const void* value, std::size_t size)
     {
         const std::vector<Kind> kinds = classify(type, size);
-        std::size_t integers = 0;
-        std::size_t floats = 0;
-        for (const Kind kind : kinds) {
-            integers += kind == Kind::integer;
-            floats += kind == Kind::floating;
-        }
-        if (kinds.front() == Kind::memory || frame.integersUsed + integers > 6
-            || frame.floatsUsed + floats > 8) {
-            toStack(frame, value, size);
+        std::size_t integer = integersUsed;
+        std::size_t floating = floatsUsed;
+        if (!take(kinds)) {
+            const std::size_t at = stack.size();
+            stack.resize(at + (size + 7) / 8);
+            std::memcpy(&stack[at], value, size);
             return;
         }
         const auto* bytes = static_cast<const char*>(value);
         for (std::size_t i = 0; i < kinds.size(); ++i) {
             const std::size_t part = std::min<std::size_t>(8, size - i * 8);
             if (kinds[i] == Kind::integer)
-                frame.integers[frame.integersUsed++] = kinds.size() == 1
-                    ? widened(type, bytes, part)
-                    : widened("Q", bytes + i * 8, part);
+                integers[integer++] = kinds.size() == 1 ? widened(type, bytes, part)
+                                                        : widened("Q", bytes + i * 8, part);
             else
-                std::memcpy(&frame.floats[frame.floatsUsed++], bytes + i * 8, part);
+                std::memcpy(&floats[floating++], bytes + i * 8, part);
         }
     }
 
-    template <class R, std::size_t N> R callWith(IMP imp, const Frame& f)
-    {
-        using Function = R (*)(Word, Word, Word, Word, Word, Word, double, double, double, double,
-            double, double, double, double, Stack<N>);
-        Stack<N> stack {};
-        std::copy(f.stack.begin(), f.stack.end(), stack.words);
-        const auto& i = f.integers;
-        const auto& d = f.floats;
-        return reinterpret_cast<Function>(imp)(i[0], i[1], i[2], i[3], i[4], i[5], d[0], d[1], d[2],
-            d[3], d[4], d[5], d[6], d[7], stack);
-    }
+}
 
-    template <class R> R callFrame(IMP imp, const Frame& frame)
+#endif
+
+namespace {
+
+#if defined(__x86_64__)
+
+    using namespace calls;
+
+    template <class R> R call(IMP imp, const Frame& frame)
     {
-        if (frame.stack.size() <= 4)
-            return callWith<R, 4>(imp, frame);
-        if (frame.stack.size() <= 32)
-            return callWith<R, 32>(imp, frame);
-        raise("NSInvalidArgumentException",
-            "a message with more than 256 bytes of arguments on the stack");
+        if (frame.stack.size() > kMostStackWords)
+            raise("NSInvalidArgumentException",
+                "a message with more than 256 bytes of arguments on the stack");
+        return callFrame<R>(imp, frame, frame.stack.data(), frame.stack.size());
     }
 
     template <class R> void callInto(IMP imp, const Frame& frame, void* result, std::size_t size)
     {
-        const R answer = callFrame<R>(imp, frame);
+        const R answer = call<R>(imp, frame);
         if (result)
             std::memcpy(result, &answer, size);
     }
@@ -173,11 +141,11 @@ namespace {
         for (const char* at = encodingSkipType(types); at && *at; at = encodingSkipType(at)) {
             std::size_t size = 0;
             encodingSizeAndAlignment(at, &size, &alignment);
-            add(frame, at, arguments[index++], size);
+            frame.add(at, arguments[index++], size);
         }
         const bool firstFloats = kinds.front() == Kind::floating;
         if (inMemory) {
-            callFrame<Word>(imp, frame);
+            call<Word>(imp, frame);
             if (result)
                 std::memcpy(result, room.data(), resultSize);
         } else if (kinds.size() == 1)
