@@ -10,6 +10,7 @@
 
 #include "DispatchPrivate.h"
 #include "ThreadPrivate.h"
+#include "runtime/ClosureMemory.h"
 #include "runtime/NSException.h"
 
 namespace brindle {
@@ -173,7 +174,6 @@ bool RunLoopCore::drainItems(Modes mode)
         const auto item = Block<void()>::adopt(items_.pop());
         item();
     }
-    items_.shrink();
     return any;
 }
 
@@ -252,16 +252,37 @@ bool RunLoopCore::hasAnything(Modes mode) const
         [mode](const auto& source) { return (source->modes_ & mode) != 0; });
 }
 
+namespace {
+
+    /// Waits for descriptors until a moment of the clock. - Returns: whether one is ready.
+    bool poll(std::vector<pollfd>& polled, std::int64_t until)
+    {
+        timespec left {};
+        if (until != kNever) {
+            const std::int64_t nanoseconds = std::max<std::int64_t>(until - Clock::now(), 0);
+            left = { nanoseconds / 1'000'000'000, nanoseconds % 1'000'000'000 };
+        }
+        return ::ppoll(polled.data(), polled.size(), until == kNever ? nullptr : &left, nullptr)
+            > 0;
+    }
+
+}
+
 void RunLoopCore::sleep(Modes mode, std::int64_t until)
 {
+    constexpr std::int64_t kRest = 50'000'000; // nanoseconds; by then a burst of closures is over
     std::vector<pollfd> polled { { inbox_->descriptor(), POLLIN, 0 } };
     collect(mode, polled);
-    timespec left {};
-    if (until != kNever) {
-        const std::int64_t nanoseconds = std::max<std::int64_t>(until - Clock::now(), 0);
-        left = { nanoseconds / 1'000'000'000, nanoseconds % 1'000'000'000 };
+    bool isReady = false;
+    if ((items_.isRoomy() || hasSpareClosureMemory()) && !Clock::isVirtual()) {
+        isReady = poll(polled, std::min(until, Clock::now() + kRest));
+        if (!isReady) {
+            items_.shrink();
+            trimClosureMemory();
+        }
     }
-    ::ppoll(polled.data(), polled.size(), until == kNever ? nullptr : &left, nullptr);
+    if (!isReady)
+        poll(polled, until);
     ++wakes_;
 }
 

@@ -72,10 +72,12 @@ public:
         items_[tail_++ & mask_] = item;
     }
     Item pop() { return items_[head_++ & mask_]; }
-    /// Gives the room of a great burst back.
+    /// Whether a great burst has left room behind.
+    bool isRoomy() const { return empty() && items_.size() > kKept; }
+    /// Gives that room back.
     void shrink()
     {
-        if (empty() && items_.size() > kKept) [[unlikely]] {
+        if (isRoomy()) {
             items_ = std::vector<Item>();
             mask_ = 0;
         }

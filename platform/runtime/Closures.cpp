@@ -2,6 +2,7 @@
 #include <cstdlib>
 
 #include "ClassPrivate.h"
+#include "ClosureMemory.h"
 
 namespace brindle {
 
@@ -55,73 +56,9 @@ void endClosure(NSObject* object)
         closure->kind->end(closure);
 }
 
-namespace {
-
-    // Queues make and end closures by the thousand, nearly all of them small. Each thread keeps some blocks of one size;
-    // checkers of memory see every block go instead.
-#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
-    constexpr std::size_t kMostKept = 0;
-#else
-    constexpr std::size_t kMostKept = 256;
-#endif
-    constexpr std::size_t kKeptSize = 64; // two captured words fit
-
-    struct KeptBlock {
-        KeptBlock* next;
-    };
-
-    // Plain words, so that a thread can still post while its other variables end.
-    constinit thread_local KeptBlock* keptBlocks = nullptr;
-    constinit thread_local std::size_t keptCount = 0;
-    constinit thread_local bool keepsNoMore = false;
-
-    struct KeptBlocksEnd {
-        bool known = true;
-
-        ~KeptBlocksEnd()
-        {
-            keepsNoMore = true;
-            while (KeptBlock* const block = keptBlocks) {
-                keptBlocks = block->next;
-                std::free(block);
-            }
-        }
-    };
-    thread_local KeptBlocksEnd keptBlocksEnd;
-
-    void* takeBlock(std::size_t size)
-    {
-        if (size <= kKeptSize && keptBlocks) {
-            KeptBlock* const block = keptBlocks;
-            keptBlocks = block->next;
-            --keptCount;
-            return block;
-        }
-        void* const memory = std::malloc(size <= kKeptSize ? kKeptSize : size);
-        if (!memory)
-            fatal("out of memory");
-        return memory;
-    }
-
-    void giveBlock(void* memory, std::size_t size)
-    {
-        if (size > kKeptSize || keptCount >= kMostKept || keepsNoMore) {
-            std::free(memory);
-            return;
-        }
-        if (keptCount == 0)
-            keptBlocksEnd.known = true; // makes the thread end them
-        auto* const block = static_cast<KeptBlock*>(memory);
-        block->next = keptBlocks;
-        keptBlocks = block;
-        ++keptCount;
-    }
-
-}
-
 void* allocateClosure(std::size_t size)
 {
-    auto* const memory = static_cast<char*>(takeBlock(sizeof(ObjectHeader) + size));
+    auto* const memory = static_cast<char*>(takeClosureMemory(sizeof(ObjectHeader) + size));
     ::new (memory) ObjectHeader { { 0 }, { 1 } };
     return memory + sizeof(ObjectHeader);
 }
@@ -129,7 +66,7 @@ void* allocateClosure(std::size_t size)
 void freeClosure(NSObject* object)
 {
     const std::size_t size = static_cast<ClosureBase*>(object)->kind->size;
-    giveBlock(&headerOf(object), sizeof(ObjectHeader) + size);
+    giveClosureMemory(&headerOf(object), sizeof(ObjectHeader) + size);
 }
 
 ClosureBase* makeClosure(
