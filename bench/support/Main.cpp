@@ -36,6 +36,7 @@ namespace {
         addObjects(plan);
         addAssociatedValues(plan);
         addProperties(plan);
+        addKeyValueCoding(plan);
         addDispatch(plan);
         addTimers(plan);
         addTimeouts(plan);

@@ -10,6 +10,7 @@ void addMessages(Plan& plan);
 void addObjects(Plan& plan);
 void addAssociatedValues(Plan& plan);
 void addProperties(Plan& plan);
+void addKeyValueCoding(Plan& plan);
 void addMethodChanges(Plan& plan);
 void addInvocations(Plan& plan);
 void addDispatch(Plan& plan);

@@ -248,6 +248,11 @@ namespace {
 
 const Accessor* find(const NSObject* object, const NSString* key, Direction direction)
 {
+    if (key && key->isa_ == classOf<NSString>()) {
+        const auto* const narrow = std::get_if<std::string>(&strings::Gate::storage(*key).text);
+        if (narrow) // nearly every key
+            return find(object, *narrow, direction);
+    }
     const strings::Contents contents(key);
     return contents->isNarrow() ? find(object, contents->narrow(), direction)
                                 : find(object, strings::toUtf8(contents), direction);
