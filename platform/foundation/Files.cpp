@@ -16,29 +16,6 @@ namespace brindle::files {
 
 namespace {
 
-    class Descriptor {
-    public:
-        explicit Descriptor(int number)
-            : number_(number)
-        {
-        }
-        ~Descriptor() { close(); }
-        Descriptor(const Descriptor&) = delete;
-        Descriptor& operator=(const Descriptor&) = delete;
-
-        explicit operator bool() const { return number_ >= 0; }
-        int number() const { return number_; }
-        bool close()
-        {
-            const int number = number_;
-            number_ = -1;
-            return number < 0 || ::close(number) == 0;
-        }
-
-    private:
-        int number_;
-    };
-
     int openForReading(const char* path)
     {
         // Not to wait for ever on a pipe without a writer.

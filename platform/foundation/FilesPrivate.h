@@ -3,6 +3,9 @@
 
 #include <optional>
 #include <span>
+#include <utility>
+
+#include <unistd.h>
 
 #include "ByteBuffer.h"
 #include "NSString.h"
@@ -13,6 +16,38 @@ namespace brindle::files {
 
 /// Answers bytes of the system as text. They need not be: every byte that is not ASCII then reads "?".
 Ref<NSString> textFrom(std::string bytes);
+
+/// Owns an open file; a negative number stands for none.
+class Descriptor {
+public:
+    Descriptor() = default;
+    explicit Descriptor(int number)
+        : number_(number)
+    {
+    }
+    Descriptor(Descriptor&& other) noexcept
+        : number_(std::exchange(other.number_, -1))
+    {
+    }
+    Descriptor& operator=(Descriptor&& other) noexcept
+    {
+        std::swap(number_, other.number_);
+        return *this;
+    }
+    ~Descriptor() { close(); }
+
+    explicit operator bool() const { return number_ >= 0; }
+    int number() const { return number_; }
+    /// Answers whether the system closed it without an error, which may be the first word of a failed write.
+    bool close()
+    {
+        const int number = std::exchange(number_, -1);
+        return number < 0 || ::close(number) == 0;
+    }
+
+private:
+    int number_ = -1;
+};
 
 /// Answers a file's bytes; nothing on any failure (a folder cannot be read).
 std::optional<ByteBuffer> read(const char* path);

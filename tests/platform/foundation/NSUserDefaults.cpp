@@ -1,0 +1,520 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "foundation/NSUserDefaults.h"
+
+#include <algorithm>
+#include <cmath>
+#include <string>
+#include <thread>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+#include "foundation/DefaultsDomainsPrivate.h"
+#include "foundation/DispatchPrivate.h"
+#include "foundation/NSArray.h"
+#include "foundation/NSData.h"
+#include "foundation/NSDate.h"
+#include "foundation/NSMutableArray.h"
+#include "foundation/NSMutableString.h"
+#include "foundation/NSNotificationCenter.h"
+#include "foundation/NSNull.h"
+#include "foundation/NSNumber.h"
+#include "foundation/NSSet.h"
+#include "support/DefaultsFolder.h"
+#include "support/Strings.h"
+#include "support/VirtualClock.h"
+
+using namespace brindle;
+
+namespace {
+
+class UserDefaults : public testing::Test {
+protected:
+    UserDefaults() { pass(1); } // what earlier tests have left to be written in the background
+    /// Lets time pass and waits for what it sets going in the background.
+    void pass(double seconds)
+    {
+        clock.advance(seconds);
+        while (queues::isBusy())
+            std::this_thread::yield();
+    }
+    static Ref<NSUserDefaults> defaults() { return NSUserDefaults::cls().standardUserDefaults(); }
+    static Ref<NSNumber> number(NSInteger value)
+    {
+        return NSNumber::cls().numberWithInteger(value);
+    }
+    static void registerOne(NSObject* value, NSString* key)
+    {
+        defaults()->registerDefaults(makeDictionary({ { key, value } }).get());
+    }
+    /// Sets a value and answers it as the next start of the program reads it.
+    Ref<NSObject> kept(NSObject* value)
+    {
+        defaults()->setObject_forKey(value, "key"_ns);
+        folder.restart();
+        return defaults()->objectForKey("key"_ns);
+    }
+    /// Answers what setting a value raises.
+    static std::string refusal(NSObject* value)
+    {
+        return raisedBy([value] { defaults()->setObject_forKey(value, "key"_ns); });
+    }
+
+    test::VirtualClock clock; // nothing is written unless a test asks for it
+    test::DefaultsFolder folder;
+};
+
+/// Counts notifications of one object while it lives.
+class ChangeCounter {
+public:
+    explicit ChangeCounter(NSUserDefaults* object)
+        : token_(
+            NSNotificationCenter::cls().defaultCenter()->addObserverForName_object_queue_usingBlock(
+                NSUserDefaultsDidChangeNotification, object, nullptr,
+                [this](NSNotification*) { ++count; }))
+    {
+    }
+    ~ChangeCounter() { NSNotificationCenter::cls().defaultCenter()->removeObserver(token_.get()); }
+
+    int count = 0;
+
+private:
+    Ref<NSObject> token_;
+};
+
+Ref<NSArray> nested(int depth)
+{
+    Ref<NSArray> list = NSArray::cls().array();
+    for (int i = 1; i < depth; ++i)
+        list = NSArray::cls().arrayWithObject(list.get());
+    return list;
+}
+
+int replacements = 0;
+
+int countReplacements(const char* call)
+{
+    replacements += std::string(call) == "renameat";
+    return 0;
+}
+
+}
+
+TEST_F(UserDefaults, AreOneObject) { EXPECT_EQ(defaults(), defaults()); }
+
+TEST_F(UserDefaults, AnswerNothingForAnAbsentKey)
+{
+    EXPECT_FALSE(defaults()->objectForKey("absent"_ns));
+    EXPECT_EQ(defaults()->integerForKey("absent"_ns), 0);
+    EXPECT_EQ(defaults()->floatForKey("absent"_ns), 0);
+    EXPECT_EQ(defaults()->doubleForKey("absent"_ns), 0);
+    EXPECT_FALSE(defaults()->boolForKey("absent"_ns));
+    EXPECT_FALSE(defaults()->stringForKey("absent"_ns));
+    EXPECT_FALSE(defaults()->dataForKey("absent"_ns));
+    EXPECT_FALSE(defaults()->arrayForKey("absent"_ns));
+    EXPECT_FALSE(defaults()->stringArrayForKey("absent"_ns));
+    EXPECT_FALSE(defaults()->dictionaryForKey("absent"_ns));
+}
+
+TEST_F(UserDefaults, AnswerNothingForNoKey) { EXPECT_FALSE(defaults()->objectForKey(nullptr)); }
+
+TEST_F(UserDefaults, AnswerWhatWasSet)
+{
+    defaults()->setObject_forKey("value"_ns, "key"_ns);
+    EXPECT_EQ(utf8(defaults()->stringForKey("key"_ns)), "value");
+}
+
+TEST_F(UserDefaults, ForgetAValueThatIsSetToNil)
+{
+    defaults()->setObject_forKey("value"_ns, "key"_ns);
+    defaults()->setObject_forKey(nullptr, "key"_ns);
+    EXPECT_FALSE(defaults()->objectForKey("key"_ns));
+}
+
+TEST_F(UserDefaults, ShowTheRegisteredValueAgainAfterARemoval)
+{
+    registerOne("registered"_ns, "key"_ns);
+    defaults()->setObject_forKey("value"_ns, "key"_ns);
+    defaults()->removeObjectForKey("key"_ns);
+    EXPECT_EQ(utf8(defaults()->stringForKey("key"_ns)), "registered");
+}
+
+TEST_F(UserDefaults, ReadNumbersOutOfStrings)
+{
+    defaults()->setObject_forKey("42"_ns, "key"_ns);
+    EXPECT_EQ(defaults()->integerForKey("key"_ns), 42);
+    EXPECT_EQ(defaults()->doubleForKey("key"_ns), 42);
+    EXPECT_EQ(defaults()->floatForKey("key"_ns), 42);
+    defaults()->setObject_forKey("YES"_ns, "key"_ns);
+    EXPECT_TRUE(defaults()->boolForKey("key"_ns));
+    defaults()->setObject_forKey("NO"_ns, "key"_ns);
+    EXPECT_FALSE(defaults()->boolForKey("key"_ns));
+}
+
+TEST_F(UserDefaults, ReadNoNumberOutOfOtherValues)
+{
+    defaults()->setObject_forKey(NSArray::cls().arrayWithObject("1"_ns).get(), "key"_ns);
+    EXPECT_EQ(defaults()->integerForKey("key"_ns), 0);
+    EXPECT_FALSE(defaults()->boolForKey("key"_ns));
+    EXPECT_EQ(defaults()->doubleForKey("key"_ns), 0);
+    EXPECT_FALSE(defaults()->stringForKey("key"_ns));
+}
+
+TEST_F(UserDefaults, AnswerTheTextOfANumber)
+{
+    defaults()->setInteger_forKey(7, "key"_ns);
+    EXPECT_EQ(utf8(defaults()->stringForKey("key"_ns)), "7");
+}
+
+TEST_F(UserDefaults, KeepAllOfALargeInteger)
+{
+    EXPECT_EQ(cast<NSNumber>(kept(number(INT64_MIN).get()))->integerValue(), INT64_MIN);
+    EXPECT_EQ(cast<NSNumber>(kept(number(INT64_MAX).get()))->integerValue(), INT64_MAX);
+}
+
+TEST_F(UserDefaults, KeepSinglePrecision)
+{
+    defaults()->setFloat_forKey(0.1F, "key"_ns);
+    folder.restart();
+    EXPECT_EQ(defaults()->floatForKey("key"_ns), 0.1F);
+    EXPECT_EQ(defaults()->doubleForKey("key"_ns), 0.10000000149011612);
+}
+
+TEST_F(UserDefaults, KeepDoublePrecision)
+{
+    defaults()->setDouble_forKey(0.1, "key"_ns);
+    folder.restart();
+    EXPECT_EQ(defaults()->doubleForKey("key"_ns), 0.1);
+}
+
+TEST_F(UserDefaults, KeepABooleanAsOne)
+{
+    defaults()->setBool_forKey(true, "key"_ns);
+    folder.restart();
+    EXPECT_TRUE(defaults()->boolForKey("key"_ns));
+    EXPECT_STREQ(cast<NSNumber>(defaults()->objectForKey("key"_ns))->objCType(), "B");
+}
+
+TEST_F(UserDefaults, WriteABooleanOverAnEqualNumber)
+{
+    defaults()->setInteger_forKey(1, "key"_ns);
+    folder.restart();
+    defaults()->setBool_forKey(true, "key"_ns);
+    folder.restart();
+    EXPECT_STREQ(cast<NSNumber>(defaults()->objectForKey("key"_ns))->objCType(), "B");
+}
+
+TEST_F(UserDefaults, KeepDataDatesAndCollections)
+{
+    const unsigned char bytes[] { 0, 1, 255 };
+    const Ref<NSData> data = dataFrom(bytes);
+    EXPECT_TRUE(kept(data.get())->isEqual(data.get()));
+    const Ref<NSDate> date = NSDate::cls().dateWithTimeIntervalSinceReferenceDate(12.5);
+    EXPECT_TRUE(kept(date.get())->isEqual(date.get()));
+    const Ref<NSDictionary> list = makeDictionary(
+        { { "list"_ns, NSArray::cls().arrayWithObjects("a"_ns, number(2).get()).get() },
+            { "date"_ns, date.get() } });
+    EXPECT_TRUE(kept(list.get())->isEqual(list.get()));
+}
+
+TEST_F(UserDefaults, AnswerDataOnlyForData)
+{
+    defaults()->setObject_forKey("text"_ns, "key"_ns);
+    EXPECT_FALSE(defaults()->dataForKey("key"_ns));
+    defaults()->setObject_forKey(NSData::cls().data().get(), "key"_ns);
+    EXPECT_TRUE(defaults()->dataForKey("key"_ns));
+    EXPECT_FALSE(defaults()->stringForKey("key"_ns));
+}
+
+TEST_F(UserDefaults, AnswerAnArrayOfStringsOnlyForOne)
+{
+    defaults()->setObject_forKey(NSArray::cls().arrayWithObjects("a"_ns, "b"_ns).get(), "key"_ns);
+    EXPECT_EQ(defaults()->stringArrayForKey("key"_ns)->count(), 2U);
+    defaults()->setObject_forKey(
+        NSArray::cls().arrayWithObjects("a"_ns, number(1).get()).get(), "key"_ns);
+    EXPECT_FALSE(defaults()->stringArrayForKey("key"_ns));
+    EXPECT_TRUE(defaults()->arrayForKey("key"_ns));
+}
+
+TEST_F(UserDefaults, AnswerUnderTheSelectorsOfKeyValueCoding)
+{
+    defaults()->send<"setValue:forKey:">(static_cast<NSObject*>("value"_ns), "key"_ns);
+    EXPECT_EQ(textOf(defaults()->send<"valueForKey:", Ref<NSObject>>("key"_ns)), "value");
+}
+
+TEST_F(UserDefaults, DoNotChangeWithTheStringThatWasSet)
+{
+    const auto text = cast<NSMutableString>("one"_ns->mutableCopy());
+    defaults()->setObject_forKey(text.get(), "key"_ns);
+    text->appendString("two"_ns);
+    EXPECT_EQ(utf8(defaults()->stringForKey("key"_ns)), "one");
+}
+
+TEST_F(UserDefaults, AnswerImmutableValuesAllTheWayDown)
+{
+    const auto inner = make<NSMutableArray>();
+    const auto outer = make<NSMutableDictionary>();
+    outer->setObject_forKey(inner.get(), "inner"_ns);
+    defaults()->setObject_forKey(outer.get(), "key"_ns);
+    inner->addObject("late"_ns);
+    const Ref<NSDictionary> read = defaults()->dictionaryForKey("key"_ns);
+    EXPECT_FALSE(read->isKindOfClass(NSMutableDictionary::cls()));
+    const auto list = cast<NSArray>(read->objectForKey("inner"_ns));
+    EXPECT_FALSE(list->isKindOfClass(NSMutableArray::cls()));
+    EXPECT_EQ(list->count(), 0U);
+}
+
+TEST_F(UserDefaults, RefuseWhatIsNoPropertyList)
+{
+    EXPECT_TRUE(refusal(make<NSObject>().get())
+                    .starts_with("NSInvalidArgumentException: Attempt to insert non-property list "
+                                 "object <NSObject: 0x"))
+        << refusal(make<NSObject>().get());
+    EXPECT_EQ(refusal(NSNull::cls().null().get()),
+        "NSInvalidArgumentException: Attempt to insert non-property list object <null> for key "
+        "key");
+    EXPECT_NE(refusal(NSSet::cls().set().get()), "");
+    EXPECT_NE(refusal(NSArray::cls().arrayWithObject(NSNull::cls().null().get()).get()), "");
+    EXPECT_FALSE(defaults()->objectForKey("key"_ns));
+}
+
+TEST_F(UserDefaults, RefuseDictionariesWithOtherKeysThanStrings)
+{
+    EXPECT_NE(refusal(makeDictionary({ { number(1).get(), "one"_ns } }).get()), "");
+}
+
+TEST_F(UserDefaults, RefuseDatesThatNoFileHolds)
+{
+    EXPECT_NE(refusal(NSDate::cls().dateWithTimeIntervalSinceReferenceDate(NAN).get()), "");
+    EXPECT_NE(refusal(NSDate::cls().dateWithTimeIntervalSinceReferenceDate(INFINITY).get()), "");
+}
+
+TEST_F(UserDefaults, RefuseAContainerWithinItself)
+{
+    const auto list = make<NSMutableArray>();
+    list->addObject(list.get());
+    list->addObject(list.get());
+    EXPECT_NE(refusal(list.get()), "");
+    list->removeAllObjects();
+}
+
+TEST_F(UserDefaults, KeepTheDeepestListThatCanBeWrittenAndRefuseADeeperOne)
+{
+    EXPECT_TRUE(kept(nested(511).get())->isEqual(nested(511).get()));
+    EXPECT_NE(refusal(nested(512).get()), "");
+}
+
+TEST_F(UserDefaults, KeepSharedChildrenWithoutGrowing)
+{
+    Ref<NSArray> list = NSArray::cls().arrayWithObject("leaf"_ns);
+    for (int i = 0; i < 40; ++i)
+        list = NSArray::cls().arrayWithObjects(list.get(), list.get());
+    Ref<NSObject> read = kept(list.get());
+    for (int i = 0; i < 40; ++i)
+        read = cast<NSArray>(read)->lastObject();
+    EXPECT_EQ(textOf(cast<NSArray>(read)->firstObject()), "leaf");
+}
+
+TEST_F(UserDefaults, KeepTextWithAnUnpairedSurrogateReadable)
+{
+    const std::u16string text { u'a', 0xd800, u'b' };
+    defaults()->setObject_forKey("other"_ns, "other"_ns);
+    EXPECT_EQ(textOf(kept(stringFrom(text).get())),
+        "a\xef\xbf\xbd"
+        "b");
+    EXPECT_EQ(utf8(defaults()->stringForKey("other"_ns)), "other");
+}
+
+TEST_F(UserDefaults, KeepTextWithAnEndInside)
+{
+    EXPECT_EQ(textOf(kept(stringFrom(std::string_view("a\0b", 3)).get())), std::string("a\0b", 3));
+}
+
+TEST_F(UserDefaults, RefuseAKeyThatIsNoString)
+{
+    EXPECT_EQ(raisedBy([] { defaults()->setObject_forKey("value"_ns, nullptr); }),
+        "NSInvalidArgumentException: Key of a user default is no string: (null)");
+    EXPECT_NE(raisedBy([] {
+        defaults()->setObject_forKey("value"_ns, cast<NSString>(cast<NSObject>(number(1).get())));
+    }),
+        "");
+}
+
+TEST_F(UserDefaults, AreWrittenWhenSynchronized)
+{
+    defaults()->setObject_forKey("value"_ns, "key"_ns);
+    EXPECT_FALSE(std::filesystem::exists(folder.file()));
+    EXPECT_TRUE(defaults()->synchronize());
+    EXPECT_TRUE(std::filesystem::exists(folder.file()));
+}
+
+TEST_F(UserDefaults, AreReadableForTheUserAlone)
+{
+    defaults()->setObject_forKey("value"_ns, "key"_ns);
+    defaults()->synchronize();
+    using std::filesystem::perms;
+    EXPECT_EQ(std::filesystem::status(folder.file()).permissions(),
+        perms::owner_read | perms::owner_write);
+    EXPECT_EQ(std::filesystem::status(folder.file().parent_path()).permissions(), perms::owner_all);
+}
+
+TEST_F(UserDefaults, LeaveNothingButTheFileAndItsLock)
+{
+    defaults()->setObject_forKey("value"_ns, "key"_ns);
+    defaults()->synchronize();
+    std::vector<std::string> names;
+    for (const auto& entry : std::filesystem::directory_iterator(folder.file().parent_path()))
+        names.push_back(entry.path().filename());
+    std::ranges::sort(names);
+    EXPECT_EQ(names, (std::vector<std::string> { "defaults.lock", "defaults.plist" }));
+}
+
+TEST_F(UserDefaults, AreWrittenAMomentAfterTheChange)
+{
+    defaults()->setObject_forKey("value"_ns, "key"_ns);
+    pass(0.1);
+    EXPECT_FALSE(std::filesystem::exists(folder.file()));
+    pass(0.2);
+    EXPECT_TRUE(std::filesystem::exists(folder.file()));
+}
+
+TEST_F(UserDefaults, ReplaceTheFileOnceForABurstOfChanges)
+{
+    replacements = 0;
+    defaults::fault = countReplacements;
+    for (int i = 0; i < 1000; ++i)
+        defaults()->setInteger_forKey(i, "key"_ns);
+    pass(1);
+    defaults::fault = nullptr;
+    EXPECT_EQ(replacements, 1);
+    folder.restart();
+    EXPECT_EQ(defaults()->integerForKey("key"_ns), 999);
+}
+
+TEST_F(UserDefaults, LeaveTheFileAloneWhenAValueIsSetAgain)
+{
+    defaults()->setObject_forKey("value"_ns, "key"_ns);
+    defaults()->synchronize();
+    replacements = 0;
+    defaults::fault = countReplacements;
+    defaults()->setObject_forKey("value"_ns, "key"_ns);
+    EXPECT_TRUE(defaults()->synchronize());
+    defaults::fault = nullptr;
+    EXPECT_EQ(replacements, 0);
+}
+
+TEST_F(UserDefaults, SynchronizeWithNothingToWriteMakesNoFile)
+{
+    EXPECT_TRUE(defaults()->synchronize());
+    EXPECT_FALSE(std::filesystem::exists(folder.file()));
+}
+
+TEST_F(UserDefaults, KeepARemovalAfterARestart)
+{
+    defaults()->setObject_forKey("value"_ns, "key"_ns);
+    folder.restart();
+    defaults()->removeObjectForKey("key"_ns);
+    folder.restart();
+    EXPECT_FALSE(defaults()->objectForKey("key"_ns));
+}
+
+TEST_F(UserDefaults, NeverWriteRegisteredValues)
+{
+    registerOne("registered"_ns, "key"_ns);
+    defaults()->setObject_forKey("value"_ns, "other"_ns);
+    folder.restart();
+    EXPECT_FALSE(defaults()->objectForKey("key"_ns));
+}
+
+TEST_F(UserDefaults, ReplaceEarlierRegisteredValuesAndKeepOthers)
+{
+    defaults()->registerDefaults(makeDictionary({ { "a"_ns, "1"_ns }, { "b"_ns, "1"_ns } }).get());
+    registerOne("2"_ns, "b"_ns);
+    EXPECT_EQ(defaults()->integerForKey("a"_ns), 1);
+    EXPECT_EQ(defaults()->integerForKey("b"_ns), 2);
+}
+
+TEST_F(UserDefaults, RefuseToRegisterWhatIsNoPropertyList)
+{
+    EXPECT_NE(raisedBy([] { registerOne(NSNull::cls().null().get(), "key"_ns); }), "");
+    EXPECT_FALSE(defaults()->objectForKey("key"_ns));
+}
+
+TEST_F(UserDefaults, PostAChangeOnce)
+{
+    ChangeCounter changes(defaults().get());
+    defaults()->setObject_forKey("value"_ns, "key"_ns);
+    EXPECT_EQ(changes.count, 1);
+}
+
+TEST_F(UserDefaults, PostNothingForAnEqualValue)
+{
+    defaults()->setObject_forKey("value"_ns, "key"_ns);
+    ChangeCounter changes(defaults().get());
+    defaults()->setObject_forKey("value"_ns, "key"_ns);
+    defaults()->removeObjectForKey("absent"_ns);
+    EXPECT_EQ(changes.count, 0);
+}
+
+TEST_F(UserDefaults, CanBeReadAndChangedInAnObserver)
+{
+    int rounds = 0;
+    const Ref<NSObject> token
+        = NSNotificationCenter::cls().defaultCenter()->addObserverForName_object_queue_usingBlock(
+            NSUserDefaultsDidChangeNotification, nullptr, nullptr, [&rounds](NSNotification*) {
+                if (++rounds < 5)
+                    defaults()->setInteger_forKey(defaults()->integerForKey("n"_ns) + 1, "n"_ns);
+            });
+    defaults()->setInteger_forKey(1, "n"_ns);
+    NSNotificationCenter::cls().defaultCenter()->removeObserver(token.get());
+    EXPECT_EQ(defaults()->integerForKey("n"_ns), 5);
+}
+
+TEST_F(UserDefaults, AnswerAllKeysWithTheValuesThatCount)
+{
+    defaults()->registerDefaults(makeDictionary({ { "a"_ns, "1"_ns }, { "b"_ns, "1"_ns } }).get());
+    defaults()->setObject_forKey("2"_ns, "b"_ns);
+    const Ref<NSDictionary> all = defaults()->dictionaryRepresentation();
+    EXPECT_EQ(textOf(all->objectForKey("a"_ns)), "1");
+    EXPECT_EQ(textOf(all->objectForKey("b"_ns)), "2");
+}
+
+TEST_F(UserDefaults, ForceNothing)
+{
+    defaults()->setObject_forKey("value"_ns, "key"_ns);
+    EXPECT_FALSE(defaults()->objectIsForcedForKey("key"_ns));
+    EXPECT_FALSE(defaults()->objectIsForcedForKey_inDomain("key"_ns, NSGlobalDomain));
+}
+
+TEST_F(UserDefaults, AreAnotherObjectAfterAReset)
+{
+    const Ref<NSUserDefaults> before = defaults();
+    before->setObject_forKey("value"_ns, "key"_ns);
+    NSUserDefaults::cls().resetStandardUserDefaults();
+    EXPECT_NE(defaults(), before);
+    EXPECT_EQ(utf8(defaults()->stringForKey("key"_ns)), "value");
+    EXPECT_TRUE(std::filesystem::exists(folder.file()));
+}
+
+TEST_F(UserDefaults, AreSharedByTheThreadsOfTheProcess)
+{
+    std::vector<std::thread> threads;
+    for (int t = 0; t < 8; ++t) {
+        threads.emplace_back([t, this] {
+            const Ref<NSString> own = stringFrom("own" + std::to_string(t));
+            for (int i = 0; i < 500; ++i) {
+                defaults()->setInteger_forKey(i, own.get());
+                defaults()->setInteger_forKey(i, "shared"_ns);
+                EXPECT_EQ(defaults()->integerForKey(own.get()), i);
+                if (i % 100 == t)
+                    defaults()->synchronize();
+            }
+        });
+    }
+    for (std::thread& thread : threads)
+        thread.join();
+    folder.restart();
+    for (int t = 0; t < 8; ++t)
+        EXPECT_EQ(defaults()->integerForKey(stringFrom("own" + std::to_string(t)).get()), 499);
+    EXPECT_EQ(defaults()->integerForKey("shared"_ns), 499);
+}

@@ -1,0 +1,32 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include "foundation/NSProcessInfo.h"
+#include "foundation/NSUserDefaults.h"
+#include "support/TemporaryFolder.h"
+
+namespace brindle::test {
+
+/// Keeps all defaults in a folder of their own while it lives; each begins with nothing.
+class DefaultsFolder {
+public:
+    DefaultsFolder() { restart(); }
+    ~DefaultsFolder() { setDefaultsFolder(nullptr); }
+    DefaultsFolder(const DefaultsFolder&) = delete;
+    DefaultsFolder& operator=(const DefaultsFolder&) = delete;
+
+    /// Writes everything and reads it anew, as the next start of the program would.
+    void restart() { setDefaultsFolder(folder_.path().c_str()); }
+    const std::filesystem::path& path() const { return folder_.path(); }
+    /// Answers where a domain's file is; without a name that of the application.
+    std::filesystem::path file(const std::string& domain = "") const
+    {
+        const std::string own = utf8Of(NSProcessInfo::cls().processInfo()->processName());
+        return path() / (domain.empty() ? own : domain) / "defaults.plist";
+    }
+
+private:
+    TemporaryFolder folder_;
+};
+
+}
