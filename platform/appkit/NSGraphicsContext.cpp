@@ -2,11 +2,13 @@
 #include "NSGraphicsContext.h"
 
 #include "NSColor.h"
+#include "NSGraphicsContextPrivate.h"
 #include "quartz/CGBitmapContext.h"
 #include "quartz/ContextState.h"
 #include "runtime/Runtime.h"
 #include "runtime/Table.h"
 
+#include <utility>
 #include <vector>
 
 namespace brindle {
@@ -17,6 +19,7 @@ namespace {
     struct Focus {
         Ref<NSGraphicsContext> current;
         std::vector<Ref<NSGraphicsContext>> remembered;
+        std::size_t floor = 0; // what was remembered outside of the present scope
     };
 
     constexpr char kRepresentationKey = 0; // its address is the key
@@ -32,6 +35,21 @@ namespace {
         return context ? context->CGContext().get() : nullptr; // the object keeps it
     }
 
+}
+
+CurrentContextScope::CurrentContextScope(NSGraphicsContext* context)
+    : previous_(focus().current)
+    , floor_(std::exchange(focus().floor, focus().remembered.size()))
+{
+    focus().current = context;
+}
+
+CurrentContextScope::~CurrentContextScope()
+{
+    Focus& now = focus();
+    now.current = previous_;
+    now.remembered.resize(now.floor);
+    now.floor = floor_;
 }
 
 template <> struct NSGraphicsContext::Methods<struct Current> {
@@ -50,7 +68,7 @@ template <> struct NSGraphicsContext::Methods<struct Current> {
     static void restoreAll(Class&)
     {
         Focus& now = focus();
-        if (now.remembered.empty())
+        if (now.remembered.size() <= now.floor)
             return;
         now.current = std::move(now.remembered.back());
         now.remembered.pop_back();

@@ -134,7 +134,8 @@ template <> struct NSWindow::Methods<struct Drawing> {
         return parts;
     }
 
-    // One pass: what is marked while it runs is drawn in the next one.
+    // One pass: what is marked while it runs is drawn in the next one. What a view raises leaves it when the others
+    // have been drawn and everything is on the screen.
     static void displayIfNeeded(NSWindow& self)
     {
         WindowState& state = of(self);
@@ -145,13 +146,18 @@ template <> struct NSWindow::Methods<struct Drawing> {
         if (state.damage.isEmpty())
             return;
         const DrawingScope scope(state);
-        Painter(self, partsOf(state)).announce(*state.frameView); // views may mark more now
-        const std::vector<NSRect> parts = partsOf(state);
+        Painter announcing(self, partsOf(state));
+        announcing.announce(*state.frameView); // views may mark more now
+        Painter painter(self, partsOf(state));
+        painter.plan(*state.frameView);
         const std::vector<display::PixelRect> rects = state.damage.take();
         for (const display::PixelRect& rect : rects)
             clearPixels(backing, rect);
-        Painter(self, parts).paint(*state.frameView);
+        painter.paint(*state.frameView);
         WindowAccess::present(self, rects);
+        if (const std::exception_ptr& raised
+            = announcing.raised() ? announcing.raised() : painter.raised())
+            std::rethrow_exception(raised);
     }
     static void display(NSWindow& self)
     {

@@ -27,30 +27,34 @@ std::span<const NSRect> Focus::partsOf(const NSView& view)
 }
 
 Focus::Focus(NSView& view, const AxisTransform& toWindow, std::span<const NSRect> clip)
-    : view_(&view)
-    , previous_(NSGraphicsContext::cls().currentContext())
+    : Focus(view, WindowAccess::backing(*ViewAccess::window(view)), toWindow, clip)
 {
-    Backing& backing = WindowAccess::backing(*ViewAccess::window(view));
-    context_ = backing.context;
+}
+
+Focus::Focus(NSView& view, const Backing& backing, const AxisTransform& toWindow,
+    std::span<const NSRect> clip)
+    : view_(&view)
+    , context_(backing.context)
+    , state_(context_.get())
+    , current_(toWindow.scaleY < 0 ? backing.flipped.get() : backing.upright.get())
+{
     const AxisTransform inverse = toWindow.inverse();
     for (const NSRect& part : clip) {
         parts_.push_back(inverse.apply(part));
         clipped_ = clipped_ == NSRect {} ? part : NSUnionRect(clipped_, part);
     }
-    CGContextSaveGState(context_.get());
     CGContextClipToRects(context_.get(), clip.data(), clip.size());
     CGContextConcatCTM(
         context_.get(), { toWindow.scaleX, 0, 0, toWindow.scaleY, toWindow.moveX, toWindow.moveY });
-    NSGraphicsContext::cls().setCurrentContext(
-        toWindow.scaleY < 0 ? backing.flipped.get() : backing.upright.get());
     stack().push_back(this);
 }
 
 Focus::~Focus()
 {
-    std::erase(stack(), this);
-    CGContextRestoreGState(context_.get());
-    NSGraphicsContext::cls().setCurrentContext(previous_.get());
+    // Above it lies only what was locked while the view drew, and never unlocked.
+    while (stack().back() != this)
+        delete stack().back();
+    stack().pop_back();
 }
 
 NSRect Focus::box() const
@@ -150,13 +154,21 @@ NSView* Painter::coveringView(NSView& view, const AxisTransform& outer, NSRect c
     return view.isOpaque() ? &view : nullptr;
 }
 
+template <class Step> void Painter::attempt(Step&& step)
+{
+    try {
+        step();
+    } catch (...) {
+        if (!raised_)
+            raised_ = std::current_exception();
+    }
+}
+
 void Painter::paint(NSView& root)
 {
-    if (parts_.empty())
-        return;
-    const NSRect whole = ViewAccess::frame(root);
-    first_ = coveringView(root, {}, whole);
-    paint(root, {}, whole);
+    const quartz::StateScope scope(
+        WindowAccess::backing(window_).context.get(), quartz::StateScope::Start::bottom);
+    paint(root, {}, ViewAccess::frame(root));
 }
 
 void Painter::announce(NSView& view, const AxisTransform& outer, NSRect clip)
@@ -168,7 +180,7 @@ void Painter::announce(NSView& view, const AxisTransform& outer, NSRect clip)
     if (!NSIntersectsRect(visible, box_))
         return;
     if (ViewAccess::needsDisplay(view))
-        view.viewWillDraw();
+        attempt([&] { view.viewWillDraw(); });
     const std::vector<Ref<NSView>> inside = ViewAccess::subviews(view);
     for (const Ref<NSView>& subview : inside)
         announce(*subview, toWindow, visible);
@@ -196,8 +208,10 @@ void Painter::paintVisible(NSView& view, const AxisTransform& toWindow, NSRect v
         first_ = nullptr;
     ViewAccess::needsDisplay(view) = false;
     if (!first_) {
-        const Focus focus(view, toWindow, parts);
-        view.drawRect(focus.box());
+        attempt([&] {
+            const Focus focus(view, toWindow, parts);
+            view.drawRect(focus.box());
+        });
     }
     const std::vector<Ref<NSView>> inside
         = ViewAccess::subviews(view); // drawing may change the list

@@ -324,7 +324,8 @@ void CGContextBeginTransparencyLayerWithRect(CGContextRef context, CGRect rect, 
 
 void CGContextEndTransparencyLayer(CGContextRef context)
 {
-    if (ContextData* const data = dataOf(context))
+    ContextData* const data = dataOf(context);
+    if (data && data->layers.size() > data->layersFloor)
         quartz::endLayer(*data);
 }
 

@@ -9,6 +9,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 namespace brindle {
 
@@ -50,11 +51,40 @@ void CGContextRestoreGState(CGContextRef context)
     ContextData* const data = dataOf(context);
     if (!data)
         return;
-    const std::size_t floor = data->layers.empty() ? 0 : data->layers.back()->savedDepth;
-    if (data->saved.size() <= floor)
+    const std::size_t layerFloor = data->layers.empty() ? 0 : data->layers.back()->savedDepth;
+    if (data->saved.size() <= std::max(layerFloor, data->savedFloor))
         return;
     data->state = std::move(data->saved.back());
     data->saved.pop_back();
+}
+
+quartz::StateScope::StateScope(CGContextRef context, Start start)
+    : context_(context)
+{
+    ContextData* const data = dataOf(context);
+    if (!data)
+        return;
+    path_ = std::exchange(data->path, {});
+    data->saved.push_back(data->state);
+    if (start == Start::bottom)
+        data->state = data->saved.front();
+    savedFloor_ = std::exchange(data->savedFloor, data->saved.size());
+    layersFloor_ = std::exchange(data->layersFloor, data->layers.size());
+}
+
+quartz::StateScope::~StateScope()
+{
+    ContextData* const data = dataOf(context_.get());
+    if (!data)
+        return;
+    while (data->layers.size() > data->layersFloor)
+        endLayer(*data);
+    data->saved.resize(data->savedFloor);
+    data->state = std::move(data->saved.back());
+    data->saved.pop_back();
+    data->savedFloor = savedFloor_;
+    data->layersFloor = layersFloor_;
+    data->path = std::move(path_);
 }
 
 // Nothing waits: memory is current after every operation.

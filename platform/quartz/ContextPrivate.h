@@ -121,6 +121,8 @@ struct ContextData {
     std::vector<std::unique_ptr<Layer>> layers;
     GraphicsState state;
     std::vector<GraphicsState> saved;
+    std::size_t savedFloor = 0; // what lies below belongs to whoever opened the present scope
+    std::size_t layersFloor = 0;
     PathData path; // device space
 
     std::unique_ptr<std::byte[]> ownMemory;

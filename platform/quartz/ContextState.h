@@ -3,7 +3,7 @@
 
 #include "CGContext.h"
 
-/// Questions about a context's state, and the focus ring, which the layers above Quartz need.
+/// Questions about a context's state, the focus ring and brackets, which the layers above Quartz need.
 
 namespace brindle::quartz {
 
@@ -15,5 +15,25 @@ enum class FocusRing { none, only, below, above };
 
 /// Draws a ring around each shape filled from now on, until the state is restored.
 BRINDLE_EXPORT void setFocusRing(CGContextRef context, FocusRing ring, CGColorRef color);
+
+/// Brackets drawing by others: state, path, saved states and groups are as before at the end of the scope, whatever was
+/// saved, restored or begun inside. What was saved before cannot be restored inside; a group left open is ended.
+class BRINDLE_EXPORT StateScope {
+public:
+    /// What the scope begins with: the present state, or the one below all that was saved.
+    enum class Start { present, bottom };
+
+    /// - context: may be nil; then nothing is done.
+    explicit StateScope(CGContextRef context, Start start = Start::present);
+    ~StateScope();
+    StateScope(const StateScope&) = delete;
+    StateScope& operator=(const StateScope&) = delete;
+
+private:
+    Ref<CGContext> context_;
+    PathData path_;
+    std::size_t savedFloor_ = 0;
+    std::size_t layersFloor_ = 0;
+};
 
 }

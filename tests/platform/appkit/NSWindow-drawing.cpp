@@ -1,0 +1,219 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "appkit/NSWindow.h"
+
+#include <functional>
+
+#include <gtest/gtest.h>
+
+#include "appkit/NSColor.h"
+#include "appkit/NSGraphicsContext.h"
+#include "foundation/Exceptions.h"
+#include "runtime/NSException.h"
+#include "runtime/Table.h"
+#include "support/HeadlessScreen.h"
+
+namespace brindle {
+
+/// Draws and prepares to draw as a test says.
+class ScriptedView : public NSView {
+    BRINDLE_OBJECT(ScriptedView, NSView)
+
+public:
+    std::function<void()> draw_;
+    std::function<void()> prepare_;
+};
+
+template <> struct ScriptedView::Methods<struct Script> {
+    static void drawRect(ScriptedView& self, NSRect)
+    {
+        if (self.draw_)
+            self.draw_();
+    }
+    static void viewWillDraw(ScriptedView& self)
+    {
+        if (self.prepare_)
+            self.prepare_();
+    }
+    static void table(Builder& t)
+    {
+        t.methods({ { "drawRect:", imp<drawRect> }, { "viewWillDraw", imp<viewWillDraw> } });
+    }
+};
+BRINDLE_RECORD(ScriptedView, Script)
+
+namespace {
+
+    constexpr std::uint32_t kRed = 0xFFFF0000;
+
+    [[noreturn]] void fail() { raise("Fault", "on purpose"); }
+
+    void fillRed()
+    {
+        NSColor::cls().redColor()->set();
+        NSRectFill(NSMakeRect(0, 0, 1000, 1000));
+    }
+
+    /// A view that does as it likes, and after it one beside it that is red.
+    struct Pair {
+        HeadlessScreen screen { 200, 100 };
+        Ref<ScriptedView> wild = screen.add<ScriptedView>(NSMakeRect(0, 0, 100, 100));
+        Ref<ScriptedView> red = screen.add<ScriptedView>(NSMakeRect(100, 0, 100, 100));
+
+        Pair() { red->draw_ = fillRed; }
+        /// Draws both in one pass.
+        void draw(std::function<void()> step)
+        {
+            wild->draw_ = std::move(step);
+            screen.window().contentView()->setNeedsDisplay(true);
+            screen.process();
+        }
+        std::uint32_t leftPixel() { return screen.display().snapshot().at(50, 50); }
+        std::uint32_t rightPixel() { return screen.display().snapshot().at(150, 50); }
+        /// Whether the whole right half is red.
+        bool rightIsRed()
+        {
+            const display::Snapshot seen = screen.display().snapshot();
+            return seen.at(101, 1) == kRed && seen.at(198, 1) == kRed && seen.at(101, 98) == kRed
+                && seen.at(198, 98) == kRed;
+        }
+    };
+
+    TEST(NSWindowDrawing, AViewThatRaisesDoesNotKeepOthersFromTheScreen)
+    {
+        Pair pair;
+        EXPECT_THROW(pair.draw(fail), Exception);
+        EXPECT_TRUE(pair.rightIsRed());
+    }
+
+    TEST(NSWindowDrawing, TheFirstOfSeveralExceptionsLeavesThePass)
+    {
+        Pair pair;
+        pair.red->draw_ = [] { raise("Second", "on purpose"); };
+        try {
+            pair.draw(fail);
+            FAIL() << "nothing was raised";
+        } catch (const Exception& raised) {
+            EXPECT_EQ(utf8Of(raised->name().get()), "Fault");
+        }
+    }
+
+    TEST(NSWindowDrawing, APassThatRaisedIsOver)
+    {
+        Pair pair;
+        EXPECT_THROW(pair.draw(fail), Exception);
+        EXPECT_FALSE(pair.screen.window().viewsNeedDisplay());
+        EXPECT_NO_THROW(pair.screen.process());
+    }
+
+    TEST(NSWindowDrawing, AWindowWhoseViewRaisedDrawsTheNextTime)
+    {
+        Pair pair;
+        EXPECT_THROW(pair.draw(fail), Exception);
+        pair.draw(fillRed);
+        EXPECT_EQ(pair.leftPixel(), kRed);
+        EXPECT_TRUE(pair.rightIsRed());
+    }
+
+    TEST(NSWindowDrawing, AViewThatRaisesBeforeItDrawsDoesNotKeepOthersFromTheScreen)
+    {
+        Pair pair;
+        pair.wild->prepare_ = fail;
+        pair.wild->setNeedsDisplay(true);
+        pair.red->setNeedsDisplay(true);
+        EXPECT_THROW(pair.screen.process(), Exception);
+        EXPECT_TRUE(pair.rightIsRed());
+    }
+
+    TEST(NSWindowDrawing, AStateThatWasSavedAndNeverRestoredEndsWithItsView)
+    {
+        Pair pair;
+        pair.draw([] {
+            NSGraphicsContext::cls().saveGraphicsState();
+            CGContextTranslateCTM(currentCGContext().get(), 30, 30);
+            NSRectClip(NSMakeRect(0, 0, 5, 5));
+        });
+        EXPECT_TRUE(pair.rightIsRed());
+    }
+
+    TEST(NSWindowDrawing, AStateThatWasRememberedAndNeverTakenBackIsForgotten)
+    {
+        Pair pair;
+        pair.draw([] { NSGraphicsContext::cls().saveGraphicsState(); });
+        NSGraphicsContext::cls().restoreGraphicsState();
+        EXPECT_FALSE(NSGraphicsContext::cls().currentContext());
+    }
+
+    TEST(NSWindowDrawing, ARestoreTooManyChangesNothing)
+    {
+        Pair pair;
+        pair.draw([] {
+            for (int i = 0; i < 5; ++i) {
+                NSGraphicsContext::cls().restoreGraphicsState();
+                CGContextRestoreGState(currentCGContext().get());
+            }
+            fillRed();
+        });
+        EXPECT_EQ(pair.leftPixel(), kRed);
+        EXPECT_TRUE(pair.rightIsRed());
+    }
+
+    TEST(NSWindowDrawing, AGroupThatWasNeverEndedEndsWithItsView)
+    {
+        Pair pair;
+        pair.draw([] {
+            CGContextBeginTransparencyLayer(currentCGContext().get(), nullptr);
+            fillRed();
+        });
+        EXPECT_EQ(pair.leftPixel(), kRed);
+        EXPECT_TRUE(pair.rightIsRed());
+    }
+
+    TEST(NSWindowDrawing, TheGroupOfAFadedViewCannotBeEndedByTheView)
+    {
+        Pair pair;
+        pair.wild->setAlphaValue(0);
+        pair.screen.process();
+        const std::uint32_t behind = pair.leftPixel();
+        pair.wild->setAlphaValue(0.01);
+        pair.draw([] {
+            CGContextEndTransparencyLayer(currentCGContext().get());
+            fillRed();
+        });
+        EXPECT_NE(pair.leftPixel(), kRed);
+        EXPECT_NEAR(pair.leftPixel() >> 16 & 0xFF, behind >> 16 & 0xFF, 4);
+    }
+
+    TEST(NSWindowDrawing, APathThatWasBegunEndsWithItsView)
+    {
+        Pair pair;
+        pair.red->draw_ = [] {
+            NSColor::cls().redColor()->set();
+            CGContextFillPath(currentCGContext().get());
+        };
+        pair.draw([] { CGContextAddRect(currentCGContext().get(), CGRectMake(0, 0, 200, 100)); });
+        EXPECT_NE(pair.rightPixel(), kRed);
+    }
+
+    TEST(NSWindowDrawing, AFocusThatWasLockedWhileDrawingEndsWithTheView)
+    {
+        Pair pair;
+        EXPECT_THROW(pair.draw([&pair] {
+            pair.red->lockFocus();
+            fail();
+        }),
+            Exception);
+        EXPECT_FALSE(NSView::cls().focusView());
+        EXPECT_TRUE(pair.rightIsRed());
+    }
+
+    TEST(NSWindowDrawing, AViewIsDrawnInItsPlaceWhileAnotherIsLocked)
+    {
+        Pair pair;
+        pair.wild->lockFocus();
+        pair.draw({});
+        EXPECT_TRUE(pair.rightIsRed());
+        pair.wild->unlockFocus();
+    }
+
+}
+}
