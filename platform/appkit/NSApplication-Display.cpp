@@ -242,6 +242,10 @@ namespace {
             return news(event, NativeNews::closeRequested);
         case Event::Kind::grabLost:
             return news(event, NativeNews::grabLost);
+        case Event::Kind::moveResizeEnded:
+            if (window)
+                WindowAccess::endLiveResize(*window);
+            return;
         case Event::Kind::frameChanged:
             if (window)
                 WindowAccess::frameChangedByDesktop(*window, event.frame);

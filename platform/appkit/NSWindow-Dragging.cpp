@@ -116,9 +116,7 @@ void WindowAccess::resizeWindow(NSWindow& window, ResizeEdge edge, NSEvent& pres
     WindowState& s = state(window);
     if (s.surface && s.surface->beginResize(edge, ApplicationAccess::screenLocation(press))) {
         ApplicationAccess::state().buttonsDown = 0;
-        beginLiveResize(window);
-        s.managedResize = true;
-        return;
+        return beginLiveResize(window); // the display tells the end
     }
     const LiveResize scope(window);
     const NSRect start = s.frame;

@@ -244,9 +244,6 @@ template <> struct NSWindow::Methods<struct Events> {
         const Ref<NSWindow> alive(&self);
         const Ref<NSEvent> event(lent);
         const NSEventType type = maybe(lent)->type();
-        if (events::isIn(type, events::kPointer) && of(self).managedResize
-            && !events::isIn(type, events::kDrags))
-            WindowAccess::endLiveResize(self); // the window manager has given the pointer back
         if (type == NSLeftMouseDown)
             leftPress(self, *event);
         else if (events::isIn(type, events::kDowns))

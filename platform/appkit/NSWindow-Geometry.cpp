@@ -95,7 +95,6 @@ void WindowAccess::endLiveResize(NSWindow& window)
     WindowState& s = state(window);
     if (!std::exchange(s.liveResize, false))
         return;
-    s.managedResize = false;
     tellLiveResize(*s.frameView, false);
     notify(window, NSWindowDidEndLiveResizeNotification, "windowDidEndLiveResize:");
 }

@@ -102,6 +102,7 @@ void WindowAccess::dropSurface(NSWindow& window)
     WindowState& s = state(window);
     if (!s.surface)
         return;
+    endLiveResize(window);
     for (const Ref<NSWindow>& child : s.children) {
         if (state(*child).surface)
             state(*child).surface->setTransientFor(nullptr);

@@ -83,7 +83,6 @@ struct WindowState {
     bool waitsForActivation = false; // would be visible if the application were active
     bool wasShown = false; // listed among the application's windows
     bool liveResize = false;
-    bool managedResize = false; // a live resize that the window manager leads
     bool miniaturized = false;
     bool zoomed = false;
     bool fullScreen = false;

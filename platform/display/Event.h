@@ -29,6 +29,7 @@ struct Event {
         stateChanged, ///< `state`; the surface answers it already
         screensChanged, ///< no surface; the display answers the new screens already
         appearanceChanged, ///< no surface; the desktop's colours changed
+        moveResizeEnded, ///< what `beginMove` or `beginResize` has handed over is over: the button was let go
         grabLost, ///< the grab of `surface` ended without `Display::ungrab`
         disconnected, ///< no surface; the last event of this display
     };

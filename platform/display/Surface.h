@@ -91,8 +91,8 @@ public:
     virtual SurfaceState state() const = 0;
 
     /// Lets the window manager move the surface with the pointer that is down at a point of the screen.
-    /// - Returns: true when it does: `frameChanged` events follow, and no `pointerUp`. False when there is none that
-    ///   can; the caller then follows the pointer itself.
+    /// - Returns: true when it does: `frameChanged` events follow, then a `moveResizeEnded`, and no `pointerUp`. False when
+    ///   there is none that can, or the button is up again already; the caller then follows the pointer itself.
     virtual bool beginMove(CGPoint screenPoint) = 0;
     /// The same for a resize from a side or corner.
     virtual bool beginResize(ResizeEdge edge, CGPoint screenPoint) = 0;

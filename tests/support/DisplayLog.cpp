@@ -8,10 +8,11 @@ namespace brindle::display {
 
 const char* nameOf(Event::Kind kind)
 {
-    static constexpr std::array<const char*, 20> kNames { "none", "pointerDown", "pointerUp",
+    static constexpr std::array<const char*, 21> kNames { "none", "pointerDown", "pointerUp",
         "pointerMoved", "pointerEntered", "pointerLeft", "scroll", "keyDown", "keyUp",
         "modifiersChanged", "focusIn", "focusOut", "frameChanged", "closeRequested", "exposed",
-        "stateChanged", "screensChanged", "appearanceChanged", "grabLost", "disconnected" };
+        "stateChanged", "screensChanged", "appearanceChanged", "moveResizeEnded", "grabLost",
+        "disconnected" };
     return kNames.at(static_cast<std::size_t>(kind));
 }
 

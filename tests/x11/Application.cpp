@@ -1,6 +1,9 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "appkit/NSApplication.h"
 
+#include <cstdlib>
+#include <string_view>
+
 #include "XDriver.h"
 #include "appkit/NSView.h"
 #include "appkit/NSWindow.h"
@@ -62,6 +65,63 @@ namespace {
         const NSUInteger before = loop->wakeCount();
         runFor(5);
         EXPECT_LE(loop->wakeCount() - before, 1u) << "the one that ends the five seconds";
+        window->close();
+        installDisplay(nullptr);
+    }
+
+    TEST(ApplicationOnX, DoesNotWakeUpForModifiersThatArePressedForOthers)
+    {
+        display::XServerProcess server;
+        display::XDriver driver(server.name().c_str());
+        useServer(server);
+        const Ref<NSApplication> application = NSApplication::cls().sharedApplication();
+        const Ref<NSWindow> window = openWindow();
+        runFor(0.5); // it has had the focus, and with it the keyboard
+        application->processEvents();
+        driver.stealFocus();
+        runFor(0.2);
+        application->processEvents();
+        EXPECT_FALSE(application->isActive());
+        const Ref<NSRunLoop> loop = NSRunLoop::cls().mainRunLoop();
+        const NSUInteger before = loop->wakeCount();
+        constexpr std::uint8_t kShiftKey = 50;
+        for (int i = 0; i < 10; ++i)
+            driver.tap(kShiftKey);
+        runFor(0.5);
+        EXPECT_LE(loop->wakeCount() - before, 1u) << "the one that ends the half second";
+        window->close();
+        installDisplay(nullptr);
+    }
+
+    TEST(ApplicationOnX, ALiveResizeByTheManagerEndsWithTheButton)
+    {
+        const char* const manager = std::getenv("BRINDLE_TEST_WM");
+        if (!manager || std::string_view(manager) == "none")
+            return; // without one the window follows the pointer itself
+        installDisplay(
+            display::openDisplay(display::Choice::x11, display::processEnvironment(), [](auto) {}));
+        display::XDriver driver;
+        const Ref<NSApplication> application = NSApplication::cls().sharedApplication();
+        const auto window = alloc<NSWindow>()->initWithContentRect_styleMask_backing_defer(
+            NSMakeRect(200, 300, 300, 200), NSTitledWindowMask | NSResizableWindowMask,
+            NSBackingStoreBuffered, true);
+        window->makeKeyAndOrderFront(nullptr);
+        runFor(0.3);
+        application->processEvents();
+        const NSRect frame = window->frame();
+        const auto row = static_cast<int>(800 - NSMidY(frame));
+        driver.movePointer(static_cast<int>(NSMaxX(frame)) - 2, row);
+        driver.button(1, true);
+        for (int i = 0; i < 100 && !window->inLiveResize(); ++i) {
+            runFor(0.02);
+            application->processEvents();
+        }
+        EXPECT_TRUE(window->inLiveResize());
+        driver.movePointer(static_cast<int>(NSMaxX(frame)) + 50, row);
+        driver.button(1, false);
+        for (int i = 0; i < 100 && window->inLiveResize(); ++i)
+            runFor(0.02);
+        EXPECT_FALSE(window->inLiveResize()) << "without any event of the pointer";
         window->close();
         installDisplay(nullptr);
     }

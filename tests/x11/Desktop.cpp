@@ -92,6 +92,46 @@ namespace {
         }
     }
 
+    TEST_F(X11Desktop, LearnsOfTheReleaseEvenIfTheManagerNeverMovedAnything)
+    {
+        const auto surface = shown({ .frame = kFrame });
+        driver.movePointer(200, 500);
+        driver.button(1, true);
+        ASSERT_TRUE(waitFor(Event::Kind::pointerDown, surface.get()));
+        ASSERT_EQ(surface->beginResize(ResizeEdge::right, { 200, 300 }), hasManager());
+        settle();
+        driver.button(1, false);
+        if (hasManager()) {
+            EXPECT_TRUE(waitFor(Event::Kind::moveResizeEnded, surface.get()));
+        } else {
+            EXPECT_TRUE(waitFor(Event::Kind::pointerUp, surface.get()));
+        }
+    }
+
+    TEST_F(X11Desktop, LetsTheManagerMoveNothingOnceTheButtonIsUp)
+    {
+        const auto surface = shown({ .frame = kFrame });
+        driver.click(200, 500);
+        ASSERT_TRUE(waitFor(Event::Kind::pointerDown, surface.get()));
+        EXPECT_FALSE(surface->beginMove({ 200, 300 }));
+    }
+
+    TEST_F(X11Desktop, LooksForNoReleaseOnceAMovementIsOver)
+    {
+        const auto surface = shown({ .frame = kFrame });
+        driver.movePointer(200, 500);
+        driver.button(1, true);
+        ASSERT_TRUE(waitFor(Event::Kind::pointerDown, surface.get()));
+        surface->beginMove({ 200, 300 });
+        settle();
+        driver.button(1, false);
+        waitFor(
+            hasManager() ? Event::Kind::moveResizeEnded : Event::Kind::pointerUp, surface.get());
+        driver.click(1200, 100);
+        for (const Event& event : settle())
+            EXPECT_NE(event.kind, Event::Kind::moveResizeEnded);
+    }
+
     TEST_F(X11Desktop, ReservesTheTopForABarWhileItIsShown)
     {
         const double top = NSMaxY(display->screens()[0].visibleFrame);

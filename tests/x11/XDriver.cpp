@@ -191,6 +191,22 @@ std::uint8_t XDriver::depth(xcb_window_t window)
     return reply ? reply->depth : 0;
 }
 
+void XDriver::stealFocus()
+{
+    const xcb_window_t window = xcb_generate_id(raw_);
+    const std::uint32_t unmanaged = 1;
+    xcb_create_window(raw_, 0, window, root(), -10, -10, 1, 1, 0, XCB_WINDOW_CLASS_INPUT_ONLY,
+        XCB_COPY_FROM_PARENT, XCB_CW_OVERRIDE_REDIRECT, &unmanaged);
+    xcb_map_window(raw_, window);
+    giveFocus(window);
+}
+
+void XDriver::giveFocus(xcb_window_t window)
+{
+    xcb_set_input_focus(raw_, XCB_INPUT_FOCUS_POINTER_ROOT, window, XCB_CURRENT_TIME);
+    sync();
+}
+
 bool XDriver::grabPointer()
 {
     const auto reply = held(xcb_grab_pointer_reply(raw_,

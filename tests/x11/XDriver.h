@@ -52,6 +52,9 @@ public:
         std::span<const std::uint32_t> values);
     void sendProtocol(xcb_window_t window, const std::string& protocol);
     std::uint8_t depth(xcb_window_t window);
+    /// Takes the keyboard focus for a window of its own that nobody sees.
+    void stealFocus();
+    void giveFocus(xcb_window_t window);
     bool grabPointer();
     void ungrabPointer();
 

@@ -51,6 +51,20 @@ namespace {
             && visual.green_mask == 0xFF00 && visual.blue_mask == 0xFF;
     }
 
+    // Never more than what came, whatever the reply says.
+    std::size_t sizeOf(const xcb_get_property_reply_t& reply)
+    {
+        return std::min(
+            std::size_t { reply.value_len } * (reply.format / 8), std::size_t { reply.length } * 4);
+    }
+
+    std::string textOf(const xcb_get_property_reply_t* reply)
+    {
+        if (!reply || reply->format != 8)
+            return {};
+        return { static_cast<const char*>(xcb_get_property_value(reply)), sizeOf(*reply) };
+    }
+
     std::int64_t monotonicMilliseconds()
     {
         using namespace std::chrono;
@@ -153,10 +167,7 @@ void Connection::receiveAtStart()
 
     atoms_.receive(raw_);
     const auto resources = owned(xcb_get_property_reply(raw_, resourcesCookie_, nullptr));
-    if (resources && resources->format == 8) {
-        resources_.assign(static_cast<const char*>(xcb_get_property_value(resources.get())),
-            static_cast<std::size_t>(xcb_get_property_value_length(resources.get())));
-    }
+    resources_ = textOf(resources.get());
     if (input) {
         const auto reply = owned(xcb_input_xi_query_version_reply(raw_, inputCookie, nullptr));
         if (reply && reply->major_version >= 2
@@ -199,8 +210,7 @@ std::vector<std::uint32_t> Connection::values(Question question)
         return {};
     }
     const auto* first = static_cast<const std::uint32_t*>(xcb_get_property_value(reply.get()));
-    const int bytes = xcb_get_property_value_length(reply.get());
-    return { first, first + bytes / 4 };
+    return { first, first + sizeOf(*reply) / 4 };
 }
 
 std::string Connection::text(xcb_window_t window, xcb_atom_t property)
@@ -208,10 +218,7 @@ std::string Connection::text(xcb_window_t window, xcb_atom_t property)
     const auto reply = owned(xcb_get_property_reply(raw_,
         xcb_get_property(raw_, 0, window, property, XCB_GET_PROPERTY_TYPE_ANY, 0, 1 << 16),
         nullptr));
-    if (!reply || reply->format != 8)
-        return {};
-    return { static_cast<const char*>(xcb_get_property_value(reply.get())),
-        static_cast<std::size_t>(xcb_get_property_value_length(reply.get())) };
+    return textOf(reply.get());
 }
 
 void Connection::setValues(xcb_window_t window, xcb_atom_t property, xcb_atom_t type,

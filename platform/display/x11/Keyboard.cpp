@@ -2,6 +2,7 @@
 #include "KeyboardPrivate.h"
 
 #include <cstdlib>
+#include <utility>
 
 #include <xkbcommon/xkbcommon-compose.h>
 #include <xkbcommon/xkbcommon-x11.h>
@@ -106,18 +107,14 @@ void Keyboard::ensureLoaded()
 
 void Keyboard::selectEvents()
 {
-    constexpr std::uint16_t kEvents = XCB_XKB_EVENT_TYPE_NEW_KEYBOARD_NOTIFY
-        | XCB_XKB_EVENT_TYPE_MAP_NOTIFY | XCB_XKB_EVENT_TYPE_STATE_NOTIFY;
+    constexpr std::uint16_t kEvents
+        = XCB_XKB_EVENT_TYPE_NEW_KEYBOARD_NOTIFY | XCB_XKB_EVENT_TYPE_MAP_NOTIFY;
     constexpr std::uint16_t kMapParts = XCB_XKB_MAP_PART_KEY_TYPES | XCB_XKB_MAP_PART_KEY_SYMS
         | XCB_XKB_MAP_PART_MODIFIER_MAP | XCB_XKB_MAP_PART_KEY_ACTIONS
         | XCB_XKB_MAP_PART_VIRTUAL_MODS | XCB_XKB_MAP_PART_VIRTUAL_MOD_MAP;
-    constexpr std::uint16_t kStateParts
-        = XCB_XKB_STATE_PART_MODIFIER_STATE | XCB_XKB_STATE_PART_GROUP_STATE;
     xcb_xkb_select_events_details_t details {};
     details.affectNewKeyboard = XCB_XKB_NKN_DETAIL_KEYCODES;
     details.newKeyboardDetails = XCB_XKB_NKN_DETAIL_KEYCODES;
-    details.affectState = kStateParts;
-    details.stateDetails = kStateParts;
     xcb_connection_t* raw = connection_.raw();
     const auto device = static_cast<xcb_xkb_device_spec_t>(device_);
     xcb_xkb_select_events_aux(raw, device, kEvents, 0, 0, kMapParts, kMapParts, &details);
@@ -126,6 +123,26 @@ void Keyboard::selectEvents()
         xcb_xkb_per_client_flags(raw, device, XCB_XKB_PER_CLIENT_FLAG_DETECTABLE_AUTO_REPEAT,
             XCB_XKB_PER_CLIENT_FLAG_DETECTABLE_AUTO_REPEAT, 0, 0, 0)
             .sequence);
+}
+
+std::optional<std::uint32_t> Keyboard::follow(bool follows)
+{
+    if (follows)
+        ensureLoaded();
+    if (device_ < 0 || std::exchange(follows_, follows) == follows)
+        return std::nullopt;
+    constexpr std::uint16_t kParts
+        = XCB_XKB_STATE_PART_MODIFIER_STATE | XCB_XKB_STATE_PART_GROUP_STATE;
+    xcb_xkb_select_events_details_t details {};
+    details.affectState = kParts;
+    details.stateDetails = follows ? kParts : 0;
+    xcb_connection_t* raw = connection_.raw();
+    const auto device = static_cast<xcb_xkb_device_spec_t>(device_);
+    xcb_xkb_select_events_aux(raw, device, XCB_XKB_EVENT_TYPE_STATE_NOTIFY, 0, 0, 0, 0, &details);
+    if (!follows)
+        return std::nullopt;
+    const auto state = owned(xcb_xkb_get_state_reply(raw, xcb_xkb_get_state(raw, device), nullptr));
+    return state ? std::optional<std::uint32_t>(state->mods) : std::nullopt;
 }
 
 void Keyboard::loadKeymap()

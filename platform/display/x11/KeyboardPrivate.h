@@ -3,6 +3,7 @@
 
 #include <bitset>
 #include <memory>
+#include <optional>
 #include <string>
 
 #include "ConnectionPrivate.h"
@@ -30,6 +31,9 @@ public:
 
     /// Reads the keymap unless that is done.
     void ensureLoaded();
+    /// Says whether changes of modifiers are to be told; elsewhere they would only wake us up.
+    /// - Returns: the server's mask of the modifiers that are down; nothing when it was not asked.
+    std::optional<std::uint32_t> follow(bool follows);
     /// Answers the flags of the server's modifier mask.
     Modifiers flags(std::uint32_t mask) const;
     /// Answers whether the key does nothing but change modifiers.
@@ -74,6 +78,7 @@ private:
     std::int32_t device_ = -1;
     std::uint32_t lockMask_ = 0; // Num Lock
     bool loaded_ = false;
+    bool follows_ = false;
     bool triedCompose_ = false;
 };
 

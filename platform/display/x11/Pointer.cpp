@@ -3,7 +3,6 @@
 
 #include <bit>
 #include <cmath>
-#include <cstring>
 #include <utility>
 
 namespace brindle::display {
@@ -14,6 +13,7 @@ namespace {
         | XCB_INPUT_XI_EVENT_MASK_BUTTON_RELEASE | XCB_INPUT_XI_EVENT_MASK_MOTION
         | XCB_INPUT_XI_EVENT_MASK_ENTER | XCB_INPUT_XI_EVENT_MASK_LEAVE;
 
+    constexpr std::uint32_t kLeftButton = 1;
     constexpr std::uint8_t kNotGranted = XCB_GRAB_STATUS_NOT_VIEWABLE;
     constexpr xcb_input_device_id_t kFirstPointer = 2; // of every server
 
@@ -22,8 +22,6 @@ namespace {
         | XCB_EVENT_MASK_ENTER_WINDOW | XCB_EVENT_MASK_LEAVE_WINDOW;
 
     double number(xcb_input_fp1616_t fixed) { return fixed / 65536.0; }
-
-    double number(xcb_input_fp3232_t fixed) { return fixed.integral + fixed.frac / 4294967296.0; }
 
     bool isScrollButton(std::uint32_t detail) { return detail >= 4 && detail <= 7; }
 
@@ -42,59 +40,6 @@ namespace {
         action.stepsX = detail == 6 ? -1 : detail == 7 ? 1 : 0;
     }
 
-    template <typename T> bool take(std::span<const std::byte> bytes, T& value)
-    {
-        if (bytes.size() < sizeof(T))
-            return false;
-        std::memcpy(&value, bytes.data(), sizeof(T));
-        return true;
-    }
-
-    // Of one device; advances to its end.
-    bool takeDevice(std::span<const std::byte>& bytes, std::vector<ScrollAxis>& axes)
-    {
-        xcb_input_xi_device_info_t info {};
-        if (!take(bytes, info))
-            return false;
-        const std::size_t name = (std::size_t { info.name_len } + 3) / 4 * 4;
-        if (bytes.size() < sizeof info + name)
-            return false;
-        bytes = bytes.subspan(sizeof info + name);
-        for (unsigned i = 0; i < info.num_classes; ++i) {
-            xcb_input_device_class_t head {};
-            if (!take(bytes, head))
-                return false;
-            const std::size_t size = std::size_t { head.len } * 4;
-            if (size < sizeof head || size > bytes.size())
-                return false;
-            xcb_input_scroll_class_t scroll {};
-            if (head.type == XCB_INPUT_DEVICE_CLASS_TYPE_SCROLL) {
-                if (!take(bytes.first(size), scroll))
-                    return false;
-                const double increment = number(scroll.increment);
-                if (increment != 0) {
-                    axes.push_back({ info.deviceid, scroll.number,
-                        scroll.scroll_type == XCB_INPUT_SCROLL_TYPE_VERTICAL, increment });
-                }
-            }
-            bytes = bytes.subspan(size);
-        }
-        return true;
-    }
-
-}
-
-std::vector<ScrollAxis> parseScrollAxes(
-    std::span<const std::byte> bytes, std::size_t devices, std::uint64_t& malformed)
-{
-    std::vector<ScrollAxis> axes;
-    for (std::size_t i = 0; i < devices; ++i) {
-        if (!takeDevice(bytes, axes)) {
-            ++malformed;
-            break;
-        }
-    }
-    return axes;
 }
 
 Pointer::Pointer(Connection& connection)
@@ -113,15 +58,31 @@ Pointer::Pointer(Connection& connection)
 
 std::uint32_t Pointer::coreEventMask() const { return usesInput2() ? 0 : kCoreEvents; }
 
-void Pointer::selectEvents(xcb_window_t window)
+void Pointer::select(xcb_window_t window, std::uint32_t events)
 {
     if (!usesInput2())
         return;
     struct {
         xcb_input_event_mask_t head { XCB_INPUT_DEVICE_ALL_MASTER, 1 };
-        std::uint32_t mask = kEvents;
+        std::uint32_t mask = 0;
     } request;
+    request.mask = events;
     xcb_input_xi_select_events(connection_.raw(), window, 1, &request.head);
+}
+
+void Pointer::selectEvents(xcb_window_t window) { select(window, kEvents); }
+
+void Pointer::watchRelease(bool watch)
+{
+    select(connection_.root(), watch ? XCB_INPUT_XI_EVENT_MASK_RAW_BUTTON_RELEASE : 0);
+}
+
+bool Pointer::isLeftDown() const
+{
+    xcb_connection_t* raw = connection_.raw();
+    const auto reply
+        = owned(xcb_query_pointer_reply(raw, xcb_query_pointer(raw, connection_.root()), nullptr));
+    return reply && (reply->mask & XCB_BUTTON_MASK_1);
 }
 
 void Pointer::ensureDevices()
@@ -170,6 +131,8 @@ PointerAction Pointer::readInput2(const xcb_generic_event_t& event)
     case XCB_INPUT_ENTER:
     case XCB_INPUT_LEAVE:
         return readCrossing2(reinterpret_cast<const xcb_input_enter_event_t&>(event), size);
+    case XCB_INPUT_RAW_BUTTON_RELEASE:
+        return readRaw2(reinterpret_cast<const xcb_input_raw_button_press_event_t&>(event), size);
     case XCB_INPUT_HIERARCHY:
     case XCB_INPUT_DEVICE_CHANGED:
         devicesKnown_ = false;
@@ -195,14 +158,8 @@ PointerAction Pointer::readButton2(const xcb_input_button_press_event_t& event, 
     action.rootY = number(event.root_y);
     action.modifiers = event.mods.effective;
     if (event.event_type == XCB_INPUT_MOTION) {
-        const std::size_t masks
-            = (std::size_t { event.buttons_len } + event.valuators_len) * sizeof(std::uint32_t);
-        if (size < sizeof event + masks) {
-            ++connection_.counters().malformed;
-            return {};
-        }
         action.kind = PointerAction::Kind::move;
-        readScroll(event, action);
+        readScroll(event, size, action);
         return action;
     }
     const bool isPress = event.event_type == XCB_INPUT_BUTTON_PRESS;
@@ -216,31 +173,18 @@ PointerAction Pointer::readButton2(const xcb_input_button_press_event_t& event, 
     return action;
 }
 
-void Pointer::readScroll(const xcb_input_button_press_event_t& event, PointerAction& action)
+void Pointer::readScroll(
+    const xcb_input_button_press_event_t& event, std::size_t size, PointerAction& action)
 {
     ensureDevices();
-    const std::size_t size = 36 + std::size_t { event.length } * 4;
-    const auto* bytes = reinterpret_cast<const std::byte*>(&event);
-    const auto* end = bytes + size;
-    const auto* mask = bytes + sizeof event + std::size_t { event.buttons_len } * 4;
-    const auto* value = mask + std::size_t { event.valuators_len } * 4;
-    for (unsigned valuator = 0; valuator < event.valuators_len * 32U; ++valuator) {
-        std::uint32_t word = 0;
-        std::memcpy(&word, mask + valuator / 32 * 4, sizeof word);
-        if (!(word >> (valuator % 32) & 1))
-            continue;
-        xcb_input_fp3232_t fixed {};
-        if (static_cast<std::size_t>(end - value) < sizeof fixed) {
-            ++connection_.counters().malformed;
-            return;
-        }
-        std::memcpy(&fixed, value, sizeof fixed);
-        value += sizeof fixed;
+    const auto* const bytes = reinterpret_cast<const std::byte*>(&event);
+    for (const Valuator& valuator : parseValuators({ bytes + sizeof event, size - sizeof event },
+             event.buttons_len, event.valuators_len, connection_.counters().malformed)) {
         for (AxisState& state : axes_) {
-            if (state.axis.device != event.sourceid || state.axis.number != valuator)
+            if (state.axis.device != event.sourceid || state.axis.number != valuator.number)
                 continue;
-            const double steps = (number(fixed) - state.value) / state.axis.increment;
-            state.value = number(fixed);
+            const double steps = (valuator.value - state.value) / state.axis.increment;
+            state.value = valuator.value;
             if (std::exchange(state.known, true) && steps != 0) {
                 (state.axis.vertical ? action.stepsY : action.stepsX) += steps;
                 action.precise = action.precise || steps != std::round(steps);
@@ -248,6 +192,20 @@ void Pointer::readScroll(const xcb_input_button_press_event_t& event, PointerAct
             }
         }
     }
+}
+
+PointerAction Pointer::readRaw2(const xcb_input_raw_button_press_event_t& event, std::size_t size)
+{
+    if (size < sizeof event) {
+        ++connection_.counters().malformed;
+        return {};
+    }
+    PointerAction action;
+    if (event.detail != kLeftButton)
+        return action;
+    action.kind = PointerAction::Kind::releaseAnywhere;
+    action.time = event.time;
+    return action;
 }
 
 PointerAction Pointer::readCrossing2(const xcb_input_enter_event_t& event, std::size_t size)

@@ -2,31 +2,16 @@
 #pragma once
 
 #include <cstddef>
-#include <map>
-#include <span>
 #include <vector>
 
 #include "ConnectionPrivate.h"
+#include "RepliesPrivate.h"
 
 namespace brindle::display {
 
-/// One direction in which a device scrolls, as the server describes it.
-struct ScrollAxis {
-    std::uint16_t device = 0;
-    std::uint16_t number = 0; ///< of the valuator
-    bool vertical = true;
-    double increment = 1; ///< the valuator's way for one step of a wheel
-};
-
-/// Finds the scroll axes in a list of input devices.
-/// - bytes: the list as the server sends it; may be cut off or nonsense.
-/// - malformed: grows by one when it was.
-std::vector<ScrollAxis> parseScrollAxes(
-    std::span<const std::byte> bytes, std::size_t devices, std::uint64_t& malformed);
-
 /// What the pointer did, before it is known which surface it concerns. Places are in pixels, y down.
 struct PointerAction {
-    enum class Kind { none, press, release, move, scroll, enter, leave };
+    enum class Kind { none, press, release, move, scroll, enter, leave, releaseAnywhere };
     Kind kind = Kind::none;
     xcb_window_t window = XCB_NONE;
     xcb_timestamp_t time = 0;
@@ -61,6 +46,12 @@ public:
     std::uint8_t tryGrab(xcb_window_t window);
     void ungrab();
 
+    /// Asks to be told of the left button's release wherever it happens and whoever has the pointer, as `releaseAnywhere`.
+    /// The core events know nothing of that.
+    void watchRelease(bool watch);
+    /// Asks the server whether the left button is down.
+    bool isLeftDown() const;
+
 private:
     struct AxisState {
         ScrollAxis axis;
@@ -68,11 +59,14 @@ private:
         bool known = false; // false after somebody else may have scrolled
     };
 
+    void select(xcb_window_t window, std::uint32_t events);
     PointerAction readInput2(const xcb_generic_event_t& event);
     PointerAction readButton2(const xcb_input_button_press_event_t& event, std::size_t size);
+    PointerAction readRaw2(const xcb_input_raw_button_press_event_t& event, std::size_t size);
     PointerAction readCrossing2(const xcb_input_enter_event_t& event, std::size_t size);
     PointerAction readCore(const xcb_generic_event_t& event);
-    void readScroll(const xcb_input_button_press_event_t& event, PointerAction& action);
+    void readScroll(
+        const xcb_input_button_press_event_t& event, std::size_t size, PointerAction& action);
     void ensureDevices();
     void forgetScrollValues();
 

@@ -4,6 +4,9 @@
 #include <algorithm>
 #include <charconv>
 #include <cmath>
+#include <cstddef>
+
+#include "RepliesPrivate.h"
 
 namespace brindle::display {
 
@@ -123,16 +126,11 @@ void Screens::readMonitors()
 
     std::vector<xcb_get_atom_name_cookie_t> names;
     if (monitors) {
-        auto it = xcb_randr_get_monitors_monitors_iterator(monitors.get());
-        for (; it.rem > 0; xcb_randr_monitor_info_next(&it)) {
-            const xcb_randr_monitor_info_t& monitor = *it.data;
-            if (monitor.width == 0 || monitor.height == 0)
-                continue;
-            // The primary one goes first.
-            const auto place = monitor.primary ? 0 : static_cast<std::ptrdiff_t>(frames_.size());
-            frames_.insert(frames_.begin() + place,
-                { monitor.x, monitor.y, monitor.x + monitor.width, monitor.y + monitor.height });
-            names.insert(names.begin() + place, xcb_get_atom_name(raw, monitor.name));
+        const auto* first = reinterpret_cast<const std::byte*>(monitors.get()) + sizeof *monitors;
+        for (const Monitor& monitor : parseMonitors({ first, std::size_t { monitors->length } * 4 },
+                 monitors->nMonitors, connection_.counters().malformed)) {
+            frames_.push_back(monitor.frame);
+            names.push_back(xcb_get_atom_name(raw, monitor.name));
         }
     }
     screens_.resize(std::max<std::size_t>(frames_.size(), 1));

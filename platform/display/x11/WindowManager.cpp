@@ -3,7 +3,7 @@
 
 #include <algorithm>
 
-#include "display/PixelMapping.h"
+#include "RepliesPrivate.h"
 
 namespace brindle::display {
 
@@ -52,16 +52,7 @@ std::optional<PixelRect> WindowManager::workArea()
     const auto whichAreas = connection_.ask(
         connection_.root(), connection_.atom(Atom::netWorkArea), XCB_ATOM_CARDINAL);
     const auto desktop = connection_.values(whichDesktop);
-    const auto areas = connection_.values(whichAreas);
-    std::size_t first = desktop.empty() ? 0 : std::size_t { desktop[0] } * 4;
-    if (first + 4 > areas.size())
-        first = 0;
-    if (areas.size() < 4)
-        return std::nullopt;
-    const auto number = [&](std::size_t i) {
-        return saturatedPixel(static_cast<std::int32_t>(areas[first + i]));
-    };
-    return PixelRect { number(0), number(1), number(0) + number(2), number(1) + number(3) };
+    return workAreaFrom(connection_.values(whichAreas), desktop);
 }
 
 bool WindowManager::propertyChanged(xcb_atom_t property)

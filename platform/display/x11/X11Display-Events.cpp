@@ -30,6 +30,7 @@ namespace {
             return Event::Kind::pointerEntered;
         case PointerAction::Kind::leave:
             return Event::Kind::pointerLeft;
+        case PointerAction::Kind::releaseAnywhere:
         case PointerAction::Kind::none:
             break;
         }
@@ -218,16 +219,32 @@ void X11Display::handleFocus(const xcb_focus_in_event_t& event, bool focused)
     X11Surface* surface = surfaceOf(event.event);
     if (!surface || isGrab || isPointer || (focused_ == surface) == focused)
         return;
-    if (focused) {
-        keyboard_.ensureLoaded();
-    } else {
+    if (!focused)
         keyboard_.reset();
-    }
     // A focus may be given before it is taken from another surface of ours; then both are told in order.
     if (focused && focused_)
         post(Event::Kind::focusOut, *focused_);
-    focused_ = focused ? surface : nullptr;
     post(focused ? Event::Kind::focusIn : Event::Kind::focusOut, *surface);
+    setFocused(focused ? surface : nullptr);
+}
+
+void X11Display::setFocused(const X11Surface* surface)
+{
+    focused_ = surface;
+    followKeyboard();
+}
+
+void X11Display::setGrabbing(const X11Surface* surface)
+{
+    grabbing_ = surface;
+    followKeyboard();
+}
+
+// What was pressed while the keyboard was somebody else's is learnt at once.
+void X11Display::followKeyboard()
+{
+    if (const auto mask = keyboard_.follow(focused_ || grabbing_))
+        noteModifiers(keyboard_.flags(*mask), Keyboard::keyCode(0));
 }
 
 void X11Display::handleKey(const xcb_key_press_event_t& key, bool isDown)
@@ -266,11 +283,34 @@ void X11Display::noteModifiers(Modifiers flags, std::uint16_t keyCode)
 
 // --- pointer -------------------------------------------------------------------------------------------------
 
+bool X11Display::beginManaged(const X11Surface& surface)
+{
+    pointer_.watchRelease(true);
+    managed_ = &surface;
+    if (pointer_.isLeftDown())
+        return true;
+    managed_ = nullptr;
+    pointer_.watchRelease(false);
+    return false;
+}
+
+void X11Display::endManaged()
+{
+    pointer_.watchRelease(false);
+    post(Event::Kind::moveResizeEnded, *std::exchange(managed_, nullptr));
+}
+
 void X11Display::handlePointer(const PointerAction& action)
 {
+    if (managed_ && action.kind == PointerAction::Kind::releaseAnywhere) {
+        managed_->cancelManaged(); // it may have taken the pointer too late to see the release
+        return endManaged();
+    }
     const X11Surface* surface = surfaceOf(action.window);
     if (action.kind == PointerAction::Kind::none || !surface)
         return;
+    if (managed_ && !pointer_.usesInput2())
+        endManaged(); // the window manager has given the pointer back
     if (action.kind == PointerAction::Kind::enter)
         underPointer_ = surface;
     else if (action.kind == PointerAction::Kind::leave && underPointer_ == surface)

@@ -86,8 +86,10 @@ void X11Display::removeWindow(X11Surface& surface)
         underPointer_ = nullptr;
         post(Event::Kind::pointerLeft, surface);
     }
+    if (managed_ == &surface)
+        endManaged();
     if (focused_ == &surface) {
-        focused_ = nullptr;
+        setFocused(nullptr);
         keyboard_.reset();
         post(Event::Kind::focusOut, surface);
     }
@@ -154,7 +156,7 @@ bool X11Display::grab(Surface& surface)
     }
     if (status != XCB_GRAB_STATUS_SUCCESS || !isConnected())
         return false;
-    grabbing_ = &wanted;
+    setGrabbing(&wanted);
     // Menus work without the keyboard of other programs; so the answer is not waited for.
     xcb_discard_reply(raw,
         xcb_grab_keyboard(
@@ -167,7 +169,7 @@ void X11Display::ungrab()
 {
     if (!grabbing_)
         return;
-    grabbing_ = nullptr;
+    setGrabbing(nullptr);
     pointer_.ungrab();
     xcb_ungrab_keyboard(connection_->raw(), XCB_CURRENT_TIME);
     flush(); // nobody else can click until the server has read this

@@ -63,6 +63,9 @@ public:
     void parentHasWindow(X11Surface& surface);
     /// Ends the grab of a surface that goes out of sight.
     void loseGrab(const X11Surface& surface);
+    /// Begins to look for the end of a movement or resize that the window manager leads.
+    /// - Returns: false when it is over already.
+    bool beginManaged(const X11Surface& surface);
 
     // The order of our own surfaces: level first, then as they were raised. X11Display-Stacking.cpp.
 
@@ -80,6 +83,10 @@ private:
     void handleProperty(const xcb_property_notify_event_t& event);
     void handleKeyboard(const xcb_generic_event_t& event);
     void handlePointer(const PointerAction& action);
+    void endManaged();
+    void setFocused(const X11Surface* surface);
+    void setGrabbing(const X11Surface* surface);
+    void followKeyboard();
     void noteModifiers(Modifiers flags, std::uint16_t keyCode);
     void refreshScreens();
     Reply<xcb_generic_event_t> nextEvent();
@@ -100,6 +107,7 @@ private:
     std::deque<Event> events_;
     Reply<xcb_generic_event_t> lookedAt_; // read already, to see whether it is another movement
     const X11Surface* grabbing_ = nullptr;
+    const X11Surface* managed_ = nullptr; // moved or resized by the window manager now
     const X11Surface* focused_ = nullptr;
     const X11Surface* underPointer_ = nullptr;
     std::optional<Cursor> cursor_;

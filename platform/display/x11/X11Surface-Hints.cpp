@@ -85,6 +85,7 @@ namespace {
         return 4;
     }
     constexpr std::uint32_t kDirectionMove = 8;
+    constexpr std::uint32_t kDirectionCancel = 11;
 
 }
 
@@ -453,14 +454,22 @@ bool X11Surface::beginWithManager(std::uint32_t direction, CGPoint screenPoint)
 {
     if (!mapped_ || overrideRedirect_ || !display_.manager().supports(Atom::netWmMoveResize))
         return false;
-    const PixelRect place = display_.mapping().pixels({ screenPoint, { 0, 0 } });
     // The press holds the pointer for us; the window manager could not take it.
     display_.pointer().ungrab();
+    if (!display_.beginManaged(*this))
+        return false;
+    askToMoveOrResize(direction, display_.mapping().pixels({ screenPoint, { 0, 0 } }));
+    return true;
+}
+
+void X11Surface::cancelManaged() const { askToMoveOrResize(kDirectionCancel, {}); }
+
+void X11Surface::askToMoveOrResize(std::uint32_t direction, PixelRect place) const
+{
     constexpr std::uint32_t kLeftButton = 1;
     const std::array<std::uint32_t, 5> data { static_cast<std::uint32_t>(place.left),
         static_cast<std::uint32_t>(place.top), direction, kLeftButton, 1 };
     display_.connection().tellManager(window_, Atom::netWmMoveResize, data);
-    return true;
 }
 
 }

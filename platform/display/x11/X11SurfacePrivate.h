@@ -77,6 +77,8 @@ public:
     /// Applies the frame anew, because the mapping of points to pixels changed.
     void screensChanged(bool scaleChanged);
     void applyCursor();
+    /// Tells the window manager that the button is up, in case it did not see that itself.
+    void cancelManaged() const;
     void parentGone() { parent_ = nullptr; }
     void writeTransientFor();
 
@@ -107,6 +109,7 @@ private:
     void changeState(bool on, Atom first, Atom second);
     void fill(SurfaceState wanted);
     bool beginWithManager(std::uint32_t direction, CGPoint screenPoint);
+    void askToMoveOrResize(std::uint32_t direction, PixelRect place) const;
 
     X11Display& display_;
     xcb_window_t window_ = XCB_NONE;

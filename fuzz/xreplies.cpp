@@ -1,0 +1,49 @@
+// SPDX-License-Identifier: Apache-2.0
+// Lists in replies and events of the X server: devices, valuators, monitors, the work area. The first byte chooses
+// the list, the second a count that the list claims, the third another; the rest is what came.
+
+#include <cstddef>
+#include <cstdint>
+#include <cstdlib>
+#include <cstring>
+#include <vector>
+
+#include "display/x11/RepliesPrivate.h"
+
+using namespace brindle::display;
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
+{
+    constexpr std::size_t kHead = 3;
+    if (size < kHead)
+        return 0;
+    // A copy of its own size: reading past the end is seen.
+    const std::vector<std::byte> bytes(reinterpret_cast<const std::byte*>(data) + kHead,
+        reinterpret_cast<const std::byte*>(data) + size);
+    std::vector<std::uint32_t> words(bytes.size() / 4);
+    if (!words.empty())
+        std::memcpy(words.data(), bytes.data(), words.size() * 4);
+
+    std::uint64_t malformed = 0;
+    std::size_t found = 0;
+    switch (data[0] % 4) {
+    case 0:
+        found = parseScrollAxes(bytes, data[1], malformed).size();
+        break;
+    case 1:
+        found = parseMonitors(bytes, data[1], malformed).size();
+        break;
+    case 2:
+        found = parseValuators(bytes, data[1], data[2], malformed).size();
+        break;
+    default: {
+        const std::uint32_t desktop[] = { data[1] };
+        found = workAreaFrom(words, desktop).has_value() ? 1 : 0;
+        break;
+    }
+    }
+    // Nothing can be found that did not take room in what came.
+    if (found > bytes.size() || malformed > 1)
+        std::abort();
+    return 0;
+}

@@ -1,0 +1,146 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "RepliesPrivate.h"
+
+#include <cstring>
+
+#include "XcbPrivate.h"
+#include "display/PixelMapping.h"
+
+namespace brindle::display {
+
+namespace {
+
+    using Bytes = std::span<const std::byte>;
+
+    double number(xcb_input_fp3232_t fixed) { return fixed.integral + fixed.frac / 4294967296.0; }
+
+    template <typename T> bool look(Bytes bytes, T& value)
+    {
+        if (bytes.size() < sizeof(T))
+            return false;
+        std::memcpy(&value, bytes.data(), sizeof(T));
+        return true;
+    }
+
+    bool skip(Bytes& bytes, std::size_t size)
+    {
+        if (bytes.size() < size)
+            return false;
+        bytes = bytes.subspan(size);
+        return true;
+    }
+
+    template <typename T> bool take(Bytes& bytes, T& value)
+    {
+        return look(bytes, value) && skip(bytes, sizeof(T));
+    }
+
+    // Of one device; advances to its end.
+    bool takeDevice(Bytes& bytes, std::vector<ScrollAxis>& axes)
+    {
+        xcb_input_xi_device_info_t info {};
+        if (!take(bytes, info) || !skip(bytes, (std::size_t { info.name_len } + 3) / 4 * 4))
+            return false;
+        for (unsigned i = 0; i < info.num_classes; ++i) {
+            xcb_input_device_class_t head {};
+            if (!look(bytes, head))
+                return false;
+            const Bytes all = bytes;
+            const std::size_t size = std::size_t { head.len } * 4;
+            if (size < sizeof head || !skip(bytes, size))
+                return false;
+            if (head.type != XCB_INPUT_DEVICE_CLASS_TYPE_SCROLL)
+                continue;
+            xcb_input_scroll_class_t scroll {};
+            if (!look(all.first(size), scroll))
+                return false;
+            const double increment = number(scroll.increment);
+            if (increment != 0) {
+                axes.push_back({ info.deviceid, scroll.number,
+                    scroll.scroll_type == XCB_INPUT_SCROLL_TYPE_VERTICAL, increment });
+            }
+        }
+        return true;
+    }
+
+    bool takeMonitor(Bytes& bytes, std::vector<Monitor>& found)
+    {
+        xcb_randr_monitor_info_t info {};
+        if (!take(bytes, info) || !skip(bytes, std::size_t { info.nOutput } * 4))
+            return false;
+        if (info.width == 0 || info.height == 0)
+            return true;
+        const auto place
+            = info.primary ? std::ptrdiff_t { 0 } : static_cast<std::ptrdiff_t>(found.size());
+        found.insert(found.begin() + place,
+            { { info.x, info.y, info.x + info.width, info.y + info.height }, info.name });
+        return true;
+    }
+
+}
+
+std::vector<ScrollAxis> parseScrollAxes(Bytes bytes, std::size_t devices, std::uint64_t& malformed)
+{
+    std::vector<ScrollAxis> axes;
+    for (std::size_t i = 0; i < devices; ++i) {
+        if (!takeDevice(bytes, axes)) {
+            ++malformed;
+            break;
+        }
+    }
+    return axes;
+}
+
+std::vector<Valuator> parseValuators(
+    Bytes bytes, std::size_t buttonWords, std::size_t axisWords, std::uint64_t& malformed)
+{
+    std::vector<Valuator> values;
+    if (!skip(bytes, buttonWords * 4) || bytes.size() < axisWords * 4) {
+        ++malformed;
+        return values;
+    }
+    Bytes mask = bytes.first(axisWords * 4);
+    bytes = bytes.subspan(mask.size());
+    std::uint32_t word = 0;
+    for (unsigned base = 0; take(mask, word); base += 32) {
+        for (unsigned bit = 0; bit < 32; ++bit) {
+            if (!(word >> bit & 1))
+                continue;
+            xcb_input_fp3232_t fixed {};
+            if (!take(bytes, fixed)) {
+                ++malformed;
+                return values;
+            }
+            values.push_back({ static_cast<std::uint16_t>(base + bit), number(fixed) });
+        }
+    }
+    return values;
+}
+
+std::vector<Monitor> parseMonitors(Bytes bytes, std::size_t monitors, std::uint64_t& malformed)
+{
+    std::vector<Monitor> found;
+    for (std::size_t i = 0; i < monitors; ++i) {
+        if (!takeMonitor(bytes, found)) {
+            ++malformed;
+            break;
+        }
+    }
+    return found;
+}
+
+std::optional<PixelRect> workAreaFrom(
+    std::span<const std::uint32_t> areas, std::span<const std::uint32_t> currentDesktop)
+{
+    if (areas.size() < 4)
+        return std::nullopt;
+    std::size_t first = currentDesktop.empty() ? 0 : std::size_t { currentDesktop[0] } * 4;
+    if (first + 4 > areas.size())
+        first = 0;
+    const auto number = [&](std::size_t i) {
+        return saturatedPixel(static_cast<std::int32_t>(areas[first + i]));
+    };
+    return PixelRect { number(0), number(1), number(0) + number(2), number(1) + number(3) };
+}
+
+}
