@@ -188,15 +188,6 @@ namespace {
         enqueue(fields);
     }
 
-    void screensChanged()
-    {
-        const std::vector<NSWindow*> order = ApplicationAccess::state().order;
-        for (NSWindow* window : order)
-            WindowAccess::backingChanged(*window);
-        ApplicationAccess::notify(NSApplicationDidChangeScreenParametersNotification,
-            "applicationDidChangeScreenParameters:");
-    }
-
     void lookChanged()
     {
         for (NSWindow* window : ApplicationAccess::state().order)
@@ -257,7 +248,7 @@ namespace {
         case Event::Kind::exposed:
             return exposed(window.get());
         case Event::Kind::screensChanged:
-            return screensChanged();
+            return ApplicationAccess::screensChanged();
         case Event::Kind::appearanceChanged:
             return lookChanged();
         case Event::Kind::disconnected:
@@ -287,14 +278,31 @@ void ApplicationAccess::pump()
     }
 }
 
+namespace {
+
+    // What one window's step does may order others in and out.
+    template <class Step> void eachVisibleWindow(Step&& step)
+    {
+        const std::vector<NSWindow*> order = ApplicationAccess::state().order;
+        for (NSWindow* lent : order) {
+            const std::vector<NSWindow*>& now = ApplicationAccess::state().order;
+            if (std::find(now.begin(), now.end(), lent) != now.end())
+                step(*lent);
+        }
+    }
+
+}
+
+void ApplicationAccess::screensChanged()
+{
+    eachVisibleWindow(WindowAccess::settleScreen);
+    notify(NSApplicationDidChangeScreenParametersNotification,
+        "applicationDidChangeScreenParameters:");
+}
+
 void ApplicationAccess::draw()
 {
-    const std::vector<NSWindow*> order = state().order;
-    for (NSWindow* lent : order) {
-        const std::vector<NSWindow*>& now = state().order;
-        if (std::find(now.begin(), now.end(), lent) != now.end())
-            WindowAccess::drawIfVisible(*lent);
-    }
+    eachVisibleWindow(WindowAccess::drawIfVisible);
     if (state().display)
         state().display->flush();
 }

@@ -79,6 +79,8 @@ struct ApplicationAccess {
     static display::Display* displayOrNull() { return state().display.get(); }
     /// Reads what the display has to say: native changes are followed at once, the rest becomes events.
     static void pump();
+    /// Tells windows and everybody else that the screens are different.
+    static void screensChanged();
     /// Draws what needs it and hands it to the display.
     static void draw();
     static NSPoint pointerLocation();

@@ -112,8 +112,7 @@ template <> struct NSScreen::Methods<struct Values> {
             if (!app.screenOverride->empty())
                 app.screenOverride->front().primary = true;
         }
-        ApplicationAccess::notify(NSApplicationDidChangeScreenParametersNotification,
-            "applicationDidChangeScreenParameters:");
+        ApplicationAccess::screensChanged();
     }
 
     static void table(Builder& t)

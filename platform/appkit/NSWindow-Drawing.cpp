@@ -91,13 +91,6 @@ void WindowAccess::drawIfVisible(NSWindow& window)
         window.displayIfNeeded();
 }
 
-void WindowAccess::backingChanged(NSWindow& window)
-{
-    notify(window, NSWindowDidChangeBackingPropertiesNotification,
-        "windowDidChangeBackingProperties:");
-    damageAll(window);
-}
-
 template <> struct NSWindow::Methods<struct Drawing> {
 
     static WindowState& of(NSWindow& self) { return WindowAccess::state(self); }

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 #include "NSApplicationPrivate.h"
 #include "NSViewPrivate.h"
@@ -25,6 +26,14 @@ namespace {
         const std::vector<Ref<NSView>> inside = ViewAccess::subviews(view);
         for (const Ref<NSView>& subview : inside)
             tellLiveResize(*subview, begins);
+    }
+
+    void tellBackingChange(NSView& view)
+    {
+        view.viewDidChangeBackingProperties();
+        const std::vector<Ref<NSView>> inside = ViewAccess::subviews(view);
+        for (const Ref<NSView>& subview : inside)
+            tellBackingChange(*subview);
     }
 
     void setSizeLimits(WindowState& state)
@@ -72,8 +81,34 @@ void WindowAccess::applyFrame(NSWindow& window, NSRect frame, bool tellSurface)
         notify(window, NSWindowDidMoveNotification, "windowDidMove:");
     if (frame.size != old.size)
         notify(window, NSWindowDidResizeNotification, "windowDidResize:");
-    if (frame != old)
-        s.viewsMoved = true;
+    if (frame == old)
+        return;
+    s.viewsMoved = true;
+    settleScreen(window);
+}
+
+void WindowAccess::settleScreen(NSWindow& window)
+{
+    WindowState& s = state(window);
+    if (!s.visible)
+        return;
+    const Ref<NSWindow> alive(&window);
+    const display::Screen* screen = ScreenAccess::screenFor(s.frame);
+    const NSRect place = screen ? screen->frame : NSRect {};
+    const bool isNew = !s.screenFrame;
+    const bool moved = std::exchange(s.screenFrame, place) != place;
+    const CGFloat scale = window.backingScaleFactor();
+    const bool rescaled = std::exchange(s.knownScale, scale) != scale;
+    if (isNew)
+        return;
+    if (rescaled) {
+        damageAll(window);
+        tellBackingChange(*s.frameView);
+        notify(window, NSWindowDidChangeBackingPropertiesNotification,
+            "windowDidChangeBackingProperties:");
+    }
+    if (moved)
+        notify(window, NSWindowDidChangeScreenNotification, "windowDidChangeScreen:");
 }
 
 void WindowAccess::frameChangedByDesktop(NSWindow& window, NSRect frame)

@@ -138,6 +138,7 @@ void WindowAccess::orderIn(
     if (appears) {
         damageAll(window);
         s.viewsMoved = true;
+        settleScreen(window);
     }
     const std::vector<Ref<NSWindow>> children = s.children;
     const std::vector<bool> below = s.childBelow;

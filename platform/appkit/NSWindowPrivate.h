@@ -3,6 +3,7 @@
 
 #include <array>
 #include <memory>
+#include <optional>
 #include <span>
 #include <string>
 #include <vector>
@@ -51,6 +52,9 @@ struct WindowState {
     Ref<NSString> title;
     Ref<NSObject> background; // NSColor; nil is the ordinary one
     WeakRef<NSObject> delegate;
+    std::optional<NSRect>
+        screenFrame; // of the screen it was last seen on; none before it was shown
+    CGFloat knownScale = 1; // what its views last drew with
 
     Ref<NSView> frameView;
     Ref<NSView> contentView;
@@ -133,7 +137,8 @@ struct WindowAccess {
     // Told by the display.
     static void frameChangedByDesktop(NSWindow& window, NSRect frame);
     static void stateChangedByDesktop(NSWindow& window, display::SurfaceState state);
-    static void backingChanged(NSWindow& window);
+    /// Tells window and views that they are on another screen or have another scale than when it was last looked.
+    static void settleScreen(NSWindow& window);
 
     // Geometry.
     static void applyFrame(NSWindow& window, NSRect frame, bool tellSurface);
