@@ -70,6 +70,10 @@ public:
         {
             return send<"arrayWithObjects:count:", Ref<NSArray>>(objects, count);
         }
+        Ref<NSArray> arrayWithContentsOfFile(const NSString* path) const
+        {
+            return send<"arrayWithContentsOfFile:", Ref<NSArray>>(path);
+        }
         Ref<NSArray> arrayWithArray(const NSArray* array) const
         {
             return send<"arrayWithArray:", Ref<NSArray>>(array);
@@ -90,6 +94,12 @@ public:
     Ref<NSArray> initWithArray_copyItems(const NSArray* array, bool copyItems)
     {
         return send<"initWithArray:copyItems:", Ref<NSArray>>(array, copyItems);
+    }
+    /// Reads a property list of any format.
+    /// - Nil: when the file cannot be read, or holds anything but an array.
+    Ref<NSArray> initWithContentsOfFile(const NSString* path)
+    {
+        return send<"initWithContentsOfFile:", Ref<NSArray>>(path);
     }
 
     // ---- reading
@@ -233,6 +243,11 @@ public:
     Ref<NSString> descriptionWithLocale_indent(NSObject* locale, NSUInteger level) const
     {
         return send<"descriptionWithLocale:indent:", Ref<NSString>>(locale, level);
+    }
+    /// Writes an XML property list; NO when the elements are not all of its kinds, or the file cannot be written.
+    bool writeToFile_atomically(const NSString* path, bool atomically) const
+    {
+        return send<"writeToFile:atomically:", bool>(path, atomically);
     }
 
 private:

@@ -70,6 +70,10 @@ public:
         }
         /// The arguments are item, key, item, key …; the first nil ends the list.
         template <class... A> Ref<NSDictionary> dictionaryWithObjectsAndKeys(A... pairs) const;
+        Ref<NSDictionary> dictionaryWithContentsOfFile(const NSString* path) const
+        {
+            return send<"dictionaryWithContentsOfFile:", Ref<NSDictionary>>(path);
+        }
         Ref<NSDictionary> dictionaryWithDictionary(const NSDictionary* other) const
         {
             return send<"dictionaryWithDictionary:", Ref<NSDictionary>>(other);
@@ -95,6 +99,12 @@ public:
     Ref<NSDictionary> initWithDictionary_copyItems(const NSDictionary* other, bool copyItems)
     {
         return send<"initWithDictionary:copyItems:", Ref<NSDictionary>>(other, copyItems);
+    }
+    /// Reads a property list of any format.
+    /// - Nil: when the file cannot be read, or holds anything but a dictionary.
+    Ref<NSDictionary> initWithContentsOfFile(const NSString* path)
+    {
+        return send<"initWithContentsOfFile:", Ref<NSDictionary>>(path);
     }
 
     // ---- reading
@@ -161,6 +171,11 @@ public:
     Ref<NSString> descriptionWithLocale_indent(NSObject* locale, NSUInteger level) const
     {
         return send<"descriptionWithLocale:indent:", Ref<NSString>>(locale, level);
+    }
+    /// Writes an XML property list; NO when keys and values are not all of its kinds, or the file cannot be written.
+    bool writeToFile_atomically(const NSString* path, bool atomically) const
+    {
+        return send<"writeToFile:atomically:", bool>(path, atomically);
     }
 
 private:

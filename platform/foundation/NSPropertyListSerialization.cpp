@@ -37,13 +37,12 @@ namespace {
     Ref<NSObject> read(NSData* data, NSPropertyListMutabilityOptions options,
         NSPropertyListFormat* format, lists::Failure& failure)
     {
-        const std::span<const unsigned char> bytes = bytesOf(data);
-        NSPropertyListFormat found = NSPropertyListBinaryFormat_v1_0;
-        Ref<NSObject> list;
-        if (!data)
+        if (!data) {
             failure.reason = "there is no data";
-        else if (lists::BinaryListReader::isBinary(bytes))
-            list = lists::readBinary(bytes, mutabilityOf(options), failure);
+            return nullptr;
+        }
+        NSPropertyListFormat found {};
+        Ref<NSObject> list = lists::read(bytesOf(data), mutabilityOf(options), found, failure);
         if (list && format)
             *format = found;
         return list;
@@ -55,6 +54,8 @@ namespace {
             failure.reason = "there is no list";
         else if (format == NSPropertyListBinaryFormat_v1_0)
             return lists::writeBinary(list, failure);
+        else if (format == NSPropertyListXMLFormat_v1_0)
+            return lists::writeXML(list, failure);
         else
             failure.reason = "lists are not written in this format";
         return nullptr;
@@ -85,6 +86,8 @@ template <> struct NSPropertyListSerialization::Methods<struct Conversion> {
     static bool isValid(Class&, NSObject* list, NSPropertyListFormat format)
     {
         lists::Failure failure;
+        if (format == NSPropertyListOpenStepFormat)
+            return list && lists::fitsText(list, failure);
         return static_cast<bool>(write(list, format, failure));
     }
     static Ref<NSObject> fromDataDescribed(Class&, NSData* data,

@@ -90,26 +90,26 @@ namespace strings {
             return c;
         }
 
-        void addUtf8Of(std::string& out, char32_t c)
-        {
-            const auto put = [&](char32_t value) { out.push_back(static_cast<char>(value)); };
-            if (c < 0x80) {
-                put(c);
-            } else if (c < 0x800) {
-                put(0xc0 | c >> 6);
-                put(0x80 | (c & 0x3f));
-            } else if (c < 0x10000) {
-                put(0xe0 | c >> 12);
-                put(0x80 | (c >> 6 & 0x3f));
-                put(0x80 | (c & 0x3f));
-            } else {
-                put(0xf0 | c >> 18);
-                put(0x80 | (c >> 12 & 0x3f));
-                put(0x80 | (c >> 6 & 0x3f));
-                put(0x80 | (c & 0x3f));
-            }
-        }
+    }
 
+    void addUtf8(std::string& out, char32_t c)
+    {
+        const auto put = [&](char32_t value) { out.push_back(static_cast<char>(value)); };
+        if (c < 0x80) {
+            put(c);
+        } else if (c < 0x800) {
+            put(0xc0 | c >> 6);
+            put(0x80 | (c & 0x3f));
+        } else if (c < 0x10000) {
+            put(0xe0 | c >> 12);
+            put(0x80 | (c >> 6 & 0x3f));
+            put(0x80 | (c & 0x3f));
+        } else {
+            put(0xf0 | c >> 18);
+            put(0x80 | (c >> 12 & 0x3f));
+            put(0x80 | (c >> 6 & 0x3f));
+            put(0x80 | (c & 0x3f));
+        }
     }
 
     std::optional<std::u16string> fromUtf8(std::string_view utf8)
@@ -125,6 +125,26 @@ namespace strings {
         return units;
     }
 
+    std::size_t validUtf8(std::string_view bytes)
+    {
+        std::size_t at = 0;
+        while (at < bytes.size()) {
+            std::uint64_t word = 0;
+            if (bytes.size() - at >= 8)
+                std::memcpy(&word, bytes.data() + at, 8);
+            else
+                word = ~word;
+            if (!(word & 0x8080808080808080u)) {
+                at += 8;
+                continue;
+            }
+            const std::size_t start = at;
+            if (next(bytes, at) == kInvalid)
+                return start;
+        }
+        return at;
+    }
+
     std::string toUtf8(View text)
     {
         if (text.isNarrow())
@@ -134,7 +154,7 @@ namespace strings {
         std::size_t units = 0;
         for (std::size_t at = 0; at < text.size(); at += units) {
             const char32_t c = text.codePoint(at, units);
-            addUtf8Of(out, (c & 0xfffff800) == 0xd800 ? kReplacement : c);
+            addUtf8(out, (c & 0xfffff800) == 0xd800 ? kReplacement : c);
         }
         return out;
     }

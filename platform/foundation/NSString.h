@@ -13,6 +13,7 @@ namespace brindle {
 class NSArray;
 class NSCharacterSet;
 class NSData;
+class NSDictionary;
 class NSError;
 class NSLocale;
 class NSMutableString;
@@ -281,6 +282,16 @@ public:
     {
         return send<"writeToFile:atomically:encoding:error:", bool>(
             path, atomically, encoding, error);
+    }
+
+    /// Reads the text as a property list, XML or old-style: "( a, { b = c; } )".
+    /// - Nil: when it is none.
+    Ref<NSObject> propertyList() const { return send<"propertyList", Ref<NSObject>>(); }
+    /// Reads the text of a strings file, lines of `"key" = "value";`.
+    /// - Nil: when it is none; a text without entries gives an empty dictionary.
+    Ref<NSDictionary> propertyListFromStringsFileFormat() const
+    {
+        return send<"propertyListFromStringsFileFormat", Ref<NSDictionary>>();
     }
 
     // ---- comparing

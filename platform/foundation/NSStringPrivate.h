@@ -122,6 +122,10 @@ bool isString(const NSObject* object);
 bool equal(View a, View b);
 /// Answers UTF-8; unpaired surrogates read U+FFFD.
 std::string toUtf8(View text);
+/// Adds a code point, no surrogate, as UTF-8.
+void addUtf8(std::string& out, char32_t c);
+/// Answers how many bytes there are before the first that is not UTF-8.
+std::size_t validUtf8(std::string_view bytes);
 /// Answers units; nothing for invalid UTF-8.
 std::optional<std::u16string> fromUtf8(std::string_view utf8);
 

@@ -13,6 +13,7 @@
 #include <utility>
 
 #include "NSData.h"
+#include "NSPropertyListSerialization.h"
 
 // What the readers and writers of property lists share.
 
@@ -53,6 +54,18 @@ inline bool fail(Failure& failure, std::size_t offset, const char* reason)
     return false;
 }
 
+/// Answers false, to be handed on, after saying why and in which line of a text.
+inline bool failInLine(Failure& failure, std::string_view textBefore, std::string reason)
+{
+    std::size_t line = 1;
+    for (std::size_t i = 0; i < textBefore.size(); ++i) {
+        const bool isPair = textBefore[i] == '\r' && textBefore.substr(i + 1, 1) == "\n";
+        line += textBefore[i] == '\n' || (textBefore[i] == '\r' && !isPair);
+    }
+    failure = { std::move(reason), Failure::Place::line, line };
+    return false;
+}
+
 /// What of a list that is read can be changed.
 enum class Mutability { none, containers, leaves };
 
@@ -60,6 +73,22 @@ enum class Mutability { none, containers, leaves };
 Ref<NSObject> readBinary(
     std::span<const unsigned char> bytes, Mutability mutability, Failure& failure);
 Ref<NSData> writeBinary(NSObject* list, Failure& failure);
+Ref<NSObject> readXML(std::string_view utf8, Mutability mutability, Failure& failure);
+Ref<NSData> writeXML(NSObject* list, Failure& failure);
+/// Reads old-style text.
+Ref<NSObject> readText(std::string_view utf8, Mutability mutability, Failure& failure);
+/// Reads the text of a strings file, which may be empty.
+Ref<NSObject> readStrings(std::string_view utf8, Failure& failure);
+/// Answers whether objects could be written as old-style text.
+bool fitsText(NSObject* list, Failure& failure);
+
+/// Reads a list of whatever format.
+/// - format: set to the format that was read.
+Ref<NSObject> read(std::span<const unsigned char> bytes, Mutability mutability,
+    NSPropertyListFormat& format, Failure& failure);
+/// Reads text, XML or old-style.
+Ref<NSObject> readAnyText(
+    std::string_view utf8, Mutability mutability, NSPropertyListFormat& format, Failure& failure);
 
 /// Answers whether every surrogate among `count` units has its partner. `unitAt` answers a unit.
 template <class UnitAt> bool isPaired(std::size_t count, UnitAt unitAt)

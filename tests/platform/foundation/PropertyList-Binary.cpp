@@ -271,3 +271,188 @@ TEST(BinaryList, TheMostAre512ContainersInEachOtherAreTheMost)
     EXPECT_EQ(writeFailure(nestedArrays(513), kBinary), "3851: containers are nested too deeply");
     EXPECT_TRUE(readList(written(nestedArrays(512))));
 }
+TEST(BinaryList, DeeperListsAreNotRead)
+{
+    const auto nested = [](std::size_t depth) {
+        std::string out = "bplist00";
+        for (std::size_t i = 1; i < depth; ++i)
+            out += "\xa1"s + static_cast<char>(i >> 16) + static_cast<char>(i >> 8)
+                + static_cast<char>(i);
+        out += "\xa0";
+        const std::size_t table = out.size();
+        const auto word = [](std::size_t value) {
+            std::string text;
+            for (int shift = 56; shift >= 0; shift -= 8)
+                text += static_cast<char>(value >> shift);
+            return text;
+        };
+        for (std::size_t i = 0; i < depth; ++i)
+            out += word(8 + 4 * i).substr(4);
+        return out + "\0\0\0\0\0\0\4\3"s + word(depth) + word(0) + word(table);
+    };
+    EXPECT_EQ(readFailure(nested(512)), "accepted");
+    EXPECT_EQ(readFailure(nested(513)), "3840: byte 2056: containers are nested too deeply");
+    EXPECT_EQ(readFailure(nested(100000)), "3840: byte 2056: containers are nested too deeply");
+}
+
+TEST(BinaryList, DepthCountsAlongTheLongestWay)
+{
+    // A deep child that was met before, near the top, is still deep below others.
+    const Ref<NSObject> deep = nestedArrays(400);
+    Ref<NSObject> chain = deep;
+    for (int i = 0; i < 200; ++i)
+        chain = makeArray({ chain.get() });
+    EXPECT_EQ(writeFailure(makeArray({ deep.get(), chain.get() }), kBinary),
+        "3851: containers are nested too deeply");
+}
+
+TEST(BinaryList, KeysThatAreNoStringsAreRefused)
+{
+    EXPECT_EQ(readFailure(binaryList({ "\xd1\1\1"sv, "\x10\5"sv })),
+        "3840: byte 8: a dictionary's key is no string");
+    EXPECT_EQ(writeFailure(makeDictionary({ { number(1).get(), "x"_ns } }), kBinary),
+        "3851: a dictionary's key is no string");
+}
+
+TEST(BinaryList, TextThatIsNoTextIsRefused)
+{
+    EXPECT_EQ(readFailure(binaryList({ "\x51\xe4" })), "3840: byte 8: a string is not ASCII");
+    EXPECT_EQ(
+        readFailure(binaryList({ "\x61\xd8\x00"sv })), "3840: byte 8: a string is not UTF-16");
+    EXPECT_EQ(readFailure(binaryList({ "\x62\xdc\x00\xd8\x00"sv })),
+        "3840: byte 8: a string is not UTF-16");
+    EXPECT_EQ(writeFailure(stringFrom(u"a\xdc00"sv), kBinary),
+        "3851: a string has a surrogate without its partner");
+}
+
+TEST(BinaryList, MarkersWithoutMeaningAreRefused)
+{
+    for (unsigned marker = 0; marker < 256; ++marker) {
+        const unsigned high = marker >> 4;
+        const unsigned low = marker & 15;
+        const bool isKnown = marker == 0x08 || marker == 0x09 || (high == 1 && low <= 4)
+            || marker == 0x22 || marker == 0x23 || marker == 0x33 || high == 4 || high == 5
+            || high == 6 || (high == 8 && low < 8) || high == 0xa || high == 0xd;
+        const std::string object
+            = static_cast<char>(marker) + std::string(marker % 16 == 15 ? 0 : 64, '\0');
+        const std::string failure = readFailure(binaryList({ object }));
+        EXPECT_EQ(failure == "3840: byte 8: no object begins with this byte",
+            !isKnown || (low == 15 && high >= 4))
+            << marker << ' ' << failure;
+    }
+}
+
+TEST(BinaryList, CountsThatLieAreRefused)
+{
+    for (const char marker : { '\x4f', '\x5f', '\x6f', '\xaf', '\xdf' }) {
+        for (const std::string_view count :
+            { "\x13\x10\0\0\0\0\0\0\0"sv, "\x13\x80\0\0\0\0\0\0\0"sv,
+                "\x13\xff\xff\xff\xff\xff\xff\xff\xff"sv, "\x12\0\1\0\0"sv, "\x10\x20"sv })
+            EXPECT_EQ(readFailure(binaryList({ marker + std::string(count) })),
+                "3840: byte 8: an object is longer than the list");
+        EXPECT_EQ(readFailure(binaryList({ marker + "\x14"s })),
+            "3840: byte 8: no object begins with this byte");
+    }
+    EXPECT_EQ(readFailure(binaryList({ "\x13\0\0"sv })),
+        "3840: byte 8: an object is longer than the list");
+}
+
+TEST(BinaryList, ReferencesOutOfTheTableAreRefused)
+{
+    EXPECT_EQ(readFailure(binaryList({ "\xa1\1"sv })),
+        "3840: byte 8: a container holds what is not in the table");
+    EXPECT_EQ(readFailure(binaryList({ "\xd1\0\7"sv })),
+        "3840: byte 8: a container holds what is not in the table");
+}
+
+TEST(BinaryList, TrailersThatLieAreRefused)
+{
+    const std::string good = binaryList({ "\xa1\1"sv, "\x51x" });
+    const std::size_t trailer = good.size() - 32;
+    const auto changed = [&](std::size_t place, std::string_view bytes) {
+        std::string list = good;
+        list.replace(trailer + place, bytes.size(), bytes);
+        const std::string failure = readFailure(list);
+        return failure.substr(failure.rfind(": ") + 2);
+    };
+    EXPECT_EQ(changed(6, "\0"sv), "offsets have 1 to 8 bytes");
+    EXPECT_EQ(changed(6, "\x09"), "offsets have 1 to 8 bytes");
+    EXPECT_EQ(changed(7, "\0"sv), "references have 1 to 8 bytes");
+    EXPECT_EQ(changed(7, "\xff"), "references have 1 to 8 bytes");
+    EXPECT_EQ(
+        changed(8, "\0\0\0\0\0\0\0\0"sv), "there are not as many objects as the trailer says");
+    EXPECT_EQ(
+        changed(8, "\0\0\0\0\0\0\0\3"sv), "there are not as many objects as the trailer says");
+    EXPECT_EQ(
+        changed(8, "\x10\0\0\0\0\0\0\0"sv), "there are not as many objects as the trailer says");
+    EXPECT_EQ(changed(16, "\0\0\0\0\0\0\0\2"sv), "the top object is not in the table");
+    EXPECT_EQ(changed(24, "\0\0\0\0\0\0\0\x08"sv), "the table of offsets lies outside of the list");
+    EXPECT_EQ(changed(24, "\xff\xff\xff\xff\xff\xff\xff\xff"sv),
+        "the table of offsets lies outside of the list");
+}
+
+TEST(BinaryList, OffsetsOutOfTheObjectsAreRefused)
+{
+    std::string list = binaryList({ "\x51x" });
+    for (const char offset : { '\0', '\x07', '\x0a', '\xff' }) {
+        list[11] = offset;
+        EXPECT_EQ(readFailure(list), "3840: byte 10: an offset leads out of the objects");
+    }
+}
+
+TEST(BinaryList, ObjectsThatOverlapManyTimesAreRefused)
+{
+    std::string list = "bplist00\x5f\x12\0\0\x40\0"s + std::string(0x4000, 'x');
+    const std::size_t table = list.size();
+    for (int i = 0; i < 0x1000; ++i)
+        list += "\0\0\0\x08"s;
+    list += "\0\0\0\0\0\0\4\2\0\0\0\0\0\0\x10\0\0\0\0\0\0\0\0\0\0\0\0\0\0\0"s
+        + static_cast<char>(table >> 8) + static_cast<char>(table);
+    EXPECT_EQ(readFailure(list), "3840: byte 8: objects overlap");
+}
+
+TEST(BinaryList, EveryTruncationIsRefused)
+{
+    const std::string list = written(makeDictionary({ { "key"_ns, number(1000).get() },
+        { "ä"_ns, makeArray({ date(1).get(), dataOf("abc").get(), makeUID(1).get() }).get() } }));
+    for (std::size_t length = 8; length < list.size(); ++length)
+        EXPECT_NE(readFailure(list.substr(0, length)), "accepted") << length;
+}
+
+TEST(BinaryList, AHeaderAloneIsNoWordOfText)
+{
+    EXPECT_EQ(readFailure("bplist00"), "3840: byte 8: the list ends before its trailer");
+    EXPECT_EQ(textOf(readList("bplist0")), "bplist0");
+}
+
+TEST(BinaryList, AnotherHeaderIsNotBinary)
+{
+    EXPECT_EQ(readFailure(binaryList({ "\x51x" }, 0, "bplist10")).substr(0, 12), "3840: line 1");
+}
+
+// ---- what can be changed
+
+TEST(BinaryList, MutableContainersHoldImmutableStrings)
+{
+    const Ref<NSDictionary> list = makeDictionary({ { "k"_ns, makeArray({ "x"_ns }).get() } });
+    const Ref<NSObject> back = readList(written(list), NSPropertyListMutableContainers);
+    ASSERT_TRUE(back->isKindOfClass(NSMutableDictionary::cls()));
+    const Ref<NSObject> inner = cast<NSDictionary>(back)->objectForKey("k"_ns);
+    ASSERT_TRUE(inner->isKindOfClass(NSMutableArray::cls()));
+    EXPECT_FALSE(cast<NSArray>(inner)->objectAtIndex(0)->isKindOfClass(NSMutableString::cls()));
+}
+
+TEST(BinaryList, MutableLeavesAreNeverKeys)
+{
+    const Ref<NSDictionary> list = makeDictionary({ { "same"_ns, "same"_ns } });
+    const auto back
+        = cast<NSDictionary>(readList(written(list), NSPropertyListMutableContainersAndLeaves));
+    EXPECT_TRUE(back->objectForKey("same"_ns)->isKindOfClass(NSMutableString::cls()));
+    EXPECT_FALSE(back->allKeys()->objectAtIndex(0)->isKindOfClass(NSMutableString::cls()));
+}
+
+TEST(BinaryList, ImmutableListsCannotBeChanged)
+{
+    const Ref<NSObject> back = readList(written(makeArray({ "x"_ns })));
+    EXPECT_FALSE(back->isKindOfClass(NSMutableArray::cls()));
+}
