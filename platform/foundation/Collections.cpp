@@ -3,6 +3,7 @@
 
 #include <cstdio>
 
+#include "KeyedArchivePrivate.h"
 #include "NSData.h"
 #include "runtime/NSException.h"
 #include "runtime/Runtime.h"
@@ -149,6 +150,35 @@ std::string describeList(const Items& items, NSUInteger level, const char* open,
     }
     return out + indentation(level) + close;
 }
+
+std::vector<NSObject*> lent(const Items& items)
+{
+    std::vector<NSObject*> objects;
+    objects.reserve(items.size());
+    for (const Ref<NSObject>& item : items)
+        objects.push_back(item.get());
+    return objects;
+}
+
+namespace {
+    thread_local constinit std::size_t* comparisonsLeft = nullptr;
+}
+
+void countComparison()
+{
+    if (archives::isStackShort() || (comparisonsLeft && *comparisonsLeft == 0))
+        raise("NSGenericException",
+            "*** Collections are nested too deeply, or too much alike, to be compared.");
+    if (comparisonsLeft)
+        --*comparisonsLeft;
+}
+
+ComparisonLimit::ComparisonLimit(std::size_t* left)
+    : before_(std::exchange(comparisonsLeft, left))
+{
+}
+
+ComparisonLimit::~ComparisonLimit() { comparisonsLeft = before_; }
 
 NSInteger SelectorComparison::operator()(NSObject* a, NSObject* b)
 {

@@ -46,6 +46,25 @@ inline Ref<NSObject> copyOf(const NSObject* object)
     return object->send<"copyWithZone:", Ref<NSObject>>(static_cast<void*>(nullptr));
 }
 
+/// Answers the objects without their counts.
+std::vector<NSObject*> lent(const Items& items);
+
+/// Is sent at the beginning of every comparison of two collections, which may hold themselves.
+/// - Raises: `NSGenericException` when little of the thread's stack is left, or a limit is reached.
+void countComparison();
+
+/// Lets comparisons on this thread count a number down, as long as it lives.
+class ComparisonLimit {
+public:
+    explicit ComparisonLimit(std::size_t* left);
+    ~ComparisonLimit();
+    ComparisonLimit(const ComparisonLimit&) = delete;
+    ComparisonLimit& operator=(const ComparisonLimit&) = delete;
+
+private:
+    std::size_t* before_;
+};
+
 /// Compares by an operation of the objects, found once for a run of objects of one class.
 class SelectorComparison {
 public:

@@ -192,6 +192,7 @@ template <> struct NSArray::Methods<struct Reading> {
         const NSUInteger count = self.count();
         if (!other || other->count() != count)
             return false;
+        countComparison();
         if (!ArrayAccess::isDirect(self) || !ArrayAccess::isDirect(*other)) {
             const Ref<NSArray> a = makeArray(ArrayAccess::copy(&self));
             const Ref<NSArray> b = makeArray(ArrayAccess::copy(other));

@@ -127,8 +127,7 @@ template <> struct NSCoder::Methods<struct Decoding> {
 
     template <class T> static Ref<T> valueOf(NSCoder& self, NSString* key)
     {
-        Ref<NSObject> value = self.decodeObjectForKey(key);
-        return value && value->isKindOfClass(classOf<T>()) ? cast<T>(std::move(value)) : nullptr;
+        return brindle::decode<T>(&self, key);
     }
     template <class T> static T decodeNumber(NSCoder& self, NSString* key)
     {

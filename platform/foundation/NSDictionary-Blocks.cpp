@@ -27,6 +27,7 @@ template <> struct NSDictionary::Methods<struct Visiting> {
             return true;
         if (!other || other->count() != self.count())
             return false;
+        countComparison();
         bool equal = true;
         visit(self, [&](NSObject* key, NSObject* value) {
             const Ref<NSObject> counterpart = other->objectForKey(key);

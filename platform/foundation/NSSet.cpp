@@ -174,6 +174,7 @@ template <> struct NSSet::Methods<struct Reading> {
     {
         if (self.count() > maybe(other)->count())
             return false;
+        countComparison();
         for (NSObject* item : self) {
             if (!maybe(other)->containsObject(item))
                 return false;
