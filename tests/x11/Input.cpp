@@ -23,7 +23,7 @@ namespace {
     protected:
         void showFocused()
         {
-            surface = display->createSurface({ .frame = kFrame, .title = "focused" });
+            surface = display->createSurface({ .frame = kFrame });
             surface->show();
             surface->activate();
             ASSERT_TRUE(waitFor(Event::Kind::focusIn, surface.get()));
@@ -250,23 +250,6 @@ namespace {
         driver.key(kKeyShift, false);
         EXPECT_EQ(back.characters, u"\x19");
         EXPECT_EQ(back.modifiers, kShift);
-    }
-
-    TEST_F(X11Input, KnowsTheModifiersThatWerePressedElsewhereWhenTheFocusComes)
-    {
-        showFocused();
-        driver.stealFocus();
-        ASSERT_TRUE(waitFor(Event::Kind::focusOut, surface.get()));
-        settle();
-        driver.key(kKeyShift, true);
-        settle();
-        EXPECT_EQ(display->modifiers(), 0u);
-        driver.giveFocus(windowOf("focused"));
-        ASSERT_TRUE(waitFor(Event::Kind::focusIn, surface.get()));
-        EXPECT_EQ(display->modifiers(), kShift);
-        driver.key(kKeyShift, false);
-        while (display->modifiers())
-            ASSERT_TRUE(waitFor(Event::Kind::modifiersChanged, surface.get()));
     }
 
 }

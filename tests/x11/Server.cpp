@@ -120,5 +120,31 @@ namespace {
         EXPECT_EQ(display->counters().errors, 0u);
     }
 
+    // On a server without a window manager, which would have its own idea of where the focus belongs.
+    TEST(X11Server, TellsTheModifiersThatWerePressedElsewhereWhenTheFocusComes)
+    {
+        XServerProcess server;
+        const auto display = opened(server);
+        XDriver driver(server.name().c_str());
+        const auto surface = display->createSurface({ .frame = kFrame, .title = "focused" });
+        surface->show();
+        surface->activate();
+        ASSERT_TRUE(waitFor(*display, Event::Kind::focusIn));
+        driver.stealFocus();
+        ASSERT_TRUE(waitFor(*display, Event::Kind::focusOut));
+        drain(*display);
+        display->pointerLocation(); // the server knows that we do not listen any more
+        constexpr std::uint8_t kShiftKey = 50;
+        driver.key(kShiftKey, true);
+        drain(*display);
+        EXPECT_EQ(display->modifiers(), 0u);
+        driver.giveFocus(driver.find("focused"));
+        ASSERT_TRUE(waitFor(*display, Event::Kind::focusIn));
+        EXPECT_EQ(display->modifiers(), kShift);
+        driver.key(kShiftKey, false);
+        while (display->modifiers())
+            ASSERT_TRUE(waitFor(*display, Event::Kind::modifiersChanged));
+    }
+
 }
 }
