@@ -32,6 +32,12 @@ public:
         other.bits_[1] |= bits_[1];
         return other;
     }
+    constexpr AsciiSet without(AsciiSet other) const
+    {
+        other.bits_[0] = bits_[0] & ~other.bits_[0];
+        other.bits_[1] = bits_[1] & ~other.bits_[1];
+        return other;
+    }
     constexpr void add(unsigned c) { bits_[c >> 6 & 1] |= std::uint64_t { 1 } << (c & 63); }
     constexpr void remove(unsigned c) { bits_[c >> 6 & 1] &= ~(std::uint64_t { 1 } << (c & 63)); }
     /// Answers false for everything that is not ASCII.

@@ -5,6 +5,7 @@
 
 #include "NSData.h"
 #include "NSStringPrivate.h"
+#include "URLText.h"
 #include "Unicode.h"
 #include "runtime/Runtime.h"
 #include "runtime/Table.h"
@@ -52,14 +53,6 @@ namespace {
         }
         return out;
     }
-
-    constexpr AsciiSet kUnreserved {
-        "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789-._~"
-    };
-    constexpr AsciiSet kUser = kUnreserved | AsciiSet("!$&'()*+,;=");
-    constexpr AsciiSet kHost = kUser | AsciiSet(":[]");
-    constexpr AsciiSet kPath = kUnreserved | AsciiSet("!$&'()*+,=:@/"); // ";" begins parameters
-    constexpr AsciiSet kQuery = kUser | AsciiSet(":@/?");
 
     template <const AsciiSet& Members> CodeSet ascii() { return CodeSet::of(Members); }
 
@@ -276,12 +269,12 @@ template <> struct NSCharacterSet::Methods<struct Members> {
             { "illegalCharacterSet", imp<named<categories<kUnassigned>>> },
             { "punctuationCharacterSet", imp<named<categories<kPunctuation>>> },
             { "symbolCharacterSet", imp<named<categories<kSymbols>>> },
-            { "URLUserAllowedCharacterSet", imp<named<ascii<kUser>>> },
-            { "URLPasswordAllowedCharacterSet", imp<named<ascii<kUser>>> },
-            { "URLHostAllowedCharacterSet", imp<named<ascii<kHost>>> },
-            { "URLPathAllowedCharacterSet", imp<named<ascii<kPath>>> },
-            { "URLQueryAllowedCharacterSet", imp<named<ascii<kQuery>>> },
-            { "URLFragmentAllowedCharacterSet", imp<named<ascii<kQuery>>> },
+            { "URLUserAllowedCharacterSet", imp<named<ascii<urls::kUser>>> },
+            { "URLPasswordAllowedCharacterSet", imp<named<ascii<urls::kUser>>> },
+            { "URLHostAllowedCharacterSet", imp<named<ascii<urls::kHost>>> },
+            { "URLPathAllowedCharacterSet", imp<named<ascii<urls::kPath>>> },
+            { "URLQueryAllowedCharacterSet", imp<named<ascii<urls::kQuery>>> },
+            { "URLFragmentAllowedCharacterSet", imp<named<ascii<urls::kQuery>>> },
             { "characterSetWithRange:", imp<withRange> },
             { "characterSetWithCharactersInString:", imp<withString> },
             { "characterSetWithBitmapRepresentation:", imp<withBitmap> },

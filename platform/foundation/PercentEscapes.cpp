@@ -19,12 +19,12 @@ bool isWellFormed(strings::View text)
     return true;
 }
 
-std::optional<std::string> removed(std::string_view ascii)
+std::optional<std::string> removed(std::string_view utf8, characters::AsciiSet leave)
 {
-    std::string out(ascii.size(), '\0');
+    std::string out(utf8.size(), '\0');
     char* to = out.data();
-    const char* at = ascii.data();
-    const char* const end = at + ascii.size();
+    const char* at = utf8.data();
+    const char* const end = at + utf8.size();
     while (at != end) {
         const auto* const escape
             = static_cast<const char*>(std::memchr(at, '%', static_cast<std::size_t>(end - at)));
@@ -37,19 +37,23 @@ std::optional<std::string> removed(std::string_view ascii)
         const int low = end - at > 2 ? digitOf(static_cast<unsigned char>(at[2])) : -1;
         if (high < 0 || low < 0)
             return std::nullopt;
-        *to++ = static_cast<char>(high << 4 | low);
+        const auto byte = static_cast<unsigned char>(high << 4 | low);
+        if (leave.contains(byte))
+            to = std::copy(at, at + 3, to);
+        else
+            *to++ = static_cast<char>(byte);
         at += 3;
     }
     out.resize(static_cast<std::size_t>(to - out.data()));
     return out;
 }
 
-Ref<NSString> removed(strings::View text)
+Ref<NSString> removed(strings::View text, characters::AsciiSet leave)
 {
     if (!isWellFormed(text))
         return nullptr;
     const std::string wide = text.isNarrow() ? std::string() : strings::toUtf8(text);
-    std::optional<std::string> bytes = removed(text.isNarrow() ? text.narrow() : wide);
+    std::optional<std::string> bytes = removed(text.isNarrow() ? text.narrow() : wide, leave);
     if (!bytes)
         return nullptr;
     if (strings::isAscii(*bytes))

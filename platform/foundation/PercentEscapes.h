@@ -3,6 +3,7 @@
 
 #include <optional>
 
+#include "CodeSet.h"
 #include "NSStringPrivate.h"
 
 /// The escapes of URLs: "%" and two hexadecimal digits for a byte of UTF-8.
@@ -52,10 +53,11 @@ template <class Keeps> Ref<NSString> added(strings::View text, Keeps keeps)
     return strings::plain(added(strings::toUtf8(text), keeps));
 }
 
-/// Answers the bytes behind ASCII text; nothing when an escape is cut off or not hexadecimal.
-std::optional<std::string> removed(std::string_view ascii);
+/// Answers the bytes behind a text; nothing when an escape is cut off or not hexadecimal.
+/// - leave: characters whose escapes stay.
+std::optional<std::string> removed(std::string_view utf8, characters::AsciiSet leave = {});
 /// Answers the text without its escapes.
-/// - Nil: also for bytes that are no UTF-8.
-Ref<NSString> removed(strings::View text);
+/// - Nil: also for bytes that are no UTF-8 and for unpaired surrogates.
+Ref<NSString> removed(strings::View text, characters::AsciiSet leave = {});
 
 }
