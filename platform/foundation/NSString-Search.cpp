@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "NSStringPrivate.h"
+#include "RegularExpressionPrivate.h"
 #include "Unicode.h"
 #include "runtime/Table.h"
 
@@ -243,6 +244,8 @@ namespace strings {
     {
         if (wanted.size() == 0)
             return notFound();
+        if (options & NSRegularExpressionSearch)
+            return patterns::find(text, wanted, options, range);
         const View part = text.part(range);
         NSRange found = needsLetters(part, wanted, options) ? findLetters(part, wanted, options)
                                                             : findUnits(part, wanted, options);
@@ -282,6 +285,8 @@ namespace strings {
     Ref<NSString> replace(View text, View target, View replacement, NSStringCompareOptions options,
         NSRange range, NSUInteger& count)
     {
+        if (options & NSRegularExpressionSearch)
+            return patterns::replace(text, target, replacement, options, range, count);
         const std::vector<NSRange> places = findAll(text, target, options, range);
         count = places.size();
         TextBuilder out;
