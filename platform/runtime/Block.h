@@ -58,30 +58,55 @@ namespace closures {
         static constexpr std::string_view text = closures::text<R, A...>.view();
     };
 
-    template <class T> constexpr void appendSignature(encoding::Buffer& out)
+    /// The name of a class that may only be declared: a class itself would have to be complete to tell.
+    template <class Named> constexpr std::string_view className()
+    {
+        std::string_view name = __PRETTY_FUNCTION__;
+        name.remove_prefix(name.find("Named = ") + 8);
+        name = name.substr(0, name.find_first_of(";]"));
+        if (name.find('<') != name.npos)
+            return {};
+        const std::size_t colon = name.rfind(':');
+        return colon == name.npos ? name : name.substr(colon + 1);
+    }
+
+    /// Adds a type as `append` does, with the class of an object and the signature of a closure.
+    template <class T> constexpr void appendDetailed(encoding::Buffer& out)
     {
         using U = std::remove_cvref_t<T>;
         if constexpr (encoding::Owner<U>)
-            appendSignature<typename U::Owned*>(out);
-        else if constexpr (std::is_pointer_v<U>) {
-            if constexpr (encoding::isClosure<std::remove_pointer_t<U>>) {
-                out.add("<");
-                out.add(SignatureOf<std::remove_pointer_t<U>>::text);
-                out.add(">");
+            appendDetailed<typename U::Owned*>(out);
+        else {
+            encoding::append<T>(out);
+            if constexpr (std::is_pointer_v<U>) {
+                using P = std::remove_cv_t<std::remove_pointer_t<U>>;
+                if constexpr (encoding::isClosure<P>) {
+                    out.add("<");
+                    out.add(SignatureOf<P>::text);
+                    out.add(">");
+                } else if constexpr (!std::is_same_v<P, NSObject>) {
+                    if (out.text[out.length - 1] == '@') {
+                        out.add("\"");
+                        out.add(className<P>());
+                        out.add("\"");
+                    }
+                }
             }
         }
     }
-    template <class R, class... A> constexpr encoding::Buffer describeAll()
+    template <class R, class... A> constexpr encoding::Buffer describeDetailed()
     {
         encoding::Buffer out;
-        appendSignature<R>(out);
-        (appendSignature<A>(out), ...);
+        appendDetailed<R>(out);
+        out.add("@:");
+        (appendDetailed<A>(out), ...);
         return out;
     }
-    /// What stands behind each "@?" of a message's types, in order: "<v@?@Q^B>"; empty without closures.
+    /// The type string of a message with the classes of its objects and the signatures of its closures:
+    /// `v@:@"NSView"@?<v@?@Q^B>`.
     template <class R, class... A>
-    inline constexpr encoding::Exact<describeAll<R, A...>().length> typesOf {
-        describeAll<R, A...>()
+    inline constexpr encoding::Exact<describeDetailed<R, A...>().length> detailedTypes {
+        describeDetailed<R, A...>()
     };
 
     template <class F, class R, class... A> struct Holder : Closure<R(A...)> {

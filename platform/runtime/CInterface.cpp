@@ -1,10 +1,12 @@
 // SPDX-License-Identifier: Apache-2.0
+#include <algorithm>
 #include <bit>
 #include <cstdlib>
 
 #include "CInterfacePrivate.h"
 #include "ClassPrivate.h"
 #include "DynamicCallPrivate.h"
+#include "Function.h"
 #include "InvocationPrivate.h"
 #include "StringsPrivate.h"
 
@@ -67,6 +69,12 @@ namespace {
 }
 
 void keepError() noexcept { keptError.keep(currentException()); }
+
+}
+
+namespace brindle {
+
+void keepCurrentException() noexcept { plain::keepError(); }
 
 }
 
@@ -154,9 +162,9 @@ const char* brindle_methodTypes(brindle_class cls, brindle_selector selector)
     return method_getTypeEncoding(class_getInstanceMethod(plain::classOf(cls), { selector }));
 }
 
-const char* brindle_methodClosureTypes(brindle_class cls, brindle_selector selector)
+const char* brindle_methodDetailedTypes(brindle_class cls, brindle_selector selector)
 {
-    return method_getClosureTypes(class_getInstanceMethod(plain::classOf(cls), { selector }));
+    return method_getDetailedTypes(class_getInstanceMethod(plain::classOf(cls), { selector }));
 }
 
 const char* brindle_messageTypes(brindle_id object, brindle_selector selector)
@@ -361,6 +369,29 @@ brindle_id brindle_runClosure(brindle_id closure, void* const* arguments, void* 
     });
     --sendDepth;
     return brindle_takeError();
+}
+
+// ---- plain functions
+
+brindle_code brindle_functionNamed(const char* name, const char** types)
+{
+    const auto* const begin = functions::__start_brindle_functions;
+    const auto* const end = functions::__stop_brindle_functions;
+    const auto* const found = std::find_if(
+        begin, end, [&](const FunctionRow* row) { return std::strcmp(row->name, name) == 0; });
+    if (found == end)
+        return nullptr;
+    *types = (*found)->types;
+    return (*found)->code();
+}
+
+char* brindle_copyFunctionNames(void)
+{
+    Lines lines;
+    for (const auto* at = functions::__start_brindle_functions;
+         at != functions::__stop_brindle_functions; ++at)
+        lines.add((*at)->name);
+    return lines.copy();
 }
 
 // ---- the run loop

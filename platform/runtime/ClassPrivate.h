@@ -21,7 +21,7 @@ struct Method {
     std::atomic<const Signature*>
         signature; ///< nullptr where no C++ function of these types is known
     std::atomic<const char*>
-        closures; ///< the signatures of the closures it takes, as `Row` has them
+        details; ///< the types as `Row` has them; nullptr where nothing more is known
     const char* topic; ///< where the entry comes from, for the message about two of them
     enum class Origin : std::uint8_t { generated, own, extension, added } origin;
     /// Its types are a guess: the first message of other types may have it adapted.

@@ -28,7 +28,7 @@ namespace encoding {
 
     /// An encoding under construction, at compile time.
     struct Buffer {
-        char text[224] {};
+        char text[512] {};
         std::size_t length = 0;
 
         constexpr void add(std::string_view piece)

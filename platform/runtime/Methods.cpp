@@ -32,12 +32,12 @@ void MethodTable::place(Method* method)
 namespace {
 
     void fill(Method* method, IMP imp, const char* types, const Signature* signature,
-        const char* closures = "")
+        const char* details = nullptr)
     {
         method->imp.store(imp, std::memory_order_release);
         method->types.store(types, std::memory_order_release);
         method->signature.store(signature, std::memory_order_release);
-        method->closures.store(closures, std::memory_order_release);
+        method->details.store(details, std::memory_order_release);
     }
 
     [[noreturn]] void reportTwo(
@@ -51,7 +51,7 @@ namespace {
 
     /// One operation of a table: own rows fill, extensions replace, generated accessors only step in.
     void declare(Class* cls, const char* name, SEL sel, const Signature* signature, IMP imp,
-        const char* closures, Method::Origin origin, const char* topic)
+        const char* details, Method::Origin origin, const char* topic)
     {
         registerSelector(sel, name, false);
         Method* method = cls->data_->methods.find(sel);
@@ -62,7 +62,7 @@ namespace {
                 reportTwo(cls, name, method, topic);
         } else
             method = cls->data_->methods.add(sel);
-        fill(method, imp, signature->types, signature, closures);
+        fill(method, imp, signature->types, signature, details);
         method->owner = cls;
         method->origin = origin;
         method->topic = topic;
@@ -75,7 +75,7 @@ namespace {
         const auto origin = isExtension ? Method::Origin::extension : Method::Origin::own;
         for (const Row& row : rows)
             declare(
-                cls, row.name, row.sel, row.signature, row.address(), row.closures, origin, topic);
+                cls, row.name, row.sel, row.signature, row.address(), row.details, origin, topic);
     }
 
     const char* checkedTypes(SEL sel, const char* types)
@@ -118,7 +118,7 @@ void Builder::properties(std::initializer_list<PropertyRow> rows)
             const std::string name = row.getter ? property->getter : property->name;
             const SEL sel = sel_registerName(name.c_str());
             declare(cls_, sel_getName(sel), sel, row.getterSignature, row.getterAddress(),
-                row.closures, Method::Origin::generated, topic_);
+                row.getterDetails, Method::Origin::generated, topic_);
         }
         if (row.setterAddress) {
             std::string name = property->setter;
@@ -129,7 +129,7 @@ void Builder::properties(std::initializer_list<PropertyRow> rows)
             }
             const SEL sel = sel_registerName(name.c_str());
             declare(cls_, sel_getName(sel), sel, row.setterSignature, row.setterAddress(),
-                row.closures, Method::Origin::generated, topic_);
+                row.setterDetails, Method::Origin::generated, topic_);
         }
         cls_->data_->properties.push_back(std::move(property));
     }
@@ -188,9 +188,10 @@ const char* method_getTypeEncoding(const Method* method)
     return method ? method->types.load(std::memory_order_acquire) : nullptr;
 }
 
-const char* method_getClosureTypes(const Method* method)
+const char* method_getDetailedTypes(const Method* method)
 {
-    return method ? method->closures.load(std::memory_order_acquire) : nullptr;
+    const char* const details = method ? method->details.load(std::memory_order_acquire) : nullptr;
+    return details ? details : method_getTypeEncoding(method);
 }
 
 SEL method_getName(const Method* method) { return method ? method->sel : SEL {}; }
@@ -266,9 +267,9 @@ void method_exchangeImplementations(Method* a, Method* b)
     const IMP imp = a->imp.load(std::memory_order_relaxed);
     const char* const types = a->types.load(std::memory_order_relaxed);
     const Signature* const signature = a->signature.load(std::memory_order_relaxed);
-    const char* const closures = a->closures.load(std::memory_order_relaxed);
-    fill(a, b->imp, b->types, b->signature, b->closures);
-    fill(b, imp, types, signature, closures);
+    const char* const details = a->details.load(std::memory_order_relaxed);
+    fill(a, b->imp, b->types, b->signature, b->details);
+    fill(b, imp, types, signature, details);
     updateOwner(a);
     updateOwner(b);
 }

@@ -40,7 +40,8 @@ struct PropertyRow {
     IMP (*getterAddress)();
     const Signature* setterSignature;
     IMP (*setterAddress)();
-    const char* closures; ///< "<v@?>" for a field that is a closure; else ""
+    const char* getterDetails; ///< as in `Row`
+    const char* setterDetails;
 };
 
 /// Exclusive access to one property of one object, for values too large to be read in one go.
@@ -115,6 +116,16 @@ namespace properties {
     }
     template <class F>
     inline constexpr encoding::Exact<describe<F>().length> typeText { describe<F>() };
+
+    /// What accessors of a field answer and take: a pointer for every way of holding an object.
+    template <class F> struct Passed {
+        using Type = F;
+    };
+    template <class F>
+        requires requires { typename Pointee<F>::Type; }
+    struct Passed<F> {
+        using Type = typename Pointee<F>::Type*;
+    };
 
     /// Takes one more count, or makes a copy by `copy`, for a copied property.
     BRINDLE_EXPORT NSObject* copyObject(NSObject* object);
@@ -263,7 +274,8 @@ constexpr PropertyRow property(const char* name, Options... options)
     using Get = properties::AccessorImp<&A::get>;
     PropertyRow row { name, properties::typeText<F>.text, flags, nullptr, nullptr, nullptr,
         &properties::Access<Field>::offset, &Get::signature, &Get::address, nullptr, nullptr,
-        closures::typesOf<F>.text };
+        closures::detailedTypes<typename properties::Passed<F>::Type>.text,
+        closures::detailedTypes<void, typename properties::Passed<F>::Type>.text };
     if constexpr (!(flags & kPropertyReadOnly)) {
         using Set = properties::AccessorImp<&A::set>;
         row.setterSignature = &Set::signature;
@@ -279,7 +291,7 @@ constexpr PropertyRow computed(const char* name, Options... options)
 {
     constexpr unsigned flags = properties::storageOf<T, (properties::bitsOf<Options> | ... | 0u)>();
     PropertyRow row { name, properties::typeText<T>.text, flags, nullptr, nullptr, "", nullptr,
-        nullptr, nullptr, nullptr, nullptr, closures::typesOf<T>.text };
+        nullptr, nullptr, nullptr, nullptr, nullptr, nullptr };
     (properties::apply(row, options), ...);
     return row;
 }

@@ -20,6 +20,16 @@ struct Property;
 /// One field of one class.
 struct Ivar;
 
+template <> struct Opaque<Method> {
+    static constexpr const char* encoding = "{Method=}";
+};
+template <> struct Opaque<Property> {
+    static constexpr const char* encoding = "{Property=}";
+};
+template <> struct Opaque<Ivar> {
+    static constexpr const char* encoding = "{Ivar=}";
+};
+
 using objc_property_t = const Property*;
 using objc_AssociationPolicy = std::uintptr_t;
 
@@ -83,9 +93,9 @@ BRINDLE_EXPORT Method* class_getClassMethod(Class* cls, SEL sel);
 BRINDLE_EXPORT Method** class_copyMethodList(Class* cls, unsigned* count);
 BRINDLE_EXPORT IMP method_getImplementation(const Method* method);
 BRINDLE_EXPORT const char* method_getTypeEncoding(const Method* method);
-/// Answers what stands behind each "@?" of the type encoding, in order: "<v@?@Q^B>"; "" without closures and for
-/// methods added at run time.
-BRINDLE_EXPORT const char* method_getClosureTypes(const Method* method);
+/// Answers the type encoding with the class of each object and the signature of each closure, as far as they are
+/// known: `v@:@"NSView"@?<v@?@Q^B>`. A class name here says what the operation relies on.
+BRINDLE_EXPORT const char* method_getDetailedTypes(const Method* method);
 BRINDLE_EXPORT SEL method_getName(const Method* method);
 /// Answers what instances would run; the forwarding implementation, never nullptr, where there is nothing.
 BRINDLE_EXPORT IMP class_getMethodImplementation(Class* cls, SEL sel);

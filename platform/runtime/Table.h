@@ -23,7 +23,7 @@ namespace tables {
     template <class R, class S, class... A, R (*Function)(S&, A...)> struct Imp<Function> {
         static constexpr unsigned parameters = sizeof...(A);
         static constexpr const Signature& signature = signatureOf<R, typename Abi<A>::C...>;
-        static constexpr const char* closures = closures::typesOf<R, A...>.text;
+        static constexpr const char* details = closures::detailedTypes<R, A...>.text;
 
         static typename Abi<R>::C call(S* self, SEL, typename Abi<A>::C... a)
         {
@@ -41,7 +41,7 @@ namespace tables {
     struct Variadic<Function> {
         static constexpr unsigned parameters = sizeof...(A);
         static constexpr const Signature& signature = signatureOf<R, A...>;
-        static constexpr const char* closures = closures::typesOf<R, A...>.text;
+        static constexpr const char* details = closures::detailedTypes<R, A...>.text;
         static IMP address() { return reinterpret_cast<IMP>(Function); }
     };
 
@@ -58,7 +58,7 @@ struct Row {
     SEL sel;
     const Signature* signature;
     IMP (*address)();
-    const char* closures; ///< the signatures of the closures it takes; "" without
+    const char* details; ///< its types with classes and the signatures of closures
 
     template <class Implementation>
     consteval Row(const char* selectorName, const Implementation&)
@@ -66,7 +66,7 @@ struct Row {
         , sel(selectorOf(selectorName))
         , signature(&Implementation::signature)
         , address(&Implementation::address)
-        , closures(Implementation::closures)
+        , details(Implementation::details)
     {
         if (tables::colonsIn(selectorName) != Implementation::parameters)
             throw "the selector's colons and the function's parameters differ in number";

@@ -64,8 +64,9 @@ BRINDLE_C_EXPORT brindle_selector brindle_selectorNamed(const char* name);
 BRINDLE_C_EXPORT const char* brindle_selectorName(brindle_selector selector);
 /* Answers the types of what instances of the class run for a selector, ancestors searched; NULL when there is nothing. */
 BRINDLE_C_EXPORT const char* brindle_methodTypes(brindle_class cls, brindle_selector selector);
-/* Answers the types of each closure ("@?") of that message, in order: "<v@?@Q^B>"; "" without, NULL for no method. */
-BRINDLE_C_EXPORT const char* brindle_methodClosureTypes(
+/* The same with the class of each object and the signature of each closure, as far as they are known:
+   `v@:@"NSView"@?<v@?@Q^B>`. An argument of another class must not be passed. */
+BRINDLE_C_EXPORT const char* brindle_methodDetailedTypes(
     brindle_class cls, brindle_selector selector);
 /* Answers the types of a message to this object, forwarded ones included; NULL when it would not be understood. */
 BRINDLE_C_EXPORT const char* brindle_messageTypes(brindle_id object, brindle_selector selector);
@@ -169,6 +170,14 @@ BRINDLE_C_EXPORT void brindle_setReporter(void (*report)(brindle_id exception));
    those of other threads have returned, but not longer than that many seconds.
    For a language that shuts down before the process does. */
 BRINDLE_C_EXPORT void brindle_close(double seconds);
+
+/* ---- plain functions */
+
+/* Answers a function of the library by its name, and its types without receiver and selector: "d{CGRect=…}@". It keeps
+   what it raises as a prepared call does. NULL for a name that is not listed. */
+BRINDLE_C_EXPORT brindle_code brindle_functionNamed(const char* name, const char** types);
+/* Answers the names, one a line. The caller frees the text with brindle_free. */
+BRINDLE_C_EXPORT char* brindle_copyFunctionNames(void);
 
 /* ---- the run loop */
 

@@ -17,6 +17,7 @@ template <> struct Animal::Methods<struct Body> {
     static void callWhen(Animal&, Closure<bool(NSRect)>*, std::int64_t, Closure<void(NSObject*)>*)
     {
     }
+    static Ref<Dog> follow(Animal&, Dog* dog, NSString*, NSObject*) { return dog; }
     static std::int64_t population(Class&) { return 7; }
     static void dealloc(Animal& self)
     {
@@ -36,6 +37,7 @@ template <> struct Animal::Methods<struct Body> {
             { "sound", imp<sound> },
             { "friendOfMine", imp<friendOfMine> },
             { "setFriendOfMine:", imp<setFriendOfMine> },
+            { "follow:named:or:", imp<follow> },
             { "callWhen:times:with:", imp<callWhen> },
             { "dealloc", imp<dealloc> },
         });

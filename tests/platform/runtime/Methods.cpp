@@ -22,26 +22,33 @@ namespace {
         return Ref<Animal>::adopt(static_cast<Animal*>(class_createInstance(cls)));
     }
 
-    const char* closuresOf(SEL sel)
+    const char* detailsOf(SEL sel)
     {
-        return method_getClosureTypes(class_getInstanceMethod(Animal::cls(), sel));
+        return method_getDetailedTypes(class_getInstanceMethod(Animal::cls(), sel));
     }
 
-    TEST(Methods, TellTheSignaturesOfTheirClosuresInOrder)
+    TEST(Methods, TellTheSignaturesOfTheirClosures)
     {
-        EXPECT_STREQ(closuresOf(selector<"callWhen:times:with:">),
-            "<B@?{CGRect={CGPoint=dd}{CGSize=dd}}><v@?@>");
+        EXPECT_STREQ(detailsOf(selector<"callWhen:times:with:">),
+            "v@:@?<B@?{CGRect={CGPoint=dd}{CGSize=dd}}>q@?<v@?@>");
     }
 
-    TEST(Methods, OfAClosurePropertyTellItsSignature)
+    TEST(Methods, TellTheClassesOfTheirObjects)
     {
-        EXPECT_STREQ(closuresOf(selector<"cry">), "<*@?q>");
-        EXPECT_STREQ(closuresOf(selector<"setCry:">), "<*@?q>");
+        EXPECT_STREQ(detailsOf(selector<"follow:named:or:">), "@\"Dog\"@:@\"Dog\"@\"NSString\"@");
     }
 
-    TEST(Methods, WithoutClosuresTellNoSignatures)
+    TEST(Methods, OfAPropertyTellWhatItsFieldHolds)
     {
-        EXPECT_STREQ(closuresOf(selector<"setFrame:">), "");
+        EXPECT_STREQ(detailsOf(selector<"cry">), "@?<*@?q>@:");
+        EXPECT_STREQ(detailsOf(selector<"setCry:">), "v@:@?<*@?q>");
+    }
+
+    TEST(Methods, AddedAtRunTimeTellTheirTypes)
+    {
+        Class* const cls = freshClass(Animal::cls());
+        class_addMethod(cls, selector<"moo">, impOf(&moo), "*@:");
+        EXPECT_STREQ(method_getDetailedTypes(class_getInstanceMethod(cls, selector<"moo">)), "*@:");
     }
 
     TEST(Methods, AreFoundInAncestorsAndNowhereElse)
