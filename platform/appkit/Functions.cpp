@@ -1,0 +1,22 @@
+// SPDX-License-Identifier: Apache-2.0
+
+// The functions of this folder that are not overloaded, by name.
+
+#include "appkit/NSGraphicsContext.h"
+#include "runtime/Function.h"
+
+namespace brindle {
+
+BRINDLE_FUNCTION(NSRectFill)
+BRINDLE_FUNCTION(NSRectFillUsingOperation)
+BRINDLE_FUNCTION(NSRectFillList)
+BRINDLE_FUNCTION(NSRectFillListUsingOperation)
+BRINDLE_FUNCTION(NSFrameRect)
+BRINDLE_FUNCTION(NSFrameRectWithWidth)
+BRINDLE_FUNCTION(NSFrameRectWithWidthUsingOperation)
+BRINDLE_FUNCTION(NSRectClip)
+BRINDLE_FUNCTION(NSRectClipList)
+BRINDLE_FUNCTION(NSEraseRect)
+BRINDLE_FUNCTION(NSSetFocusRingStyle)
+
+}
