@@ -39,3 +39,8 @@ install(FILES "${CMAKE_CURRENT_BINARY_DIR}/brindle.pc"
     DESTINATION "${CMAKE_INSTALL_LIBDIR}/pkgconfig")
 install(DIRECTORY "${brindle_resources}/" DESTINATION "${CMAKE_INSTALL_DATADIR}/brindle")
 install(FILES LICENSE NOTICE DESTINATION "${CMAKE_INSTALL_DOCDIR}")
+
+# Plain Python: it finds the library from where it lies.
+install(DIRECTORY "${PROJECT_SOURCE_DIR}/bindings/python/brindle"
+    DESTINATION "lib/python3/dist-packages"
+    PATTERN "__pycache__" EXCLUDE)
