@@ -9,12 +9,14 @@
 
 #include "Clock.h"
 #include "Dispatch.h"
-#include "NSArray.h"
+#include "NSBundle.h"
 #include "NSData.h"
+#include "NSMutableArray.h"
 #include "NSNotificationCenter.h"
 #include "NSProcessInfo.h"
 #include "NSPropertyListSerialization.h"
 #include "NSUserDefaults.h"
+#include "UserLocale.h"
 
 namespace brindle::defaults {
 
@@ -29,6 +31,18 @@ namespace {
         for (NSString* argument : each<NSString>(NSProcessInfo::cls().processInfo()->arguments()))
             all.push_back(utf8Of(argument));
         return all;
+    }
+
+    /// Answers what the session says of language and region.
+    Ref<NSDictionary> languageValues()
+    {
+        const auto languages = make<NSMutableArray>();
+        for (const std::string& language : UserLocale::languages())
+            languages->addObject(stringFrom(language).get());
+        const Ref<NSObject> all = languages->copy();
+        const Ref<NSString> locale = stringFrom(UserLocale::identifier());
+        return makeDictionary(
+            { { "AppleLanguages"_ns, all.get() }, { "AppleLocale"_ns, locale.get() } });
     }
 
     bool isNumber(const std::string& text)
@@ -152,7 +166,7 @@ void Domains::reset()
     const Ref<NSDictionary> none = NSDictionary::cls().dictionary();
     std::vector<VolatileDomain> fresh { { NSArgumentDomain.get(),
                                             valuesOfArguments(processArguments()) },
-        { "NSLanguageDomain"_ns, none }, { NSRegistrationDomain.get(), none } };
+        { "NSLanguageDomain"_ns, languageValues() }, { NSRegistrationDomain.get(), none } };
     Ref<NSDictionary> desktop = desktopValues(Store::root());
     nextLook_.store(Clock::now() + kLookInterval, std::memory_order_relaxed);
     const std::lock_guard guard(memory);

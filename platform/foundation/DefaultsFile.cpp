@@ -208,6 +208,12 @@ void File::hold(State state, const Identity& identity, Descriptor file, Ref<NSDi
     ++readings_;
 }
 
+void File::holdNothing()
+{
+    if (state_ != State::absent)
+        hold(State::absent, {}, {}, nullptr);
+}
+
 bool File::refresh()
 {
     if (!isKept())
@@ -216,7 +222,7 @@ bool File::refresh()
     if (!folder) {
         if (errno != ENOENT && errno != ENOTDIR && errno != EACCES)
             return false;
-        hold(State::absent, {}, {}, nullptr);
+        holdNothing();
         return true;
     }
     if (state_ == State::unread)
@@ -230,7 +236,7 @@ void File::sweep(int folder)
     struct stat status { };
     if (!statusOf(folder, kFreshName, status))
         return;
-    if (const Lock lock(folder, Deadline::min()); lock)
+    if (const Lock lock(folder, Deadline {}); lock)
         remove(folder, kFreshName);
 }
 
@@ -240,7 +246,7 @@ bool File::read(int folder)
     if (!statusOf(folder, kName, status)) {
         if (errno != ENOENT)
             return false;
-        hold(State::absent, {}, {}, nullptr);
+        holdNothing();
         return true;
     }
     if (state_ != State::unread && state_ != State::absent && identityOf(status) == identity_)
@@ -249,7 +255,7 @@ bool File::read(int folder)
     if (file)
         return readOpen(std::move(file));
     if (errno == ENOENT) {
-        hold(State::absent, {}, {}, nullptr);
+        holdNothing();
         return true;
     }
     // A link, a socket, or a file of somebody else.

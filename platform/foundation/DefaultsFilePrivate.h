@@ -19,7 +19,7 @@ class NSDictionary;
 
 namespace brindle::defaults {
 
-/// A moment of the system's own clock: who waits for another process cannot turn a virtual one.
+/// A moment of the system's own clock: who waits for another process cannot turn a virtual one. `{}` is long past.
 using Deadline = std::chrono::steady_clock::time_point;
 
 /// What stands in the way of the file's system calls, for tests: it is asked before each, with the call's name.
@@ -78,6 +78,7 @@ private:
     bool readOpen(files::Descriptor file);
     void hold(
         State state, const Identity& identity, files::Descriptor file, Ref<NSDictionary> contents);
+    void holdNothing();
     bool replace(int folder, NSDictionary* contents);
     bool syncName(int folder);
     bool setDamagedAside(int folder);

@@ -152,7 +152,7 @@ void Store::flushAllAtExit()
 void Store::lookAtAll()
 {
     for (Store* const store : registry().all()) {
-        const Turn turn(*store, Deadline::min());
+        const Turn turn(*store, Deadline {});
         if (turn && store->isLoaded_.load(std::memory_order_acquire))
             store->refresh();
     }

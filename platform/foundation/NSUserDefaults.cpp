@@ -212,9 +212,9 @@ template <> struct NSUserDefaults::Methods<struct Search> {
             return;
         const Ref<NSDictionary> valid = validValues(values);
         const auto all = make<NSMutableDictionary>();
+        Domains& domains = Domains::shared();
         {
             const std::lock_guard guard(defaults::memory);
-            Domains& domains = Domains::shared();
             all->addEntriesFromDictionary(domains.registration());
             all->addEntriesFromDictionary(valid.get());
             domains.setRegistration(cast<NSDictionary>(all->copy()));

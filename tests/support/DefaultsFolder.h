@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-#include "foundation/NSProcessInfo.h"
+#include "foundation/DefaultsDomainsPrivate.h"
 #include "foundation/NSUserDefaults.h"
 #include "support/TemporaryFolder.h"
 
@@ -21,8 +21,7 @@ public:
     /// Answers where a domain's file is; without a name that of the application.
     std::filesystem::path file(const std::string& domain = "") const
     {
-        const std::string own = utf8Of(NSProcessInfo::cls().processInfo()->processName());
-        return path() / (domain.empty() ? own : domain) / "defaults.plist";
+        return path() / (domain.empty() ? defaults::applicationName() : domain) / "defaults.plist";
     }
 
 private:

@@ -6,6 +6,7 @@
 #include <iterator>
 #include <random>
 #include <string>
+#include <vector>
 
 #include <fcntl.h>
 #include <gtest/gtest.h>
@@ -16,8 +17,9 @@
 #include "foundation/NSDictionary.h"
 #include "foundation/NSMutableDictionary.h"
 #include "foundation/NSNumber.h"
-#include "support/DefaultsFolder.h"
+#include "support/DefaultsWriters.h"
 #include "support/Strings.h"
+#include "support/TemporaryFolder.h"
 
 using namespace brindle;
 using defaults::File;
@@ -315,6 +317,12 @@ TEST_F(DefaultsFileTest, IsDamagedWhenItIsAListOfAnotherKind)
     EXPECT_TRUE(fs::exists(path("defaults.plist.damaged")));
 }
 
+TEST_F(DefaultsFileTest, ReadsAListThatWasWrittenByHand)
+{
+    write("{ key = \"by hand\"; }");
+    EXPECT_EQ(read("key"_ns), "by hand");
+}
+
 TEST_F(DefaultsFileTest, IsEmptyWhereAFolderStands)
 {
     fs::create_directories(path() / "inside");
@@ -403,4 +411,37 @@ TEST_F(DefaultsFileTest, KeepsNothingWithoutAFolder)
     File file("");
     EXPECT_TRUE(file.refresh());
     EXPECT_FALSE(put(file, "key"_ns, "value"_ns));
+}
+
+TEST_F(DefaultsFileTest, LosesNothingThatAKilledWriterCommitted)
+{
+    test::WriterKiller killer(path().parent_path(), 1);
+    for (int i = 0; i < 20; ++i)
+        killer.round();
+    EXPECT_EQ(killer.lost, 0);
+    EXPECT_EQ(killer.torn, 0);
+    EXPECT_FALSE(fs::exists(path("defaults.plist.new")));
+    EXPECT_FALSE(fs::exists(path("defaults.plist.damaged")));
+}
+
+TEST_F(DefaultsFileTest, LosesNothingOfSeveralProcesses)
+{
+    std::vector<pid_t> children;
+    for (int process = 0; process < 4; ++process) {
+        children.push_back(test::startChild([this, process] {
+            File file = fresh();
+            for (int i = 0; i < 20; ++i) {
+                const auto own = stringFrom(std::to_string(process) + "." + std::to_string(i));
+                const bool isSafe
+                    = put(file, own.get(), "value"_ns) && put(file, "shared"_ns, own.get());
+                if (!isSafe)
+                    ::_exit(1);
+            }
+        }));
+    }
+    for (const pid_t child : children)
+        EXPECT_TRUE(test::endedWell(child));
+    File file = fresh();
+    EXPECT_TRUE(file.refresh());
+    EXPECT_EQ(file.contents()->count(), 4U * 20 + 1);
 }

@@ -10,6 +10,7 @@
 #include "foundation/NSArray.h"
 #include "foundation/NSNull.h"
 #include "foundation/NSUserDefaults.h"
+#include "foundation/UserLocale.h"
 #include "support/DefaultsFolder.h"
 #include "support/Strings.h"
 #include "support/VirtualClock.h"
@@ -218,6 +219,17 @@ TEST_F(DefaultsDomains, AnswerTheRegisteredValuesAsADomain)
     EXPECT_EQ(text("key"_ns), "again");
 }
 
+TEST_F(DefaultsDomains, HoldTheLanguagesOfTheSession)
+{
+    UserLocale::use("de_CH", { "de-CH", "fr" });
+    folder.restart();
+    EXPECT_TRUE(defaults()
+                    ->arrayForKey("AppleLanguages"_ns)
+                    ->isEqual(NSArray::cls().arrayWithObjects("de-CH"_ns, "fr"_ns).get()));
+    EXPECT_EQ(text("AppleLocale"_ns), "de_CH");
+    UserLocale::useSystem();
+}
+
 TEST_F(DefaultsDomains, ReadTheCommandLine)
 {
     using defaults::valuesOfArguments;
@@ -226,6 +238,14 @@ TEST_F(DefaultsDomains, ReadTheCommandLine)
                     ->isEqual(one("Offset"_ns, "-5"_ns).get()));
     EXPECT_TRUE(valuesOfArguments({ "program", "-A", "1", "-B", "2" })
                     ->isEqual(makeDictionary({ { "A"_ns, "1"_ns }, { "B"_ns, "2"_ns } }).get()));
+}
+
+TEST_F(DefaultsDomains, ReadPropertyListsOnTheCommandLine)
+{
+    const auto values = defaults::valuesOfArguments({ "program", "-List", "(a, b)", "-Odd", "(a" });
+    EXPECT_TRUE(values->objectForKey("List"_ns)->isEqual(
+        NSArray::cls().arrayWithObjects("a"_ns, "b"_ns).get()));
+    EXPECT_EQ(textOf(values->objectForKey("Odd"_ns)), "(a");
 }
 
 TEST_F(DefaultsDomains, PassOverOtherArguments)

@@ -2,7 +2,11 @@
 #include "foundation/NSUserDefaults.h"
 
 #include <algorithm>
+#include <cerrno>
 #include <cmath>
+#include <cstdlib>
+#include <fstream>
+#include <optional>
 #include <string>
 #include <thread>
 #include <vector>
@@ -58,6 +62,17 @@ protected:
     static std::string refusal(NSObject* value)
     {
         return raisedBy([value] { defaults()->setObject_forKey(value, "key"_ns); });
+    }
+
+    void otherProcessSets(NSString* key, NSObject* value) const
+    {
+        defaults::File file(folder.file().parent_path());
+        EXPECT_TRUE(file.update(std::chrono::steady_clock::now() + std::chrono::seconds(20),
+            [key, value](NSDictionary* now) -> Ref<NSDictionary> {
+                const auto next = NSMutableDictionary::cls().dictionaryWithDictionary(now);
+                next->setObject_forKey(value, key);
+                return next;
+            }));
     }
 
     test::VirtualClock clock; // nothing is written unless a test asks for it
@@ -517,4 +532,85 @@ TEST_F(UserDefaults, AreSharedByTheThreadsOfTheProcess)
     for (int t = 0; t < 8; ++t)
         EXPECT_EQ(defaults()->integerForKey(stringFrom("own" + std::to_string(t)).get()), 499);
     EXPECT_EQ(defaults()->integerForKey("shared"_ns), 499);
+}
+
+TEST(DefaultsAtExit, AreWritten)
+{
+    GTEST_FLAG_SET(death_test_style, "threadsafe");
+    constexpr const char* kVariable = "BRINDLE_TEST_DEFAULTS_FOLDER";
+    // The process that ends begins anew with this test, and learns here where to write.
+    std::optional<test::TemporaryFolder> own;
+    if (!std::getenv(kVariable))
+        ::setenv(kVariable, own.emplace().path().c_str(), 1);
+    const std::string folder = std::getenv(kVariable);
+    const auto end = [&folder] {
+        setDefaultsFolder(folder.c_str());
+        NSUserDefaults::cls().standardUserDefaults()->setInteger_forKey(7, "key"_ns);
+        std::exit(0);
+    };
+    EXPECT_EXIT(end(), testing::ExitedWithCode(0), "");
+    ::unsetenv(kVariable);
+    defaults::File file(folder + "/" + defaults::applicationName());
+    EXPECT_TRUE(file.refresh());
+    EXPECT_EQ(textOf(file.contents()->objectForKey("key"_ns)), "7");
+}
+
+TEST_F(UserDefaults, SeeWhatAnotherProcessWroteAfterASecond)
+{
+    EXPECT_FALSE(defaults()->objectForKey("key"_ns));
+    otherProcessSets("key"_ns, "value"_ns);
+    EXPECT_FALSE(defaults()->objectForKey("key"_ns));
+    clock.advance(1);
+    EXPECT_EQ(utf8(defaults()->stringForKey("key"_ns)), "value");
+}
+
+TEST_F(UserDefaults, SeeWhatAnotherProcessWroteWhenSynchronizedAndPostIt)
+{
+    defaults()->setObject_forKey("mine"_ns, "own"_ns);
+    defaults()->synchronize();
+    otherProcessSets("key"_ns, "value"_ns);
+    ChangeCounter changes(defaults().get());
+    EXPECT_TRUE(defaults()->synchronize());
+    EXPECT_EQ(utf8(defaults()->stringForKey("key"_ns)), "value");
+    EXPECT_EQ(utf8(defaults()->stringForKey("own"_ns)), "mine");
+    EXPECT_EQ(changes.count, 1);
+}
+
+TEST_F(UserDefaults, WriteOnlyTheirOwnChangesOverThoseOfOthers)
+{
+    defaults()->setObject_forKey("1"_ns, "a"_ns);
+    defaults()->setObject_forKey("1"_ns, "b"_ns);
+    defaults()->synchronize();
+    defaults()->setObject_forKey("2"_ns, "a"_ns);
+    otherProcessSets("b"_ns, "3"_ns);
+    EXPECT_TRUE(defaults()->synchronize());
+    EXPECT_EQ(utf8(defaults()->stringForKey("a"_ns)), "2");
+    EXPECT_EQ(utf8(defaults()->stringForKey("b"_ns)), "3");
+}
+
+TEST_F(UserDefaults, StartWithRegisteredValuesWhenTheFileIsDamaged)
+{
+    defaults()->setObject_forKey("value"_ns, "key"_ns);
+    defaults()->synchronize();
+    std::ofstream(folder.file()) << "{ damaged";
+    folder.restart();
+    registerOne("registered"_ns, "key"_ns);
+    EXPECT_EQ(utf8(defaults()->stringForKey("key"_ns)), "registered");
+    defaults()->setObject_forKey("again"_ns, "key"_ns);
+    EXPECT_TRUE(defaults()->synchronize());
+    EXPECT_TRUE(std::filesystem::exists(folder.file().string() + ".damaged"));
+}
+
+TEST_F(UserDefaults, KeepChangesThatCouldNotBeWritten)
+{
+    defaults()->setObject_forKey("value"_ns, "key"_ns);
+    defaults::fault = [](const char*) { return ENOSPC; };
+    EXPECT_FALSE(defaults()->synchronize());
+    defaults()->setObject_forKey("late"_ns, "other"_ns);
+    defaults::fault = nullptr;
+    EXPECT_EQ(utf8(defaults()->stringForKey("key"_ns)), "value");
+    EXPECT_TRUE(defaults()->synchronize());
+    folder.restart();
+    EXPECT_EQ(utf8(defaults()->stringForKey("key"_ns)), "value");
+    EXPECT_EQ(utf8(defaults()->stringForKey("other"_ns)), "late");
 }
