@@ -4,6 +4,7 @@
 #include "KeyedArchiveHosts.h"
 #include "foundation/NSData.h"
 #include "foundation/NSDate.h"
+#include "foundation/NSError.h"
 #include "foundation/NSIndexSet.h"
 #include "foundation/NSMutableArray.h"
 #include "foundation/NSMutableDictionary.h"
@@ -187,6 +188,15 @@ TEST(Coding, ValuesOfGeometry)
     expectRoundTrip(values.valueWithSize(NSMakeSize(3, 4)).get());
     expectRoundTrip(values.valueWithRect(NSMakeRect(0, 0, 1, 1)).get());
     expectRoundTrip(values.valueWithRange({ 7, 9 }).get());
+}
+
+TEST(Coding, Errors)
+{
+    expectRoundTrip(NSError::cls()
+                        .errorWithDomain_code_userInfo("Songs"_ns, -3,
+                            makeDictionary({ { NSLocalizedDescriptionKey, "too loud"_ns } }).get())
+                        .get());
+    expectRoundTrip(NSError::cls().errorWithDomain_code_userInfo("Songs"_ns, 0, nullptr).get());
 }
 
 TEST(Coding, OtherStructuresAreRefused)
