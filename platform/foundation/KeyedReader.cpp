@@ -456,7 +456,7 @@ bool Reader::isAllowed(Class* cls, NSString* key)
 
 Class* Reader::classOf(Index value)
 {
-    if (value == kNowhere || replacesDecoded_)
+    if (value == kNowhere || replacesDecoded_ || isSecure)
         return nullptr;
     if (list_.kind(value) != Kind::uid)
         return classOfKind(list_.kind(value));

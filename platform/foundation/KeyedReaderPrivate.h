@@ -60,7 +60,7 @@ public:
     ClassesByName classes;
     bool isSecure = false;
     /// Members of sets and keys may be collections that are alike in most of their parts, or hold themselves.
-    std::size_t comparisonsLeft = std::size_t { 16 } << 20;
+    std::size_t comparisonsLeft = std::size_t { 8 } << 20;
     bool isFinished = true; ///< also before an archive was opened
 
 private:

@@ -178,12 +178,14 @@ Writer::Index Writer::escapedKey(NSString* key)
     if (!lists::isPaired(text->size(), [&](std::size_t i) { return text.view()[i]; }))
         raise("NSInvalidArgumentException",
             "*** -[NSKeyedArchiver encodeObject:forKey:]: a key is not UTF-16");
-    if (text->size() == 0 || text.view()[0] != u'$')
-        return list_.string(text.view());
-    strings::TextBuilder escaped;
-    escaped.add(u'$');
-    escaped.add(text.view());
-    return list_.string(escaped.string().get());
+    std::string utf8 = strings::toUtf8(text.view());
+    if (utf8.starts_with('$'))
+        utf8.insert(0, 1, '$');
+    const auto known = keyTexts_.find(utf8);
+    if (known != keyTexts_.end())
+        return known->second;
+    const Index index = list_.string(stringFrom(utf8).get());
+    return keyTexts_.emplace(std::move(utf8), index).first->second;
 }
 
 void Writer::finishList(std::size_t start, NSString* key)

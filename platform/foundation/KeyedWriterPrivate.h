@@ -112,6 +112,8 @@ private:
     std::unordered_map<Class*, Archived> classes_;
     Archived* lastClass_ = nullptr;
     std::vector<KnownKey> keys_;
+    std::unordered_map<std::string, Index>
+        keyTexts_; // one index for one text: repeated keys are found by it
     std::size_t knownKeys_ = 0;
     Index null_;
     Index classKey_;

@@ -158,7 +158,8 @@ public:
             classes, key, error);
     }
     /// Answers the class that the value under a key would have, without building anything of it.
-    /// - Nil: for a missing key or nil, and whenever the coder cannot be sure (substitutes may come); always in this class.
+    /// - Nil: for a missing key or nil, whenever the coder cannot be sure (substitutes may come), and where it requires secure
+    ///   coding, because it refuses foreign classes by itself then. Always in this class.
     Class* classOfValueForKey(NSString* key) { return send<"classOfValueForKey:", Class*>(key); }
 
     // ---- failing

@@ -364,6 +364,13 @@ TEST(NSKeyedUnarchiver, TheClassOfAValueIsToldBeforeAnythingIsBuilt)
     EXPECT_EQ(reading(nullptr)->classOfValueForKey("root"_ns), nullptr);
 }
 
+TEST(NSKeyedUnarchiver, ASecureCoderLeavesNothingToItsCallers)
+{
+    const Ref<NSKeyedUnarchiver> unarchiver = reading("a"_ns);
+    unarchiver->setRequiresSecureCoding(true);
+    EXPECT_EQ(unarchiver->classOfValueForKey("root"_ns), nullptr);
+}
+
 TEST(NSKeyedUnarchiver, TheClassOfAValueThatIsReplacedIsNotTold)
 {
     const Ref<NSKeyedUnarchiver> unarchiver = alloc<NSKeyedUnarchiver>()->initForReadingWithData(
