@@ -359,6 +359,23 @@ TEST(NSKeyedArchiver, TheListenerMayLeaveAnObjectOut)
     EXPECT_FALSE(NSKeyedUnarchiver::cls().unarchiveObjectWithData(archiver->encodedData().get()));
 }
 
+TEST(NSKeyedArchiver, WritesXmlWhenAsked)
+{
+    const Ref<NSMutableData> data = make<NSMutableData>();
+    const Ref<NSKeyedArchiver> archiver
+        = alloc<NSKeyedArchiver>()->initForWritingWithMutableData(data.get());
+    archiver->setOutputFormat(NSPropertyListXMLFormat_v1_0);
+    archiver->encodeObject_forKey(makeNode("a"_ns, makeNode("b"_ns).get()).get(), "root"_ns);
+    EXPECT_EQ(data->length(), 0u);
+    archiver->finishEncoding();
+    const auto bytes = bytesOf(data.get());
+    const std::string text(bytes.begin(), bytes.end());
+    EXPECT_EQ(text.substr(0, 5), "<?xml");
+    EXPECT_NE(text.find("<key>CF$UID</key>"), std::string::npos);
+    const Ref<NSObject> back = NSKeyedUnarchiver::cls().unarchiveObjectWithData(data.get());
+    EXPECT_EQ(utf8(static_cast<ArchivedNode*>(back.get())->next_->name_), "b");
+}
+
 TEST(NSKeyedArchiver, OtherFormatsAreRefused)
 {
     const Ref<NSKeyedArchiver> archiver

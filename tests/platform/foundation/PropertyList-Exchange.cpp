@@ -2,15 +2,14 @@
 // Property lists go to another program and come back.
 
 #include <cstdio>
-#include <fstream>
 #include <random>
 #include <sstream>
 
 #include "foundation/NSDate.h"
 #include "foundation/PropertyListUID.h"
 #include "support/PropertyLists.h"
+#include "support/Python.h"
 #include "support/RandomLists.h"
-#include "support/TemporaryFolder.h"
 
 using namespace brindle;
 using namespace brindle::test;
@@ -19,30 +18,6 @@ namespace {
 
 constexpr NSPropertyListFormat kXML = NSPropertyListXMLFormat_v1_0;
 constexpr NSPropertyListFormat kBinary = NSPropertyListBinaryFormat_v1_0;
-
-/// Runs a Python program over two files: what it reads, what it writes.
-class Python {
-public:
-    /// Answers what the program wrote; "" when it failed.
-    std::string run(const std::string& program, const std::string& input)
-    {
-        write("program.py", program);
-        write("in", input);
-        const std::string command = "cd '" + folder_.path().string() + "' && python3 program.py";
-        if (std::system(command.c_str()) != 0)
-            return "";
-        std::ifstream file(folder_.path() / "out", std::ios::binary);
-        return { std::istreambuf_iterator<char>(file), {} };
-    }
-
-private:
-    void write(const char* name, const std::string& bytes)
-    {
-        std::ofstream(folder_.path() / name, std::ios::binary) << bytes;
-    }
-
-    TemporaryFolder folder_;
-};
 
 /// Reads a list and writes it in a format, as it is.
 std::string converter(const char* format)
