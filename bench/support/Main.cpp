@@ -40,6 +40,7 @@ namespace {
         addDispatch(plan);
         addTimers(plan);
         addTimeouts(plan);
+        addArchives(plan);
         addText(plan);
         addRaster(plan);
         addContexts(plan);

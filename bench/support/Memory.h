@@ -16,4 +16,15 @@ inline double heapInUse()
 /// Answers how often this thread has asked for memory so far.
 std::size_t allocationsMade();
 
+/// Counts from now on the most memory that the process has in use at a time, in pages that are really there.
+class PeakMemory {
+public:
+    PeakMemory();
+    /// Answers how many bytes more than at the start were in use at most.
+    double bytes() const;
+
+private:
+    double before_;
+};
+
 }

@@ -16,6 +16,7 @@ void addInvocations(Plan& plan);
 void addDispatch(Plan& plan);
 void addTimers(Plan& plan);
 void addTimeouts(Plan& plan);
+void addArchives(Plan& plan);
 void addText(Plan& plan);
 void addRaster(Plan& plan);
 void addContexts(Plan& plan);
