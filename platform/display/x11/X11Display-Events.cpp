@@ -145,6 +145,12 @@ void X11Display::handleWindowEvent(const xcb_generic_event_t& event)
         screensDirty_ = true;
         return;
     }
+    if (kindOf(event) == XCB_CONFIGURE_NOTIFY) {
+        for (X11Surface* surface : order_) {
+            if (surface->followedFrame() == common.window)
+                return surface->frameMoved();
+        }
+    }
     X11Surface* surface = surfaceOf(common.window);
     if (!surface)
         return;

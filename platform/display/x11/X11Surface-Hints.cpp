@@ -458,6 +458,7 @@ bool X11Surface::beginWithManager(std::uint32_t direction, CGPoint screenPoint)
     display_.pointer().ungrab();
     if (!display_.beginManaged(*this))
         return false;
+    followFrame();
     askToMoveOrResize(direction, display_.mapping().pixels({ screenPoint, { 0, 0 } }));
     return true;
 }

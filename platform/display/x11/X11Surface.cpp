@@ -115,6 +115,7 @@ void X11Surface::applyFrame()
         values.data())
                          .sequence;
     placed_ = true;
+    followed_ = XCB_NONE;
     sizeChangedFrom(before);
     if (strut_)
         writeStrut();
@@ -137,15 +138,37 @@ void X11Surface::configured(const xcb_configure_notify_event_t& event)
     int left = event.x;
     int top = event.y;
     const bool isSynthetic = event.response_type & 0x80;
-    if (reparented_ && !isSynthetic) {
-        // Counted from the window manager's frame, which nobody wants to know.
-        xcb_connection_t* raw = display_.connection().raw();
-        const auto reply = owned(xcb_translate_coordinates_reply(raw,
-            xcb_translate_coordinates(raw, window_, display_.connection().root(), 0, 0), nullptr));
-        left = reply ? reply->dst_x : rect_.left;
-        top = reply ? reply->dst_y : rect_.top;
-    }
+    if (reparented_
+        && !isSynthetic) // counted from the window manager's frame, which nobody wants to know
+        readPlace(left, top);
     takeRect({ left, top, left + event.width, top + event.height });
+}
+
+void X11Surface::readPlace(int& left, int& top) const
+{
+    xcb_connection_t* raw = display_.connection().raw();
+    const auto reply = owned(xcb_translate_coordinates_reply(
+        raw, xcb_translate_coordinates(raw, window_, display_.connection().root(), 0, 0), nullptr));
+    left = reply ? reply->dst_x : rect_.left;
+    top = reply ? reply->dst_y : rect_.top;
+}
+
+// A manager that moves its frame step by step may forget to tell the window where the last step has led.
+void X11Surface::followFrame()
+{
+    if (!reparented_)
+        return;
+    followed_ = parentWindow_;
+    const std::uint32_t mask = XCB_EVENT_MASK_STRUCTURE_NOTIFY;
+    xcb_change_window_attributes(display_.connection().raw(), followed_, XCB_CW_EVENT_MASK, &mask);
+}
+
+void X11Surface::frameMoved()
+{
+    int left = 0;
+    int top = 0;
+    readPlace(left, top);
+    takeRect({ left, top, left + rect_.width(), top + rect_.height() });
 }
 
 void X11Surface::takeRect(PixelRect rect)
@@ -163,6 +186,8 @@ void X11Surface::takeRect(PixelRect rect)
 void X11Surface::reparented(xcb_window_t parent)
 {
     reparented_ = parent != display_.connection().root();
+    parentWindow_ = parent;
+    followed_ = XCB_NONE;
 }
 
 void X11Surface::screensChanged(bool scaleChanged)
@@ -244,6 +269,7 @@ void X11Surface::destroyed()
     shown_ = false;
     mapped_ = false;
     reparented_ = false;
+    followed_ = XCB_NONE;
     placed_ = false;
 }
 

@@ -65,6 +65,9 @@ public:
 
     // What the server tells about the window.
     void configured(const xcb_configure_notify_event_t& event);
+    /// Answers the window manager's frame while its movements are to be told; else 0.
+    xcb_window_t followedFrame() const { return followed_; }
+    void frameMoved();
     void reparented(xcb_window_t parent);
     void mapped();
     void unmapped();
@@ -90,6 +93,8 @@ private:
     void remakeWindow();
     void applyFrame();
     void takeRect(PixelRect rect);
+    void followFrame();
+    void readPlace(int& left, int& top) const;
     void sizeChangedFrom(PixelRect before);
     void takeState(SurfaceState state);
     void readState();
@@ -137,6 +142,9 @@ private:
     bool shown_ = false; // what the program wants
     bool mapped_ = false; // what the server has told
     bool reparented_ = false;
+    xcb_window_t parentWindow_ = XCB_NONE;
+    xcb_window_t followed_
+        = XCB_NONE; // from a movement by the window manager to our own next request
     bool wantsFocus_ = false; // as soon as it is mapped
     bool placed_ = false; // there was a request for a place
 };
