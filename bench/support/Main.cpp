@@ -37,6 +37,7 @@ namespace {
         addAssociatedValues(plan);
         addProperties(plan);
         addKeyValueCoding(plan);
+        addAutoCoding(plan);
         addDispatch(plan);
         addTimers(plan);
         addTimeouts(plan);

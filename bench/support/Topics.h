@@ -11,6 +11,7 @@ void addObjects(Plan& plan);
 void addAssociatedValues(Plan& plan);
 void addProperties(Plan& plan);
 void addKeyValueCoding(Plan& plan);
+void addAutoCoding(Plan& plan);
 void addMethodChanges(Plan& plan);
 void addInvocations(Plan& plan);
 void addDispatch(Plan& plan);

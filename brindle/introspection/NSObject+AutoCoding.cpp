@@ -2,13 +2,13 @@
 #include "NSObject+AutoCoding.h"
 
 #include <mutex>
+#include <unordered_map>
 
 #include "CodableProperties.h"
 #include "core/MethodPatching.h"
 #include "foundation/Exceptions.h"
 #include "foundation/NSArray.h"
 #include "foundation/NSMutableDictionary.h"
-#include "foundation/NSObjCRuntime.h"
 #include "foundation/NSObject+KeyValueCoding.h"
 #include "runtime/NSInvocation.h"
 #include "runtime/Runtime.h"
@@ -19,23 +19,24 @@ namespace {
 
     // ---- tables
 
-    /// Tables by the names of classes; filled once for a class. Its own lock, because classes lock themselves only.
+    /// Tables by class; filled once for a class. Its own lock, because classes lock themselves only.
     class Tables {
     public:
-        Ref<NSDictionary> find(NSString* className)
+        Ref<NSDictionary> find(const Class* cls)
         {
             const std::lock_guard guard(mutex_);
-            return cast<NSDictionary>(all_->objectForKey(className));
+            const auto found = all_.find(cls);
+            return found == all_.end() ? nullptr : found->second;
         }
-        void keep(NSDictionary* table, NSString* className)
+        void keep(const Class* cls, const Ref<NSDictionary>& table)
         {
             const std::lock_guard guard(mutex_);
-            all_->setObject_forKey(table, className);
+            all_.emplace(cls, table);
         }
 
     private:
         std::mutex mutex_;
-        Ref<NSMutableDictionary> all_ = make<NSMutableDictionary>();
+        std::unordered_map<const Class*, Ref<NSDictionary>> all_;
     };
 
     Tables& ownTables()
@@ -123,22 +124,20 @@ namespace {
         static Ref<NSDictionary> codablePropertiesOfClass(Class& self)
         {
             const Synchronized lock(&self);
-            const Ref<NSString> name = NSStringFromClass(&self);
-            if (Ref<NSDictionary> table = ownTables().find(name.get()))
+            if (Ref<NSDictionary> table = ownTables().find(&self))
                 return table;
             Ref<NSDictionary> table = makeCodableProperties(self);
-            ownTables().keep(table.get(), name.get());
+            ownTables().keep(&self, table);
             return table;
         }
         static Ref<NSDictionary> codableProperties(NSObject& self)
         {
             const Synchronized lock(NSObject::cls());
             Class* const cls = self.classObject();
-            const Ref<NSString> name = NSStringFromClass(cls);
-            if (Ref<NSDictionary> table = mergedTables().find(name.get()))
+            if (Ref<NSDictionary> table = mergedTables().find(cls))
                 return table;
             Ref<NSDictionary> table = makeMergedTable(cls);
-            mergedTables().keep(table.get(), name.get());
+            mergedTables().keep(cls, table);
             return table;
         }
         static Ref<NSDictionary> dictionaryRepresentation(NSObject& self)
