@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <array>
 #include <cstring>
-#include <deque>
+#include <forward_list>
 #include <mutex>
 #include <optional>
 
@@ -151,7 +151,7 @@ namespace {
             0
         }; ///< the number of method changes before it was looked for
         std::atomic<const Accessor*> accessor { nullptr };
-        std::deque<Accessor> all; ///< kept: another thread may be using an older one
+        std::forward_list<Accessor> all; ///< kept: another thread may be using an older one
     };
 
     /// One key of one class. Entries stay; only keys that lead somewhere get one, so there are no more than accessors.
@@ -219,7 +219,7 @@ namespace {
                 kept = &each;
         }
         if (!kept)
-            kept = &found.all.emplace_back(accessor);
+            kept = &found.all.emplace_front(accessor);
         if (found.changes.load(std::memory_order_relaxed) < changes) {
             found.accessor.store(kept, std::memory_order_release);
             found.changes.store(changes, std::memory_order_release);

@@ -1,7 +1,9 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "foundation/NSObject+KeyValueCoding.h"
 
-#include <cmath>
+#include <atomic>
+#include <thread>
+#include <vector>
 
 #include "foundation/NSError.h"
 #include "foundation/NSMutableArray.h"
@@ -489,6 +491,29 @@ TEST(KeyValueMemory, ExchangedMethodIsUsed)
     EXPECT_EQ(readInteger(object, "fourth"_ns), 2);
     method_exchangeImplementations(fourth, second);
     EXPECT_EQ(readInteger(object, "fourth"_ns), 4);
+}
+TEST(KeyValueMemory, ReadersBesideExchangesSeeOneOfTheTwo)
+{
+    Method* const fourth = class_getInstanceMethod(KeyHost::cls(), selector<"_fourth">);
+    Method* const second = class_getInstanceMethod(KeyHost::cls(), selector<"second">);
+    std::atomic<int> wrong { 0 };
+    std::vector<std::thread> readers;
+    for (int i = 0; i < 4; ++i)
+        readers.emplace_back([&wrong] {
+            const auto object = host();
+            for (int read = 0; read < 2000; ++read) {
+                const NSInteger found = readInteger(object, "fourth"_ns);
+                wrong += found != 4 && found != 2;
+            }
+        });
+    for (int i = 0; i < 201; ++i)
+        method_exchangeImplementations(fourth, second);
+    for (std::thread& reader : readers)
+        reader.join();
+    EXPECT_EQ(wrong, 0);
+    EXPECT_EQ(readInteger(host(), "fourth"_ns), 2);
+    method_exchangeImplementations(fourth, second);
+    EXPECT_EQ(readInteger(host(), "fourth"_ns), 4);
 }
 TEST(KeyValueMemory, KeysOfOneLengthAndTheSameEndsDiffer)
 {
