@@ -58,4 +58,16 @@ inline void encodeWithCoder(To<NSObject> object, NSCoder* coder)
     object.send<"encodeWithCoder:">(coder);
 }
 
+/// Archives the receiver into a file; NO when it could not be written.
+inline bool writeToFile_atomically(To<NSObject> object, NSString* path, bool atomically)
+{
+    return object.send<"writeToFile:atomically:", bool>(path, atomically);
+}
+/// Answers what a file holds: the object of an archive, else a property list, else its bytes as `NSData`; nil when it
+/// cannot be read.
+inline Ref<NSObject> objectWithContentsOfFile(To<Class> cls, NSString* path)
+{
+    return cls.send<"objectWithContentsOfFile:", Ref<NSObject>>(path);
+}
+
 }
