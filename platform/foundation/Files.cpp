@@ -22,19 +22,6 @@ namespace {
         return ::open(path, O_RDONLY | O_CLOEXEC | O_NONBLOCK);
     }
 
-    bool writeAll(int number, std::span<const unsigned char> bytes)
-    {
-        while (!bytes.empty()) {
-            const ssize_t written = ::write(number, bytes.data(), bytes.size());
-            if (written < 0 && errno == EINTR)
-                continue;
-            if (written <= 0)
-                return false;
-            bytes = bytes.subspan(static_cast<std::size_t>(written));
-        }
-        return true;
-    }
-
     std::string realPath(const char* path)
     {
         const std::unique_ptr<char, decltype(&std::free)> real(
@@ -87,6 +74,19 @@ Ref<NSString> textFrom(std::string bytes)
             byte = '?';
     }
     return stringFrom(bytes);
+}
+
+bool writeAll(int number, std::span<const unsigned char> bytes)
+{
+    while (!bytes.empty()) {
+        const ssize_t written = ::write(number, bytes.data(), bytes.size());
+        if (written < 0 && errno == EINTR)
+            continue;
+        if (written <= 0)
+            return false;
+        bytes = bytes.subspan(static_cast<std::size_t>(written));
+    }
+    return true;
 }
 
 std::optional<ByteBuffer> read(const char* path)

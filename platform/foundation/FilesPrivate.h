@@ -49,6 +49,8 @@ private:
     int number_ = -1;
 };
 
+/// Writes all of the bytes, however often the system has to be asked; false with its error in `errno`.
+bool writeAll(int number, std::span<const unsigned char> bytes);
 /// Answers a file's bytes; nothing on any failure (a folder cannot be read).
 std::optional<ByteBuffer> read(const char* path);
 /// Answers a file's pages, shared with it.

@@ -1,44 +1,39 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "foundation/UserLocale.h"
 
-#include <cstdlib>
-
 #include <gtest/gtest.h>
 
 #include "support/UserLanguage.h"
+#include "support/Variables.h"
 
 using namespace brindle;
 using test::UserLanguage;
 
 namespace {
 
-/// Sets variables of the environment for one test; the ones that are not given are unset.
+/// The variables of the session's language for one test; the ones that are not given are unset.
 class Environment {
 public:
-    explicit Environment(std::initializer_list<std::pair<const char*, const char*>> values)
+    struct Values {
+        const char* all = "";
+        const char* time = "";
+        const char* messages = "";
+        const char* lang = "";
+        const char* language = "";
+    };
+    explicit Environment(const Values& values)
+        : variables_ { { "LC_ALL", values.all }, { "LC_TIME", values.time },
+            { "LC_MESSAGES", values.messages }, { "LANG", values.lang },
+            { "LANGUAGE", values.language } }
     {
-        for (const char* const name : kNames) {
-            const char* const value = std::getenv(name);
-            before_.emplace_back(value ? value : "");
-            ::unsetenv(name);
-        }
-        for (const auto& [name, value] : values)
-            ::setenv(name, value, 1);
         UserLocale::useSystem();
     }
-    ~Environment()
-    {
-        for (std::size_t i = 0; i < before_.size(); ++i)
-            ::setenv(kNames[i], before_[i].c_str(), 1);
-        UserLocale::useSystem();
-    }
+    ~Environment() { UserLocale::useSystem(); }
     Environment(const Environment&) = delete;
     Environment& operator=(const Environment&) = delete;
 
 private:
-    static constexpr const char* kNames[] { "LC_ALL", "LC_TIME", "LC_MESSAGES", "LANG",
-        "LANGUAGE" };
-    std::vector<std::string> before_;
+    const test::Variables variables_;
 };
 
 using Languages = std::vector<std::string>;
@@ -54,27 +49,27 @@ TEST(UserLocale, AnEnvironmentThatSaysNothingIsAmericanEnglish)
 
 TEST(UserLocale, TheLocaleOfProgramsIsAmericanEnglish)
 {
-    const Environment environment({ { "LC_ALL", "C.UTF-8" }, { "LANG", "de_DE.UTF-8" } });
+    const Environment environment({ .all = "C.UTF-8", .lang = "de_DE.UTF-8" });
     EXPECT_EQ(UserLocale::identifier(), "en_US");
 }
 
 TEST(UserLocale, TheFirstVariableThatIsSetDecides)
 {
-    const Environment environment({ { "LC_ALL", "" }, { "LC_TIME", "fr_CH.UTF-8" },
-        { "LC_MESSAGES", "it_IT" }, { "LANG", "de_DE.UTF-8" } });
+    const Environment environment(
+        { .time = "fr_CH.UTF-8", .messages = "it_IT", .lang = "de_DE.UTF-8" });
     EXPECT_EQ(UserLocale::identifier(), "fr_CH");
     EXPECT_EQ(UserLocale::languages(), (Languages { "it-IT" }));
 }
 
 TEST(UserLocale, AListOfLanguagesComesBeforeTheLocale)
 {
-    const Environment environment({ { "LANG", "de_DE.UTF-8" }, { "LANGUAGE", "de_CH:de:fr:de" } });
+    const Environment environment({ .lang = "de_DE.UTF-8", .language = "de_CH:de:fr:de" });
     EXPECT_EQ(UserLocale::languages(), (Languages { "de-CH", "de", "fr", "de-DE" }));
 }
 
 TEST(UserLocale, AListOfLanguagesIsIgnoredInTheLocaleOfPrograms)
 {
-    const Environment environment({ { "LANG", "C" }, { "LANGUAGE", "de" } });
+    const Environment environment({ .lang = "C", .language = "de" });
     EXPECT_EQ(UserLocale::languages(), (Languages { "en" }));
 }
 
