@@ -10,7 +10,7 @@ A selector's colons are underscores, the last one too. docs/python.md is the man
 
 import atexit
 
-from . import _bodies, _errors, _library, _objects, _subclasses, _types
+from . import _bodies, _errors, _library, _objects, _operations, _subclasses, _types
 from ._bodies import Block
 from ._errors import Exception
 from ._objects import Object, as_object, send, send_super
@@ -53,7 +53,7 @@ def function_names():
 
 def __getattr__(name):
     if name[:2] != "__":
-        found = class_named(name) or _objects.plain_function(name)
+        found = class_named(name) or _operations.plain_function(name)
         if found is not None:
             globals()[name] = found
             return found

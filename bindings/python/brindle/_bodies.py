@@ -10,6 +10,7 @@ from ctypes import CFUNCTYPE, c_void_p
 from . import _errors as errors
 from . import _library as library
 from . import _objects as objects
+from . import _operations as operations
 from . import _types as types
 
 _texts = {}  # what was answered as a C string stays readable
@@ -23,7 +24,7 @@ def _reader(encoding):
     if letter == "#":
         return objects.class_for
     if letter == ":":
-        return objects.selector_text
+        return operations.selector_text
     if letter == "*":
         return lambda text: None if text is None else text.decode("utf-8", "replace")
     if letter == "^":
@@ -36,24 +37,24 @@ def _reader(encoding):
 def _writer(encoding):
     """How what a body answers becomes a C value."""
     if encoding == "@?":
-        return lambda value: objects._closure(value, None)
+        return lambda value: operations._closure(value, None)
     if types.is_object(encoding):
-        return objects.own
+        return operations.own
     letter = encoding[0]
     if letter == "v":
         return lambda value: None
     if letter == "B":
-        return lambda value: objects._boolean(value)
+        return lambda value: operations._boolean(value)
     if letter in "df":
         return float
     if letter == "#":
-        return objects._class
+        return operations._class
     if letter == ":":
-        return objects._selector
+        return operations._selector
     if letter == "*":
         return _kept_text
     if letter == "^":
-        return lambda value: None if value is None else objects._address(value)
+        return lambda value: None if value is None else operations._address(value)
     if letter in "{(":
         return types.structure(encoding).to_native
     low, high = types.integer_limits(letter)
@@ -61,7 +62,7 @@ def _writer(encoding):
     def integer(value):
         if not isinstance(value, int):
             raise TypeError(f"an integer is expected, not {value!r}")
-        return value if low <= value <= high else objects._too_large(value)
+        return value if low <= value <= high else operations._too_large(value)
 
     return integer
 
@@ -69,7 +70,7 @@ def _writer(encoding):
 def _kept_text(value):
     if value is None:
         return None
-    raw = objects._text(value)
+    raw = operations._text(value)
     return ctypes.addressof(_texts.setdefault(raw, ctypes.create_string_buffer(raw)))
 
 
@@ -193,7 +194,7 @@ def run_closure(closure, *arguments):
     return read(value) if read else value
 
 
-objects.make_block = make_block
+operations.make_block = make_block
 objects.run_closure = run_closure
 
 # ---- exceptions on threads that nobody waits for

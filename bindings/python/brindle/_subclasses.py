@@ -11,6 +11,7 @@ from . import _bodies as bodies
 from . import _errors as errors
 from . import _library as library
 from . import _objects as objects
+from . import _operations as operations
 from . import _types as types
 
 _methods = {}  # (class, selector): the Python function and whether it is a class operation
@@ -89,10 +90,10 @@ class Property:
         if not self.is_object:
             types.Pointer(library.field(owner._ptr, self.field), self.encoding).value = value
             return
-        pointer = objects.own(value)
+        pointer = operations.own(value)
         try:
             if self.copy and pointer:
-                fresh = objects.message(None, "copy", "NSObject")(pointer)
+                fresh = operations.message(None, "copy", "NSObject")(pointer)
                 library.release(pointer)
                 pointer = fresh
             library.set_object_field(owner._ptr, self.field, pointer)
@@ -125,7 +126,7 @@ def _selector_of(name, function, holder, count):
         return marked
     if name[:1] == "_":
         return None
-    inherited = objects.find_selector(name, lambda s: objects._lookup(holder, True, s))
+    inherited = operations.find_selector(name, lambda s: operations.lookup(holder, True, s))
     if inherited:
         return inherited
     if count == 0:
@@ -175,7 +176,7 @@ def _adapt(pointer, number, encoding):
         count = _argument_count(function) if function else None
         if function is None or count not in (None, len(types.split(encoding)) - 3):
             return 0
-        _install(pointer, objects.selector_text(number), encoding, function)
+        _install(pointer, operations.selector_text(number), encoding, function)
         return 1
     except Exception:
         return 0
@@ -189,7 +190,7 @@ def _ending(made, function):
 
     The object is lent for that long only; who keeps it holds nothing afterwards.
     """
-    native, call = objects.prepare("dealloc", "v@:", library.superclass(made._ptr))
+    native, call = operations.prepare("dealloc", "v@:", library.superclass(made._ptr))
 
     def dealloc(pointer):
         lent = object.__new__(objects.class_for(library.class_of(pointer)))
@@ -220,8 +221,8 @@ def _make_super_aware(function, parent, spelt, made):
     if "overriders" in scope:
         scope["overriders"][0] += (made,)
         return
-    virtual = objects.bound_to_class(parent._ptr, spelt)
-    direct = objects.bound_to_class(parent._ptr, spelt, parent._ptr)
+    virtual = operations.bound_to_class(parent._ptr, spelt)
+    direct = operations.bound_to_class(parent._ptr, spelt, parent._ptr)
     fresh = python_types.FunctionType(
         _from_where.__code__, {"virtual": virtual, "direct": direct, "overriders": [(made,)]})
     fresh.__qualname__ = virtual.__qualname__

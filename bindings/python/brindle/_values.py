@@ -5,7 +5,6 @@ What the runtime answers as an immutable value arrives as a Python value that st
 `brindle.NSString.stringWithString_("a").uppercaseString()`. Mutable ones stay objects.
 """
 
-import array
 import ctypes
 import datetime
 from ctypes import c_void_p

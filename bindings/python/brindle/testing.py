@@ -4,6 +4,7 @@
 from . import _errors as errors
 from . import _library as library
 from . import _objects as objects
+from . import _operations as operations
 
 _functions = {}
 
@@ -11,7 +12,7 @@ _functions = {}
 def _call(name, *arguments):
     function = _functions.get(name)
     if function is None:
-        function = _functions[name] = objects.plain_function("brindle" + name)
+        function = _functions[name] = operations.plain_function("brindle" + name)
     return function(*arguments)
 
 

@@ -111,6 +111,23 @@ class Messages(unittest.TestCase):
         brindle.as_object("hi").getCharacters_range_(units, (0, 2))
         self.assertEqual(list(units), [104, 105])
 
+    def test_a_format_says_what_it_reads(self):
+        make = brindle.NSString.stringWithFormat_
+        self.assertEqual(make("%@ is %d of %5.2f%%", "a", 7, 2.5), "a is 7 of  2.50%")
+        self.assertEqual(make("%2$@ %1$@", "a", "b"), "b a")
+        self.assertEqual(make("%*d|%s|%c", 4, 7, "c", 65), "   7|c|A")
+        self.assertEqual(make("%f %f %f %f %f %f %f %f %f %d", *range(9), 9),
+                         " ".join(f"{i}.000000" for i in range(9)) + " 9")
+        for arguments in (("%@",), ("%@", 1, 2), ("none", 1)):
+            with self.assertRaisesRegex(TypeError, "stringWithFormat:"):
+                make(*arguments)
+        with self.assertRaisesRegex(TypeError, "stringWithFormat:"):
+            make("%d", "text")
+
+    def test_a_list_of_objects_needs_no_end(self):
+        self.assertEqual(brindle.NSArray.arrayWithObjects_("a", 1, [2]), ["a", 1, [2]])
+        self.assertEqual(brindle.NSDictionary.dictionaryWithObjectsAndKeys_(1, "a", 2, "b"), {"a": 1, "b": 2})
+
     def test_plain_functions_are_functions_of_the_module(self):
         self.assertEqual(brindle.NSMakeRect(1, 2, 3, 4), brindle.Rect(1, 2, 3, 4))
         self.assertEqual(brindle.NSIntersectionRect((0, 0, 10, 10), (5, 5, 10, 10)), ((5, 5), (5, 5)))
@@ -127,21 +144,31 @@ class Messages(unittest.TestCase):
         with self.assertRaisesRegex(TypeError, "CGColorGetAlpha"):
             brindle.CGColorGetAlpha("red")
 
+    def test_packed_arguments_do_the_same(self):
+        from brindle import _operations as operations
+        from brindle import _types as types
+        rect = "{CGRect={CGPoint=dd}{CGSize=dd}}"
+        shape = types.structure(rect)
+        send = operations._packed("setFrame:", types.split("v@:" + rect), [shape.ctype])
+        send(self.view._ptr, None, shape.to_native((1, 2, 3, 4)))
+        found = operations._packed("frame", types.split(rect + "@:"), [])(self.view._ptr, None)
+        self.assertEqual(shape.from_native(found), ((1, 2), (3, 4)))
+
     def test_every_listed_function_can_be_prepared(self):
         for name in brindle.function_names():
             self.assertTrue(callable(getattr(brindle, name)), name)
 
     def test_every_operation_of_every_class_can_be_prepared(self):
         from brindle import _library as library
-        from brindle import _objects as objects
+        from brindle import _operations as operations
         count = 0
         for name in brindle.class_names():
             pointer = library.class_named(name.encode())
             for holder in (pointer, library.class_of(pointer)):
                 for selector in library.lines(library.copy_method_names(holder)):
-                    self.assertIsNotNone(objects.bound_to_class(holder, selector), (name, selector))
+                    self.assertIsNotNone(operations.bound_to_class(holder, selector), (name, selector))
                     count += 1
-        self.assertGreater(count, 500)
+        self.assertGreater(count, 1000)
 
 
 if __name__ == "__main__":
