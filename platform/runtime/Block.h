@@ -94,19 +94,26 @@ namespace closures {
             }
         }
     }
-    template <class R, class... A> constexpr encoding::Buffer describeDetailed()
+    template <bool IsVariadic, class R, class... A> constexpr encoding::Buffer describeDetailed()
     {
         encoding::Buffer out;
         appendDetailed<R>(out);
         out.add("@:");
         (appendDetailed<A>(out), ...);
+        if (IsVariadic)
+            out.add("...");
         return out;
     }
     /// The type string of a message with the classes of its objects and the signatures of its closures:
     /// `v@:@"NSView"@?<v@?@Q^B>`.
     template <class R, class... A>
-    inline constexpr encoding::Exact<describeDetailed<R, A...>().length> detailedTypes {
-        describeDetailed<R, A...>()
+    inline constexpr encoding::Exact<describeDetailed<false, R, A...>().length> detailedTypes {
+        describeDetailed<false, R, A...>()
+    };
+    /// The same with "..." for the arguments that C does not declare.
+    template <class R, class... A>
+    inline constexpr encoding::Exact<describeDetailed<true, R, A...>().length> variadicTypes {
+        describeDetailed<true, R, A...>()
     };
 
     template <class F, class R, class... A> struct Holder : Closure<R(A...)> {

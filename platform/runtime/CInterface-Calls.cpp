@@ -382,12 +382,19 @@ extern "C" {
 brindle_call* brindle_makeCall(const char* selector, const char* types, brindle_class from)
 {
     return guarded([&]() -> brindle_call* {
-        const char* const clean = canonicalTypes(types);
-        if (!selector || !*selector || !clean)
+        std::string declared = types ? types : "";
+        std::string all = declared;
+        if (const std::size_t dots = declared.find("..."); dots != declared.npos) {
+            all.erase(dots, 3);
+            declared.resize(dots);
+        }
+        const char* const clean = canonicalTypes(declared.c_str());
+        const char* const cleanAll = canonicalTypes(all.c_str());
+        if (!selector || !*selector || !clean || !cleanAll)
             raise("NSInvalidArgumentException",
                 std::string("malformed types of a message: ") + (types ? types : "(null)"));
         auto call = std::make_unique<Call>();
-        call->layout = layoutOf(clean);
+        call->layout = layoutOf(cleanAll);
         call->code = entryFor<SendEntry>(call->layout);
         const SEL sel = sel_registerName(selector);
         call->selector = sel.value;
@@ -436,11 +443,9 @@ brindle_id brindle_makeClosure(
 
 #else
 
-brindle_call* brindle_makeCall(const char*, const char*, brindle_class)
+brindle_call* brindle_makeCall(const char* selector, const char*, brindle_class)
 {
-    return guarded([]() -> brindle_call* {
-        raise("NSInvalidArgumentException", "the call rules of this processor are not known");
-    });
+    return guarded([&] { return new brindle_call { nullptr, sel_registerName(selector).value }; });
 }
 int brindle_addMethod(brindle_class, const char*, const char*, brindle_code, void*)
 {

@@ -107,11 +107,8 @@ int brindle_isMetaclass(brindle_class cls) { return class_isMetaClass(plain::cla
 char* brindle_copyClassNames(void)
 {
     Lines lines;
-    unsigned count = 0;
-    Class** const classes = objc_copyClassList(&count);
-    for (unsigned i = 0; i < count; ++i)
-        lines.add(class_getName(classes[i]));
-    releaseBuffer(classes);
+    for (const std::string& name : knownClassNames())
+        lines.add(name);
     return lines.copy();
 }
 

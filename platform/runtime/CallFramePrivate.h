@@ -64,8 +64,9 @@ std::vector<Kind> classify(const char* type, std::size_t size);
 template <class R, std::size_t N>
 R callWith(IMP imp, const Registers& registers, const Word* words, std::size_t count)
 {
+    // Variadic, so that a variadic function learns of the floating-point registers as well.
     using Function = R (*)(Word, Word, Word, Word, Word, Word, double, double, double, double,
-        double, double, double, double, Stack<N>);
+        double, double, double, double, ...);
     Stack<N> stack {};
     std::copy_n(words, count, stack.words);
     const auto& i = registers.integers;

@@ -100,6 +100,8 @@ struct ClassData {
 /// The one lock round classes, tables and names. Recursive, never held while user code runs.
 std::recursive_mutex& runtimeLock();
 
+/// Answers the names of all classes, used or not, in alphabetical order.
+std::vector<std::string> knownClassNames();
 Method* findMethod(const Class* cls, SEL sel);
 /// Brings cached answers of the class and its descendants in line after an entry changed. The lock is held.
 void updateCaches(Class* cls, SEL sel);

@@ -210,6 +210,22 @@ Class** objc_copyClassList(unsigned* count)
     return static_cast<Class**>(handOut(list));
 }
 
+std::vector<std::string> knownClassNames()
+{
+    const std::lock_guard guard(runtimeLock());
+    std::vector<std::string> names;
+    for (const auto& [name, declaration] : registry().declarations) {
+        if (!declaration.topics.empty())
+            names.emplace_back(name);
+    }
+    for (const auto& [name, cls] : registry().runtimeMade) {
+        if (cls)
+            names.push_back(name);
+    }
+    std::sort(names.begin(), names.end());
+    return names;
+}
+
 NSObject* class_createInstance(Class* cls)
 {
     if (!cls || cls->data_->isMeta)

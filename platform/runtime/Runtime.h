@@ -94,7 +94,7 @@ BRINDLE_EXPORT Method** class_copyMethodList(Class* cls, unsigned* count);
 BRINDLE_EXPORT IMP method_getImplementation(const Method* method);
 BRINDLE_EXPORT const char* method_getTypeEncoding(const Method* method);
 /// Answers the type encoding with the class of each object and the signature of each closure, as far as they are
-/// known: `v@:@"NSView"@?<v@?@Q^B>`. A class name here says what the operation relies on.
+/// known: `v@:@"NSView"@?<v@?@Q^B>`, with "..." at the end for a C variadic function. A class name here says what the operation relies on.
 BRINDLE_EXPORT const char* method_getDetailedTypes(const Method* method);
 BRINDLE_EXPORT SEL method_getName(const Method* method);
 /// Answers what instances would run; the forwarding implementation, never nullptr, where there is nothing.

@@ -41,7 +41,7 @@ namespace tables {
     struct Variadic<Function> {
         static constexpr unsigned parameters = sizeof...(A);
         static constexpr const Signature& signature = signatureOf<R, A...>;
-        static constexpr const char* details = closures::detailedTypes<R, A...>.text;
+        static constexpr const char* details = closures::variadicTypes<R, A...>.text;
         static IMP address() { return reinterpret_cast<IMP>(Function); }
     };
 

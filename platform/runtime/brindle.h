@@ -42,7 +42,7 @@ BRINDLE_C_EXPORT brindle_class brindle_classOf(brindle_id object);
 BRINDLE_C_EXPORT brindle_class brindle_superclass(brindle_class cls);
 BRINDLE_C_EXPORT const char* brindle_className(brindle_class cls);
 BRINDLE_C_EXPORT int brindle_isMetaclass(brindle_class cls);
-/* Answers the names of all classes that are in use now, one a line. The caller frees the text with brindle_free. */
+/* Answers the names of all classes, in alphabetical order, one a line. The caller frees the text with brindle_free. */
 BRINDLE_C_EXPORT char* brindle_copyClassNames(void);
 /* Begins a class; NULL when the name is taken or empty. Fields and methods follow, then brindle_registerClass. */
 BRINDLE_C_EXPORT brindle_class brindle_makeClass(brindle_class parent, const char* name);
@@ -112,6 +112,7 @@ typedef struct brindle_call {
 } brindle_call;
 
 /* Prepares a message; calls live for ever, so keep one for each place.
+   - types: with a "..." the types of arguments that C does not declare follow: "@@:@...dq" for a method "@@:@".
    - from: NULL; or a class: the search begins there instead of at the receiver's class (super).
    Answers NULL and an error for types that are malformed or take more than 256 bytes of stack. */
 BRINDLE_C_EXPORT brindle_call* brindle_makeCall(

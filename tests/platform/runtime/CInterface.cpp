@@ -2,6 +2,7 @@
 #include <thread>
 
 #include "Fixtures.h"
+#include "foundation/NSString.h"
 #include "runtime/brindle.h"
 
 namespace brindle {
@@ -49,6 +50,27 @@ namespace {
         EXPECT_EQ(brindle_classNamed(nullptr), nullptr);
     }
 
+    TEST(CInterface, KnowsTheNamesOfAllClasses)
+    {
+        char* const names = brindle_copyClassNames();
+        EXPECT_NE(std::string(names).find("\nPuppy\n"), std::string::npos);
+        EXPECT_NE(std::string(names).find("\nNSObject\n"), std::string::npos);
+        brindle_free(names);
+    }
+
+    TEST(CInterface, CallsPlainFunctionsByName)
+    {
+        const char* types = nullptr;
+        const brindle_code code = brindle_functionNamed("NSIntersectionRect", &types);
+        ASSERT_NE(code, nullptr);
+        const std::string rect = "{CGRect={CGPoint=dd}{CGSize=dd}}";
+        EXPECT_EQ(types, rect + rect + rect);
+        const auto both = reinterpret_cast<NSRect (*)(NSRect, NSRect)>(code)(
+            NSMakeRect(0, 0, 10, 10), NSMakeRect(5, 5, 10, 10));
+        EXPECT_TRUE(NSEqualRects(both, NSMakeRect(5, 5, 5, 5)));
+        EXPECT_EQ(brindle_functionNamed("NSNothing", &types), nullptr);
+    }
+
     TEST(CInterface, SendsByAPreparedCall)
     {
         const auto dog = make<Dog>();
@@ -84,6 +106,20 @@ namespace {
             brindle_addMethod(cls, "sound", "*@:", reinterpret_cast<brindle_code>(howl), nullptr),
             1);
         EXPECT_STREQ(callAs<const char*>(plain(dog), "sound", "*@:"), "howl");
+    }
+
+    TEST(CInterface, PassesArgumentsThatAreNotDeclared)
+    {
+        const auto format
+            = Ref<NSObject>(reinterpret_cast<NSObject*>("%@ %d %.1f %.1f %d %d %d"_ns));
+        const auto text = cast<NSString>(Ref<NSObject>::adopt(callAs<NSObject*>(
+            reinterpret_cast<brindle_id>(NSString::cls().object), "stringWithFormat:",
+            "@@:@...@qddqqq", format.get(), reinterpret_cast<NSObject*>("a"_ns), std::int64_t { 1 },
+            2.5, 3.5, std::int64_t { 4 }, std::int64_t { 5 }, std::int64_t { 6 })));
+        EXPECT_STREQ(text->UTF8String(), "a 1 2.5 3.5 4 5 6");
+        EXPECT_STREQ(method_getDetailedTypes(
+                         class_getClassMethod(NSString::cls(), selector<"stringWithFormat:">)),
+            "@\"NSString\"@:@\"NSString\"...");
     }
 
     TEST(CInterface, SendsToSuper)
