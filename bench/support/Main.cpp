@@ -33,6 +33,7 @@ namespace {
         addMessages(plan);
         addMethodChanges(plan);
         addInvocations(plan);
+        addCInterface(plan);
         addObjects(plan);
         addAssociatedValues(plan);
         addProperties(plan);
@@ -45,6 +46,7 @@ namespace {
         addText(plan);
         addRaster(plan);
         addContexts(plan);
+        addPython(plan);
         return plan;
     }
 

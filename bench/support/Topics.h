@@ -14,6 +14,7 @@ void addKeyValueCoding(Plan& plan);
 void addAutoCoding(Plan& plan);
 void addMethodChanges(Plan& plan);
 void addInvocations(Plan& plan);
+void addCInterface(Plan& plan);
 void addDispatch(Plan& plan);
 void addTimers(Plan& plan);
 void addTimeouts(Plan& plan);
@@ -21,5 +22,6 @@ void addArchives(Plan& plan);
 void addText(Plan& plan);
 void addRaster(Plan& plan);
 void addContexts(Plan& plan);
+void addPython(Plan& plan);
 
 }
