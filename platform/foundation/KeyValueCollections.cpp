@@ -31,6 +31,25 @@ namespace {
         return {};
     }
 
+    /// Counts how deep collections are asked within collections, because one may hold itself.
+    class Level {
+    public:
+        explicit Level(const NSObject& collection)
+        {
+            if (depth_ >= kDeepestAsked)
+                raise("NSInvalidArgumentException",
+                    placeOf(collection) + "valueForKey:]: collections are nested too deep.");
+            ++depth_;
+        }
+        ~Level() { --depth_; }
+        Level(const Level&) = delete;
+        Level& operator=(const Level&) = delete;
+
+    private:
+        static constexpr int kDeepestAsked = 512;
+        static inline constinit thread_local int depth_ = 0;
+    };
+
     /// The elements' values for a path, the elements themselves for no path; nil and null are left out.
     Items valuesOf(const Items& elements, NSString* path)
     {
@@ -116,6 +135,7 @@ namespace {
     /// Answers "@operator.path".
     Ref<NSObject> operate(NSObject& self, NSString* path)
     {
+        const Level level(self);
         const NSRange point = path->rangeOfString("."_ns);
         const std::string name = utf8Of(
             (point.length ? path->substringToIndex(point.location) : Ref<NSString>(path)).get());
@@ -145,11 +165,13 @@ namespace {
         }
         static void setValueForKey(Collection& self, NSObject* value, NSString* key)
         {
+            const Level level(self);
             for (const Ref<NSObject>& element : elementsOf(&self))
                 brindle::setValue_forKey(element, value, key);
         }
         static Items values(Collection& self, NSString* key)
         {
+            const Level level(self);
             Items found = elementsOf(&self);
             for (Ref<NSObject>& element : found)
                 element = brindle::valueForKey(element, key);

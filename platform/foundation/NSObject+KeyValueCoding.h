@@ -40,7 +40,7 @@ inline void setValue_forKey(To<NSObject> object, NSObject* value, NSString* key)
 /// `@max`, `@unionOfObjects`, `@distinctUnionOfObjects`, `@unionOfArrays`, `@distinctUnionOfArrays` and
 /// `@distinctUnionOfSets`, each followed by the path it works on: "rooms.@sum.area". Sums and averages are doubles,
 /// those of nothing are 0; objects that are nil are left out.
-/// - Raises: `NSInvalidArgumentException` for an operator it does not know.
+/// - Raises: `NSInvalidArgumentException` for an operator it does not know, and for collections nested more than 512 deep.
 inline Ref<NSObject> valueForKeyPath(To<NSObject> object, NSString* path)
 {
     return object.send<"valueForKeyPath:", Ref<NSObject>>(path);

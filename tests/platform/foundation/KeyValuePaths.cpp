@@ -143,6 +143,16 @@ TEST(ArrayKeys, AreWrittenToEachElement)
     EXPECT_EQ(textOf(valueForKeyPath(object, "rooms.@distinctUnionOfObjects.name"_ns)),
         "(\n    attic\n)");
 }
+TEST(ArrayKeys, OfAnArrayThatHoldsItselfAreRefused)
+{
+    const auto ring = NSMutableArray::cls().array();
+    ring->addObject(ring.get());
+    EXPECT_THROW(valueForKey(ring, "name"_ns), Exception);
+    EXPECT_THROW(setValue_forKey(ring, "x"_ns, "name"_ns), Exception);
+    EXPECT_THROW(valueForKeyPath(ring, "@unionOfObjects.name"_ns), Exception);
+    ring->removeAllObjects();
+    EXPECT_EQ(textOf(valueForKey(ring, "name"_ns)), "(\n)");
+}
 TEST(SetKeys, AnswerForEachElementWithoutNil)
 {
     const auto set = NSSet::cls().setWithArray(house()->rooms_.get());
