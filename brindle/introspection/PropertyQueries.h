@@ -6,7 +6,7 @@
 /// What the attribute string of a declared property says. A nil property answers nullptr or the zero selector.
 
 namespace brindle {
-extern "C" {
+BRINDLE_C_BEGIN
 
 /// Answers the property's type as it stands in its attribute string, the "T" included: `T@"NSString"`, `Ti`.
 ///
@@ -25,6 +25,6 @@ BRINDLE_EXPORT SEL property_getSetter(objc_property_t property);
 /// Only attribute strings without a comma, and those whose first attribute after the type is "&" or "C", may be asked
 /// about: for any other, such as `Ti,N,V_count`, it never returns. A type that begins with "C" reads "copy".
 BRINDLE_EXPORT const char* property_getRetentionMethod(objc_property_t property);
-}
 
+BRINDLE_C_END
 }
