@@ -63,7 +63,7 @@ namespace {
         return out;
     }
 
-    /// Calls `add` with every stretch of code points that the test accepts.
+    /// Answers the stretches of code points that the test accepts.
     template <class Test> Ranges stretches(char32_t from, char32_t end, Test test)
     {
         Ranges out;

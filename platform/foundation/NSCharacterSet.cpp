@@ -3,6 +3,7 @@
 
 #include <algorithm>
 
+#include "NSCoder.h"
 #include "NSData.h"
 #include "NSStringPrivate.h"
 #include "URLText.h"
@@ -248,11 +249,27 @@ template <> struct NSCharacterSet::Methods<struct Members> {
         return made(*NSMutableCharacterSet::cls().object, codes(&self));
     }
 
+    static void encodeWithCoder(NSCharacterSet& self, NSCoder* coder)
+    {
+        coder->encodeObject_forKey(self.bitmapRepresentation().get(), "NSBitmap"_ns);
+    }
+    static Ref<NSObject> initWithCoder(NSCharacterSet& self, NSCoder* coder)
+    {
+        const Ref<NSData> bitmap = decode<NSData>(coder, "NSBitmap"_ns);
+        std::optional<CodeSet> read = readBitmap(bytesOf(bitmap.get()));
+        if (!read)
+            return nullptr;
+        self.codes_ = std::move(*read);
+        return &self;
+    }
+    static bool supportsSecureCoding(Class&) { return true; }
+
     static void table(Builder& t)
     {
         using namespace unicode;
-        t.conformsTo({ "NSCopying", "NSMutableCopying" });
+        t.conformsTo({ "NSCopying", "NSMutableCopying", "NSCoding", "NSSecureCoding" });
         t.classMethods({
+            { "supportsSecureCoding", imp<supportsSecureCoding> },
             { "controlCharacterSet", imp<named<categories<kControls>>> },
             { "whitespaceCharacterSet", imp<named<spaces>> },
             { "whitespaceAndNewlineCharacterSet", imp<named<spacesAndNewlines>> },
@@ -290,6 +307,8 @@ template <> struct NSCharacterSet::Methods<struct Members> {
             { "hash", imp<hash> },
             { "copyWithZone:", imp<copyWithZone> },
             { "mutableCopyWithZone:", imp<mutableCopyWithZone> },
+            { "encodeWithCoder:", imp<encodeWithCoder> },
+            { "initWithCoder:", imp<initWithCoder> },
         });
     }
 };

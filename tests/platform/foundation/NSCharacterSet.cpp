@@ -4,6 +4,8 @@
 #include <gtest/gtest.h>
 
 #include "foundation/NSData.h"
+#include "foundation/NSKeyedArchiver.h"
+#include "foundation/NSKeyedUnarchiver.h"
 #include "foundation/NSString+CharacterSets.h"
 #include "runtime/Table.h"
 #include "support/Strings.h"
@@ -160,6 +162,13 @@ namespace {
         EXPECT_EQ(made(8192 + 8193, 17), nullptr);
         EXPECT_NE(made(8192 + 8193, 16), nullptr);
         EXPECT_EQ(NSCharacterSet::cls().characterSetWithBitmapRepresentation(nullptr), nullptr);
+    }
+    TEST(NSCharacterSet, ComesBackFromAnArchive)
+    {
+        const auto set = setOf("aß😀"_ns);
+        const auto data = NSKeyedArchiver::cls().archivedDataWithRootObject(set.get());
+        const auto back = NSKeyedUnarchiver::cls().unarchiveObjectWithData(data.get());
+        EXPECT_TRUE(back->isEqual(set.get()));
     }
     TEST(NSCharacterSet, ANilStringRaises)
     {
