@@ -63,6 +63,8 @@ namespace {
 std::optional<Key> userKey()
 {
     const std::string folder = dataFolder() + "/brindle";
+    if (!folder.starts_with('/'))
+        return std::nullopt; // a user without a home
     const std::string path = folder + "/bookmark-key";
     if (std::optional<Key> key = readKey(path))
         return key;

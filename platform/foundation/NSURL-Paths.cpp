@@ -58,8 +58,11 @@ template <> struct NSURL::Methods<struct URLPaths> {
     {
         std::string path(ownPath(self));
         // What ".." means must be known before anything is cut off.
-        if (const Path last = lastPiece(withoutTail(path)); last == "." || last == "..")
+        if (const Path last = lastPiece(withoutTail(path)); last == "." || last == "..") {
+            if (self.baseURL())
+                return self.absoluteURL()->URLByDeletingLastPathComponent();
             path = urls::withoutDots(path + "/");
+        }
         const Path bare = withoutTail(path);
         if (bare.empty() || bare == "/")
             return path == ownPath(self) ? Ref<NSURL>(&self) : URLAccess::withPath(self, path);

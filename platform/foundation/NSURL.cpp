@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "NSURL.h"
 
+#include <algorithm>
 #include <charconv>
 #include <unistd.h>
 #include <vector>
@@ -72,8 +73,11 @@ Ref<NSURL> URLAccess::withPath(const NSURL& url, std::string_view path)
 {
     Parts parts = url.own_.parts;
     parts.path = path;
+    std::string text = parts.text();
+    if (text.empty())
+        text = "./"; // the folder it is in; no text at all is no URL
     return NSURL::cls().URLWithString_relativeToURL(
-        strings::plain(parts.text()).get(), url.base_.get());
+        strings::plain(std::move(text)).get(), url.base_.get());
 }
 
 std::string URLAccess::filePath(const NSURL& url)
@@ -134,7 +138,8 @@ template <> struct NSURL::Methods<struct Pieces> {
         auto absolute = std::make_unique<Spelling>();
         std::string path;
         const Parts& from = URLAccess::absolute(*self.base_.get()).parts;
-        const bool isURL = read(*absolute, urls::resolve(from, self.own_.parts, path).text());
+        std::string text = urls::resolve(from, self.own_.parts, path).text();
+        const bool isURL = !text.empty() && read(*absolute, std::move(text));
         self.absolute_ = std::move(absolute);
         return isURL;
     }
@@ -188,9 +193,10 @@ template <> struct NSURL::Methods<struct Pieces> {
     }
     static Ref<NSURL> standardizedURL(NSURL& self)
     {
-        if (!self.own_.parts.path)
-            return &self;
-        return URLAccess::withPath(self, urls::withoutDots(*self.own_.parts.path));
+        const Ref<NSURL> whole = self.absoluteURL();
+        const std::string_view path = parts(*whole.get()).path.value_or("");
+        return path.starts_with('/') ? URLAccess::withPath(*whole.get(), urls::withoutDots(path))
+                                     : whole;
     }
 
     // ---- pieces
@@ -236,9 +242,10 @@ template <> struct NSURL::Methods<struct Pieces> {
 
     static bool isFileURL(NSURL& self)
     {
+        constexpr std::string_view kFile = "file";
         const std::string_view scheme = parts(self).scheme.value_or("");
-        return scheme.size() == 4
-            && self.scheme()->caseInsensitiveCompare("file"_ns) == NSOrderedSame;
+        return std::equal(scheme.begin(), scheme.end(), kFile.begin(), kFile.end(),
+            [](char a, char b) { return (a | 0x20) == b; });
     }
     static bool hasDirectoryPath(NSURL& self)
     {

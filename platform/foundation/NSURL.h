@@ -146,7 +146,7 @@ public:
     Ref<NSURL> baseURL() const { return send<"baseURL", Ref<NSURL>>(); }
     /// Answers the same place without a base.
     Ref<NSURL> absoluteURL() const { return send<"absoluteURL", Ref<NSURL>>(); }
-    /// Answers the URL with "." and ".." taken out of its path.
+    /// Answers the absolute URL with "." and ".." taken out of its path, when that begins with a slash.
     Ref<NSURL> standardizedURL() const { return send<"standardizedURL", Ref<NSURL>>(); }
 
     // ---- pieces
@@ -185,7 +185,8 @@ public:
     Ref<NSArray> pathComponents() const { return send<"pathComponents", Ref<NSArray>>(); }
     Ref<NSString> lastPathComponent() const { return send<"lastPathComponent", Ref<NSString>>(); }
     Ref<NSString> pathExtension() const { return send<"pathExtension", Ref<NSString>>(); }
-    /// Answers the folder above, with a slash at the end; the root stays what it is.
+    /// Answers the folder above, with a slash at the end. Every walk upward ends: at the root, or for text without a base
+    /// at "./".
     Ref<NSURL> URLByDeletingLastPathComponent() const
     {
         return send<"URLByDeletingLastPathComponent", Ref<NSURL>>();

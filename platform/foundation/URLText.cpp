@@ -172,8 +172,8 @@ std::string withoutDots(std::string_view path)
             const std::size_t root = isAbsolute ? 1 : 0; // the empty piece before the first slash
             if (piece == ".." && kept.size() > root)
                 kept.pop_back();
-        } else {
-            kept.push_back(piece);
+        } else if (!piece.empty() || isAbsolute || !kept.empty()) {
+            kept.push_back(piece); // a relative path never comes to begin with a slash
         }
     }
     std::string out;

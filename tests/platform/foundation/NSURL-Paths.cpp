@@ -147,6 +147,21 @@ namespace {
         }
         EXPECT_LT(steps, 10);
     }
+    TEST(NSURLPaths, AWalkUpwardFromABaseEnds)
+    {
+        auto u = url(".././x"_ns, "http://h/a/b/c/d"_ns);
+        std::string way;
+        for (int steps = 0; u->path()->length() > 1 && steps < 100; ++steps) {
+            way += utf8(u->path()) + " ";
+            u = u->URLByDeletingLastPathComponent();
+        }
+        EXPECT_EQ(way, "/a/b/x /a/b /a ");
+    }
+    TEST(NSURLPaths, AWalkUpwardOfDotsEnds)
+    {
+        for (NSString* text : { ".."_ns, "../.."_ns, "a/.."_ns, "./"_ns, ".//"_ns })
+            EXPECT_EQ(absolute(url(text)->URLByDeletingLastPathComponent()), "./") << utf8(text);
+    }
     TEST(NSURLPaths, AppendsAComponent)
     {
         const auto add = [](NSString* text, NSString* component) {

@@ -4,6 +4,9 @@
 #include <gtest/gtest.h>
 
 #include "foundation/NSArray.h"
+#include "foundation/NSData.h"
+#include "foundation/NSKeyedArchiver.h"
+#include "foundation/NSKeyedUnarchiver.h"
 #include "foundation/NSNumber.h"
 #include "support/Strings.h"
 
@@ -211,9 +214,18 @@ namespace {
         EXPECT_EQ(absolute(outer), "http://a/b/c");
         EXPECT_EQ(outer->baseURL()->baseURL(), nullptr);
     }
+    TEST(NSURL, NothingBehindAFragmentIsNoURL) { EXPECT_EQ(url(""_ns, "#a"_ns), nullptr); }
     TEST(NSURL, StandardizedHasNoDots)
     {
         EXPECT_EQ(absolute(url("http://h/a/./b/../c?q"_ns)->standardizedURL()), "http://h/a/c?q");
+    }
+    TEST(NSURL, StandardizedIsAbsolute)
+    {
+        EXPECT_EQ(absolute(url("../c"_ns, "http://h/a/b/"_ns)->standardizedURL()), "http://h/a/c");
+    }
+    TEST(NSURL, ARelativePathKeepsItsDots)
+    {
+        EXPECT_EQ(absolute(url("a/../.."_ns)->standardizedURL()), "a/../..");
     }
 
     // ---- a value
@@ -233,6 +245,14 @@ namespace {
     {
         const auto u = url("a:b"_ns);
         EXPECT_EQ(u->copy().get(), static_cast<NSObject*>(u.get()));
+    }
+    TEST(NSURL, ComesBackFromAnArchive)
+    {
+        for (const auto& u : { url("http://h/a?b"_ns), url("../c"_ns, "http://h/a/b/"_ns) }) {
+            const auto data = NSKeyedArchiver::cls().archivedDataWithRootObject(u.get());
+            const auto back = NSKeyedUnarchiver::cls().unarchiveObjectWithData(data.get());
+            EXPECT_TRUE(back && back->isEqual(u.get())) << absolute(u);
+        }
     }
     TEST(NSURL, WithoutTextAnswersNothing)
     {
