@@ -43,6 +43,7 @@ namespace {
         addTimers(plan);
         addTimeouts(plan);
         addArchives(plan);
+        addEscapes(plan);
         addText(plan);
         addRaster(plan);
         addContexts(plan);

@@ -19,6 +19,7 @@ void addDispatch(Plan& plan);
 void addTimers(Plan& plan);
 void addTimeouts(Plan& plan);
 void addArchives(Plan& plan);
+void addEscapes(Plan& plan);
 void addText(Plan& plan);
 void addRaster(Plan& plan);
 void addContexts(Plan& plan);
