@@ -3,6 +3,7 @@
 
 #include "PercentEscapes.h"
 #include "URLText.h"
+#include "runtime/Function.h"
 
 namespace brindle {
 
@@ -54,5 +55,8 @@ CFStringRef CFURLCreateStringByReplacingPercentEscapesUsingEncoding(
         return static_cast<NSString*>(string->copy().leak());
     return escapes::removed(Contents(string), asciiOf(leave)).leak();
 }
+
+BRINDLE_FUNCTION(CFURLCreateStringByAddingPercentEscapes)
+BRINDLE_FUNCTION(CFURLCreateStringByReplacingPercentEscapesUsingEncoding)
 
 }
