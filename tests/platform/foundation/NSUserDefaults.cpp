@@ -3,7 +3,6 @@
 
 #include <algorithm>
 #include <cerrno>
-#include <cmath>
 #include <cstdlib>
 #include <fstream>
 #include <optional>
@@ -11,73 +10,14 @@
 #include <thread>
 #include <vector>
 
-#include <gtest/gtest.h>
-
-#include "foundation/DefaultsDomainsPrivate.h"
-#include "foundation/DispatchPrivate.h"
-#include "foundation/NSArray.h"
+#include "UserDefaultsTest.h"
 #include "foundation/NSData.h"
-#include "foundation/NSDate.h"
-#include "foundation/NSMutableArray.h"
-#include "foundation/NSMutableString.h"
 #include "foundation/NSNotificationCenter.h"
 #include "foundation/NSNull.h"
-#include "foundation/NSNumber.h"
-#include "foundation/NSSet.h"
-#include "support/DefaultsFolder.h"
-#include "support/Strings.h"
-#include "support/VirtualClock.h"
 
 using namespace brindle;
 
 namespace {
-
-class UserDefaults : public testing::Test {
-protected:
-    UserDefaults() { pass(1); } // what earlier tests have left to be written in the background
-    /// Lets time pass and waits for what it sets going in the background.
-    void pass(double seconds)
-    {
-        clock.advance(seconds);
-        while (queues::isBusy())
-            std::this_thread::yield();
-    }
-    static Ref<NSUserDefaults> defaults() { return NSUserDefaults::cls().standardUserDefaults(); }
-    static Ref<NSNumber> number(NSInteger value)
-    {
-        return NSNumber::cls().numberWithInteger(value);
-    }
-    static void registerOne(NSObject* value, NSString* key)
-    {
-        defaults()->registerDefaults(makeDictionary({ { key, value } }).get());
-    }
-    /// Sets a value and answers it as the next start of the program reads it.
-    Ref<NSObject> kept(NSObject* value)
-    {
-        defaults()->setObject_forKey(value, "key"_ns);
-        folder.restart();
-        return defaults()->objectForKey("key"_ns);
-    }
-    /// Answers what setting a value raises.
-    static std::string refusal(NSObject* value)
-    {
-        return raisedBy([value] { defaults()->setObject_forKey(value, "key"_ns); });
-    }
-
-    void otherProcessSets(NSString* key, NSObject* value) const
-    {
-        defaults::File file(folder.file().parent_path());
-        EXPECT_TRUE(file.update(std::chrono::steady_clock::now() + std::chrono::seconds(20),
-            [key, value](NSDictionary* now) -> Ref<NSDictionary> {
-                const auto next = NSMutableDictionary::cls().dictionaryWithDictionary(now);
-                next->setObject_forKey(value, key);
-                return next;
-            }));
-    }
-
-    test::VirtualClock clock; // nothing is written unless a test asks for it
-    test::DefaultsFolder folder;
-};
 
 /// Counts notifications of one object while it lives.
 class ChangeCounter {
@@ -96,14 +36,6 @@ public:
 private:
     Ref<NSObject> token_;
 };
-
-Ref<NSArray> nested(int depth)
-{
-    Ref<NSArray> list = NSArray::cls().array();
-    for (int i = 1; i < depth; ++i)
-        list = NSArray::cls().arrayWithObject(list.get());
-    return list;
-}
 
 int replacements = 0;
 
@@ -154,205 +86,10 @@ TEST_F(UserDefaults, ShowTheRegisteredValueAgainAfterARemoval)
     EXPECT_EQ(utf8(defaults()->stringForKey("key"_ns)), "registered");
 }
 
-TEST_F(UserDefaults, ReadNumbersOutOfStrings)
-{
-    defaults()->setObject_forKey("42"_ns, "key"_ns);
-    EXPECT_EQ(defaults()->integerForKey("key"_ns), 42);
-    EXPECT_EQ(defaults()->doubleForKey("key"_ns), 42);
-    EXPECT_EQ(defaults()->floatForKey("key"_ns), 42);
-    defaults()->setObject_forKey("YES"_ns, "key"_ns);
-    EXPECT_TRUE(defaults()->boolForKey("key"_ns));
-    defaults()->setObject_forKey("NO"_ns, "key"_ns);
-    EXPECT_FALSE(defaults()->boolForKey("key"_ns));
-}
-
-TEST_F(UserDefaults, ReadNoNumberOutOfOtherValues)
-{
-    defaults()->setObject_forKey(NSArray::cls().arrayWithObject("1"_ns).get(), "key"_ns);
-    EXPECT_EQ(defaults()->integerForKey("key"_ns), 0);
-    EXPECT_FALSE(defaults()->boolForKey("key"_ns));
-    EXPECT_EQ(defaults()->doubleForKey("key"_ns), 0);
-    EXPECT_FALSE(defaults()->stringForKey("key"_ns));
-}
-
-TEST_F(UserDefaults, AnswerTheTextOfANumber)
-{
-    defaults()->setInteger_forKey(7, "key"_ns);
-    EXPECT_EQ(utf8(defaults()->stringForKey("key"_ns)), "7");
-}
-
-TEST_F(UserDefaults, KeepAllOfALargeInteger)
-{
-    EXPECT_EQ(cast<NSNumber>(kept(number(INT64_MIN).get()))->integerValue(), INT64_MIN);
-    EXPECT_EQ(cast<NSNumber>(kept(number(INT64_MAX).get()))->integerValue(), INT64_MAX);
-}
-
-TEST_F(UserDefaults, KeepSinglePrecision)
-{
-    defaults()->setFloat_forKey(0.1F, "key"_ns);
-    folder.restart();
-    EXPECT_EQ(defaults()->floatForKey("key"_ns), 0.1F);
-    EXPECT_EQ(defaults()->doubleForKey("key"_ns), 0.10000000149011612);
-}
-
-TEST_F(UserDefaults, KeepDoublePrecision)
-{
-    defaults()->setDouble_forKey(0.1, "key"_ns);
-    folder.restart();
-    EXPECT_EQ(defaults()->doubleForKey("key"_ns), 0.1);
-}
-
-TEST_F(UserDefaults, KeepABooleanAsOne)
-{
-    defaults()->setBool_forKey(true, "key"_ns);
-    folder.restart();
-    EXPECT_TRUE(defaults()->boolForKey("key"_ns));
-    EXPECT_STREQ(cast<NSNumber>(defaults()->objectForKey("key"_ns))->objCType(), "B");
-}
-
-TEST_F(UserDefaults, WriteABooleanOverAnEqualNumber)
-{
-    defaults()->setInteger_forKey(1, "key"_ns);
-    folder.restart();
-    defaults()->setBool_forKey(true, "key"_ns);
-    folder.restart();
-    EXPECT_STREQ(cast<NSNumber>(defaults()->objectForKey("key"_ns))->objCType(), "B");
-}
-
-TEST_F(UserDefaults, KeepDataDatesAndCollections)
-{
-    const unsigned char bytes[] { 0, 1, 255 };
-    const Ref<NSData> data = dataFrom(bytes);
-    EXPECT_TRUE(kept(data.get())->isEqual(data.get()));
-    const Ref<NSDate> date = NSDate::cls().dateWithTimeIntervalSinceReferenceDate(12.5);
-    EXPECT_TRUE(kept(date.get())->isEqual(date.get()));
-    const Ref<NSDictionary> list = makeDictionary(
-        { { "list"_ns, NSArray::cls().arrayWithObjects("a"_ns, number(2).get()).get() },
-            { "date"_ns, date.get() } });
-    EXPECT_TRUE(kept(list.get())->isEqual(list.get()));
-}
-
-TEST_F(UserDefaults, AnswerDataOnlyForData)
-{
-    defaults()->setObject_forKey("text"_ns, "key"_ns);
-    EXPECT_FALSE(defaults()->dataForKey("key"_ns));
-    defaults()->setObject_forKey(NSData::cls().data().get(), "key"_ns);
-    EXPECT_TRUE(defaults()->dataForKey("key"_ns));
-    EXPECT_FALSE(defaults()->stringForKey("key"_ns));
-}
-
-TEST_F(UserDefaults, AnswerAnArrayOfStringsOnlyForOne)
-{
-    defaults()->setObject_forKey(NSArray::cls().arrayWithObjects("a"_ns, "b"_ns).get(), "key"_ns);
-    EXPECT_EQ(defaults()->stringArrayForKey("key"_ns)->count(), 2U);
-    defaults()->setObject_forKey(
-        NSArray::cls().arrayWithObjects("a"_ns, number(1).get()).get(), "key"_ns);
-    EXPECT_FALSE(defaults()->stringArrayForKey("key"_ns));
-    EXPECT_TRUE(defaults()->arrayForKey("key"_ns));
-}
-
 TEST_F(UserDefaults, AnswerUnderTheSelectorsOfKeyValueCoding)
 {
     defaults()->send<"setValue:forKey:">(static_cast<NSObject*>("value"_ns), "key"_ns);
     EXPECT_EQ(textOf(defaults()->send<"valueForKey:", Ref<NSObject>>("key"_ns)), "value");
-}
-
-TEST_F(UserDefaults, DoNotChangeWithTheStringThatWasSet)
-{
-    const auto text = cast<NSMutableString>("one"_ns->mutableCopy());
-    defaults()->setObject_forKey(text.get(), "key"_ns);
-    text->appendString("two"_ns);
-    EXPECT_EQ(utf8(defaults()->stringForKey("key"_ns)), "one");
-}
-
-TEST_F(UserDefaults, AnswerImmutableValuesAllTheWayDown)
-{
-    const auto inner = make<NSMutableArray>();
-    const auto outer = make<NSMutableDictionary>();
-    outer->setObject_forKey(inner.get(), "inner"_ns);
-    defaults()->setObject_forKey(outer.get(), "key"_ns);
-    inner->addObject("late"_ns);
-    const Ref<NSDictionary> read = defaults()->dictionaryForKey("key"_ns);
-    EXPECT_FALSE(read->isKindOfClass(NSMutableDictionary::cls()));
-    const auto list = cast<NSArray>(read->objectForKey("inner"_ns));
-    EXPECT_FALSE(list->isKindOfClass(NSMutableArray::cls()));
-    EXPECT_EQ(list->count(), 0U);
-}
-
-TEST_F(UserDefaults, RefuseWhatIsNoPropertyList)
-{
-    EXPECT_TRUE(refusal(make<NSObject>().get())
-                    .starts_with("NSInvalidArgumentException: Attempt to insert non-property list "
-                                 "object <NSObject: 0x"))
-        << refusal(make<NSObject>().get());
-    EXPECT_EQ(refusal(NSNull::cls().null().get()),
-        "NSInvalidArgumentException: Attempt to insert non-property list object <null> for key "
-        "key");
-    EXPECT_NE(refusal(NSSet::cls().set().get()), "");
-    EXPECT_NE(refusal(NSArray::cls().arrayWithObject(NSNull::cls().null().get()).get()), "");
-    EXPECT_FALSE(defaults()->objectForKey("key"_ns));
-}
-
-TEST_F(UserDefaults, RefuseDictionariesWithOtherKeysThanStrings)
-{
-    EXPECT_NE(refusal(makeDictionary({ { number(1).get(), "one"_ns } }).get()), "");
-}
-
-TEST_F(UserDefaults, RefuseDatesThatNoFileHolds)
-{
-    EXPECT_NE(refusal(NSDate::cls().dateWithTimeIntervalSinceReferenceDate(NAN).get()), "");
-    EXPECT_NE(refusal(NSDate::cls().dateWithTimeIntervalSinceReferenceDate(INFINITY).get()), "");
-}
-
-TEST_F(UserDefaults, RefuseAContainerWithinItself)
-{
-    const auto list = make<NSMutableArray>();
-    list->addObject(list.get());
-    list->addObject(list.get());
-    EXPECT_NE(refusal(list.get()), "");
-    list->removeAllObjects();
-}
-
-TEST_F(UserDefaults, KeepTheDeepestListThatCanBeWrittenAndRefuseADeeperOne)
-{
-    EXPECT_TRUE(kept(nested(511).get())->isEqual(nested(511).get()));
-    EXPECT_NE(refusal(nested(512).get()), "");
-}
-
-TEST_F(UserDefaults, KeepSharedChildrenWithoutGrowing)
-{
-    Ref<NSArray> list = NSArray::cls().arrayWithObject("leaf"_ns);
-    for (int i = 0; i < 40; ++i)
-        list = NSArray::cls().arrayWithObjects(list.get(), list.get());
-    Ref<NSObject> read = kept(list.get());
-    for (int i = 0; i < 40; ++i)
-        read = cast<NSArray>(read)->lastObject();
-    EXPECT_EQ(textOf(cast<NSArray>(read)->firstObject()), "leaf");
-}
-
-TEST_F(UserDefaults, KeepTextWithAnUnpairedSurrogateReadable)
-{
-    const std::u16string text { u'a', 0xd800, u'b' };
-    defaults()->setObject_forKey("other"_ns, "other"_ns);
-    EXPECT_EQ(textOf(kept(stringFrom(text).get())),
-        "a\xef\xbf\xbd"
-        "b");
-    EXPECT_EQ(utf8(defaults()->stringForKey("other"_ns)), "other");
-}
-
-TEST_F(UserDefaults, KeepTextWithAnEndInside)
-{
-    EXPECT_EQ(textOf(kept(stringFrom(std::string_view("a\0b", 3)).get())), std::string("a\0b", 3));
-}
-
-TEST_F(UserDefaults, RefuseAKeyThatIsNoString)
-{
-    EXPECT_EQ(raisedBy([] { defaults()->setObject_forKey("value"_ns, nullptr); }),
-        "NSInvalidArgumentException: Key of a user default is no string: (null)");
-    EXPECT_NE(raisedBy([] {
-        defaults()->setObject_forKey("value"_ns, cast<NSString>(cast<NSObject>(number(1).get())));
-    }),
-        "");
 }
 
 TEST_F(UserDefaults, AreWrittenWhenSynchronized)
@@ -515,7 +252,7 @@ TEST_F(UserDefaults, AreSharedByTheThreadsOfTheProcess)
 {
     std::vector<std::thread> threads;
     for (int t = 0; t < 8; ++t) {
-        threads.emplace_back([t, this] {
+        threads.emplace_back([t] {
             const Ref<NSString> own = stringFrom("own" + std::to_string(t));
             for (int i = 0; i < 500; ++i) {
                 defaults()->setInteger_forKey(i, own.get());
