@@ -23,8 +23,7 @@ namespace {
     constexpr const char* kFreshName = "defaults.plist.new";
     constexpr const char* kDamagedName = "defaults.plist.damaged";
     constexpr const char* kLockName = "defaults.lock";
-    constexpr std::size_t kLargest = std::size_t { 64 }
-        << 20; // bytes; no settings, but memory to lose
+    constexpr std::int64_t kLargest = 64 << 20; // bytes; more are no settings
 
     int faultFor(const char* call)
     {
@@ -33,7 +32,7 @@ namespace {
     }
 
     /// Makes a system call, again while it is interrupted.
-    template <class Call> auto system(const char* name, Call call) -> decltype(call())
+    template <class Call> auto retried(const char* name, Call call) -> decltype(call())
     {
         for (;;) {
             if (const int error = faultFor(name); error > 0)
@@ -50,13 +49,13 @@ namespace {
         // A pipe must not make the process wait, and a link not lead it elsewhere.
         constexpr int kAlways = O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY;
         return Descriptor(
-            system("openat", [&] { return ::openat(folder, name, flags | kAlways, 0600); }));
+            retried("openat", [&] { return ::openat(folder, name, flags | kAlways, 0600); }));
     }
 
     Descriptor openFolder(const std::string& path)
     {
         constexpr int kFlags = O_RDONLY | O_DIRECTORY | O_CLOEXEC;
-        return Descriptor(system("open", [&] { return ::open(path.c_str(), kFlags); }));
+        return Descriptor(retried("open", [&] { return ::open(path.c_str(), kFlags); }));
     }
 
     /// Makes the folders of a path that do not exist, readable for nobody else.
@@ -65,7 +64,7 @@ namespace {
         for (std::size_t end = 1; end != std::string::npos;) {
             end = path.find('/', end + 1);
             const std::string part = path.substr(0, end);
-            system("mkdir", [&] { return ::mkdir(part.c_str(), 0700); });
+            retried("mkdir", [&] { return ::mkdir(part.c_str(), 0700); });
         }
     }
 
@@ -81,45 +80,44 @@ namespace {
 
     bool statusOf(int folder, const char* name, struct stat& status)
     {
-        return system("fstatat", [&] {
+        return retried("fstatat", [&] {
             return ::fstatat(folder, name, &status, AT_SYMLINK_NOFOLLOW);
         }) == 0;
     }
 
     bool statusOf(const Descriptor& file, struct stat& status)
     {
-        return system("fstat", [&] { return ::fstat(file.number(), &status); }) == 0;
+        return retried("fstat", [&] { return ::fstat(file.number(), &status); }) == 0;
     }
 
     bool remove(int folder, const char* name)
     {
-        return system("unlinkat", [&] { return ::unlinkat(folder, name, 0); }) == 0;
+        return retried("unlinkat", [&] { return ::unlinkat(folder, name, 0); }) == 0;
     }
 
     bool rename(int folder, const char* from, const char* to)
     {
-        return system("renameat", [&] { return ::renameat(folder, from, folder, to); }) == 0;
+        return retried("renameat", [&] { return ::renameat(folder, from, folder, to); }) == 0;
     }
 
     bool sync(int file)
     {
-        return system("fsync", [&] { return ::fsync(file); }) == 0;
+        return retried("fsync", [&] { return ::fsync(file); }) == 0;
     }
 
-    /// Reads to the end. - Returns: nothing on an error; `tooLong` is set where there is more than settings have.
-    std::optional<ByteBuffer> readAll(const Descriptor& file, bool& tooLong)
+    /// Reads to the end. - Returns: nothing on an error, and when it is longer than any settings.
+    std::optional<ByteBuffer> readAll(const Descriptor& file)
     {
         ByteBuffer buffer;
         unsigned char piece[16384];
-        while (buffer.length() <= kLargest) {
+        while (static_cast<std::int64_t>(buffer.length()) <= kLargest) {
             const ssize_t count
-                = system("read", [&] { return ::read(file.number(), piece, sizeof piece); });
+                = retried("read", [&] { return ::read(file.number(), piece, sizeof piece); });
             if (count == 0)
                 return buffer;
             if (count < 0 || !buffer.append(piece, static_cast<std::size_t>(count)))
                 return std::nullopt;
         }
-        tooLong = true;
         return std::nullopt;
     }
 
@@ -129,7 +127,7 @@ namespace {
             const bool half = faultFor("write length") == kShort;
             const std::size_t length = half ? (bytes.size() + 1) / 2 : bytes.size();
             const ssize_t written
-                = system("write", [&] { return ::write(file.number(), bytes.data(), length); });
+                = retried("write", [&] { return ::write(file.number(), bytes.data(), length); });
             if (written <= 0)
                 return false;
             bytes = bytes.subspan(static_cast<std::size_t>(written));
@@ -146,7 +144,7 @@ namespace {
             // Asking again and again, because a wait for a lock has no limit and the holder may be a stopped process.
             for (auto pause = std::chrono::microseconds(50); file_;
                  pause = std::min(2 * pause, std::chrono::microseconds(2000))) {
-                held_ = system("flock", [this] {
+                held_ = retried("flock", [this] {
                     return ::flock(file_.number(), LOCK_EX | LOCK_NB);
                 }) == 0;
                 if (held_ || errno != EWOULDBLOCK || std::chrono::steady_clock::now() >= deadline)
@@ -271,13 +269,11 @@ bool File::readOpen(Descriptor file)
     if (!statusOf(file, status))
         return false;
     Ref<NSDictionary> list;
-    if (S_ISREG(status.st_mode)) {
-        bool tooLong = false;
-        const std::optional<ByteBuffer> bytes = readAll(file, tooLong);
-        if (!bytes && !tooLong)
+    if (S_ISREG(status.st_mode) && status.st_size <= kLargest) {
+        const std::optional<ByteBuffer> bytes = readAll(file);
+        if (!bytes)
             return false;
-        if (bytes)
-            list = dictionaryFrom(*bytes);
+        list = dictionaryFrom(*bytes);
     }
     const State state = list ? State::good : State::damaged;
     hold(state, identityOf(status), std::move(file), std::move(list));
@@ -303,7 +299,7 @@ bool File::update(Deadline deadline, const std::function<Ref<NSDictionary>(NSDic
 bool File::replace(int folder, NSDictionary* contents)
 {
     const Ref<NSData> bytes = bytesFrom(contents);
-    if (!bytes || bytes->length() > kLargest)
+    if (!bytes || static_cast<std::int64_t>(bytes->length()) > kLargest)
         return false;
     constexpr int kFlags = O_WRONLY | O_CREAT | O_EXCL;
     Descriptor fresh = open(folder, kFreshName, kFlags);

@@ -175,6 +175,8 @@ void Store::moveAll(const char* root)
         const std::lock_guard guard(memory);
         store->values_ = nullptr;
         store->changes_ = {};
+        store->isScheduled_ = false;
+        ++store->move_;
     }
 }
 
@@ -222,14 +224,16 @@ bool Store::set(NSObject* key, NSObject* value)
 {
     load();
     bool differs = false;
+    unsigned move = 0;
     {
         const std::lock_guard guard(memory);
+        move = move_;
         differs = setValue(values_.get(), key, value);
         changes_.set(key, value);
         if (std::exchange(isScheduled_, true))
             return differs;
     }
-    writeSoon();
+    writeSoon(move);
     return differs;
 }
 
@@ -242,22 +246,26 @@ void Store::replaceAll(NSDictionary* values)
         for (auto at = values->begin(); at != values->end(); ++at)
             changes.set(*at, at.value());
     }
+    unsigned move = 0;
     {
         const std::lock_guard guard(memory);
+        move = move_;
         changes.applyTo(values_.get());
         changes_ = std::move(changes);
         if (std::exchange(isScheduled_, true))
             return;
     }
-    writeSoon();
+    writeSoon(move);
 }
 
-void Store::writeSoon()
+void Store::writeSoon(unsigned move)
 {
     dispatch_after(dispatch_time(DISPATCH_TIME_NOW, kWriteDelay),
-        dispatch_get_global_queue(DISPATCH_QUEUE_PRIORITY_LOW, 0), [this] {
+        dispatch_get_global_queue(DISPATCH_QUEUE_PRIORITY_LOW, 0), [this, move] {
             {
                 const std::lock_guard guard(memory);
+                if (move != move_)
+                    return;
                 isScheduled_ = false;
             }
             flush(after(kPatience), nullptr);

@@ -87,7 +87,7 @@ private:
     bool refresh();
     bool writeChanges(Deadline deadline);
     bool takeIn();
-    void writeSoon();
+    void writeSoon(unsigned move);
 
     const std::string name_;
     std::atomic<bool> isLoaded_ { false };
@@ -95,6 +95,7 @@ private:
     Ref<NSMutableDictionary> values_;
     Changes changes_;
     bool isScheduled_ = false;
+    unsigned move_ = 0; // what was to be written before the last move is written
     // One thread at a time deals with the file.
     std::mutex turnMutex_;
     std::condition_variable turnEnded_;

@@ -10,7 +10,6 @@
 #include "introspection/NSObject+AutoCoding.h"
 #include "introspection/NSUUID+UniqueObjects.h"
 #include "introspection/NSUserDefaults+Archive.h"
-#include "introspection/UniqueObjectsPrivate.h"
 #include "runtime/Table.h"
 #include "support/DefaultsFolder.h"
 #include "support/Strings.h"
@@ -90,6 +89,14 @@ template <> struct UniqueStudent::Methods<struct Declared> {
 };
 BRINDLE_RECORD(UniqueStudent, Declared)
 
+class UniqueForeigner : public UniquePerson {
+    BRINDLE_OBJECT(UniqueForeigner, UniquePerson)
+};
+template <> struct UniqueForeigner::Methods<struct Declared> {
+    static void table(Builder&) { }
+};
+BRINDLE_RECORD(UniqueForeigner, Declared)
+
 /// Nobody of this class ever gets an identity.
 class NeverUnique : public NSObject {
     BRINDLE_OBJECT(NeverUnique, NSObject)
@@ -127,7 +134,7 @@ namespace {
         encodeToUUIDsForPropertiesOf(coder, object.get());
         return coder;
     }
-    NSUInteger registered(Class* cls) { return maybe(uniqueobjects::tableOf(cls))->count(); }
+    NSUInteger registered(Class* cls) { return maybe(uniqueObjects(cls))->count(); }
 
 }
 
@@ -422,10 +429,11 @@ TEST(UniqueObjectsCoder, NeverKeepsAnEmptyArrayForLater)
     const auto coder = make<DictionaryCoder>();
     coder->encodeObject_forKey(NSArray::cls().array().get(), "friends"_ns);
     const auto other = make<UniquePerson>();
+    const auto before = NSArray::cls().arrayWithObject(person().get());
+    other->friends_ = before;
     decodeUUIDsForPropertiesOf(coder, other.get());
-    EXPECT_FALSE(uniqueobjects::keptIdentities(other.get(), 1));
     loadObjectsForUUIDProperties(other);
-    EXPECT_FALSE(other->friends_);
+    EXPECT_EQ(other->friends_, before);
 }
 
 TEST(UniqueObjectsCoder, ReadsReferencesThatAreResolvedLater)
@@ -505,37 +513,30 @@ TEST(UniqueObjectsSaving, ReadsObjectsAndTheirReferencesBack)
 {
     const test::VirtualClock clock;
     const test::DefaultsFolder folder;
-    // An archive of another process: its objects are not registered here.
-    const auto best = NSUUID::cls().UUID();
-    const auto self = NSUUID::cls().UUID();
-    const Ref<NSData> data = [&] {
-        const auto known = make<UniquePerson>();
-        known->name_ = "Anna"_ns;
-        setUUID(known, self.get());
-        const auto other = make<UniquePerson>();
-        other->name_ = "Berta"_ns;
-        setUUID(other, best.get());
-        known->best_ = other;
-        return NSKeyedArchiver::cls().archivedDataWithRootObject(
-            NSArray::cls().arrayWithObjects(known.get(), other.get()).get());
-    }();
-    const auto table = uniqueobjects::tableOf(UniquePerson::cls());
-    table->removeObjectForKey(best.get());
-    table->removeObjectForKey(self.get());
-    NSUserDefaults::cls().standardUserDefaults()->setObject_forKey(data.get(), "UniquePerson"_ns);
+    person(); // the table of this class is searched first
+    // An archive of another process: what it holds is not registered here as persons.
+    const auto anna = make<UniqueForeigner>();
+    const auto berta = make<UniqueForeigner>();
+    anna->name_ = "Anna"_ns;
+    anna->best_ = berta;
+    berta->name_ = "Berta"_ns;
+    archiveObject_forKey(NSUserDefaults::cls().standardUserDefaults(),
+        NSArray::cls().arrayWithObjects(anna.get(), berta.get()).get(), "UniquePerson"_ns);
 
+    NSKeyedUnarchiver::cls().setClass_forClassName(UniquePerson::cls(), "UniqueForeigner"_ns);
     unarchiveUniqueObjects(UniquePerson::cls());
-    const auto anna = cast<UniquePerson>(uniqueObject(self));
-    ASSERT_TRUE(anna);
-    EXPECT_EQ(utf8(anna->name_), "Anna");
-    EXPECT_FALSE(anna->best_);
+    NSKeyedUnarchiver::cls().setClass_forClassName(nullptr, "UniqueForeigner"_ns);
+    const auto read = cast<UniquePerson>(uniqueObjectOfClass(UUID(anna), UniquePerson::cls()));
+    ASSERT_TRUE(read);
+    EXPECT_EQ(utf8(read->name_), "Anna");
+    EXPECT_FALSE(read->best_);
     loadObjectsForUUIDProperties(UniquePerson::cls());
-    ASSERT_TRUE(anna->best_);
-    EXPECT_EQ(utf8(anna->best_->name_), "Berta");
-    EXPECT_EQ(anna->best_, uniqueObject(best));
-    EXPECT_EQ(anna->loaded_, 0);
+    ASSERT_TRUE(read->best_);
+    EXPECT_EQ(utf8(read->best_->name_), "Berta");
+    EXPECT_EQ(read->best_, uniqueObjectOfClass(UUID(berta), UniquePerson::cls()));
+    EXPECT_EQ(read->loaded_, 0);
     UUIDPropertiesLoadedForAllClasses(UniquePerson::cls());
-    EXPECT_EQ(anna->loaded_, 1);
+    EXPECT_EQ(read->loaded_, 1);
 }
 
 TEST(UniqueObjectsSaving, ReadsNothingWhereNothingWasStored)
