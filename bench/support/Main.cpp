@@ -41,9 +41,11 @@ namespace {
         addAutoCoding(plan);
         addDispatch(plan);
         addTimers(plan);
+        addDefaults(plan);
         addTimeouts(plan);
         addArchives(plan);
         addEscapes(plan);
+        addUniqueObjects(plan);
         addText(plan);
         addRaster(plan);
         addContexts(plan);

@@ -24,5 +24,7 @@ void addText(Plan& plan);
 void addRaster(Plan& plan);
 void addContexts(Plan& plan);
 void addPython(Plan& plan);
+void addDefaults(Plan& plan);
+void addUniqueObjects(Plan& plan);
 
 }
