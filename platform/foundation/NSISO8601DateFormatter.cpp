@@ -44,7 +44,7 @@ namespace {
                 pattern += u".SSS";
         }
         if (options & NSISO8601DateFormatWithTimeZone)
-            pattern += options & NSISO8601DateFormatWithColonSeparatorInTimeZone ? u"XXX" : u"XX";
+            pattern.append(options & NSISO8601DateFormatWithColonSeparatorInTimeZone ? 3 : 2, u'X');
         return pattern;
     }
 
