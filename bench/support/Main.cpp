@@ -47,6 +47,7 @@ namespace {
         addEscapes(plan);
         addUniqueObjects(plan);
         addText(plan);
+        addIntervals(plan);
         addRaster(plan);
         addContexts(plan);
         addPython(plan);

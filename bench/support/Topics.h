@@ -21,6 +21,7 @@ void addTimeouts(Plan& plan);
 void addArchives(Plan& plan);
 void addEscapes(Plan& plan);
 void addText(Plan& plan);
+void addIntervals(Plan& plan);
 void addRaster(Plan& plan);
 void addContexts(Plan& plan);
 void addPython(Plan& plan);
