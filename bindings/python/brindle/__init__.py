@@ -26,14 +26,19 @@ from .testing import (
 class weak:
     """Knows an object without keeping it: `weak(view)()` is the object, or None once it has gone."""
 
+    _word = None
+
     def __init__(self, object):
+        if not isinstance(object, Object):
+            raise TypeError(f"only an object can be known weakly, not {object!r}")
         self._word = _library.make_weak(object._ptr)
 
     def __call__(self):
         return _objects.wrap(_library.load_weak(self._word))
 
     def __del__(self):
-        _library.drop_weak(self._word)
+        if self._word:
+            _library.drop_weak(self._word)
 
 
 def class_named(name):

@@ -127,6 +127,16 @@ class Subclasses(unittest.TestCase):
         shape.setValue_forKey_(2.5, "weight")
         self.assertEqual(shape.weight(), 2.5)
 
+    def test_properties_are_archived_like_any_other(self):
+        shape = Shape()
+        shape.setTitle_("kept")
+        shape.setWeight_(2.5)
+        data = brindle.NSKeyedArchiver.archivedDataWithRootObject_(shape)
+        again = brindle.NSKeyedUnarchiver.unarchiveObjectWithData_(data)
+        self.assertIsInstance(again, Shape)
+        self.assertIsNot(again, shape)
+        self.assertEqual((again.title(), again.weight()), ("kept", 2.5))
+
     def test_a_copied_property_copies(self):
         shape = Shape()
         text = brindle.NSMutableString.stringWithString_("a")
