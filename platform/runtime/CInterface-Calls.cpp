@@ -149,16 +149,23 @@ namespace {
     void noAnswer() { }
     IMP noImplementation() { return &noAnswer; }
 
-    /// Answers what the class runs for the call; nullptr when nothing does.
-    IMP lookUp(const Call& call, const NSObject* self)
+    /// Answers what the class has kept for the call, the way every message looks; nullptr when that is nothing.
+    inline IMP kept(const Call& call, const NSObject* self)
     {
-        Class* const holder = call.from ? call.from : self->isa_;
+        const Class* const holder = call.from ? call.from : self->isa_;
         const std::uint64_t mask = holder->mask_.load(std::memory_order_acquire);
         const auto* table
             = reinterpret_cast<const char*>(holder->slots_.load(std::memory_order_acquire));
         const auto& slot = *reinterpret_cast<const dispatch::Slot*>(table + (call.key & mask));
-        if (slot.key.load(std::memory_order_acquire) == call.key) [[likely]]
-            return slot.imp.load(std::memory_order_acquire);
+        return slot.key.load(std::memory_order_acquire) == call.key
+            ? slot.imp.load(std::memory_order_acquire)
+            : nullptr;
+    }
+
+    /// Answers what the class runs for the call; nullptr when nothing does.
+    IMP lookUp(const Call& call, const NSObject* self)
+    {
+        Class* const holder = call.from ? call.from : self->isa_;
         ensureInitialized(holder);
         if (!class_getInstanceMethod(holder, { call.selector }))
             return nullptr;
@@ -193,39 +200,63 @@ namespace {
         forwardTypes(types, arguments.data(), result, call.layout.resultSize);
     }
 
+    /// The road of a message that the class has not kept, or that has arguments on the stack.
+    template <class R, std::size_t Hidden>
+    [[gnu::noinline]] R sendSlowly(
+        const Call& call, NSObject* self, Registers& registers, const StackWords& stack)
+    {
+        void* const hidden = reinterpret_cast<void*>(registers.integers[0]);
+        if (!self) {
+            if constexpr (Hidden)
+                std::memset(hidden, 0, call.layout.resultSize);
+            return R();
+        }
+        registers.integers[Hidden + 1] = call.selector;
+        ++sendDepth;
+        const R answer = guarded([&]() -> R {
+            const IMP found = kept(call, self);
+            if (const IMP imp = found ? found : lookUp(call, self))
+                return callFrame<R>(imp, registers, stack.words, stack.count);
+            Word room[2] {};
+            forward(call, registers, stack.words, Hidden ? hidden : room);
+            R forwarded {};
+            std::memcpy(&forwarded, room, sizeof forwarded);
+            return forwarded;
+        });
+        --sendDepth;
+        return answer;
+    }
+
     struct SendEntry {
         template <class R, std::size_t Hidden>
         static R run(Word i0, Word i1, Word i2, Word i3, Word i4, Word i5, double d0, double d1,
             double d2, double d3, double d4, double d5, double d6, double d7, ...)
         {
+            using Function = R (*)(Word, Word, Word, Word, Word, Word, double, double, double,
+                double, double, double, double, double, ...);
+            auto* const self = reinterpret_cast<NSObject*>(Hidden ? i1 : i0);
+            const auto& call = *reinterpret_cast<const Call*>(Hidden ? i2 : i1);
+            const IMP imp = self && !call.layout.stackWords ? kept(call, self) : nullptr;
+            if (imp) [[likely]] {
+                // Nothing has been called since: what the caller put into registers is still there.
+                const auto function = reinterpret_cast<Function>(imp);
+                ++sendDepth;
+                const R answer = guarded([&]() -> R {
+                    return Hidden ? function(
+                               i0, i1, call.selector, i3, i4, i5, d0, d1, d2, d3, d4, d5, d6, d7)
+                                  : function(i0, call.selector, i2, i3, i4, i5, d0, d1, d2, d3, d4,
+                                      d5, d6, d7);
+                });
+                --sendDepth;
+                return answer;
+            }
             Registers registers { { i0, i1, i2, i3, i4, i5 }, { d0, d1, d2, d3, d4, d5, d6, d7 } };
-            NSObject* const self = reinterpret_cast<NSObject*>(registers.integers[Hidden]);
-            const auto& call = *reinterpret_cast<const Call*>(registers.integers[Hidden + 1]);
             StackWords stack;
-            if (call.layout.stackWords) {
-                std::va_list list;
-                va_start(list, d7);
-                stack.read(list, call.layout.stackWords);
-                va_end(list);
-            }
-            registers.integers[Hidden + 1] = call.selector;
-            if (!self) {
-                if constexpr (Hidden)
-                    std::memset(reinterpret_cast<void*>(i0), 0, call.layout.resultSize);
-                return R();
-            }
-            ++sendDepth;
-            const R answer = guarded([&]() -> R {
-                if (const IMP imp = lookUp(call, self)) [[likely]]
-                    return callFrame<R>(imp, registers, stack.words, stack.count);
-                Word room[2] {};
-                forward(call, registers, stack.words, Hidden ? reinterpret_cast<void*>(i0) : room);
-                R forwarded {};
-                std::memcpy(&forwarded, room, sizeof forwarded);
-                return forwarded;
-            });
-            --sendDepth;
-            return answer;
+            std::va_list list;
+            va_start(list, d7);
+            stack.read(list, call.layout.stackWords);
+            va_end(list);
+            return sendSlowly<R, Hidden>(call, self, registers, stack);
         }
     };
 

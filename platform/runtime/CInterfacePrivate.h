@@ -12,7 +12,8 @@ namespace brindle::plain {
 void keepError() noexcept;
 
 /// How many messages of the C interface run on this thread: what is raised inside one is caught there.
-extern constinit thread_local int sendDepth;
+/// Reached without a call: the registers of a message stay where they are.
+[[gnu::tls_model("initial-exec")]] extern constinit thread_local int sendDepth;
 
 /// Runs code that may raise; answers zero when it did, with the exception kept.
 template <class F> auto guarded(F&& code) -> decltype(code())
