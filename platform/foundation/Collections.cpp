@@ -2,6 +2,7 @@
 #include "CollectionsPrivate.h"
 
 #include <cstdio>
+#include <unordered_set>
 
 #include "KeyedArchivePrivate.h"
 #include "NSData.h"
@@ -124,16 +125,53 @@ std::vector<NSObject*> untilNil(NSObject* first, va_list& list)
     return objects;
 }
 
+namespace {
+
+    /// What this thread has described since its outermost description began.
+    struct Described {
+        std::size_t levels = 0;
+        std::unordered_set<const NSObject*> collections;
+        std::size_t repeated = 0; ///< characters about collections that were described before
+    };
+
+    Described& described()
+    {
+        thread_local Described state;
+        return state;
+    }
+
+    std::string describeCollection(NSObject* item, NSUInteger level)
+    {
+        constexpr std::size_t kMostRepeated = std::size_t { 4 } << 20;
+        Described& state = described();
+        if (level > kDeepest || state.repeated > kMostRepeated)
+            return '"' + addressed(item) + '"';
+        const std::size_t before = state.repeated;
+        const bool isNew = state.collections.insert(item).second;
+        std::string text = utf8Of(item->send<"descriptionWithLocale:indent:", Ref<NSString>>(
+            static_cast<NSObject*>(nullptr), level));
+        if (!isNew)
+            state.repeated = std::max(state.repeated, before + text.size());
+        return text;
+    }
+
+}
+
+Describing::Describing() { ++described().levels; }
+
+Describing::~Describing()
+{
+    Described& state = described();
+    if (--state.levels == 0)
+        state = Described();
+}
+
 std::string describe(NSObject* item, NSUInteger level)
 {
     const bool isCollection = item->isKindOfClass(NSArray::cls())
         || item->isKindOfClass(NSDictionary::cls()) || item->isKindOfClass(NSSet::cls());
-    if (isCollection) {
-        if (level > kDeepest)
-            return '"' + addressed(item) + '"';
-        return utf8Of(item->send<"descriptionWithLocale:indent:", Ref<NSString>>(
-            static_cast<NSObject*>(nullptr), level));
-    }
+    if (isCollection)
+        return describeCollection(item, level);
     const Ref<NSString> text = item->description();
     if (text && item->isKindOfClass(NSData::cls()))
         return utf8Of(text);
@@ -142,6 +180,7 @@ std::string describe(NSObject* item, NSUInteger level)
 
 std::string describeList(const Items& items, NSUInteger level, const char* open, const char* close)
 {
+    const Describing describing;
     const std::string inner = indentation(level + 1);
     std::string out = std::string(open) + "\n";
     for (std::size_t i = 0; i < items.size(); ++i) {

@@ -34,6 +34,16 @@ std::vector<NSObject*> untilNil(NSObject* first, va_list& list);
 /// Answers how an element is written in a description whose brackets stand `level` levels deep.
 std::string describe(NSObject* item, NSUInteger level);
 std::string indentation(NSUInteger level);
+/// Stands in a function that describes a collection, for as long as it does. Collections that share what they hold
+/// repeat its description, and with every level of sharing several times more: past some megabytes of repetition
+/// `describe` writes collections as their class and address only.
+class Describing {
+public:
+    Describing();
+    ~Describing();
+    Describing(const Describing&) = delete;
+    Describing& operator=(const Describing&) = delete;
+};
 /// Deeper than this a collection is written as its class and address: a collection may hold itself.
 inline constexpr NSUInteger kDeepest = 100;
 /// Answers "(\n    a,\n    b\n)" with other brackets where they are given.

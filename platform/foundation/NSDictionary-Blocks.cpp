@@ -106,6 +106,7 @@ template <> struct NSDictionary::Methods<struct Visiting> {
     static Ref<NSString> descriptionWithLocaleIndent(
         NSDictionary& self, NSObject*, NSUInteger level)
     {
+        const Describing describing;
         Items keys = ArrayAccess::copy(self.allKeys().get());
         Class* const text = NSString::cls();
         if (std::all_of(keys.begin(), keys.end(),

@@ -402,3 +402,20 @@ TEST(NSArray, KeepsItsElementsAndLetsThemGo)
     array = nullptr;
     EXPECT_FALSE(watched.get());
 }
+
+TEST(NSArray, ADescriptionDoesNotRepeatSharedElementsForEver)
+{
+    Ref<NSObject> list = stringFrom("x");
+    for (int level = 0; level < 40; ++level)
+        list = makeArray({ list.get(), list.get(), list.get() });
+    const std::string text = textOf(list);
+    EXPECT_NE(text.find("\"<NSArray: 0x"), std::string::npos);
+    EXPECT_LT(text.size(), std::size_t { 64 } << 20);
+}
+
+TEST(NSArray, ADescriptionRepeatsSharedElementsAsLongAsItIsShort)
+{
+    const Ref<NSArray> shared = makeArray({ "x"_ns });
+    EXPECT_EQ(textOf(makeArray({ shared.get(), shared.get() })),
+        "(\n    (\n        x\n    ),\n    (\n        x\n    )\n)");
+}
