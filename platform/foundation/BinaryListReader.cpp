@@ -82,6 +82,8 @@ bool BinaryListReader::readTrailer(Failure& failure)
         return fail(failure, place + 24, "the table of offsets lies outside of the list");
     if (count < 1 || count > (place - table) / offsetSize_)
         return fail(failure, place + 8, "there are not as many objects as the trailer says");
+    if (count > 0xffffffff)
+        return fail(failure, place + 8, "there are too many objects");
     if (top >= count)
         return fail(failure, place + 16, "the top object is not in the table");
     table_ = bytes_.data() + table;
@@ -308,7 +310,7 @@ BinaryListReader::Index BinaryListReader::find(Index dictionary, std::string_vie
     return count_;
 }
 
-bool BinaryListReader::childrenFirst(std::vector<Index>& order, Failure& failure) const
+bool BinaryListReader::childrenFirst(Order& order, Failure& failure) const
 {
     constexpr std::uint16_t kOpen = 0xffff;
     struct Step {
@@ -319,10 +321,12 @@ bool BinaryListReader::childrenFirst(std::vector<Index>& order, Failure& failure
     };
     std::vector<std::uint16_t> heights(count_); // 0 not seen yet, 1 a leaf, kOpen while inside
     std::vector<Step> way;
+    order.indexes.reserve(count_);
+    order.uses.assign(count_, 0);
     const auto enter = [&](Index index) {
         if (!isContainer(kind(index))) {
             heights[index] = 1;
-            order.push_back(index);
+            order.indexes.push_back(static_cast<std::uint32_t>(index));
             return;
         }
         heights[index] = kOpen;
@@ -333,7 +337,7 @@ bool BinaryListReader::childrenFirst(std::vector<Index>& order, Failure& failure
         Step& step = way.back();
         if (step.next == step.children.size()) {
             heights[step.index] = step.height;
-            order.push_back(step.index);
+            order.indexes.push_back(static_cast<std::uint32_t>(step.index));
             way.pop_back();
             continue;
         }
@@ -350,6 +354,7 @@ bool BinaryListReader::childrenFirst(std::vector<Index>& order, Failure& failure
         // A leaf counts for nothing: that many containers stand in each other.
         if (step.height > kDeepest + 1)
             return fail(failure, offset(step.index), "containers are nested too deeply");
+        ++order.uses[child];
         ++step.next;
     }
     return true;

@@ -92,9 +92,13 @@ public:
     /// Answers the object that stands for a value of any kind but array and dictionary.
     Ref<NSObject> leaf(Index index) const;
 
-    /// Lists what the top object reaches, each object once and behind everything that it holds.
+    /// What the top object reaches, each object once and behind everything that it holds.
+    struct Order {
+        std::vector<std::uint32_t> indexes;
+        std::vector<std::uint32_t> uses; ///< by index: how many references lead to an object
+    };
     /// - Returns: false for a container that contains itself, and for more than `kDeepest` in each other.
-    bool childrenFirst(std::vector<Index>& order, Failure& failure) const;
+    bool childrenFirst(Order& order, Failure& failure) const;
 
 private:
     struct Shape {

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include <array>
 #include <span>
 #include <string_view>
 #include <vector>
@@ -13,7 +14,8 @@ namespace brindle::lists {
 /// Writes a binary property list object by object; what an object holds is added before it. Every operation answers
 /// the index by which containers refer to the object.
 ///
-/// Equal values of one kind are kept once: adding one again answers the first one's index. Containers are kept each.
+/// Equal values of one kind are in the list once, whether or not adding them answered one index; containers are each.
+/// Equal strings answer one index always.
 /// Cost: some ten nanoseconds a value, no allocation for each.
 class BinaryListWriter {
 public:
@@ -35,13 +37,13 @@ public:
     Index data(std::span<const unsigned char> bytes);
     /// Readers refuse text with unpaired surrogates.
     Index string(strings::View text);
+    /// The same for strings of which most are different: equal ones may answer several indexes.
+    Index passingString(strings::View text);
     Index string(const NSString* text) { return string(strings::Contents(text).view()); }
     Index array(std::span<const Index> elements);
     /// - entries: their keys are strings.
     Index dictionary(std::span<const Entry> entries);
 
-    /// Answers how many objects there are.
-    std::size_t count() const { return places_.size(); }
     /// Answers the whole list. The writer is empty afterwards.
     Ref<NSData> finish(Index top);
 
@@ -51,30 +53,31 @@ private:
         std::uint64_t bytes;
         std::uint64_t references;
     };
-    /// A place in the table of values that are kept once.
-    struct Slot {
-        std::uint32_t hash = 0;
-        Index indexAndOne = 0;
-    };
-    /// References whose size is known at the end stand at this place.
-    struct Gap {
-        std::uint64_t bytes;
-        std::uint64_t references;
-    };
+    /// A value by its hash: the upper half is the hash, the lower one the index and one, or 0 for none.
+    using Slot = std::uint64_t;
 
-    Index place(std::size_t start);
+    Index place(std::size_t start, std::uint32_t hash);
     Index number(unsigned char marker, std::uint64_t bits, std::size_t size);
     std::size_t head(unsigned char marker, std::size_t count, std::size_t unit);
-    Index unique(std::size_t start);
-    void growTable();
+    std::size_t write(strings::View text);
+    Index keep(std::size_t start);
+    Index keepOnce(std::size_t start);
+    bool isEqual(Index index, std::size_t start, std::size_t length) const;
+    std::size_t end(Index index) const;
+    Slot& find(std::vector<Slot>& slots, Slot wanted) const;
+    std::vector<Index> finalIndexes(std::size_t& count) const;
     Index beginContainer(unsigned char marker, std::size_t count);
 
     Output bytes_; // of all objects, without references
     std::vector<Index> references_;
-    std::vector<Gap> gaps_; // each container's, in order
     std::vector<Place> places_;
-    std::vector<Slot> slots_;
-    std::size_t kept_ = 0;
+    std::vector<std::uint32_t> hashes_; // containers have 0
+
+    // Strings and long values are known by a table. The rest, unless it was written recently, is sorted out at the end:
+    // then all values are there, and the memory that a search will need can be on its way while others are searched for.
+    std::vector<Slot> known_;
+    std::size_t knownCount_ = 0;
+    std::array<Slot, 1024> recent_ {};
 };
 
 }

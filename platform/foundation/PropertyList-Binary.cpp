@@ -7,6 +7,7 @@
 #include "PropertyListUID.h"
 #include "PropertyListWalkPrivate.h"
 
+#include <array>
 #include <cmath>
 
 namespace brindle::lists {
@@ -18,14 +19,23 @@ namespace {
     public:
         using Index = BinaryListReader::Index;
 
-        Making(const BinaryListReader& reader, Mutability mutability)
+        Making(const BinaryListReader& reader, BinaryListReader::Order order, Mutability mutability)
             : reader_(reader)
+            , order_(std::move(order))
             , mutability_(mutability)
             , made_(reader.count())
             , keys_(mutability == Mutability::leaves ? reader.count() : 0)
         {
         }
 
+        Ref<NSObject> make()
+        {
+            for (const Index index : order_.indexes)
+                make(index);
+            return made_[reader_.top()];
+        }
+
+    private:
         void make(Index index)
         {
             const Kind kind = reader_.kind(index);
@@ -38,16 +48,22 @@ namespace {
             else
                 made_[index] = reader_.leaf(index);
         }
-        Ref<NSObject> made(Index index) const { return made_[index]; }
 
-    private:
-        Ref<NSObject> array(Index index) const
+        /// Answers an object for a reference to it; the last one takes it.
+        Ref<NSObject> take(Index index)
+        {
+            if (--order_.uses[index])
+                return made_[index];
+            return std::move(made_[index]);
+        }
+
+        Ref<NSObject> array(Index index)
         {
             const auto elements = reader_.elements(index);
             collections::Items items;
             items.reserve(elements.size());
             for (std::size_t i = 0; i < elements.size(); ++i)
-                items.push_back(made_[elements[i]]);
+                items.push_back(take(elements[i]));
             return makeList(std::move(items), mutability_);
         }
 
@@ -57,21 +73,22 @@ namespace {
             const auto values = reader_.values(index);
             Ref<NSDictionary> dictionary = makeTable(keys.size(), mutability_);
             for (std::size_t i = 0; i < keys.size(); ++i)
-                addEntry(*dictionary, key(keys[i]), made_[values[i]]);
+                addEntry(*dictionary, key(keys[i]), take(values[i]));
             return dictionary;
         }
 
         /// Answers a string as key, which nobody can change.
-        const Ref<NSObject>& key(Index index)
+        Ref<NSObject> key(Index index)
         {
             if (keys_.empty())
-                return made_[index];
+                return take(index);
             if (!keys_[index])
                 keys_[index] = reader_.string(index);
             return keys_[index];
         }
 
         const BinaryListReader& reader_;
+        BinaryListReader::Order order_;
         Mutability mutability_;
         std::vector<Ref<NSObject>> made_;
         std::vector<Ref<NSObject>> keys_; // only where strings can be changed
@@ -103,7 +120,20 @@ namespace {
                 return number(static_cast<NSNumber&>(object));
             }
         }
-        bool key(NSObject& object) { return string(static_cast<NSString&>(object)); }
+        bool key(NSObject& object)
+        {
+            // Dictionaries of one kind have the same few key objects, which nobody can change.
+            KnownKey& known = keys_[reinterpret_cast<std::uintptr_t>(&object) / 16 % keys_.size()];
+            if (known.key == &object)
+                return add(known.index);
+            const strings::Contents text(static_cast<NSString*>(&object));
+            if (!isText(text))
+                return false;
+            const Index index = writer_.string(text);
+            if (object.isa_ == classOf<NSString>())
+                known = { &object, index };
+            return add(index);
+        }
         bool enter(Kind, std::size_t) { return true; }
         std::uint32_t leave(Kind kind, std::size_t count)
         {
@@ -129,6 +159,10 @@ namespace {
 
     private:
         using Index = BinaryListWriter::Index;
+        struct KnownKey {
+            const NSObject* key = nullptr;
+            Index index = 0;
+        };
 
         bool add(Index index)
         {
@@ -142,12 +176,14 @@ namespace {
         }
         bool string(const NSString& string)
         {
-            const strings::Contents contents(&string);
-            const strings::View text = contents.view();
-            if (!text.isNarrow()
-                && !isPaired(text.size(), [&](std::size_t i) { return text.wide()[i]; }))
-                return refuse("a string has a surrogate without its partner");
-            return add(writer_.string(text));
+            const strings::Contents text(&string);
+            return isText(text) && add(writer_.passingString(text));
+        }
+        bool isText(strings::View text)
+        {
+            return text.isNarrow()
+                || isPaired(text.size(), [&](std::size_t i) { return text.wide()[i]; })
+                || refuse("a string has a surrogate without its partner");
         }
         bool date(double seconds)
         {
@@ -175,6 +211,7 @@ namespace {
         BinaryListWriter writer_;
         std::vector<Index> values_; // of the containers that are open
         std::vector<BinaryListWriter::Entry> entries_;
+        std::array<KnownKey, 256> keys_;
     };
 
 }
@@ -183,13 +220,10 @@ Ref<NSObject> readBinary(
     std::span<const unsigned char> bytes, Mutability mutability, Failure& failure)
 {
     BinaryListReader reader;
-    std::vector<BinaryListReader::Index> order;
+    BinaryListReader::Order order;
     if (!reader.open(bytes, failure) || !reader.childrenFirst(order, failure))
         return nullptr;
-    Making making(reader, mutability);
-    for (const BinaryListReader::Index index : order)
-        making.make(index);
-    return making.made(reader.top());
+    return Making(reader, std::move(order), mutability).make();
 }
 
 Ref<NSData> writeBinary(NSObject* list, Failure& failure)

@@ -10,9 +10,21 @@ namespace brindle::lists {
 
 namespace {
 
+    /// Answers up to eight letters as one number, which is quicker to compare; 0 for more.
+    constexpr std::uint64_t packed(std::string_view name)
+    {
+        std::uint64_t word = 0;
+        if (name.size() > sizeof word)
+            return 0;
+        for (const char c : name)
+            word = word << 8 | static_cast<unsigned char>(c);
+        return word;
+    }
+
     struct NamedTag {
         std::string_view name;
         Tag tag;
+        std::uint64_t word = packed(name);
     };
     constexpr NamedTag kTags[] = {
         { "key", Tag::key },
@@ -30,8 +42,9 @@ namespace {
 
     Tag tagOf(std::string_view name)
     {
+        const std::uint64_t word = packed(name);
         for (const NamedTag& known : kTags) {
-            if (known.name == name)
+            if (known.word == word)
                 return known.tag;
         }
         return Tag::none;
@@ -85,14 +98,6 @@ bool XMLSource::refuse(std::string reason)
 {
     return failInLine(
         failure_, text_.substr(0, static_cast<std::size_t>(at_ - text_.data())), std::move(reason));
-}
-
-bool XMLSource::take(std::string_view word)
-{
-    if (!rest().starts_with(word))
-        return false;
-    at_ += word.size();
-    return true;
 }
 
 void XMLSource::skipSpace()
@@ -245,7 +250,7 @@ bool XMLSource::open(Element& element)
 
 bool XMLSource::close(Tag tag)
 {
-    if (take("</") && name() == nameOf(tag)) {
+    if (take("</") && tagOf(name()) == tag) {
         skipSpace();
         if (take(">"))
             return true;
@@ -263,6 +268,8 @@ bool XMLSource::text(Tag tag, Text& text)
     unsigned seen = 0;
     buffer_.clear();
     for (;;) {
+        while (end_ - at_ >= kBlock && isPlainBlock(at_))
+            at_ += kBlock;
         while (at_ < end_ && !kStops[static_cast<unsigned char>(*at_)])
             seen |= static_cast<unsigned char>(*at_++);
         if (at_ == end_)

@@ -12,6 +12,7 @@
 #include "NSNumber.h"
 #include "NSStringPrivate.h"
 #include "PropertyListUID.h"
+#include "PropertyListXMLPrivate.h"
 
 namespace brindle::lists {
 
@@ -91,6 +92,8 @@ namespace {
         const char* const end = text.data() + text.size();
         for (const char* at = text.data(); at < end;) {
             const char* const run = at;
+            while (end - at >= kBlock && isPlainBlock(at))
+                at += kBlock;
             while (at < end && kCare[static_cast<unsigned char>(*at)] == plain)
                 ++at;
             out.put(run, static_cast<std::size_t>(at - run));
@@ -152,7 +155,8 @@ namespace {
             indent();
             switch (kind) {
             case Kind::string:
-                return text("string", object);
+                out_.put("<string>");
+                return text(object) && close("</string>\n");
             case Kind::data:
                 return data(bytesOf(static_cast<NSData*>(&object)));
             case Kind::date:
@@ -163,7 +167,7 @@ namespace {
                 out_.put(static_cast<NSNumber&>(object).boolValue() ? "<true/>\n" : "<false/>\n");
                 return isShortEnough();
             case Kind::real:
-                return number("real", static_cast<NSNumber&>(object).doubleValue());
+                return real(static_cast<NSNumber&>(object).doubleValue());
             default:
                 return integer(static_cast<NSNumber&>(object));
             }
@@ -171,7 +175,8 @@ namespace {
         bool key(NSObject& object)
         {
             indent();
-            return text("key", object);
+            out_.put("<key>");
+            return text(object) && close("</key>\n");
         }
         bool enter(Kind kind, std::size_t count)
         {
@@ -227,47 +232,46 @@ namespace {
 
         void indent()
         {
-            std::memset(out_.room(depth_), '\t', depth_);
+            constexpr std::size_t kUsual = 8; // so many are written at once
+            std::memset(out_.room(depth_ + kUsual), '\t', kUsual);
+            if (depth_ > kUsual)
+                std::memset(out_.room(depth_), '\t', depth_);
             out_.advance(depth_);
-        }
-        void open(std::string_view tag)
-        {
-            out_.put('<');
-            out_.put(tag);
-            out_.put('>');
         }
         bool close(std::string_view tag)
         {
-            out_.put("</");
             out_.put(tag);
-            out_.put(">\n");
             return isShortEnough();
         }
 
-        bool text(std::string_view tag, const NSObject& object)
+        bool text(const NSObject& object)
         {
             const strings::Contents contents(static_cast<const NSString*>(&object));
-            open(tag);
-            if (!putText(out_, contents.view()))
-                return refuse("a string has a character that is not allowed in XML");
-            return close(tag);
+            return putText(out_, contents.view())
+                || refuse("a string has a character that is not allowed in XML");
         }
-        template <class T> bool number(std::string_view tag, T value)
+        template <class T> void number(T value)
         {
-            if constexpr (std::is_floating_point_v<T>) {
-                if (std::isnan(value))
-                    value = std::fabs(value); // it has no sign worth a word
-            }
-            open(tag);
             char* const to = reinterpret_cast<char*>(out_.room(32));
             out_.advance(static_cast<std::size_t>(std::to_chars(to, to + 32, value).ptr - to));
-            return close(tag);
+        }
+        bool real(double value)
+        {
+            out_.put("<real>");
+            number(std::isnan(value) ? std::fabs(value) : value); // its sign is not worth a word
+            return close("</real>\n");
+        }
+        template <class T> bool integer(T value)
+        {
+            out_.put("<integer>");
+            number(value);
+            return close("</integer>\n");
         }
         bool integer(const NSNumber& value)
         {
             if (*value.objCType() == 'Q')
-                return number("integer", value.unsignedLongLongValue());
-            return number("integer", value.longLongValue());
+                return integer(value.unsignedLongLongValue());
+            return integer(value.longLongValue());
         }
         bool uid(NSUInteger value)
         {
@@ -276,7 +280,7 @@ namespace {
             indent();
             out_.put("<key>CF$UID</key>\n");
             indent();
-            number("integer", value);
+            integer(value);
             --depth_;
             indent();
             out_.put("</dict>\n");
@@ -297,14 +301,26 @@ namespace {
             const int year = static_cast<int>(day.year());
             if (year < 0 || year > 9999)
                 return refuse("a date lies outside of the years 0 to 9999");
-            char text[32];
-            std::snprintf(text, sizeof text, "%04d-%02u-%02uT%02d:%02d:%02dZ", year,
-                static_cast<unsigned>(day.month()), static_cast<unsigned>(day.day()),
-                static_cast<int>(time.hours().count()), static_cast<int>(time.minutes().count()),
-                static_cast<int>(time.seconds().count()));
-            open("date");
-            out_.put(text);
-            return close("date");
+            out_.put("<date>");
+            digits(static_cast<unsigned>(year), 4);
+            part('-', static_cast<unsigned>(day.month()));
+            part('-', static_cast<unsigned>(day.day()));
+            part('T', time.hours().count());
+            part(':', time.minutes().count());
+            part(':', time.seconds().count());
+            return close("Z</date>\n");
+        }
+        void digits(unsigned value, std::size_t count)
+        {
+            unsigned char* const to = out_.room(count);
+            for (std::size_t i = count; i-- > 0; value /= 10)
+                to[i] = static_cast<unsigned char>('0' + value % 10);
+            out_.advance(count);
+        }
+        void part(char separator, std::int64_t value)
+        {
+            out_.put(separator);
+            digits(static_cast<unsigned>(value), 2);
         }
         bool data(std::span<const unsigned char> bytes)
         {
@@ -322,7 +338,7 @@ namespace {
                     return false;
             }
             indent();
-            return close("data");
+            return close("</data>\n");
         }
 
         NSObject* list_;

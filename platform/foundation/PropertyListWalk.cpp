@@ -5,7 +5,7 @@
 #include "NSMutableArray.h"
 #include "NSMutableDictionary.h"
 #include "NSNumber.h"
-#include "NSStringPrivate.h"
+#include "NSString.h"
 #include "PropertyListUID.h"
 
 namespace brindle::lists {
@@ -31,12 +31,12 @@ Kind kindOf(const NSObject* object)
 {
     if (!object)
         return Kind::none;
-    if (strings::isString(object))
+    const Class* const cls = object->isa_;
+    if (cls == classOf<NSString>())
         return Kind::string;
-    const auto is
-        = [object](Class* cls) { return object->isa_ == cls || object->isKindOfClass(cls); };
-    if (is(classOf<NSNumber>()))
+    if (cls == classOf<NSNumber>())
         return kindOfNumber(object);
+    const auto is = [&](Class* wanted) { return cls == wanted || object->isKindOfClass(wanted); };
     if (is(classOf<NSDictionary>()))
         return Kind::dictionary;
     if (is(classOf<NSArray>()))
@@ -45,6 +45,10 @@ Kind kindOf(const NSObject* object)
         return Kind::data;
     if (is(classOf<NSDate>()))
         return Kind::date;
+    if (is(classOf<NSString>()))
+        return Kind::string;
+    if (is(classOf<NSNumber>()))
+        return kindOfNumber(object);
     return is(classOf<PropertyListUID>()) ? Kind::uid : Kind::none;
 }
 

@@ -45,6 +45,7 @@ private:
     struct Step {
         const NSObject* object;
         Kind kind;
+        bool isShared;
         const collections::Items* items; // of an array
         const OrderedTable<PairEntry>* table; // of a dictionary
         std::size_t count;
@@ -74,7 +75,8 @@ private:
 
     bool enter(NSObject* object, Kind kind)
     {
-        if constexpr (Visitor::kOnce) {
+        const bool isShared = Visitor::kOnce && mayBeShared(object);
+        if (isShared) {
             const auto [known, isNew] = known_.try_emplace(object);
             if (!isNew)
                 return meet(known->second);
@@ -82,7 +84,7 @@ private:
         if (way_.size() >= kDeepest)
             return refuse(isInside(object) ? "a container contains itself"
                                            : "containers are nested too deeply");
-        Step step { object, kind, nullptr, nullptr, 0, 0, 0 };
+        Step step { object, kind, isShared, nullptr, nullptr, 0, 0, 0 };
         if (kind == Kind::array) {
             const auto& array = static_cast<const NSArray&>(*object);
             step.items = &ArrayAccess::items(
@@ -99,6 +101,12 @@ private:
             return false;
         way_.push_back(step);
         return true;
+    }
+
+    /// What has one owner, the container around it, is met once.
+    static bool mayBeShared(const NSObject* object)
+    {
+        return headerOf(object).count.load(std::memory_order_relaxed) != 1;
     }
 
     /// Comes to a container for a second time.
@@ -142,7 +150,7 @@ private:
         const std::uint32_t answer = visitor_.leave(done.kind, done.count);
         if (!way_.empty())
             way_.back().height = std::max(way_.back().height, done.height + 1);
-        if constexpr (Visitor::kOnce)
+        if (done.isShared)
             known_[done.object] = { answer, done.height + 1 };
         return true;
     }

@@ -7,6 +7,21 @@
 
 namespace brindle::lists {
 
+inline constexpr std::ptrdiff_t kBlock = 16;
+
+/// Answers whether `kBlock` bytes are ASCII that stands in XML as it is. Other bytes may do so too.
+inline bool isPlainBlock(const char* at)
+{
+    unsigned char special = 0;
+    for (std::ptrdiff_t i = 0; i < kBlock; ++i) {
+        const auto c = static_cast<unsigned char>(at[i]);
+        special |= static_cast<unsigned char>(c < 0x20) | static_cast<unsigned char>(c >= 0x80)
+            | static_cast<unsigned char>(c == '<') | static_cast<unsigned char>(c == '>')
+            | static_cast<unsigned char>(c == '&');
+    }
+    return !special;
+}
+
 enum class Tag : unsigned char {
     none,
     plist,
@@ -68,7 +83,13 @@ public:
 private:
     std::size_t left() const { return static_cast<std::size_t>(end_ - at_); }
     std::string_view rest() const { return { at_, left() }; }
-    bool take(std::string_view word);
+    bool take(std::string_view word)
+    {
+        if (!rest().starts_with(word))
+            return false;
+        at_ += word.size();
+        return true;
+    }
     void skipSpace();
     bool skipMisc(bool& isSkipped);
     bool skipTo(std::string_view end, const char* reason);

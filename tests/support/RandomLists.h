@@ -24,7 +24,8 @@ public:
     {
     }
 
-    Ref<NSObject> list() { return value(0); }
+    /// Answers an array or dictionary.
+    Ref<NSObject> list() { return container(0, 8 + below(4)); }
     unsigned below(unsigned bound) { return static_cast<unsigned>(engine_() % bound); }
 
 private:
@@ -57,20 +58,23 @@ private:
         case 6:
         case 7:
             return text();
-        case 8:
-        case 9: {
+        default:
+            return container(depth, below(6));
+        }
+    }
+
+    Ref<NSObject> container(int depth, unsigned count)
+    {
+        if (below(2)) {
             std::vector<Ref<NSObject>> items;
-            for (unsigned i = below(6); i > 0; --i)
+            for (; count > 0; --count)
                 items.push_back(value(depth + 1));
             return makeArray(std::move(items));
         }
-        default: {
-            const Ref<NSMutableDictionary> entries = make<NSMutableDictionary>();
-            for (unsigned i = below(6); i > 0; --i)
-                entries->setObject_forKey(value(depth + 1).get(), text().get());
-            return NSDictionary::cls().dictionaryWithDictionary(entries.get());
-        }
-        }
+        const Ref<NSMutableDictionary> entries = make<NSMutableDictionary>();
+        for (; count > 0; --count)
+            entries->setObject_forKey(value(depth + 1).get(), text().get());
+        return NSDictionary::cls().dictionaryWithDictionary(entries.get());
     }
 
     Ref<NSString> text()

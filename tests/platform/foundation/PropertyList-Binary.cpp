@@ -10,6 +10,7 @@
 #include "foundation/NSMutableString.h"
 #include "foundation/NSNull.h"
 #include "foundation/PropertyListUID.h"
+#include "runtime/Table.h"
 #include "support/PropertyLists.h"
 
 using namespace brindle;
@@ -455,4 +456,54 @@ TEST(BinaryList, ImmutableListsCannotBeChanged)
 {
     const Ref<NSObject> back = readList(written(makeArray({ "x"_ns })));
     EXPECT_FALSE(back->isKindOfClass(NSMutableArray::cls()));
+}
+
+TEST(BinaryList, SharedDepthIsFoundWhenReading)
+{
+    // Object 0 holds a chain of 400 and a chain of 200 that ends in the first one.
+    constexpr std::size_t kLong = 400;
+    constexpr std::size_t kAll = 1 + kLong + 200;
+    const auto two = [](std::size_t value) {
+        return std::string { static_cast<char>(value >> 8), static_cast<char>(value) };
+    };
+    std::string list = "bplist00\xa2" + two(1) + two(kLong + 1);
+    std::string table = two(8);
+    for (std::size_t i = 1; i < kAll; ++i) {
+        table += two(list.size());
+        const std::size_t next = i + 1 < kAll ? i + 1 : 1;
+        list += i == kLong ? "\xa0" : "\xa1" + two(next);
+    }
+    const std::size_t start = list.size();
+    list += table + "\0\0\0\0\0\0\2\2"s + "\0\0\0\0\0\0"s + two(kAll) + "\0\0\0\0\0\0\0\0"s
+        + "\0\0\0\0\0\0"s + two(start);
+    EXPECT_NE(readFailure(list).find("containers are nested too deeply"), std::string::npos);
+}
+
+// ---- collections that keep their elements in their own way
+
+namespace {
+
+class ThreeNumbers : public NSArray {
+    BRINDLE_OBJECT(ThreeNumbers, NSArray)
+};
+template <> struct ThreeNumbers::Methods<struct Elements> {
+    static NSUInteger count(ThreeNumbers&) { return 3; }
+    static Ref<NSObject> objectAtIndex(ThreeNumbers&, NSUInteger index)
+    {
+        return number(static_cast<NSInteger>(index));
+    }
+    static void table(Builder& t)
+    {
+        t.methods({ { "count", imp<count> }, { "objectAtIndex:", imp<objectAtIndex> } });
+    }
+};
+BRINDLE_RECORD(ThreeNumbers, Elements)
+
+}
+
+TEST(BinaryList, ElementsAreAskedOfTheCollection)
+{
+    const auto numbers = make<ThreeNumbers>();
+    EXPECT_EQ(readBack(makeArray({ numbers.get(), numbers.get() })),
+        textOf(makeArray({ numbers.get(), numbers.get() })));
 }

@@ -509,3 +509,13 @@ TEST(XMLList, MutableLeavesAreStringsAndData)
     EXPECT_TRUE(dictionary->objectForKey("d"_ns)->isKindOfClass(NSMutableData::cls()));
     EXPECT_FALSE(dictionary->allKeys()->objectAtIndex(0)->isKindOfClass(NSMutableString::cls()));
 }
+
+TEST(XMLList, CharactersThatLookLikeForbiddenOnesAreAccepted)
+{
+    EXPECT_EQ(read("<string>\xef\xac\x81 \xef\xbf\xbd a>b</string>"), "ﬁ \xef\xbf\xbd a>b");
+}
+
+TEST(XMLList, ATagWhoseNameIsLongIsRefused)
+{
+    EXPECT_EQ(read("<dictionary/>"), "3840: line 1: the tag <dictionary> is not known");
+}
