@@ -42,6 +42,7 @@ namespace {
         addDispatch(plan);
         addTimers(plan);
         addDefaults(plan);
+        addPropertyLists(plan);
         addTimeouts(plan);
         addArchives(plan);
         addEscapes(plan);

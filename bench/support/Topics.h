@@ -17,6 +17,7 @@ void addInvocations(Plan& plan);
 void addCInterface(Plan& plan);
 void addDispatch(Plan& plan);
 void addTimers(Plan& plan);
+void addPropertyLists(Plan& plan);
 void addTimeouts(Plan& plan);
 void addArchives(Plan& plan);
 void addEscapes(Plan& plan);
