@@ -1,6 +1,10 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "NSLocale.h"
 
+#include <algorithm>
+#include <cctype>
+#include <string_view>
+
 #include <unicode/ucurr.h>
 #include <unicode/uloc.h>
 #include <unicode/ulocdata.h>
@@ -16,11 +20,38 @@
 
 namespace brindle {
 
+namespace {
+
+    bool isPlain(std::string_view text, std::string_view also)
+    {
+        return std::all_of(text.begin(), text.end(), [also](unsigned char c) {
+            return (c < 0x80 && std::isalnum(c)) || also.find(static_cast<char>(c)) != also.npos;
+        });
+    }
+
+    /// Whether the library may be given a name. It takes most of them for some language or other, but not all: with
+    /// a few it goes on without a calendar, to its end.
+    bool isLocaleName(std::string_view name)
+    {
+        constexpr std::size_t kLongest = 100;
+        constexpr std::size_t kLongestLanguage = 8;
+        const std::size_t at = std::min(name.find('@'), name.size());
+        const std::string_view base = name.substr(0, at);
+        const std::string_view language = base.substr(0, base.find_first_of("_-"));
+        const bool isLanguage = language.empty()
+            || (language.size() >= 2 && language.size() <= kLongestLanguage
+                && std::all_of(language.begin(), language.end(),
+                    [](unsigned char c) { return (c | 0x20) >= 'a' && (c | 0x20) <= 'z'; }));
+        return name.size() <= kLongest && isLanguage && isPlain(base, "_-")
+            && isPlain(name.substr(at), "@=;_-");
+    }
+
+}
+
 std::string localeName(const NSLocale* locale)
 {
-    constexpr std::size_t kLongest = 100;
     const std::string name = locale ? utf8Of(locale->localeIdentifier()) : UserLocale::identifier();
-    return name.size() <= kLongest && name.find('\0') == std::string::npos ? name : std::string();
+    return isLocaleName(name) ? name : std::string();
 }
 
 namespace {

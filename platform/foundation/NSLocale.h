@@ -23,7 +23,8 @@ inline constexpr StringConstant<"kCFLocaleUsesMetricSystemKey"> NSLocaleUsesMetr
 /// A language and region with their customs. A value; copying answers the receiver.
 ///
 /// The identifier is a language, perhaps a script and a region: "de", "de_CH", "sr_Latn_RS"; dashes do as well. A
-/// language that nobody knows has the customs of the session's, one of more than 100 letters those of the neutral locale "".
+/// language that nobody knows has the customs of the session's, and what is no identifier, or longer than 100 letters,
+/// those of the neutral locale "".
 /// Thread: any.
 class NSLocale : public NSObject {
     BRINDLE_OBJECT(NSLocale, NSObject)
