@@ -99,17 +99,20 @@ namespace {
     Ref<NSDictionary> tableNamed(const NSBundle& bundle, NSString* name)
     {
         BundleState& state = BundleAccess::state(bundle);
+        std::uint64_t generation = 0;
         {
             const std::lock_guard guard(state.mutex);
             if (Ref<NSObject> known = current(state).tables->objectForKey(name))
                 return cast<NSDictionary>(known);
+            generation = state.generation;
         }
         // Read without the lock: who searches asks for the languages, which need it.
         Ref<NSDictionary> table = readTable(bundle, name);
         if (!table)
             table = NSDictionary::cls().dictionary();
         const std::lock_guard guard(state.mutex);
-        current(state).tables->setObject_forKey(table.get(), name);
+        if (current(state).generation == generation)
+            state.tables->setObject_forKey(table.get(), name);
         return table;
     }
 
@@ -176,16 +179,20 @@ namespace bundles {
     std::vector<std::string> preferredLocalizations(const NSBundle& bundle)
     {
         BundleState& state = BundleAccess::state(bundle);
+        std::uint64_t generation = 0;
         {
             const std::lock_guard guard(state.mutex);
             if (!current(state).preferred.empty())
                 return state.preferred;
+            generation = state.generation;
         }
         auto preferred = matching(localizations(bundle), UserLocale::languages());
         if (preferred.empty())
             preferred.push_back(developmentLocalization(bundle));
         const std::lock_guard guard(state.mutex);
-        return current(state).preferred = preferred;
+        if (current(state).generation == generation)
+            state.preferred = preferred;
+        return preferred;
     }
 
 }
