@@ -62,11 +62,11 @@ namespace {
 
 void addIntervals(Plan& plan)
 {
-    plan.time("humanIntervalSinceNow without a number beside the same table on a double", kNoBudget,
-        [] { return phrase(kHour); });
-    plan.time("humanIntervalSinceNow with a number beside the same table on a double", kNoBudget,
-        [] { return phrase(kFiveMinutes); });
-    plan.time("humanDay of a far day beside the library's bare formatting", kNoBudget, day);
+    plan.time("humanIntervalSinceNow without a number beside the same table on a double",
+        timesFloor(3.5), [] { return phrase(kHour); });
+    plan.time("humanIntervalSinceNow with a number beside the same table on a double",
+        timesFloor(20), [] { return phrase(kFiveMinutes); });
+    plan.time("humanDay of a far day beside the library's bare formatting", timesFloor(3.5), day);
 }
 
 }
