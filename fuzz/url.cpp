@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
-// Reads bytes as a URL: what is taken keeps its text, its pieces make it again, and every path operation comes to an end.
+// Reads bytes as a URL: what is taken keeps its text, its pieces make it again, and every path operation comes to an
+// end.
 
 #include <cstdint>
 #include <cstdlib>

@@ -20,8 +20,9 @@ inline bool scanUpToAndPastString(To<NSScanner> scanner, const NSString* string)
 {
     return scanner.send<"scanUpToAndPastString:", bool>(string);
 }
-/// Moves back by steps of the string's length until the string, case and all, stands at the location; so it finds only what
-/// begins a whole number of such lengths before. NO, at location 0, when the steps end there, whatever stands there.
+/// Moves back by steps of the string's length until the string, case and all, stands at the location; so it finds
+/// only what begins a whole number of such lengths before. NO, at location 0, when the steps end there, whatever
+/// stands there.
 /// - Nil: NO, and nothing moves.
 /// - Raises: `NSRangeException` when a step would leave the text: fewer letters are left than the string has.
 inline bool scanBackToString(To<NSScanner> scanner, const NSString* string)

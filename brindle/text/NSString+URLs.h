@@ -7,8 +7,8 @@
 
 namespace brindle {
 
-/// Answers what a user typed as the address of a web page: "http://" stands in front unless the text begins with it or with
-/// "https://", in any case.
+/// Answers what a user typed as the address of a web page: "http://" stands in front unless the text begins with it
+/// or with "https://", in any case.
 /// - Nil: for text with a space, and for text that is no URL.
 inline Ref<NSURL> URLValue(To<NSString> text) { return text.send<"URLValue", Ref<NSURL>>(); }
 

@@ -39,7 +39,8 @@ namespace {
         return isRead ? std::optional(key) : std::nullopt;
     }
 
-    /// Makes a key beside its place and links it there, so that of several processes one wins and none reads half a key.
+    /// Makes a key beside its place and links it there, so that of several processes one wins and none reads half a
+    /// key.
     void makeKey(const std::string& path)
     {
         Key key {};

@@ -39,8 +39,8 @@ struct Trace {
     friend bool operator==(const Trace&, const Trace&) = default;
 };
 
-/// - Shape: "brmk", version 1 and flags in 2 bytes each, device, inode, volume, birth in 8 each, the path's length in 4, the path,
-///   the seal of all this and the base in 16; lowest byte first.
+/// - Shape: "brmk", version 1 and flags in 2 bytes each, device, inode, volume, birth in 8 each, the path's length
+///   in 4, the path, the seal of all this and the base in 16; lowest byte first.
 std::vector<unsigned char> write(const Trace& trace, std::string_view base, const Key& key);
 /// - Returns: nothing unless every byte is as it was written, with this key and base.
 std::optional<Trace> read(

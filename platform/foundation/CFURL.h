@@ -21,8 +21,8 @@ BRINDLE_EXPORT CFTypeRef CFRetain(CFTypeRef object);
 BRINDLE_EXPORT void CFRelease(CFTypeRef object);
 
 /// Answers the text with escapes for everything that is not legal in a URL; capitals as digits.
-/// - leave: characters that stay although they are not legal; may be nil. - escape: legal ones that are escaped too; may
-///   be nil. Letters outside ASCII are always escaped.
+/// - leave: characters that stay although they are not legal; may be nil.
+/// - escape: legal ones that are escaped too; may be nil. Letters outside ASCII are always escaped.
 /// - Owner: the caller.
 /// - Nil: for nil, unpaired surrogates, and every encoding but UTF-8.
 BRINDLE_EXPORT CFStringRef CFURLCreateStringByAddingPercentEscapes(CFAllocatorRef allocator,

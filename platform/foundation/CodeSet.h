@@ -48,8 +48,8 @@ private:
     std::uint64_t bits_[2] {};
 };
 
-/// A set of code points: bits for ASCII; behind it whole Unicode categories, asked of the Unicode library only when such
-/// a letter is looked up, and ranges.
+/// A set of code points: bits for ASCII; behind it whole Unicode categories, asked of the Unicode library only when
+/// such a letter is looked up, and ranges.
 class CodeSet {
 public:
     CodeSet() = default;

@@ -42,8 +42,8 @@ enum : NSUInteger {
 
 /// A regular expression in the notation of the Unicode library.
 ///
-/// A search that takes too long, because a pattern tries the same in exponentially many ways, is given up: half a second and a
-/// microsecond for each unit of the text. What was found until then is the answer.
+/// A search that takes too long, because a pattern tries the same in exponentially many ways, is given up: half a
+/// second and a microsecond for each unit of the text. What was found until then is the answer.
 /// - Raises: `NSInvalidArgumentException` for a nil string, `NSRangeException` for a range that leaves it.
 /// Thread: any.
 class NSRegularExpression : public NSObject {
@@ -118,8 +118,8 @@ public:
 
     // ---- replacing
 
-    /// Answers the text with each match replaced by the template: `$0` is the match, `$1` to `$99` are groups, a backslash takes
-    /// the next character as it is.
+    /// Answers the text with each match replaced by the template: `$0` is the match, `$1` to `$99` are groups, a
+    /// backslash takes the next character as it is.
     Ref<NSString> stringByReplacingMatchesInString_options_range_withTemplate(
         const NSString* string, NSMatchingOptions options, NSRange range,
         const NSString* replacement) const

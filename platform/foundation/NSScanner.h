@@ -7,9 +7,9 @@ namespace brindle {
 
 /// Reads a string from front to back: numbers, given strings, stretches of letters of a set.
 ///
-/// Every scan first passes over the characters to be skipped. It answers NO and stays where it was when what it looks for
-/// is not there; otherwise it moves behind what it read and stores that, unless the pointer is null. Numbers are
-/// written as in C whatever the locale; those too large for their type give its largest or smallest value.
+/// Every scan first passes over the characters to be skipped. It answers NO and stays where it was when what it
+/// looks for is not there; otherwise it moves behind what it read and stores that, unless the pointer is null.
+/// Numbers are written as in C whatever the locale; those too large for their type give its largest or smallest value.
 /// - Raises: `NSInvalidArgumentException` where a string or a set is nil that must not be.
 /// Thread: one at a time. Cost: a scan takes time for what it passes over, not for the rest of the string.
 class NSScanner : public NSObject {

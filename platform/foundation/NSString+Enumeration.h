@@ -24,8 +24,8 @@ using NSSubstringVisitor
 
 /// Calls a closure with each piece of a range; setting `*stop` to true ends that.
 ///
-/// The enclosing range adds what stands between this piece and the next: a line's end, the space behind a word; the first piece
-/// has what stands before it too.
+/// The enclosing range adds what stands between this piece and the next: a line's end, the space behind a word; the
+/// first piece has what stands before it too.
 /// - Raises: `NSRangeException` when the range leaves the text.
 inline void enumerateSubstringsInRange_options_usingBlock(To<NSString> text, NSRange range,
     NSStringEnumerationOptions options, const NSSubstringVisitor& block)
@@ -48,8 +48,8 @@ inline NSRange paragraphRangeForRange(To<NSString> text, NSRange range)
 {
     return text.send<"paragraphRangeForRange:", NSRange>(range);
 }
-/// Answers where the lines that a range touches begin, where they end, and where the last one's content ends; any pointer
-/// may be null.
+/// Answers where the lines that a range touches begin, where they end, and where the last one's content ends; any
+/// pointer may be null.
 inline void getLineStart_end_contentsEnd_forRange(
     To<NSString> text, NSUInteger* start, NSUInteger* end, NSUInteger* contentsEnd, NSRange range)
 {

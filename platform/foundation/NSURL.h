@@ -185,8 +185,8 @@ public:
     Ref<NSArray> pathComponents() const { return send<"pathComponents", Ref<NSArray>>(); }
     Ref<NSString> lastPathComponent() const { return send<"lastPathComponent", Ref<NSString>>(); }
     Ref<NSString> pathExtension() const { return send<"pathExtension", Ref<NSString>>(); }
-    /// Answers the folder above, with a slash at the end. Every walk upward ends: at the root, or for text without a base
-    /// at "./".
+    /// Answers the folder above, with a slash at the end. Every walk upward ends: at the root, or for text without a
+    /// base at "./".
     Ref<NSURL> URLByDeletingLastPathComponent() const
     {
         return send<"URLByDeletingLastPathComponent", Ref<NSURL>>();

@@ -18,8 +18,8 @@ namespace urls {
 
 }
 
-/// A URL in pieces that can be changed. A piece is set without escapes, which are added where its place wants them, or with them,
-/// by the operations with "percentEncoded" in their names.
+/// A URL in pieces that can be changed. A piece is set without escapes, which are added where its place wants them,
+/// or with them, by the operations with "percentEncoded" in their names.
 ///
 /// - Nil: takes a piece away; the path becomes "".
 /// - Raises: `NSInvalidArgumentException` for a scheme that is none, a negative port, and pieces with bad escapes or
@@ -53,8 +53,8 @@ public:
         return send<"initWithURL:resolvingAgainstBaseURL:", Ref<NSURLComponents>>(url, resolving);
     }
 
-    /// - Nil: when the pieces make no URL: behind a host a path must begin with "/", without one not with "//", and without a
-    ///   scheme its first component has no colon.
+    /// - Nil: when the pieces make no URL: behind a host a path must begin with "/", without one not with "//", and
+    ///   without a scheme its first component has no colon.
     Ref<NSString> string() const { return send<"string", Ref<NSString>>(); }
     Ref<NSURL> URL() const { return send<"URL", Ref<NSURL>>(); }
     Ref<NSURL> URLRelativeToURL(const NSURL* base) const
