@@ -33,6 +33,8 @@ namespace {
     NSRange findFrom(View text, View wanted, NSStringCompareOptions options, std::size_t from)
     {
         const std::size_t rest = text.size() - from;
+        if (text.isNarrow() && wanted.isNarrow())
+            return strings::find(text, wanted, options, { from, rest }); // nothing to fold
         // No spelling of a text is eight times as long as another.
         for (std::size_t window = wanted.size() * 8 + 8;; window *= 2) {
             if (window >= rest)

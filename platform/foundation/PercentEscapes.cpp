@@ -2,7 +2,6 @@
 #include "PercentEscapes.h"
 
 #include <algorithm>
-#include <cstring>
 
 namespace brindle::escapes {
 
@@ -21,18 +20,17 @@ bool isWellFormed(strings::View text)
 
 std::optional<std::string> removed(std::string_view utf8, characters::AsciiSet leave)
 {
-    std::string out(utf8.size(), '\0');
-    char* to = out.data();
-    const char* at = utf8.data();
-    const char* const end = at + utf8.size();
-    while (at != end) {
-        const auto* const escape
-            = static_cast<const char*>(std::memchr(at, '%', static_cast<std::size_t>(end - at)));
-        const char* const plainEnd = escape ? escape : end;
-        to = std::copy(at, plainEnd, to);
-        at = plainEnd;
-        if (!escape)
-            break;
+    const std::size_t first = utf8.find('%');
+    std::string out(utf8);
+    if (first == std::string_view::npos)
+        return out;
+    char* to = out.data() + first;
+    const char* const end = utf8.data() + utf8.size();
+    for (const char* at = utf8.data() + first; at != end;) {
+        if (*at != '%') {
+            *to++ = *at++;
+            continue;
+        }
         const int high = end - at > 2 ? digitOf(static_cast<unsigned char>(at[1])) : -1;
         const int low = end - at > 2 ? digitOf(static_cast<unsigned char>(at[2])) : -1;
         if (high < 0 || low < 0)

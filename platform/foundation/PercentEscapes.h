@@ -25,22 +25,20 @@ bool isWellFormed(strings::View text);
 template <class Keeps> std::string added(std::string_view utf8, Keeps keeps)
 {
     constexpr const char* kDigits = "0123456789ABCDEF";
-    const auto stays = [&](char c) { return static_cast<signed char>(c) >= 0 && keeps(c); };
-    std::size_t kept = 0;
-    for (const char c : utf8)
-        kept += stays(c);
-    std::string out(utf8.size() * 3 - kept * 2, '%');
-    char* at = out.data();
+    std::string out(utf8.size() * 3, '\0');
+    char* to = out.data();
     for (const char c : utf8) {
-        if (stays(c)) {
-            *at++ = c;
-        } else {
-            const auto byte = static_cast<unsigned char>(c);
-            at[1] = kDigits[byte >> 4];
-            at[2] = kDigits[byte & 15];
-            at += 3;
+        if (static_cast<signed char>(c) >= 0 && keeps(c)) {
+            *to++ = c;
+            continue;
         }
+        const auto byte = static_cast<unsigned char>(c);
+        *to++ = '%';
+        *to++ = kDigits[byte >> 4];
+        *to++ = kDigits[byte & 15];
     }
+    out.resize(static_cast<std::size_t>(to - out.data()));
+    out.shrink_to_fit();
     return out;
 }
 /// - Nil: for unpaired surrogates.
