@@ -7,82 +7,6 @@ namespace brindle::lists {
 
 namespace {
 
-    /// Answers how many bytes a number takes that is at most `largest`.
-    std::size_t sizeFor(std::uint64_t largest)
-    {
-        return largest <= 0xff ? 1 : largest <= 0xffff ? 2 : largest <= 0xffffffff ? 4 : 8;
-    }
-
-    template <class Word> Word bigEndian(Word word)
-    {
-        if constexpr (std::endian::native == std::endian::big || sizeof word == 1)
-            return word;
-        else if constexpr (sizeof word == 2)
-            return __builtin_bswap16(word);
-        else if constexpr (sizeof word == 4)
-            return __builtin_bswap32(word);
-        else
-            return __builtin_bswap64(word);
-    }
-
-    template <class Word> void storeAs(unsigned char* to, std::uint64_t value)
-    {
-        const Word word = bigEndian(static_cast<Word>(value));
-        std::memcpy(to, &word, sizeof word);
-    }
-
-    /// Writes a number of 1, 2, 4 or 8 bytes, the highest first.
-    void store(unsigned char* to, std::uint64_t value, std::size_t size)
-    {
-        switch (size) {
-        case 1:
-            return storeAs<std::uint8_t>(to, value);
-        case 2:
-            return storeAs<std::uint16_t>(to, value);
-        case 4:
-            return storeAs<std::uint32_t>(to, value);
-        default:
-            return storeAs<std::uint64_t>(to, value);
-        }
-    }
-
-    template <class Word> std::uint64_t word(const unsigned char* at)
-    {
-        Word value;
-        std::memcpy(&value, at, sizeof value);
-        return value;
-    }
-
-    std::uint64_t mixed(std::uint64_t a, std::uint64_t b)
-    {
-        __extension__ using Wide = unsigned __int128;
-        const Wide product = static_cast<Wide>(a) * b;
-        return static_cast<std::uint64_t>(product) ^ static_cast<std::uint64_t>(product >> 64);
-    }
-
-    /// Answers up to eight bytes as a number that tells them apart from others of the same length.
-    std::uint64_t rest(const unsigned char* bytes, std::size_t count)
-    {
-        if (count >= 8)
-            return word<std::uint64_t>(bytes);
-        if (count >= 4)
-            return word<std::uint32_t>(bytes) | word<std::uint32_t>(bytes + count - 4) << 32;
-        return bytes[0] | std::uint64_t { bytes[count / 2] } << 8
-            | std::uint64_t { bytes[count - 1] } << 16;
-    }
-
-    /// - count: at least 1.
-    std::uint32_t hashOf(const unsigned char* bytes, std::size_t count)
-    {
-        constexpr std::uint64_t kFactor = 0x9e3779b97f4a7c15u;
-        std::uint64_t hash = count * kFactor;
-        for (; count > 8; bytes += 8, count -= 8)
-            hash = mixed(hash ^ word<std::uint64_t>(bytes), kFactor);
-        hash ^= rest(bytes, count);
-        const auto half = static_cast<std::uint32_t>(mixed(hash ^ kFactor, 0xe7037ed1a0b428dbu));
-        return half ? half : 1; // containers have 0
-    }
-
     constexpr std::uint64_t slotOf(std::uint32_t hash, std::uint32_t index)
     {
         return std::uint64_t { hash } << 32 | (index + 1);
@@ -204,129 +128,18 @@ std::vector<BinaryListWriter::Index> BinaryListWriter::finalIndexes(std::size_t&
     return indexes;
 }
 
-BinaryListWriter::Index BinaryListWriter::number(
-    unsigned char marker, std::uint64_t bits, std::size_t size)
-{
-    const std::size_t start = bytes_.size();
-    unsigned char* const to = bytes_.room(9);
-    *to = marker;
-    store(to + 1, bits, size);
-    bytes_.advance(1 + size);
-    return keep(start);
-}
-
-BinaryListWriter::Index BinaryListWriter::boolean(bool value)
-{
-    const std::size_t start = bytes_.size();
-    bytes_.put(value ? '\x09' : '\x08');
-    return keep(start);
-}
-
-BinaryListWriter::Index BinaryListWriter::integer(std::int64_t value)
-{
-    const auto bits = static_cast<std::uint64_t>(value);
-    const std::size_t size = sizeFor(bits); // negative ones take eight bytes
-    return number(static_cast<unsigned char>(0x10 | std::countr_zero(size)), bits, size);
-}
-
-BinaryListWriter::Index BinaryListWriter::natural(std::uint64_t value)
-{
-    if (static_cast<std::int64_t>(value) >= 0)
-        return integer(static_cast<std::int64_t>(value));
-    const std::size_t start = bytes_.size();
-    unsigned char* const to = bytes_.room(17);
-    *to = 0x14;
-    store(to + 1, 0, 8);
-    store(to + 9, value, 8);
-    bytes_.advance(17);
-    return keep(start);
-}
-
-BinaryListWriter::Index BinaryListWriter::real(double value)
-{
-    return number(0x23, std::bit_cast<std::uint64_t>(value), 8);
-}
-
-BinaryListWriter::Index BinaryListWriter::single(float value)
-{
-    return number(0x22, std::bit_cast<std::uint32_t>(value), 4);
-}
-
-BinaryListWriter::Index BinaryListWriter::date(double seconds)
-{
-    return number(0x33, std::bit_cast<std::uint64_t>(seconds), 8);
-}
-
-BinaryListWriter::Index BinaryListWriter::uid(std::uint64_t value)
-{
-    const std::size_t size = sizeFor(value);
-    return number(static_cast<unsigned char>(0x80 | (size - 1)), value, size);
-}
-
-/// Writes a marker with a count and answers where. There is room for the units behind it.
-std::size_t BinaryListWriter::head(unsigned char marker, std::size_t count, std::size_t unit)
-{
-    const std::size_t start = bytes_.size();
-    unsigned char* const to = bytes_.room(10 + count * unit);
-    if (count < 15) {
-        *to = static_cast<unsigned char>(marker | count);
-        bytes_.advance(1);
-        return start;
-    }
-    const std::size_t size = sizeFor(count);
-    to[0] = marker | 15;
-    to[1] = static_cast<unsigned char>(0x10 | std::countr_zero(size));
-    store(to + 2, count, size);
-    bytes_.advance(2 + size);
-    return start;
-}
-
-BinaryListWriter::Index BinaryListWriter::data(std::span<const unsigned char> bytes)
-{
-    const std::size_t start = head(0x40, bytes.size(), 1);
-    bytes_.put(bytes.data(), bytes.size());
-    return keep(start);
-}
-
-std::size_t BinaryListWriter::write(strings::View text)
-{
-    const std::size_t count = text.size();
-    if (text.isNarrow()) {
-        const std::size_t start = head(0x50, count, 1);
-        bytes_.put(text.narrow());
-        return start;
-    }
-    const std::size_t start = head(0x60, count, 2);
-    unsigned char* const to = bytes_.room(2 * count);
-    const char16_t* const units = text.wide().data();
-    for (std::size_t i = 0; i < count; ++i)
-        storeAs<std::uint16_t>(to + 2 * i, units[i]);
-    bytes_.advance(2 * count);
-    return start;
-}
-
-BinaryListWriter::Index BinaryListWriter::string(strings::View text)
-{
-    return keepOnce(write(text));
-}
-
-BinaryListWriter::Index BinaryListWriter::passingString(strings::View text)
-{
-    return keep(write(text));
-}
-
 // ---- containers
 
 BinaryListWriter::Index BinaryListWriter::array(std::span<const Index> elements)
 {
-    const Index index = place(head(0xa0, elements.size(), 0), 0);
+    const Index index = place(writeHead(0xa0, elements.size(), 0), 0);
     references_.insert(references_.end(), elements.begin(), elements.end());
     return index;
 }
 
 BinaryListWriter::Index BinaryListWriter::dictionary(std::span<const Entry> entries)
 {
-    const Index index = place(head(0xd0, entries.size(), 0), 0);
+    const Index index = place(writeHead(0xd0, entries.size(), 0), 0);
     const std::size_t first = references_.size();
     references_.resize(first + 2 * entries.size());
     Index* to = references_.data() + first;

@@ -6,8 +6,7 @@
 #include <string_view>
 #include <vector>
 
-#include "NSStringPrivate.h"
-#include "PropertyListPrivate.h"
+#include "BinaryListBytesPrivate.h"
 
 namespace brindle::lists {
 
@@ -17,7 +16,7 @@ namespace brindle::lists {
 /// Equal values of one kind are in the list once, whether or not adding them answered one index; containers are each.
 /// Equal strings answer one index always.
 /// Cost: some ten nanoseconds a value, no allocation for each.
-class BinaryListWriter {
+class BinaryListWriter : ValueBytes {
 public:
     using Index = std::uint32_t;
 
@@ -26,19 +25,19 @@ public:
         Index value;
     };
 
-    Index boolean(bool value);
-    Index integer(std::int64_t value);
-    Index natural(std::uint64_t value);
-    Index real(double value);
-    Index single(float value);
+    Index boolean(bool value) { return keep(writeBoolean(value)); }
+    Index integer(std::int64_t value) { return keep(writeInteger(value)); }
+    Index natural(std::uint64_t value) { return keep(writeNatural(value)); }
+    Index real(double value) { return keep(writeReal(value)); }
+    Index single(float value) { return keep(writeSingle(value)); }
     /// - seconds: since the reference date; readers refuse what is not finite.
-    Index date(double seconds);
-    Index uid(std::uint64_t value);
-    Index data(std::span<const unsigned char> bytes);
+    Index date(double seconds) { return keep(writeDate(seconds)); }
+    Index uid(std::uint64_t value) { return keep(writeUid(value)); }
+    Index data(std::span<const unsigned char> bytes) { return keep(writeData(bytes)); }
     /// Readers refuse text with unpaired surrogates.
-    Index string(strings::View text);
+    Index string(strings::View text) { return keepOnce(writeString(text)); }
     /// The same for strings of which most are different: equal ones may answer several indexes.
-    Index passingString(strings::View text);
+    Index passingString(strings::View text) { return keep(writeString(text)); }
     Index string(const NSString* text) { return string(strings::Contents(text).view()); }
     Index array(std::span<const Index> elements);
     /// - entries: their keys are strings.
@@ -57,18 +56,14 @@ private:
     using Slot = std::uint64_t;
 
     Index place(std::size_t start, std::uint32_t hash);
-    Index number(unsigned char marker, std::uint64_t bits, std::size_t size);
-    std::size_t head(unsigned char marker, std::size_t count, std::size_t unit);
-    std::size_t write(strings::View text);
     Index keep(std::size_t start);
     Index keepOnce(std::size_t start);
     bool isEqual(Index index, std::size_t start, std::size_t length) const;
     std::size_t end(Index index) const;
     Slot& find(std::vector<Slot>& slots, Slot wanted) const;
     std::vector<Index> finalIndexes(std::size_t& count) const;
-    Index beginContainer(unsigned char marker, std::size_t count);
 
-    Output bytes_; // of all objects, without references
+    // The bytes of all objects stand in a row, without the references that containers hold.
     std::vector<Index> references_;
     std::vector<Place> places_;
     std::vector<std::uint32_t> hashes_; // containers have 0

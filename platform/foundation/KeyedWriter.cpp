@@ -108,6 +108,7 @@ Writer::Writer(NSKeyedArchiver& owner)
     , classKey_(list_.string(std::string_view("$class")))
 {
     records_.push_back(null_);
+    references_.push_back(list_.uid(0));
     frames_.push_back({ 0 });
 }
 
@@ -220,13 +221,14 @@ void Writer::dropRepeatedKeys(std::size_t start)
 Writer::Uid Writer::newUid()
 {
     records_.push_back(kPending);
+    references_.push_back(list_.uid(records_.size() - 1));
     return static_cast<Uid>(records_.size() - 1);
 }
 
 Writer::Index Writer::reference(NSObject* object, bool isConditional)
 {
     requireOpen();
-    return list_.uid(object ? uidOf(object, isConditional) : 0);
+    return references_[object ? uidOf(object, isConditional) : 0];
 }
 
 Writer::Uid Writer::uidOf(NSObject* object, bool isConditional)
@@ -352,8 +354,9 @@ Writer::Index Writer::dictionary(NSObject* object, Archived& archived)
 
 Writer::Archived& Writer::archived(Class* cls)
 {
-    if (lastClass_ && lastClass_->cls == cls)
-        return *lastClass_;
+    Archived*& recent = recentClasses_[spread(cls) % recentClasses_.size()];
+    if (recent && recent->cls == cls)
+        return *recent;
     Archived& found = classes_[cls];
     if (!found.cls) {
         found.cls = cls;
@@ -366,7 +369,7 @@ Writer::Archived& Writer::archived(Class* cls)
         found.isRenamed = overrides<"classForKeyedArchiver">(cls) || overrides<"classForCoder">(cls)
             || overrides<"class">(cls);
     }
-    lastClass_ = &found;
+    recent = &found;
     return found;
 }
 
@@ -380,7 +383,7 @@ Writer::Index Writer::classReference(Class* cls)
             + "' does not support secure coding, which this archiver requires");
     const Uid uid = newUid();
     records_[uid] = classRecord(cls);
-    return found.reference = list_.uid(uid);
+    return found.reference = references_[uid];
 }
 
 Writer::Index Writer::classRecord(Class* cls)
@@ -389,7 +392,7 @@ Writer::Index Writer::classRecord(Class* cls)
     std::vector<Index> chain { name };
     for (Class* parent = cls->super_; parent; parent = parent->super_)
         chain.push_back(list_.string(nameOf(parent).get()));
-    std::vector<lists::BinaryListWriter::Entry> entries {
+    std::vector<lists::ArchiveList::Entry> entries {
         { list_.string(std::string_view("$classname")), name },
         { list_.string(std::string_view("$classes")), list_.array(chain) },
     };
@@ -423,7 +426,7 @@ Ref<NSData> Writer::finish()
             record = null_; // only conditional references were made to it
     }
     const auto text = [&](std::string_view ascii) { return list_.string(ascii); };
-    const lists::BinaryListWriter::Entry entries[] = {
+    const lists::ArchiveList::Entry entries[] = {
         { text("$version"), list_.integer(100000) },
         { text("$archiver"), text("NSKeyedArchiver") },
         { text("$top"), list_.dictionary(entries_) },

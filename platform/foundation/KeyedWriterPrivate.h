@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-#include "BinaryListWriterPrivate.h"
+#include "ArchiveListPrivate.h"
 #include "KeyedArchivePrivate.h"
 #include "NSKeyedArchiver.h"
 
@@ -34,11 +34,11 @@ private:
 /// are being encoded, innermost last.
 class Writer {
 public:
-    using Index = lists::BinaryListWriter::Index;
+    using Index = lists::ArchiveList::Index;
 
     explicit Writer(NSKeyedArchiver& owner);
 
-    lists::BinaryListWriter& list() { return list_; }
+    lists::ArchiveList& list() { return list_; }
     /// Adds an entry to the object that is being encoded.
     void put(NSString* key, Index value);
     /// Answers the reference that stands for an object, which is encoded now if it was not before.
@@ -103,14 +103,15 @@ private:
 
     NSKeyedArchiver& owner_;
     WeakRef<NSObject> delegate_;
-    lists::BinaryListWriter list_;
+    lists::ArchiveList list_;
     IdentityTable identities_;
     std::vector<Index> records_; // of each object; kPending before it is encoded
-    std::vector<lists::BinaryListWriter::Entry> entries_;
+    std::vector<Index> references_; // to each object: its number in the list
+    std::vector<lists::ArchiveList::Entry> entries_;
     std::vector<Index> elements_;
     std::vector<Frame> frames_;
     std::unordered_map<Class*, Archived> classes_;
-    Archived* lastClass_ = nullptr;
+    std::array<Archived*, 64> recentClasses_ {}; // by their address
     std::vector<KnownKey> keys_;
     std::unordered_map<std::string, Index>
         keyTexts_; // one index for one text: repeated keys are found by it
