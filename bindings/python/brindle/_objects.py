@@ -232,7 +232,14 @@ def _make_object(kind, pointer):
     fresh = Held(made, _gone)
     fresh.pointer = pointer
     fresh.retains = 0
-    _held[pointer] = fresh
+    before = _held.setdefault(pointer, fresh)
+    if before is not fresh:
+        found = before()
+        if found is not None:  # another thread was quicker
+            del fresh  # without it nothing happens when the second Python object goes
+            release(pointer)
+            return found
+        _held[pointer] = fresh
     if kind in states_of:
         states_of[kind](made, pointer)
     return made
