@@ -5,11 +5,15 @@
 #include <string_view>
 
 #include "XDriver.h"
+#include "appkit/NSScreen.h"
 #include "appkit/NSView.h"
 #include "appkit/NSWindow.h"
 #include "core/BRGeometry.h"
 #include "foundation/NSDate.h"
+#include "foundation/NSNotification.h"
+#include "foundation/NSNotificationCenter.h"
 #include "foundation/NSRunLoop.h"
+#include "foundation/NSTimer.h"
 
 namespace brindle {
 namespace {
@@ -38,6 +42,24 @@ namespace {
             NSDate::cls().dateWithTimeIntervalSinceNow(seconds).get());
     }
 
+    void useServerOfTheEnvironment()
+    {
+        installDisplay(
+            display::openDisplay(display::Choice::x11, display::processEnvironment(), [](auto) {}));
+    }
+
+    /// Runs the loop until something is true, seconds at most.
+    template <class Condition> bool becomes(Condition&& condition)
+    {
+        for (int i = 0; i < 500 && !condition(); ++i) {
+            runFor(0.01);
+            NSApplication::cls().sharedApplication()->processEvents();
+        }
+        return condition();
+    }
+
+    constexpr const char* kLastLine = "^brindle: lost the connection to the display server\n$";
+
     TEST(ApplicationOnXDeathTest, EndsWithOneLineAndStatusOneWhenTheServerDies)
     {
         const auto runUntilTheServerDies = [] {
@@ -49,8 +71,85 @@ namespace {
             server.kill();
             application->run();
         };
-        EXPECT_EXIT(runUntilTheServerDies(), testing::ExitedWithCode(1),
-            "^brindle: lost the connection to the display server\n$");
+        EXPECT_EXIT(runUntilTheServerDies(), testing::ExitedWithCode(1), kLastLine);
+    }
+
+    TEST(ApplicationOnXDeathTest, EndsWithOneLineAndStatusOneWhenTheServerDiesWhileIdle)
+    {
+        const auto idleUntilTheServerDies = [] {
+            display::XServerProcess server;
+            useServer(server);
+            const Ref<NSApplication> application = NSApplication::cls().sharedApplication();
+            const Ref<NSWindow> window = openWindow();
+            runFor(0.3);
+            const Ref<NSTimer> killer = NSTimer::cls().scheduledTimerWithTimeInterval_repeats_block(
+                0.1, false, [&](NSTimer*) { server.kill(); });
+            application->run();
+        };
+        EXPECT_EXIT(idleUntilTheServerDies(), testing::ExitedWithCode(1), kLastLine);
+    }
+
+    TEST(ApplicationOnXDeathTest, EndsWithOneLineAndStatusOneWhenTheServerDiesDuringADrag)
+    {
+        const auto dragUntilTheServerDies = [] {
+            display::XServerProcess server;
+            display::XDriver driver(server.name().c_str());
+            useServer(server);
+            const Ref<NSApplication> application = NSApplication::cls().sharedApplication();
+            const Ref<NSWindow> window = openWindow();
+            runFor(0.3);
+            application->processEvents();
+            const NSRect frame = window->frame();
+            const auto x = static_cast<int>(NSMidX(frame));
+            const auto y = static_cast<int>(480 - NSMaxY(frame)) + 10;
+            driver.movePointer(x, y);
+            driver.button(1, true);
+            // The title bar follows the pointer in a loop of its own when the first movement kills the server.
+            const Ref<NSObject> token
+                = NSNotificationCenter::cls()
+                      .defaultCenter()
+                      ->addObserverForName_object_queue_usingBlock(NSWindowDidMoveNotification,
+                          window.get(), nullptr, [&](NSNotification*) { server.kill(); });
+            driver.movePointer(x + 20, y + 20);
+            application->run();
+        };
+        EXPECT_EXIT(dragUntilTheServerDies(), testing::ExitedWithCode(1), kLastLine);
+    }
+
+    TEST(ApplicationOnX, MinimisesZoomsAndFillsTheScreenAndComesBack)
+    {
+        useServerOfTheEnvironment();
+        const Ref<NSApplication> application = NSApplication::cls().sharedApplication();
+        const auto window = alloc<NSWindow>()->initWithContentRect_styleMask_backing_defer(
+            NSMakeRect(200, 300, 300, 200),
+            NSTitledWindowMask | NSMiniaturizableWindowMask | NSResizableWindowMask,
+            NSBackingStoreBuffered, true);
+        window->makeKeyAndOrderFront(nullptr);
+        runFor(0.3);
+        const NSRect before = window->frame();
+        const NSRect all = NSScreen::cls().mainScreen()->frame();
+
+        window->performZoom(nullptr);
+        EXPECT_TRUE(becomes([&] { return window->isZoomed() && window->frame() != before; }));
+        window->performZoom(nullptr);
+        EXPECT_TRUE(becomes([&] { return !window->isZoomed() && window->frame() == before; }));
+
+        window->toggleFullScreen(nullptr);
+        EXPECT_TRUE(becomes([&] {
+            return (window->styleMask() & NSFullScreenWindowMask) && window->frame() == all;
+        }));
+        EXPECT_EQ(window->contentView()->frame().size, all.size);
+        window->toggleFullScreen(nullptr);
+        EXPECT_TRUE(becomes([&] {
+            return !(window->styleMask() & NSFullScreenWindowMask) && window->frame() == before;
+        }));
+
+        window->performMiniaturize(nullptr);
+        EXPECT_TRUE(becomes([&] { return window->isMiniaturized(); }));
+        window->deminiaturize(nullptr);
+        EXPECT_TRUE(becomes([&] { return !window->isMiniaturized(); }));
+        window->close();
+        installDisplay(nullptr);
     }
 
     TEST(ApplicationOnX, DoesNotWakeUpOverFiveIdleSeconds)

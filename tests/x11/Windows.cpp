@@ -137,6 +137,51 @@ namespace {
         EXPECT_NE(windowOf("again"), XCB_NONE);
     }
 
+    TEST_F(X11Windows, SurviveThatTheyAreDestroyedAgainAndAgain)
+    {
+        const auto surface = display->createSurface({ .frame = kFrame, .title = "victim" });
+        for (int round = 0; round < 30; ++round) {
+            surface->show();
+            ASSERT_TRUE(waitFor(Event::Kind::exposed, surface.get()));
+            fill(*surface, 0xFF336699);
+            xcb_destroy_window(driver.raw(), windowOf("victim"));
+            driver.sync();
+            // The server has destroyed it; we have not heard of that yet.
+            fill(*surface, 0xFF993366);
+            surface->setFrame({ { 100.0 + round, 200 }, { 300, 150 } });
+            surface->raise();
+            surface->activate();
+            surface->setTitle("victim");
+            ASSERT_TRUE(waitFor(Event::Kind::closeRequested, surface.get()));
+        }
+        settle();
+        EXPECT_TRUE(display->isConnected());
+        EXPECT_GT(display->counters().errors, 0u);
+    }
+
+    TEST_F(X11Windows, SurviveThatEverythingTheyUseIsFreed)
+    {
+        const auto surface = shown({ .frame = kFrame, .title = "freed" });
+        surface->setCursor(Cursor::wait);
+        fill(*surface, 0xFF336699);
+        settle();
+        const xcb_window_t window = windowOf("freed");
+        for (std::uint32_t id = window - 20; id < window + 20; ++id) {
+            xcb_free_pixmap(driver.raw(), id);
+            xcb_free_gc(driver.raw(), id);
+            xcb_free_cursor(driver.raw(), id);
+            xcb_free_colormap(driver.raw(), id);
+        }
+        driver.sync();
+        fill(*surface, 0xFF993366);
+        settle();
+        EXPECT_TRUE(display->isConnected());
+        EXPECT_GT(display->counters().errors, 0u) << "at least the graphics context is missing";
+        surface->hide();
+        surface->show();
+        EXPECT_TRUE(waitFor(Event::Kind::exposed, surface.get()));
+    }
+
     TEST_F(X11Windows, SayWhoTheyAre)
     {
         const auto surface
