@@ -5,7 +5,7 @@
 #include "foundation/NSMutableArray.h"
 #include "foundation/NSNotification.h"
 #include "foundation/NSString.h"
-#include "pages/ground/GroundPage.h"
+#include "pages/Pages.h"
 #include "runtime/Table.h"
 
 namespace gallery {
@@ -15,17 +15,8 @@ using namespace brindle;
 namespace {
 
     constexpr double kSidebarWidth = 200;
-    constexpr NSSize kSize { 980, 640 };
-    constexpr NSSize kLeastSize { 820, 520 };
-
-    /// What the sidebar lists, and how each page is made.
-    struct Entry {
-        const char* name;
-        Ref<GalleryPage> (*make)();
-    };
-    constexpr Entry kPages[] = {
-        { "The ground", [] { return Ref<GalleryPage>(brindle::make<GroundPage>()); } },
-    };
+    constexpr NSSize kSize { 1080, 700 };
+    constexpr NSSize kLeastSize { 980, 640 };
 
 }
 
@@ -43,7 +34,7 @@ template <> struct GalleryController::Methods<struct Pages> {
         self.window_->setDelegate(&self);
 
         const auto names = NSMutableArray::cls().array();
-        for (const Entry& entry : kPages)
+        for (const PageEntry& entry : pages())
             names->addObject(stringFrom(entry.name).get());
         const Ref<NSView> content = self.window_->contentView();
         const NSSize size = content->bounds().size;
@@ -62,17 +53,22 @@ template <> struct GalleryController::Methods<struct Pages> {
 
     static void showPage(GalleryController& self, NSUInteger index)
     {
-        if (index >= std::size(kPages))
+        if (index >= pages().size())
             return;
         const Ref<NSView> content = self.window_->contentView();
         const NSSize size = content->bounds().size;
         maybe(self.page_)->removeFromSuperview();
-        self.page_ = kPages[index].make();
+        self.page_ = pages()[index].make();
         self.page_->setFrame(NSMakeRect(kSidebarWidth, 0, size.width - kSidebarWidth, size.height));
         self.page_->setAutoresizingMask(NSViewWidthSizable | NSViewHeightSizable);
         content->addSubview(self.page_.get());
         self.sidebar_->setSelection(index);
         self.window_->makeFirstResponder(self.page_.get());
+    }
+
+    static void turnPages(GalleryController& self, NSInteger by)
+    {
+        self.showPage(self.sidebar_->selection() + static_cast<NSUInteger>(by));
     }
 
     static void applicationDidFinishLaunching(GalleryController& self, NSNotification*)
@@ -93,6 +89,7 @@ template <> struct GalleryController::Methods<struct Pages> {
         t.methods({
             { "open", imp<open> },
             { "showPage:", imp<showPage> },
+            { "turnPages:", imp<turnPages> },
             { "applicationDidFinishLaunching:", imp<applicationDidFinishLaunching> },
             { "windowWillClose:", imp<windowWillClose> },
         });

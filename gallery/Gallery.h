@@ -18,7 +18,10 @@ public:
     }
     brindle::Ref<GalleryPage> page() const { return send<"page", brindle::Ref<GalleryPage>>(); }
     void open() { send<"open">(); }
+    /// Shows a page in place of the present one; nothing happens beyond the last one.
     void showPage(brindle::NSUInteger index) { send<"showPage:">(index); }
+    /// Turns to the page this many after the present one.
+    void turnPages(brindle::NSInteger by) { send<"turnPages:">(by); }
 
 private:
     brindle::Ref<brindle::NSWindow> window_;

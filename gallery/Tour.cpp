@@ -2,21 +2,47 @@
 #include "Tour.h"
 
 #include <cstdio>
+#include <cstdlib>
 #include <filesystem>
 
 #include "appkit/NSApplication.h"
+#include "foundation/NSArray.h"
 #include "foundation/NSRunLoop.h"
-#include "kit/Palette.h"
+#include "foundation/NSUserDefaults.h"
+#include "kit/Card.h"
+#include "kit/Chip.h"
+#include "pages/Pages.h"
 #include "quartz/CGImage.h"
 
 namespace gallery {
 
 using namespace brindle;
 
+namespace {
+
+    /// Answers the chip of a title or the card of a heading, in a view and below.
+    Ref<NSView> partOf(const Ref<NSView>& view, NSString* text)
+    {
+        for (NSView* part : each<NSView>(view->subviews())) {
+            const Ref<NSString> label = part->isKindOfClass(GalleryChip::cls())
+                ? static_cast<GalleryChip*>(part)->title()
+                : part->isKindOfClass(GalleryCard::cls())
+                ? static_cast<GalleryCard*>(part)->heading()
+                : nullptr;
+            if (text->isEqual(label.get()))
+                return part;
+            if (Ref<NSView> found = partOf(part, text))
+                return found;
+        }
+        return nullptr;
+    }
+
+}
+
 Tour::Tour(std::string folder, double scale)
     : folder_(std::move(folder))
 {
-    Clock::useVirtual();
+    fixSurroundings();
     std::error_code ignored; // writing the first picture tells
     std::filesystem::create_directories(folder_, ignored);
     auto display = std::make_unique<display::HeadlessDisplay>(
@@ -27,6 +53,26 @@ Tour::Tour(std::string folder, double scale)
     installDisplay(std::move(display));
 }
 
+Tour::~Tour()
+{
+    NSUserDefaults::cls().standardUserDefaults()->synchronize();
+    std::error_code ignored;
+    if (!settings_.empty())
+        std::filesystem::remove_all(settings_, ignored);
+}
+
+void Tour::fixSurroundings()
+{
+    Clock::useVirtual();
+    setenv("LC_ALL", "en_US.UTF-8", 1);
+    setenv("TZ", "UTC", 1);
+    std::string name = (std::filesystem::temp_directory_path() / "gallery-XXXXXX").string();
+    if (!mkdtemp(name.data()))
+        return fail("cannot make a folder for settings");
+    settings_ = name;
+    setenv("XDG_CONFIG_HOME", settings_.c_str(), 1);
+}
+
 bool Tour::play()
 {
     const Ref<NSApplication> application = NSApplication::cls().sharedApplication();
@@ -35,61 +81,59 @@ bool Tour::play()
     application->finishLaunching();
     application->activateIgnoringOtherApps(true);
     settle();
-    playGround();
-    return written_;
-}
-
-void Tour::playGround()
-{
-    picture("ground-light");
-
-    display_->movePointer(onScreen(430, 200)); // into the grid
-    settle();
-    display_->movePointer(onScreen(400, 190));
-    display_->pressButton();
-    settle();
-    display_->movePointer(onScreen(560, 290));
-    settle();
-    picture("ground-grid");
-    display_->releaseButton();
-    settle();
-
-    for (int i = 0; i < 9; ++i)
-        display_->typeText(u"\uF700"); // the Up arrow: higher rows
-    settle();
-    picture("ground-higher-rows");
-
-    display_->click(onScreen(90, 586)); // "Count primes"
-    settle();
-    for (int i = 0; i < 400; ++i) { // pointer moves, faster than the timeout
-        display_->movePointer(onScreen(320 + (i % 40) * 4, 500 + (i % 7)));
-        settle(0.01);
+    char16_t key = u'1';
+    for (const PageEntry& page : pages()) {
+        display_->movePointer({ 4, 4 });
+        type({ &key, 1 });
+        page.tour(*this);
+        ++key;
     }
-    settle(1);
-    picture("ground-job-and-debounce");
-
-    display_->movePointer(onScreen(560, 560));
-    settle();
-    display_->typeText(u"x");
-    settle();
-    picture("ground-exchanged");
-
-    display_->typeText(u"d");
-    settle();
-    picture("ground-dark");
-    display_->typeText(u"d");
-    settle();
-
-    controller_->window()->setFrame_display(NSMakeRect(80, 60, 1100, 720), true);
-    settle();
-    picture("ground-larger-window");
+    return succeeded_;
 }
 
-NSPoint Tour::onScreen(double x, double y) const
+Ref<NSView> Tour::find(const char* text)
 {
-    const Ref<GalleryPage> page = controller_->page();
-    const NSPoint base = page->convertPoint_toView({ x, y }, nullptr);
+    Ref<NSView> found = partOf(controller_->page(), stringFrom(text).get());
+    if (!found)
+        fail(std::string("there is nothing called ") + text);
+    return found;
+}
+
+NSPoint Tour::onScreen(const char* text, double x, double y)
+{
+    const NSPoint base = maybe(find(text))->convertPoint_toView({ x, y }, nullptr);
     return controller_->window()->convertPointToScreen(base);
+}
+
+void Tour::press(const char* chip)
+{
+    const NSSize size = maybe(find(chip))->bounds().size;
+    click(chip, size.width / 2, size.height / 2);
+}
+
+void Tour::moveTo(const char* card, double x, double y)
+{
+    display_->movePointer(onScreen(card, x, y));
+    settle();
+}
+
+void Tour::click(const char* card, double x, double y)
+{
+    display_->click(onScreen(card, x, y));
+    settle();
+}
+
+void Tour::scroll(const char* card, double lines)
+{
+    moveTo(card, 60, 80);
+    display_->scroll(0, lines);
+    settle();
+}
+
+void Tour::type(std::u16string_view text)
+{
+    display_->typeText(text);
+    settle();
 }
 
 void Tour::settle(double seconds)
@@ -100,19 +144,29 @@ void Tour::settle(double seconds)
     application->processEvents();
 }
 
-void Tour::picture(const char* name)
+void Tour::picture(const std::string& name)
 {
     const display::Snapshot shot = display_->snapshot();
     const auto image
         = quartz::imageFromPixels(shot.words.data(), static_cast<std::size_t>(shot.width),
             static_cast<std::size_t>(shot.height), std::ptrdiff_t { shot.width } * 4);
     const std::string path = folder_ + "/" + name + ".png";
-    if (quartz::writePNG(image.get(), path)) {
-        std::printf("%s\n", path.c_str());
-        return;
-    }
-    std::fprintf(stderr, "brindle-gallery: cannot write %s\n", path.c_str());
-    written_ = false;
+    if (!quartz::writePNG(image.get(), path))
+        return fail("cannot write " + path);
+    std::printf("%s\n", path.c_str());
+}
+
+void Tour::darkPicture(const std::string& name)
+{
+    type(u"d");
+    picture(name);
+    type(u"d");
+}
+
+void Tour::fail(const std::string& what)
+{
+    std::fprintf(stderr, "brindle-gallery: %s\n", what.c_str());
+    succeeded_ = false;
 }
 
 }

@@ -10,26 +10,50 @@ namespace gallery {
 
 /// Walks the pages on a headless display with a scripted hand and writes a PNG of each state.
 ///
-/// Time is turned by hand, so every run draws the same pictures.
+/// Time is turned by hand, language and time zone are fixed, and settings lie in a folder that goes with the tour:
+/// every run draws the same pictures and leaves the user's settings alone.
 class Tour {
 public:
     /// - folder: made when it is missing. - scale: device pixels a point.
     Tour(std::string folder, double scale);
+    ~Tour();
+    Tour(const Tour&) = delete;
 
-    /// Opens the gallery and plays everything.
-    /// - Returns: false when a picture could not be written.
+    /// Opens the gallery and plays the tour of each page.
+    /// - Returns: false when a picture could not be written, or something to be pressed was not there.
     bool play();
 
-private:
-    void playGround();
-    brindle::NSPoint onScreen(double x, double y) const; // from the page's flipped coordinates
+    // ---- what a page's tour says
+
+    /// Clicks the chip of this title on the present page.
+    void press(const char* chip);
+    /// Moves the pointer to a place of a card, counted from its top left.
+    void moveTo(const char* card, double x, double y);
+    /// Clicks a place of a card.
+    void click(const char* card, double x, double y);
+    /// Turns the wheel over a card; positive shows what is above.
+    void scroll(const char* card, double lines);
+    void type(std::u16string_view text);
+    /// Lets time pass and everything that is due happen.
     void settle(double seconds = 0);
-    void picture(const char* name);
+    void picture(const std::string& name);
+    /// Writes the present state in the dark appearance.
+    void darkPicture(const std::string& name);
+
+    brindle::display::HeadlessDisplay& display() { return *display_; }
+    brindle::Ref<brindle::NSWindow> window() const { return controller_->window(); }
+
+private:
+    void fixSurroundings();
+    brindle::Ref<brindle::NSView> find(const char* text);
+    brindle::NSPoint onScreen(const char* text, double x, double y);
+    void fail(const std::string& what);
 
     std::string folder_;
+    std::string settings_; // a temporary folder
     brindle::display::HeadlessDisplay* display_ = nullptr; // the application's
     brindle::Ref<GalleryController> controller_;
-    bool written_ = true;
+    bool succeeded_ = true;
 };
 
 }

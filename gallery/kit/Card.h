@@ -30,4 +30,12 @@ private:
     brindle::Ref<brindle::NSString> caption_;
 };
 
+/// Makes a card and adds it to a page.
+template <class Card> brindle::Ref<Card> addCard(brindle::NSView& page)
+{
+    brindle::Ref<Card> card = brindle::make<Card>();
+    page.addSubview(card.get());
+    return card;
+}
+
 }

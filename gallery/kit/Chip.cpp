@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "Chip.h"
 
+#include <cmath>
+
 #include "Drawing.h"
 #include "Palette.h"
 #include "appkit/NSEvent.h"
@@ -13,6 +15,9 @@ namespace gallery {
 using namespace brindle;
 
 template <> struct GalleryChip::Methods<struct Pressing> {
+
+    static constexpr double kMargin = 12;
+    static constexpr double kKeyGap = 8;
 
     static bool isFlipped(GalleryChip&) { return true; }
     static bool mouseDownCanMoveWindow(GalleryChip&) { return false; }
@@ -53,20 +58,48 @@ template <> struct GalleryChip::Methods<struct Pressing> {
     {
         const bool run = self.pressed_ && holds(self, event);
         show(self, self.pressed_, false);
+        if (run)
+            self.press();
+    }
+
+    static void press(GalleryChip& self)
+    {
         const Ref<GalleryChip> alive(&self);
-        if (const Block<void()> code = run ? self.onPress() : Block<void()>())
+        if (const Block<void()> code = self.onPress())
             code();
+    }
+
+    static Ref<NSString> keyLabel(GalleryChip& self) { return maybe(self.key_)->uppercaseString(); }
+
+    static double keyWidth(GalleryChip& self)
+    {
+        return self.key_ ? kKeyGap + sizeOf(keyLabel(self).get(), Style::caption).width : 0;
+    }
+
+    static double fittingWidth(GalleryChip& self)
+    {
+        return std::ceil(
+            sizeOf(self.title_.get(), Style::heading).width + keyWidth(self) + 2 * kMargin);
     }
 
     static void drawRect(GalleryChip& self, NSRect)
     {
         const Palette& colors = palette();
+        const bool filled = self.pressed_ || self.on_;
         const NSRect box = self.bounds();
-        fillRounded(box, 7, self.pressed_ ? colors.accent.get() : colors.soft.get());
-        if (self.hovered_ && !self.pressed_)
+        fillRounded(box, 7, filled ? colors.accent.get() : colors.soft.get());
+        if (self.hovered_ && !filled)
             strokeRounded(box, 7, colors.accent.get());
-        drawCentered(self.title_.get(), box, Style::heading,
-            self.pressed_ ? colors.accentText.get() : colors.accent.get());
+        NSColor* const color = filled ? colors.accentText.get() : colors.accent.get();
+        const double keyRoom = keyWidth(self);
+        NSRect label = box;
+        label.size.width -= keyRoom;
+        drawCentered(self.title_.get(), label, Style::heading, color);
+        if (self.key_)
+            drawCentered(keyLabel(self).get(),
+                NSMakeRect(NSMaxX(box) - kMargin - keyRoom + kKeyGap, 1, keyRoom - kKeyGap,
+                    box.size.height),
+                Style::caption, filled ? color : colors.quietText.get());
     }
 
     static void setTitle(GalleryChip& self, NSString* title)
@@ -74,11 +107,19 @@ template <> struct GalleryChip::Methods<struct Pressing> {
         self.title_ = Ref<NSString>(title);
         self.setNeedsDisplay(true);
     }
+    static void setKey(GalleryChip& self, NSString* key)
+    {
+        self.key_ = Ref<NSString>(key);
+        self.setNeedsDisplay(true);
+    }
+    static void setOn(GalleryChip& self, bool on) { show(self, self.on_, on); }
 
     static void table(Builder& t)
     {
         t.properties({
             property<&GalleryChip::title_>("title", copied, nonatomic),
+            property<&GalleryChip::key_>("key", copied, nonatomic),
+            property<&GalleryChip::on_>("on", getter("isOn"), nonatomic),
             property<&GalleryChip::onPress_>("onPress", copied, nonatomic),
         });
         t.methods({
@@ -92,9 +133,38 @@ template <> struct GalleryChip::Methods<struct Pressing> {
             { "mouseUp:", imp<mouseUp> },
             { "drawRect:", imp<drawRect> },
             { "setTitle:", imp<setTitle> },
+            { "setKey:", imp<setKey> },
+            { "setOn:", imp<setOn> },
+            { "press", imp<press> },
+            { "fittingWidth", imp<fittingWidth> },
         });
     }
 };
 BRINDLE_RECORD(GalleryChip, Pressing)
+
+namespace {
+
+    constexpr double kChipGap = 8;
+
+}
+
+Ref<GalleryChip> addChip(NSView* to, NSString* title, NSString* key, const Block<void()>& press)
+{
+    Ref<GalleryChip> chip = make<GalleryChip>();
+    chip->setTitle(title);
+    chip->setKey(key);
+    chip->setOnPress(press);
+    to->addSubview(chip.get());
+    return chip;
+}
+
+void layOutChips(std::initializer_list<GalleryChip*> chips, NSPoint leftTop)
+{
+    for (GalleryChip* chip : chips) {
+        const double width = chip->fittingWidth();
+        chip->setFrame(NSMakeRect(leftTop.x, leftTop.y, width, kChipHeight));
+        leftTop.x += width + kChipGap;
+    }
+}
 
 }

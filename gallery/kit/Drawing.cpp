@@ -2,6 +2,7 @@
 #include "Drawing.h"
 
 #include <algorithm>
+#include <cmath>
 
 #include "appkit/NSGraphicsContext.h"
 #include "appkit/NSStringDrawing.h"
@@ -51,6 +52,8 @@ Ref<NSFont> fontOf(Style style)
         return fonts.boldSystemFontOfSize(13);
     case Style::caption:
         return fonts.systemFontOfSize(11);
+    case Style::code:
+        return fonts.userFixedPitchFontOfSize(11);
     case Style::figure:
         return fonts.boldSystemFontOfSize(20);
     case Style::body:
@@ -61,7 +64,18 @@ Ref<NSFont> fontOf(Style style)
 
 void drawText(NSString* text, NSPoint place, Style style, NSColor* color)
 {
+    if (style == Style::code) // on the line of captions beside it
+        place.y += fontOf(Style::caption)->ascender() - fontOf(style)->ascender();
     drawAtPoint_withAttributes(text, place, attributes(style, color).get());
+}
+
+void drawFitted(NSString* text, NSPoint place, double width, Style style, NSColor* color)
+{
+    Ref<NSString> shown(text);
+    for (NSUInteger length = maybe(text)->length();
+         length > 0 && sizeOf(shown.get(), style).width > width; --length)
+        shown = maybe(text->substringToIndex(length - 1))->stringByAppendingString("…"_ns);
+    drawText(shown.get(), place, style, color);
 }
 
 NSSize sizeOf(NSString* text, Style style)
@@ -91,6 +105,23 @@ void strokeRounded(NSRect rect, double radius, NSColor* color)
     color->setStroke();
     CGContextSetLineWidth(context.get(), 1);
     addRounded(context.get(), inset(rect, 0.5), radius - 0.5);
+    CGContextStrokePath(context.get());
+}
+
+void drawArrow(NSPoint from, NSPoint to, NSColor* color)
+{
+    constexpr double kHead = 5;
+    const double length = std::max(std::hypot(to.x - from.x, to.y - from.y), 1.0);
+    const NSPoint ahead { (to.x - from.x) / length * kHead, (to.y - from.y) / length * kHead };
+    const Ref<CGContext> context = current();
+    color->setStroke();
+    CGContextSetLineWidth(context.get(), 1.25);
+    CGContextBeginPath(context.get());
+    CGContextMoveToPoint(context.get(), from.x, from.y);
+    CGContextAddLineToPoint(context.get(), to.x, to.y);
+    CGContextMoveToPoint(context.get(), to.x - ahead.x - ahead.y, to.y - ahead.y + ahead.x);
+    CGContextAddLineToPoint(context.get(), to.x, to.y);
+    CGContextAddLineToPoint(context.get(), to.x - ahead.x + ahead.y, to.y - ahead.y - ahead.x);
     CGContextStrokePath(context.get());
 }
 

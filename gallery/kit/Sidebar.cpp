@@ -55,6 +55,9 @@ template <> struct GallerySidebar::Methods<struct List> {
             drawText(name.get(),
                 { row.origin.x + 10, row.origin.y + (row.size.height - size.height) / 2 },
                 chosen ? Style::heading : Style::body, colors.text.get());
+            const auto key = NSString::cls().stringWithFormat("%lu"_ns, i + 1);
+            drawCentered(key.get(), NSMakeRect(NSMaxX(row) - 24, row.origin.y, 16, row.size.height),
+                Style::caption, colors.quietText.get());
         }
     }
 

@@ -1,6 +1,12 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "Page.h"
 
+#include "Gallery.h"
+#include "appkit/NSApplication.h"
+#include "appkit/NSEvent.h"
+#include "foundation/NSArray.h"
+#include "foundation/NSString.h"
+#include "kit/Chip.h"
 #include "kit/Drawing.h"
 #include "kit/Palette.h"
 #include "runtime/Table.h"
@@ -19,6 +25,7 @@ template <> struct GalleryPage::Methods<struct Frame> {
     static bool acceptsFirstResponder(GalleryPage&) { return true; }
     static Ref<NSString> noText(GalleryPage&) { return ""_ns; }
     static void layOutIn(GalleryPage&, NSRect) { }
+    static void chooseNext(GalleryPage&, NSInteger) { }
 
     static void setFrameSize(GalleryPage& self, NSSize size)
     {
@@ -30,9 +37,11 @@ template <> struct GalleryPage::Methods<struct Frame> {
     static void drawRect(GalleryPage& self, NSRect)
     {
         const Palette& colors = palette();
+        const double width = self.bounds().size.width - 2 * kMargin;
         fill(self.bounds(), colors.window.get());
         drawText(self.pageTitle().get(), { kMargin, 20 }, Style::title, colors.text.get());
-        drawText(self.pageCaption().get(), { kMargin, 54 }, Style::body, colors.quietText.get());
+        drawFitted(
+            self.pageCaption().get(), { kMargin, 54 }, width, Style::body, colors.quietText.get());
     }
 
     static void table(Builder& t)
@@ -44,11 +53,69 @@ template <> struct GalleryPage::Methods<struct Frame> {
             { "pageTitle", imp<noText> },
             { "pageCaption", imp<noText> },
             { "layOutIn:", imp<layOutIn> },
+            { "chooseNext:", imp<chooseNext> },
             { "setFrameSize:", imp<setFrameSize> },
             { "drawRect:", imp<drawRect> },
         });
     }
 };
 BRINDLE_RECORD(GalleryPage, Frame)
+
+template <> struct GalleryPage::Methods<struct Keys> {
+
+    static Ref<GalleryController> controller()
+    {
+        return cast<GalleryController>(NSApplication::cls().sharedApplication()->delegate());
+    }
+
+    static Ref<GalleryChip> chipOfKey(NSView* view, NSString* key)
+    {
+        for (NSView* part : each<NSView>(view->subviews())) {
+            Ref<GalleryChip> found = part->isKindOfClass(GalleryChip::cls())
+                ? Ref<GalleryChip>(static_cast<GalleryChip*>(part))
+                : chipOfKey(part, key);
+            if (found && key->isEqual(found->key().get()))
+                return found;
+        }
+        return nullptr;
+    }
+
+    /// The frame round the content changes its look as well.
+    static void switchAppearance(GalleryPage& self)
+    {
+        setDark(!isDark());
+        const Ref<NSView> content = maybe(self.window())->contentView();
+        maybe(maybe(content)->superview())->setNeedsDisplay(true);
+    }
+
+    static void keyDown(GalleryPage& self, NSEvent* event)
+    {
+        const Ref<NSString> text = event->charactersIgnoringModifiers();
+        const unichar key = maybe(text)->length() == 1 ? text->characterAtIndex(0) : 0;
+        switch (key) {
+        case u'd':
+            return switchAppearance(self);
+        case NSLeftArrowFunctionKey:
+            return self.chooseNext(-1);
+        case NSRightArrowFunctionKey:
+            return self.chooseNext(1);
+        case NSPageUpFunctionKey:
+            return controller()->turnPages(-1);
+        case NSPageDownFunctionKey:
+            return controller()->turnPages(1);
+        default:
+            break;
+        }
+        if (key >= u'1' && key <= u'9')
+            controller()->showPage(key - u'1');
+        else if (const Ref<GalleryChip> chip = key ? chipOfKey(&self, text.get()) : nullptr)
+            chip->press();
+        else
+            super<GalleryPage, "keyDown:">(self, event);
+    }
+
+    static void table(Builder& t) { t.methods({ { "keyDown:", imp<keyDown> } }); }
+};
+BRINDLE_RECORD(GalleryPage, Keys)
 
 }

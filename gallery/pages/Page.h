@@ -5,11 +5,11 @@
 
 namespace gallery {
 
-class Tour;
-
 /// One page: a title, a line about it, and cards that the page lays out below them. Flipped.
 ///
-/// Subclasses override `pageTitle`, `pageCaption` and `layOutIn:`, and take keys by `keyDown:`.
+/// Subclasses override `pageTitle`, `pageCaption`, `layOutIn:` and `chooseNext:`. Left and Right choose; a letter presses
+/// the chip that shows it; D switches light and dark; digits, Page Up and Page Down turn to another page. A page with
+/// other keys overrides `keyDown:` and hands the rest on.
 class GalleryPage : public brindle::NSView {
     BRINDLE_OBJECT(GalleryPage, brindle::NSView)
 
@@ -24,6 +24,8 @@ public:
     }
     /// Places the cards in the room below the title; called whenever the page's size changes.
     void layOutIn(brindle::NSRect room) { send<"layOutIn:">(room); }
+    /// Chooses what stands so many places further in the page's list of choices; a page without choices does nothing.
+    void chooseNext(brindle::NSInteger places) { send<"chooseNext:">(places); }
 };
 
 }

@@ -36,18 +36,14 @@ template <> struct ExchangeCard::Methods<struct Exchanging> {
         self.setHeading("Exchanged method"_ns);
         self.setCaption("XUISwizzleMethod"_ns);
         self.greeter_ = make<GalleryGreeter>();
-        self.chip_ = make<GalleryChip>();
-        self.chip_->setTitle("Exchange"_ns);
-        self.chip_->setOnPress(
-            [weak = WeakRef<ExchangeCard>(&self)] { maybe(weak.get())->exchange(); });
-        self.addSubview(self.chip_.get());
+        self.chip_ = addChip(&self, "Exchange"_ns, "x"_ns, sending<"exchange">(&self));
         return super<ExchangeCard, "initWithFrame:", Ref<NSView>>(self, frame);
     }
 
     static void setFrameSize(ExchangeCard& self, NSSize size)
     {
         super<ExchangeCard, "setFrameSize:">(self, size);
-        self.chip_->setFrame(NSMakeRect(16, size.height - 44, 90, 28));
+        layOutChips({ self.chip_.get() }, { 16, size.height - 44 });
     }
 
     static void exchange(ExchangeCard& self)

@@ -4,9 +4,7 @@
 #include <algorithm>
 
 #include "appkit/NSEvent.h"
-#include "appkit/NSWindow.h"
 #include "foundation/NSString.h"
-#include "kit/Palette.h"
 #include "runtime/Table.h"
 
 namespace gallery {
@@ -21,20 +19,13 @@ template <> struct GroundPage::Methods<struct Cards> {
     static constexpr double kLeastStandard = 12;
     static constexpr double kMostStandard = 60;
 
-    template <class Card> static Ref<Card> add(GroundPage& self)
-    {
-        Ref<Card> card = make<Card>();
-        self.addSubview(card.get());
-        return card;
-    }
-
     static Ref<NSView> initWithFrame(GroundPage& self, NSRect frame)
     {
-        self.rows_ = add<RowsCard>(self);
-        self.grid_ = add<GridCard>(self);
-        self.job_ = add<JobCard>(self);
-        self.strokes_ = add<StrokesCard>(self);
-        self.exchange_ = add<ExchangeCard>(self);
+        self.rows_ = addCard<RowsCard>(self);
+        self.grid_ = addCard<GridCard>(self);
+        self.job_ = addCard<JobCard>(self);
+        self.strokes_ = addCard<StrokesCard>(self);
+        self.exchange_ = addCard<ExchangeCard>(self);
         self.standardHeight_ = 22;
         return super<GroundPage, "initWithFrame:", Ref<NSView>>(self, frame);
     }
@@ -42,7 +33,7 @@ template <> struct GroundPage::Methods<struct Cards> {
     static Ref<NSString> pageTitle(GroundPage&) { return "The ground"_ns; }
     static Ref<NSString> pageCaption(GroundPage&)
     {
-        return "Rows, jobs, timeouts and methods, live.  Up, Down: row height   J: job   X: exchange   D: light or dark"_ns;
+        return "Rows, jobs, timeouts and methods, live.  Up, Down: row height"_ns;
     }
 
     static void layOutIn(GroundPage& self, NSRect room)
@@ -76,13 +67,6 @@ template <> struct GroundPage::Methods<struct Cards> {
         changeStandard(self, event->scrollingDeltaY() > 0 ? 1 : -1);
     }
 
-    /// The frame round the content changes its look as well.
-    static void redrawWindow(GroundPage& self)
-    {
-        const Ref<NSView> content = maybe(self.window())->contentView();
-        maybe(maybe(content)->superview())->setNeedsDisplay(true);
-    }
-
     static void keyDown(GroundPage& self, NSEvent* event)
     {
         const Ref<NSString> text = event->charactersIgnoringModifiers();
@@ -93,13 +77,6 @@ template <> struct GroundPage::Methods<struct Cards> {
             return changeStandard(self, 1);
         case NSDownArrowFunctionKey:
             return changeStandard(self, -1);
-        case u'j':
-            return self.job_->run();
-        case u'x':
-            return self.exchange_->exchange();
-        case u'd':
-            setDark(!isDark());
-            return redrawWindow(self);
         default:
             super<GroundPage, "keyDown:">(self, event);
         }

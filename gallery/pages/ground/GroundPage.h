@@ -12,7 +12,7 @@ namespace gallery {
 
 /// The first page: screen rows, a snapped grid, a job in the background, a debounced redraw, an exchanged method.
 ///
-/// Keys: Up and Down change the standard row height, J runs the job, X exchanges the method, D switches light and dark.
+/// Keys: Up and Down change the standard row height; the other letters are those of the chips.
 class GroundPage : public GalleryPage {
     BRINDLE_OBJECT(GroundPage, GalleryPage)
 
@@ -24,5 +24,8 @@ private:
     brindle::Ref<ExchangeCard> exchange_;
     double standardHeight_ = 22;
 };
+
+class Tour;
+void tourGround(Tour& tour);
 
 }

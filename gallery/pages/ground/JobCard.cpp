@@ -40,17 +40,14 @@ template <> struct JobCard::Methods<struct Job> {
         self.setHeading("Background job"_ns);
         self.setCaption("BRBlock, there and back again"_ns);
         self.primes_ = -1;
-        self.chip_ = make<GalleryChip>();
-        self.chip_->setTitle("Count primes"_ns);
-        self.chip_->setOnPress([weak = WeakRef<JobCard>(&self)] { maybe(weak.get())->run(); });
-        self.addSubview(self.chip_.get());
+        self.chip_ = addChip(&self, "Count primes"_ns, "j"_ns, sending<"run">(&self));
         return super<JobCard, "initWithFrame:", Ref<NSView>>(self, frame);
     }
 
     static void setFrameSize(JobCard& self, NSSize size)
     {
         super<JobCard, "setFrameSize:">(self, size);
-        self.chip_->setFrame(NSMakeRect(16, size.height - 44, 116, 28));
+        layOutChips({ self.chip_.get() }, { 16, size.height - 44 });
     }
 
     static void run(JobCard& self)

@@ -1,0 +1,23 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "Pages.h"
+
+#include "ground/GroundPage.h"
+
+namespace gallery {
+
+namespace {
+
+    template <class Page> brindle::Ref<GalleryPage> makePage()
+    {
+        return brindle::Ref<GalleryPage>(brindle::make<Page>());
+    }
+
+    constexpr PageEntry kPages[] = {
+        { "The ground", makePage<GroundPage>, tourGround },
+    };
+
+}
+
+std::span<const PageEntry> pages() { return kPages; }
+
+}
