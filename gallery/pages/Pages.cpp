@@ -2,6 +2,7 @@
 #include "Pages.h"
 
 #include "ground/GroundPage.h"
+#include "objects/ObjectsPage.h"
 
 namespace gallery {
 
@@ -14,6 +15,7 @@ namespace {
 
     constexpr PageEntry kPages[] = {
         { "The ground", makePage<GroundPage>, tourGround },
+        { "Objects", makePage<ObjectsPage>, tourObjects },
     };
 
 }
