@@ -3,6 +3,7 @@
 
 #include "ground/GroundPage.h"
 #include "objects/ObjectsPage.h"
+#include "unique/UniquePage.h"
 
 namespace gallery {
 
@@ -16,6 +17,7 @@ namespace {
     constexpr PageEntry kPages[] = {
         { "The ground", makePage<GroundPage>, tourGround },
         { "Objects", makePage<ObjectsPage>, tourObjects },
+        { "Unique objects", makePage<UniquePage>, tourUnique },
     };
 
 }
