@@ -1,8 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <charconv>
 
-#include "NSColor.h"
-#include "SystemColorsPrivate.h"
+#include "NSColorPrivate.h"
 #include "foundation/Exceptions.h"
 #include "foundation/NSCoder.h"
 #include "foundation/NSError.h"
@@ -53,10 +52,8 @@ template <> struct NSColor::Methods<struct Coding> {
             return encodeNumbers(self, coder, "NSWhite"_ns, 2);
         case Space::named: {
             space(kCatalog);
-            coder->encodeObject_forKey("System"_ns, "NSCatalogName"_ns);
-            const Ref<NSString> name
-                = stringFrom(std::string_view(appkit::kSystemColors[self.systemIndex_].name));
-            coder->encodeObject_forKey(name.get(), "NSColorName"_ns);
+            coder->encodeObject_forKey(self.catalogNameComponent().get(), "NSCatalogName"_ns);
+            coder->encodeObject_forKey(self.colorNameComponent().get(), "NSColorName"_ns);
             return;
         }
         case Space::pattern:
@@ -82,18 +79,17 @@ template <> struct NSColor::Methods<struct Coding> {
             const auto [rest, error] = std::from_chars(at, end, number);
             if (error != std::errc())
                 return false;
-            self.components_[read] = number > 0 ? std::min(number, 1.0) : 0;
+            self.components_[read] = colors::unit(number);
             at = rest;
         }
         return read + 1 >= count;
     }
     static Ref<NSColor> systemColor(NSCoder* coder)
     {
-        const std::string name = utf8Of(decode<NSString>(coder, "NSColorName"_ns));
-        for (const appkit::SystemColor& color : appkit::kSystemColors) {
-            if (name == color.name)
-                return cast<NSColor>(NSColor::cls()->performSelector(sel_registerName(color.name)));
-        }
+        const Ref<NSColor> known = NSColor::cls().colorWithCatalogName_colorName(
+            "System"_ns, decode<NSString>(coder, "NSColorName"_ns).get());
+        if (known)
+            return known;
         // Another system's colour may come with how it looked there.
         return decode<NSColor>(coder, "NSColor"_ns);
     }

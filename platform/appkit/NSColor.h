@@ -6,6 +6,7 @@
 
 namespace brindle {
 
+class NSArray;
 class NSImage;
 
 inline constexpr StringConstant<"NSCalibratedRGBColorSpace"> NSCalibratedRGBColorSpace;
@@ -101,7 +102,14 @@ public:
             return send<"colorWithPatternImage:", Ref<NSColor>>(image);
         }
 
-        // Calibrated white: 0, 1/3, 1/2, 2/3 and 1; clear is white 0, alpha 0.
+        /// Answers a system colour by its name, such as "textColor".
+        /// - Nil: nil for an unknown name and for every catalogue but "System".
+        Ref<NSColor> colorWithCatalogName_colorName(NSString* catalog, NSString* name) const
+        {
+            return send<"colorWithCatalogName:colorName:", Ref<NSColor>>(catalog, name);
+        }
+
+        // Each is one object. Calibrated white: 0, 1/3, 1/2, 2/3 and 1; clear is white 0, alpha 0.
         Ref<NSColor> blackColor() const { return send<"blackColor", Ref<NSColor>>(); }
         Ref<NSColor> darkGrayColor() const { return send<"darkGrayColor", Ref<NSColor>>(); }
         Ref<NSColor> grayColor() const { return send<"grayColor", Ref<NSColor>>(); }
@@ -166,6 +174,40 @@ public:
         Ref<NSColor> secondarySelectedControlColor() const
         {
             return send<"secondarySelectedControlColor", Ref<NSColor>>();
+        }
+        Ref<NSColor> selectedContentBackgroundColor() const
+        {
+            return send<"selectedContentBackgroundColor", Ref<NSColor>>();
+        }
+        Ref<NSColor> unemphasizedSelectedContentBackgroundColor() const
+        {
+            return send<"unemphasizedSelectedContentBackgroundColor", Ref<NSColor>>();
+        }
+        Ref<NSColor> unemphasizedSelectedTextBackgroundColor() const
+        {
+            return send<"unemphasizedSelectedTextBackgroundColor", Ref<NSColor>>();
+        }
+        Ref<NSColor> unemphasizedSelectedTextColor() const
+        {
+            return send<"unemphasizedSelectedTextColor", Ref<NSColor>>();
+        }
+        Ref<NSColor> alternatingContentBackgroundColor() const
+        {
+            return send<"alternatingContentBackgroundColor", Ref<NSColor>>();
+        }
+        /// Answers the grounds of even and odd rows, in this order.
+        Ref<NSArray> alternatingContentBackgroundColors() const
+        {
+            return send<"alternatingContentBackgroundColors", Ref<NSArray>>();
+        }
+        /// The same under its older name.
+        Ref<NSArray> controlAlternatingRowBackgroundColors() const
+        {
+            return send<"controlAlternatingRowBackgroundColors", Ref<NSArray>>();
+        }
+        Ref<NSColor> findHighlightColor() const
+        {
+            return send<"findHighlightColor", Ref<NSColor>>();
         }
         Ref<NSColor> keyboardFocusIndicatorColor() const
         {
@@ -243,12 +285,15 @@ public:
         Ref<NSColor> systemPurpleColor() const { return send<"systemPurpleColor", Ref<NSColor>>(); }
         Ref<NSColor> systemPinkColor() const { return send<"systemPinkColor", Ref<NSColor>>(); }
         Ref<NSColor> systemBrownColor() const { return send<"systemBrownColor", Ref<NSColor>>(); }
+        Ref<NSColor> systemMintColor() const { return send<"systemMintColor", Ref<NSColor>>(); }
+        Ref<NSColor> systemCyanColor() const { return send<"systemCyanColor", Ref<NSColor>>(); }
         Ref<NSColor> systemGrayColor() const { return send<"systemGrayColor", Ref<NSColor>>(); }
     };
 
     /// Answers one of the space names above.
     Ref<NSString> colorSpaceName() const { return send<"colorSpaceName", Ref<NSString>>(); }
-    /// Answers the colour in another space: the receiver itself in its own; white w becomes (w, w, w), RGB keeps its numbers.
+    /// Answers the colour in another space: the receiver itself in its own; white w becomes (w, w, w), RGB keeps its numbers,
+    /// RGB becomes white by the weights 0.299, 0.587 and 0.114.
     /// - name: nil means calibrated RGB. - Nil: nil for patterns and for spaces nothing converts to.
     Ref<NSColor> colorUsingColorSpaceName(NSString* name) const
     {
@@ -285,6 +330,13 @@ public:
     }
     /// Any space; 1 for patterns.
     CGFloat alphaComponent() const { return send<"alphaComponent", CGFloat>(); }
+    /// "System". - Raises: as `redComponent`, outside the named space.
+    Ref<NSString> catalogNameComponent() const
+    {
+        return send<"catalogNameComponent", Ref<NSString>>();
+    }
+    /// The name of a system colour: "textColor". - Raises: as `redComponent`, outside the named space.
+    Ref<NSString> colorNameComponent() const { return send<"colorNameComponent", Ref<NSString>>(); }
     /// The numbers of the receiver's space, alpha last.
     void getComponents(CGFloat* components) const { send<"getComponents:">(components); }
 
@@ -299,10 +351,12 @@ public:
     {
         return send<"blendedColorWithFraction:ofColor:", Ref<NSColor>>(fraction, color);
     }
+    /// Blends with `highlightColor`.
     Ref<NSColor> highlightWithLevel(CGFloat level) const
     {
         return send<"highlightWithLevel:", Ref<NSColor>>(level);
     }
+    /// Blends with `shadowColor`.
     Ref<NSColor> shadowWithLevel(CGFloat level) const
     {
         return send<"shadowWithLevel:", Ref<NSColor>>(level);

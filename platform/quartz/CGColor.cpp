@@ -4,6 +4,7 @@
 #include "runtime/Table.h"
 
 #include <algorithm>
+#include <span>
 
 namespace brindle {
 
@@ -138,9 +139,8 @@ template <> struct CGColor::Methods<struct Values> {
     static std::uint64_t hash(CGColor& self)
     {
         std::uint64_t sum = self.count_;
-        for (std::size_t i = 0; i < self.count_; ++i)
-            sum = sum * 31
-                + static_cast<std::uint64_t>(std::clamp(self.components_[i], 0.0, 1.0) * 255);
+        for (const CGFloat part : std::span(self.components_, self.count_))
+            sum = sum * 31 + static_cast<std::uint64_t>(part > 0 ? std::min(part, 1.0) * 255 : 0);
         return sum;
     }
 

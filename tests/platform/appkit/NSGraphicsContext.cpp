@@ -3,35 +3,16 @@
 
 #include "appkit/NSColor.h"
 #include "appkit/NSStringDrawing.h"
-#include "support/Pixels.h"
+#include "support/Focused.h"
 
 #include <cmath>
 
 namespace brindle {
 
+using test::Focused;
 using test::isNear;
 using test::Picture;
 using test::Rgba;
-
-namespace {
-
-    /// A picture that is drawn into while it lives.
-    class Focused : public Picture {
-    public:
-        Focused(int width, int height, bool flipped = false)
-            : Picture(width, height)
-        {
-            NSGraphicsContext::cls().setCurrentContext(
-                NSGraphicsContext::cls()
-                    .graphicsContextWithGraphicsPort_flipped(context(), flipped)
-                    .get());
-        }
-        ~Focused() { NSGraphicsContext::cls().setCurrentContext(nullptr); }
-        Focused(const Focused&) = delete;
-        Focused& operator=(const Focused&) = delete;
-    };
-
-}
 
 TEST(NSGraphicsContext, RestoreMakesTheRememberedContextCurrent)
 {

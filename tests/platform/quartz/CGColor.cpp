@@ -1,6 +1,9 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "quartz/CGColor.h"
 
+#include <cmath>
+#include <limits>
+
 #include <gtest/gtest.h>
 
 namespace brindle {
@@ -30,6 +33,17 @@ TEST(CGColor, NeedsASpaceAndNumbers)
     EXPECT_EQ(CGColorCreate(nullptr, parts), nullptr);
     const auto space = Ref<CGColorSpace>::adopt(CGColorSpaceCreateDeviceRGB());
     EXPECT_EQ(CGColorCreate(space.get(), nullptr), nullptr);
+}
+
+TEST(CGColor, EqualColoursHaveOneHashWhateverTheirNumbers)
+{
+    const Ref<CGColor> grey = Ref<CGColor>::adopt(CGColorCreateGenericGray(-0.0, 1));
+    const Ref<CGColor> same = Ref<CGColor>::adopt(CGColorCreateGenericGray(0, 1));
+    EXPECT_TRUE(grey->isEqual(same.get()));
+    EXPECT_EQ(grey->hash(), same->hash());
+    const double nan = std::numeric_limits<double>::quiet_NaN();
+    const Ref<CGColor> odd = Ref<CGColor>::adopt(CGColorCreateGenericGray(nan, HUGE_VAL));
+    EXPECT_EQ(odd->hash(), odd->hash());
 }
 
 TEST(CGColorSpace, IsFoundByName)
