@@ -49,6 +49,7 @@ namespace {
         addUniqueObjects(plan);
         addText(plan);
         addIntervals(plan);
+        addColours(plan);
         addRaster(plan);
         addContexts(plan);
         addPython(plan);

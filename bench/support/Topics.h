@@ -23,6 +23,7 @@ void addArchives(Plan& plan);
 void addEscapes(Plan& plan);
 void addText(Plan& plan);
 void addIntervals(Plan& plan);
+void addColours(Plan& plan);
 void addRaster(Plan& plan);
 void addContexts(Plan& plan);
 void addPython(Plan& plan);
