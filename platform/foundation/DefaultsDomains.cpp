@@ -131,7 +131,13 @@ void postChange(NSUserDefaults& defaults)
         NSUserDefaultsDidChangeNotification, &defaults);
 }
 
-std::string applicationName() { return utf8Of(NSProcessInfo::cls().processInfo()->processName()); }
+std::string applicationName()
+{
+    const Ref<NSString> identifier = NSBundle::cls().mainBundle()->bundleIdentifier();
+    return utf8Of(maybe(identifier)->length() > 0
+            ? identifier
+            : NSProcessInfo::cls().processInfo()->processName());
+}
 
 Ref<NSDictionary> valuesOfArguments(const std::vector<std::string>& arguments)
 {

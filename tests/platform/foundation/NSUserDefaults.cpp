@@ -14,6 +14,8 @@
 #include "foundation/NSData.h"
 #include "foundation/NSNotificationCenter.h"
 #include "foundation/NSNull.h"
+#include "foundation/NSProcessInfo.h"
+#include "support/BundleFolder.h"
 
 using namespace brindle;
 
@@ -269,6 +271,27 @@ TEST_F(UserDefaults, AreSharedByTheThreadsOfTheProcess)
     for (int t = 0; t < 8; ++t)
         EXPECT_EQ(defaults()->integerForKey(stringFrom("own" + std::to_string(t)).get()), 499);
     EXPECT_EQ(defaults()->integerForKey("shared"_ns), 499);
+}
+
+TEST_F(UserDefaults, LieUnderTheIdentifierOfTheMainBundle)
+{
+    const test::BundleFolder bundle;
+    bundle.add("Info.plist", "{ CFBundleIdentifier = \"org.example.App\"; }");
+    const test::MainBundle main(bundle);
+    folder.restart();
+    const auto own = alloc<NSUserDefaults>()->init();
+    own->setObject_forKey("value"_ns, "key"_ns);
+    EXPECT_TRUE(own->synchronize());
+    EXPECT_TRUE(std::filesystem::exists(folder.file("org.example.App")));
+    EXPECT_TRUE(own->persistentDomainForName("org.example.App"_ns));
+}
+
+TEST_F(UserDefaults, LieUnderTheNameOfTheProcessWithoutAnIdentifier)
+{
+    const test::BundleFolder bundle;
+    bundle.add("Info.plist", "{ CFBundleIdentifier = \"\"; }");
+    const test::MainBundle main(bundle);
+    EXPECT_EQ(defaults::applicationName(), utf8(NSProcessInfo::cls().processInfo()->processName()));
 }
 
 TEST(DefaultsAtExit, AreWritten)
