@@ -20,6 +20,8 @@ using namespace brindle;
 
 namespace {
 
+    constexpr double kTenHours = 10 * 60 * 60;
+
     /// Answers the chip of a title or the card of a heading, in a view and below.
     Ref<NSView> partOf(const Ref<NSView>& view, NSString* text)
     {
@@ -64,6 +66,7 @@ Tour::~Tour()
 void Tour::fixSurroundings()
 {
     Clock::useVirtual();
+    Clock::setWall(Clock::wall() + kTenHours); // later than midnight, so that minutes ago is today
     setenv("LC_ALL", "en_US.UTF-8", 1);
     setenv("TZ", "UTC", 1);
     std::string name = (std::filesystem::temp_directory_path() / "gallery-XXXXXX").string();
@@ -154,6 +157,17 @@ void Tour::picture(const std::string& name)
     if (!quartz::writePNG(image.get(), path))
         return fail("cannot write " + path);
     std::printf("%s\n", path.c_str());
+}
+
+void Tour::leastPicture(const std::string& name)
+{
+    const Ref<NSWindow> window = controller_->window();
+    const NSRect before = window->frame();
+    window->setContentSize(window->contentMinSize());
+    settle();
+    picture(name);
+    window->setFrame_display(before, true);
+    settle();
 }
 
 void Tour::darkPicture(const std::string& name)

@@ -37,6 +37,8 @@ public:
     /// Lets time pass and everything that is due happen.
     void settle(double seconds = 0);
     void picture(const std::string& name);
+    /// Writes the present state in a window of its least size.
+    void leastPicture(const std::string& name);
     /// Writes the present state in the dark appearance.
     void darkPicture(const std::string& name);
 

@@ -52,4 +52,15 @@ template <> struct GalleryCard::Methods<struct Sheet> {
 };
 BRINDLE_RECORD(GalleryCard, Sheet)
 
+void layOutRow(std::initializer_list<NSView*> views, NSRect row)
+{
+    constexpr double kGap = 16;
+    const auto count = static_cast<double>(views.size());
+    const double width = (row.size.width - (count - 1) * kGap) / count;
+    for (NSView* view : views) {
+        view->setFrame(NSMakeRect(row.origin.x, row.origin.y, width, row.size.height));
+        row.origin.x += width + kGap;
+    }
+}
+
 }

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include <initializer_list>
+
 #include "appkit/NSView.h"
 
 namespace gallery {
@@ -29,6 +31,9 @@ private:
     brindle::Ref<brindle::NSString> heading_;
     brindle::Ref<brindle::NSString> caption_;
 };
+
+/// Gives views an even share of a row.
+void layOutRow(std::initializer_list<brindle::NSView*> views, brindle::NSRect row);
 
 /// Makes a card and adds it to a page.
 template <class Card> brindle::Ref<Card> addCard(brindle::NSView& page)

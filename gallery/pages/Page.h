@@ -7,9 +7,9 @@ namespace gallery {
 
 /// One page: a title, a line about it, and cards that the page lays out below them. Flipped.
 ///
-/// Subclasses override `pageTitle`, `pageCaption`, `layOutIn:` and `chooseNext:`. Left and Right choose; a letter presses
-/// the chip that shows it; D switches light and dark; digits, Page Up and Page Down turn to another page. A page with
-/// other keys overrides `keyDown:` and hands the rest on.
+/// Subclasses override `pageTitle`, `pageCaption`, `layOutIn:` and `chooseNext:`. Left and Right choose; a letter
+/// presses the chip that shows it; D switches light and dark; digits, Page Up and Page Down turn to another page.
+/// A page with other keys overrides `keyDown:` and hands the rest on.
 class GalleryPage : public brindle::NSView {
     BRINDLE_OBJECT(GalleryPage, brindle::NSView)
 

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "Pages.h"
 
+#include "defaults/DefaultsPage.h"
 #include "ground/GroundPage.h"
 #include "objects/ObjectsPage.h"
 #include "unique/UniquePage.h"
@@ -18,6 +19,7 @@ namespace {
         { "The ground", makePage<GroundPage>, tourGround },
         { "Objects", makePage<ObjectsPage>, tourObjects },
         { "Unique objects", makePage<UniquePage>, tourUnique },
+        { "Defaults", makePage<DefaultsPage>, tourDefaults },
     };
 
 }

@@ -44,14 +44,8 @@ template <> struct GroundPage::Methods<struct Cards> {
         self.rows_->setFrame(NSMakeRect(room.origin.x, room.origin.y, kLeftWidth, top));
         self.grid_->setFrame(NSMakeRect(room.origin.x + kLeftWidth + kGap, room.origin.y,
             room.size.width - kLeftWidth - kGap, top));
-        const double width = (room.size.width - 2 * kGap) / 3;
-        double x = room.origin.x;
-        for (NSView* card :
-            { static_cast<NSView*>(self.job_.get()), static_cast<NSView*>(self.strokes_.get()),
-                static_cast<NSView*>(self.exchange_.get()) }) {
-            card->setFrame(NSMakeRect(x, room.origin.y + top + kGap, width, kBottomHeight));
-            x += width + kGap;
-        }
+        layOutRow({ self.job_.get(), self.strokes_.get(), self.exchange_.get() },
+            NSMakeRect(room.origin.x, room.origin.y + top + kGap, room.size.width, kBottomHeight));
     }
 
     static void changeStandard(GroundPage& self, double step)

@@ -15,6 +15,7 @@ void tourObjects(Tour& tour)
     tour.type(u"\uF703\uF703\uF703"); // the Right arrow: another class
     tour.picture("objects-restored");
     tour.darkPicture("objects-dark");
+    tour.leastPicture("objects-least");
 }
 
 }

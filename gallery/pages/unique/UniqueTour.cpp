@@ -14,6 +14,7 @@ void tourUnique(Tour& tour)
     tour.type(u"\uF703"); // the Right arrow: the next list
     tour.picture("unique-resolved");
     tour.darkPicture("unique-dark");
+    tour.leastPicture("unique-least");
 }
 
 }
