@@ -4,6 +4,7 @@
 #include "defaults/DefaultsPage.h"
 #include "ground/GroundPage.h"
 #include "objects/ObjectsPage.h"
+#include "text/TextPage.h"
 #include "unique/UniquePage.h"
 
 namespace gallery {
@@ -20,6 +21,7 @@ namespace {
         { "Objects", makePage<ObjectsPage>, tourObjects },
         { "Unique objects", makePage<UniquePage>, tourUnique },
         { "Defaults", makePage<DefaultsPage>, tourDefaults },
+        { "Intervals and URLs", makePage<TextPage>, tourText },
     };
 
 }
