@@ -5,6 +5,7 @@
 #include "runtime/Table.h"
 
 #include <cmath>
+#include <cstdio>
 
 namespace brindle {
 
@@ -104,9 +105,11 @@ namespace {
         static Ref<NSString> hex(NSColor& self)
         {
             const auto [red, green, blue, alpha] = rgbaOf(calibrated(&self)).values;
-            const auto byte = [](CGFloat part) { return static_cast<int>(std::floor(part * 255)); };
-            return NSString::cls().stringWithFormat(
-                "#%02X%02X%02X"_ns, byte(red), byte(green), byte(blue));
+            const auto byte
+                = [](CGFloat part) { return static_cast<std::uint8_t>(std::floor(part * 255)); };
+            char text[8];
+            std::snprintf(text, sizeof text, "#%02X%02X%02X", byte(red), byte(green), byte(blue));
+            return stringFrom(std::string_view(text));
         }
 
         // ---- lightness

@@ -47,9 +47,19 @@ namespace {
         return 0.212671 * c[0] + 0.71516 * c[1] + 0.072169 * c[2];
     }
 
-    constexpr Parts kFirst { 0.9, 0.25, 0.1, 1 };
-    constexpr Parts kSecond { 0.2, 0.5, 0.8, 0.5 };
-    constexpr Parts kAmounts { 0.5, 0.25, 0.75, 1 };
+    // What the floors read, so that the compiler cannot work the answers out beforehand.
+    Parts first { 0.9, 0.25, 0.1, 1 };
+    Parts second { 0.2, 0.5, 0.8, 0.5 };
+    Parts amounts { 0.5, 0.25, 0.75, 1 };
+
+    template <class F> Sample onHiddenParts(F operation)
+    {
+        return repeated([operation](std::size_t) {
+            for (const Parts* parts : { &first, &second, &amounts })
+                keep(parts);
+            operation();
+        });
+    }
 
     Ref<NSColor> colorOf(const Parts& c)
     {
@@ -71,24 +81,25 @@ namespace {
     }
     Pair formatting()
     {
-        const Ref<NSColor> color = colorOf(kFirst);
+        const Ref<NSColor> color = colorOf(first);
         return { repeated([color](std::size_t) { keep(hexString(color).get()); }),
-            repeated([](std::size_t) {
+            onHiddenParts([] {
                 char text[8];
-                std::snprintf(text, sizeof text, "#%02X%02X%02X", int(kFirst[0] * 255),
-                    int(kFirst[1] * 255), int(kFirst[2] * 255));
+                std::snprintf(text, sizeof text, "#%02X%02X%02X", int(first[0] * 255),
+                    int(first[1] * 255), int(first[2] * 255));
                 keep(text[1]);
             }) };
     }
     Pair blending()
     {
-        const Ref<NSColor> first = colorOf(kFirst);
-        const Ref<NSColor> second = colorOf(kSecond);
-        return { repeated([first, second](std::size_t) {
-                    keep(colorWithRGBBlendFrom_blendingAmounts(first, second.get(), kAmounts.data())
-                             .get());
-                }),
-            repeated([](std::size_t) { keep(blend(kFirst, kSecond, kAmounts)[0]); }) };
+        const Ref<NSColor> own = colorOf(first);
+        const Ref<NSColor> other = colorOf(second);
+        return {
+            repeated([own, other](std::size_t) {
+                keep(colorWithRGBBlendFrom_blendingAmounts(own, other.get(), amounts.data()).get());
+            }),
+            onHiddenParts([] { keep(blend(first, second, amounts)[0]); })
+        };
     }
     Pair converting()
     {
@@ -96,20 +107,18 @@ namespace {
         return { repeated([grey](std::size_t) {
                     keep(grey->colorUsingColorSpaceName(NSCalibratedRGBColorSpace).get());
                 }),
-            repeated([](std::size_t) {
-                keep(greyed({ 0.5, 1 })[0]);
-            }) };
+            onHiddenParts([] { keep(greyed(second)[0]); }) };
     }
     Pair weighing()
     {
-        const Ref<NSColor> color = colorOf(kFirst);
+        const Ref<NSColor> color = colorOf(first);
         return { repeated([color](std::size_t) { keep(luminosity(color)); }),
-            repeated([](std::size_t) { keep(lightness(kFirst)); }) };
+            onHiddenParts([] { keep(lightness(first)); }) };
     }
     Pair making()
     {
-        return { repeated([](std::size_t) { keep(colorOf(kFirst).get()); }),
-            repeated([](std::size_t) { keep(bounded(kFirst)[0]); }) };
+        return { repeated([](std::size_t) { keep(colorOf(first).get()); }),
+            onHiddenParts([] { keep(bounded(first)[0]); }) };
     }
 
 }
