@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "Pages.h"
 
+#include "colour/ColourPage.h"
 #include "defaults/DefaultsPage.h"
 #include "ground/GroundPage.h"
 #include "objects/ObjectsPage.h"
@@ -22,6 +23,7 @@ namespace {
         { "Unique objects", makePage<UniquePage>, tourUnique },
         { "Defaults", makePage<DefaultsPage>, tourDefaults },
         { "Intervals and URLs", makePage<TextPage>, tourText },
+        { "Colour", makePage<ColourPage>, tourColour },
     };
 
 }
