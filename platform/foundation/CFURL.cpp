@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "CFURL.h"
 
-#include "PercentEscapes.h"
+#include "PercentEscapesPrivate.h"
 #include "URLText.h"
 #include "runtime/Function.h"
 

@@ -18,7 +18,7 @@
 #include "NSDate.h"
 #include "NSError.h"
 #include "NSURL.h"
-#include "PercentEscapes.h"
+#include "PercentEscapesPrivate.h"
 #include "runtime/Table.h"
 
 namespace brindle {

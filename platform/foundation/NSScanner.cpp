@@ -7,7 +7,7 @@
 #include "CollectionsPrivate.h"
 #include "NSCharacterSet.h"
 #include "NSStringPrivate.h"
-#include "Numerals.h"
+#include "NumeralsPrivate.h"
 #include "runtime/NSException.h"
 #include "runtime/Table.h"
 

@@ -2,7 +2,7 @@
 #include "NSMutableArray.h"
 #include "NSString+CharacterSets.h"
 #include "NSStringPrivate.h"
-#include "PercentEscapes.h"
+#include "PercentEscapesPrivate.h"
 #include "runtime/Table.h"
 
 namespace brindle {

@@ -5,7 +5,7 @@
 #include <limits>
 
 #include "NSStringPrivate.h"
-#include "Numerals.h"
+#include "NumeralsPrivate.h"
 #include "Unicode.h"
 #include "runtime/Table.h"
 

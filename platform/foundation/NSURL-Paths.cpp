@@ -6,7 +6,7 @@
 #include "NSArray.h"
 #include "NSMutableArray.h"
 #include "NSStringPrivate.h"
-#include "PercentEscapes.h"
+#include "PercentEscapesPrivate.h"
 #include "URLPrivate.h"
 #include "runtime/Table.h"
 

@@ -11,7 +11,7 @@
 #include "NSCoder.h"
 #include "NSNumber.h"
 #include "NSStringPrivate.h"
-#include "PercentEscapes.h"
+#include "PercentEscapesPrivate.h"
 #include "URLPrivate.h"
 #include "runtime/NSException.h"
 #include "runtime/Runtime.h"

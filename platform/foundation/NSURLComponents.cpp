@@ -5,7 +5,7 @@
 #include "NSNumber.h"
 #include "NSStringPrivate.h"
 #include "NSURLQueryItem.h"
-#include "PercentEscapes.h"
+#include "PercentEscapesPrivate.h"
 #include "URLPrivate.h"
 #include "runtime/NSException.h"
 #include "runtime/Table.h"

@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "Numerals.h"
+#include "NumeralsPrivate.h"
 
 #include <limits>
 #include <locale.h>
 #include <stdlib.h>
 
-#include "PercentEscapes.h"
+#include "PercentEscapesPrivate.h"
 
 namespace brindle::numerals {
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "PercentEscapes.h"
+#include "PercentEscapesPrivate.h"
 
 #include <algorithm>
 

@@ -4,7 +4,7 @@
 #include <algorithm>
 #include <vector>
 
-#include "PercentEscapes.h"
+#include "PercentEscapesPrivate.h"
 
 namespace brindle::urls {
 
