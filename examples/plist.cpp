@@ -2,9 +2,10 @@
 
 // Property lists of every format: checked, shown, converted.
 //
-//   plist lint FILE               one line, "accept FORMAT" or "reject PLACE: REASON"; ends with 1 for a refusal
-//   plist print FILE              all values, much as JSON writes them
-//   plist convert FORMAT IN OUT   to "xml" or "binary"
+//   brindle-plist lint FILE                        one line, "accept" or "reject POSITION REASON"; the position is a byte
+//                                                  of a binary list, a line of any other; ends with 1 for a refusal
+//   brindle-plist print FILE                       all values, much as JSON writes them
+//   brindle-plist convert FILE [xml|binary [OUT]]  to the other format, or that one, on standard output or in a file
 
 #include <cstdio>
 #include <string>
@@ -38,13 +39,6 @@ List read(const char* path)
     return list;
 }
 
-const char* nameOf(NSPropertyListFormat format)
-{
-    return format == NSPropertyListBinaryFormat_v1_0 ? "binary"
-        : format == NSPropertyListXMLFormat_v1_0     ? "xml"
-                                                     : "text";
-}
-
 std::string quoted(const NSString* string)
 {
     std::string out = "\"";
@@ -73,64 +67,104 @@ std::string hexadecimal(const NSData* data)
     return out + '>';
 }
 
-void print(NSObject* value, const std::string& margin);
-
-// The readers refuse what is nested more than 512 deep, so that going down here is safe.
-void printAll(NSArray* array, const std::string& margin)
-{
-    const char* separator = "\n";
-    std::printf("[");
-    for (NSObject* item : *array) {
-        std::printf("%s%s  ", separator, margin.c_str());
-        print(item, margin + "  ");
-        separator = ",\n";
+/// Writes values to standard output until there is too much of it: a few hundred bytes of list, whose containers are
+/// all shared, can stand for more values than anybody will read.
+class Printer {
+public:
+    /// - Returns: whether everything was written.
+    bool print(NSObject* value)
+    {
+        put(value, "");
+        write("\n");
+        return left_ > 0;
     }
-    std::printf(array->count() ? "\n%s]" : "]", margin.c_str());
-}
 
-void printAll(NSDictionary* dictionary, const std::string& margin)
-{
-    const char* separator = "\n";
-    std::printf("{");
-    for (NSObject* key : *dictionary) {
-        std::printf(
-            "%s%s  %s: ", separator, margin.c_str(), quoted(static_cast<NSString*>(key)).c_str());
-        print(dictionary->objectForKey(key).get(), margin + "  ");
-        separator = ",\n";
+private:
+    void write(const std::string& text)
+    {
+        if (text.size() >= left_) {
+            left_ = 0;
+            return;
+        }
+        left_ -= text.size();
+        std::fwrite(text.data(), 1, text.size(), stdout);
     }
-    std::printf(dictionary->count() ? "\n%s}" : "}", margin.c_str());
-}
 
-void print(NSObject* value, const std::string& margin)
-{
-    if (value->isKindOfClass(NSArray::cls()))
-        printAll(static_cast<NSArray*>(value), margin);
-    else if (value->isKindOfClass(NSDictionary::cls()))
-        printAll(static_cast<NSDictionary*>(value), margin);
-    else if (value->isKindOfClass(NSString::cls()))
-        std::printf("%s", quoted(static_cast<NSString*>(value)).c_str());
-    else if (value->isKindOfClass(NSData::cls()))
-        std::printf("%s", hexadecimal(static_cast<NSData*>(value)).c_str());
-    else if (value->isKindOfClass(PropertyListUID::cls()))
-        std::printf("UID(%lu)",
-            static_cast<unsigned long>(
-                static_cast<PropertyListUID*>(value)->unsignedIntegerValue()));
-    else if (value->isKindOfClass(NSNumber::cls())
-        && *static_cast<NSNumber*>(value)->objCType() == 'B')
-        std::printf("%s", static_cast<NSNumber*>(value)->boolValue() ? "true" : "false");
-    else
-        std::printf("%s", utf8Of(value->description()).c_str());
-}
+    // The readers refuse what is nested more than 512 deep, so that going down here is safe.
+    void putAll(NSArray* array, const std::string& margin)
+    {
+        const char* separator = "\n";
+        write("[");
+        for (NSObject* const item : *array) {
+            if (left_ == 0)
+                return;
+            write(separator + margin + "  ");
+            put(item, margin + "  ");
+            separator = ",\n";
+        }
+        write(array->count() ? "\n" + margin + "]" : "]");
+    }
+    void putAll(NSDictionary* dictionary, const std::string& margin)
+    {
+        const char* separator = "\n";
+        write("{");
+        for (NSObject* const key : *dictionary) {
+            if (left_ == 0)
+                return;
+            write(separator + margin + "  " + quoted(static_cast<NSString*>(key)) + ": ");
+            put(dictionary->objectForKey(key).get(), margin + "  ");
+            separator = ",\n";
+        }
+        write(dictionary->count() ? "\n" + margin + "}" : "}");
+    }
+    void put(NSObject* value, const std::string& margin)
+    {
+        if (value->isKindOfClass(NSArray::cls()))
+            putAll(static_cast<NSArray*>(value), margin);
+        else if (value->isKindOfClass(NSDictionary::cls()))
+            putAll(static_cast<NSDictionary*>(value), margin);
+        else
+            write(textOf(value));
+    }
+    static std::string textOf(NSObject* value)
+    {
+        if (value->isKindOfClass(NSString::cls()))
+            return quoted(static_cast<NSString*>(value));
+        if (value->isKindOfClass(NSData::cls()))
+            return hexadecimal(static_cast<NSData*>(value));
+        if (value->isKindOfClass(PropertyListUID::cls()))
+            return "UID("
+                + std::to_string(static_cast<PropertyListUID*>(value)->unsignedIntegerValue())
+                + ")";
+        if (value->isKindOfClass(NSNumber::cls())
+            && *static_cast<NSNumber*>(value)->objCType() == 'B')
+            return static_cast<NSNumber*>(value)->boolValue() ? "true" : "false";
+        return utf8Of(value->description());
+    }
 
+    std::size_t left_ = std::size_t { 64 } << 20; // bytes
+};
+
+/// Errors say "line 3: reason" or "byte 8: reason".
 int refuse(const NSError* error)
 {
-    const Ref<NSObject> why = error->userInfo()->objectForKey(NSDebugDescriptionErrorKey);
-    std::printf("reject %s\n", utf8Of(why->description()).c_str());
+    const Ref<NSObject> why
+        = error ? error->userInfo()->objectForKey(NSDebugDescriptionErrorKey) : nullptr;
+    const std::string text = why ? utf8Of(why->description()) : "byte 0: no file to read";
+    const std::size_t colon = text.find(": ");
+    const std::size_t space = text.find(' ');
+    if (colon == std::string::npos || space > colon)
+        std::printf("reject 0 %s\n", text.c_str());
+    else
+        std::printf("reject %s %s\n", text.substr(space + 1, colon - space - 1).c_str(),
+            text.substr(colon + 2).c_str());
     return 1;
 }
 
-int convert(const List& list, const std::string& format, const char* path)
+int convert(const List& list, std::string format, const char* path)
 {
+    if (format.empty())
+        format = list.format == NSPropertyListXMLFormat_v1_0 ? "binary" : "xml";
     Ref<NSError> error;
     const Ref<NSData> data
         = NSPropertyListSerialization::cls().dataWithPropertyList_format_options_error(
@@ -139,7 +173,16 @@ int convert(const List& list, const std::string& format, const char* path)
             &error);
     if (!data)
         return refuse(error.get());
-    return data->writeToFile_atomically(stringFrom(path).get(), true) ? 0 : 1;
+    if (path)
+        return data->writeToFile_atomically(stringFrom(path).get(), true) ? 0 : 1;
+    return std::fwrite(data->bytes(), 1, data->length(), stdout) == data->length() ? 0 : 1;
+}
+
+int usage()
+{
+    std::fprintf(
+        stderr, "brindle-plist lint FILE | print FILE | convert FILE [xml|binary [OUT]]\n");
+    return 2;
 }
 
 }
@@ -147,20 +190,23 @@ int convert(const List& list, const std::string& format, const char* path)
 int main(int count, char** arguments)
 {
     const std::string verb = count > 2 ? arguments[1] : "";
-    if (verb == "convert" ? count != 5 : count != 3) {
-        std::fprintf(stderr, "plist lint FILE | print FILE | convert xml|binary IN OUT\n");
-        return 2;
-    }
-    const List list = read(arguments[verb == "convert" ? 3 : 2]);
+    const std::string format = count > 3 ? arguments[3] : "";
+    const bool isConvert = verb == "convert" && count <= 5
+        && (format.empty() || format == "xml" || format == "binary");
+    if (!isConvert && !((verb == "lint" || verb == "print") && count == 3))
+        return usage();
+    const List list = read(arguments[2]);
     if (!list.value)
         return refuse(list.error.get());
-    if (verb == "convert")
-        return convert(list, arguments[2], arguments[4]);
+    if (isConvert)
+        return convert(list, format, count > 4 ? arguments[4] : nullptr);
     if (verb == "lint") {
-        std::printf("accept %s\n", nameOf(list.format));
+        std::printf("accept\n");
         return 0;
     }
-    print(list.value.get(), "");
-    std::printf("\n");
+    if (!Printer().print(list.value.get())) {
+        std::fprintf(stderr, "brindle-plist: more than 64 MB of values, left out\n");
+        return 1;
+    }
     return 0;
 }
