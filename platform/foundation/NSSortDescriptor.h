@@ -1,13 +1,10 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-#include "NSArray.h"
-#include "runtime/NSObject.h"
+#include "NSMutableArray.h"
+#include "NSSet.h"
 
 namespace brindle {
-
-class NSMutableArray;
-class NSSet;
 
 /// One rule of an order: by which value of the objects, how two values compare, and which way round. A value; copying
 /// answers the receiver.
