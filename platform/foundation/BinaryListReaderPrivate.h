@@ -76,6 +76,8 @@ public:
     /// Answers seconds since the reference date, a finite number.
     double date(Index index) const;
     std::uint64_t uid(Index index) const;
+    /// Answers the length of a string in units, of data in bytes, of a container in elements or entries.
+    std::size_t length(Index index) const { return shapeAt(at(index)).count; }
     std::span<const unsigned char> data(Index index) const;
 
     /// Answers a string's bytes when it is kept as ASCII, else a view without data.

@@ -16,8 +16,8 @@ using lists::Kind;
 
 namespace {
 
-    constexpr std::size_t kMostKnownKeys = 4096;
     constexpr std::size_t kCredit = std::size_t { 64 } << 20;
+    constexpr std::size_t kLook = 16; // what looking at a key or name counts for, in bytes
 
     bool isKindOf(Class* cls, Class* parent)
     {
@@ -183,122 +183,6 @@ bool Reader::readTop()
     return true;
 }
 
-// ---- keys
-
-Reader::KnownKey* Reader::knownKey(NSString* key)
-{
-    if (key->isa_ != brindle::classOf<NSString>())
-        return nullptr; // its text may change
-    const auto start = [&](const NSString* text) {
-        return static_cast<std::size_t>(
-                   (reinterpret_cast<std::uintptr_t>(text) * 0x9e3779b97f4a7c15u) >> 32)
-            & (keys_.size() - 1);
-    };
-    if ((knownKeys_ + 1) * 2 > keys_.size() && knownKeys_ < kMostKnownKeys) {
-        std::vector<KnownKey> old(std::max<std::size_t>(64, keys_.size() * 2));
-        old.swap(keys_);
-        for (KnownKey& known : old) {
-            if (!known.key)
-                continue;
-            std::size_t at = start(known.key.get());
-            while (keys_[at].key)
-                at = (at + 1) & (keys_.size() - 1);
-            keys_[at] = std::move(known);
-        }
-    }
-    std::size_t at = start(key);
-    for (; keys_[at].key; at = (at + 1) & (keys_.size() - 1)) {
-        if (keys_[at].key == key)
-            return &keys_[at];
-    }
-    if (knownKeys_ >= kMostKnownKeys)
-        return nullptr;
-    ++knownKeys_;
-    keys_[at].key = key;
-    return &keys_[at];
-}
-
-bool Reader::isReady()
-{
-    if (isFinished)
-        fail("the unarchiver has finished");
-    return !isFinished && !CoderAccess::hasFailed(owner_);
-}
-
-Reader::Index Reader::find(NSString* key)
-{
-    if (!key || !isReady())
-        return kNowhere;
-    Frame& frame = frames_.back();
-    KnownKey* const known = knownKey(key);
-    if (known && known->text != kNowhere) {
-        const Index found = findKnown(frame, *known);
-        if (found != kNowhere)
-            return found;
-    }
-    // The same text may stand in the archive twice.
-    const strings::Contents text(key);
-    Index found = kNowhere;
-    if (text->size() > 0 && text.view()[0] == u'$') {
-        strings::TextBuilder escaped;
-        escaped.add(u'$');
-        escaped.add(text.view());
-        found = findText(frame, strings::Contents(escaped.string().get()).view());
-    } else {
-        found = findText(frame, text.view());
-    }
-    if (known && found != kNowhere)
-        known->text = frame.keys[frame.next - 1];
-    return found;
-}
-
-Reader::Index Reader::findUnkeyed()
-{
-    if (!isReady())
-        return kNowhere;
-    Frame& frame = frames_.back();
-    const std::string key = "$" + std::to_string(frame.unkeyed++);
-    return findText(frame, std::string_view(key));
-}
-
-Reader::Index Reader::findKnown(Frame& frame, KnownKey& known)
-{
-    const std::size_t count = frame.keys.size();
-    for (std::size_t i = frame.next; i < count; ++i) {
-        if (frame.keys[i] == known.text) {
-            frame.next = i + 1;
-            return frame.values[i];
-        }
-    }
-    for (std::size_t i = 0; i < std::min(frame.next, count); ++i) {
-        if (frame.keys[i] == known.text) {
-            frame.next = i + 1;
-            return frame.values[i];
-        }
-    }
-    return kNowhere;
-}
-
-Reader::Index Reader::findText(Frame& frame, strings::View text)
-{
-    for (std::size_t i = 0; i < frame.keys.size(); ++i) {
-        if (isText(frame.keys[i], text)) {
-            frame.next = i + 1;
-            return frame.values[i];
-        }
-    }
-    return kNowhere;
-}
-
-bool Reader::isText(Index index, strings::View text) const
-{
-    const std::string_view ascii = list_.ascii(index);
-    if (ascii.data())
-        return text.isNarrow() && ascii == text.narrow();
-    return !text.isNarrow()
-        && strings::equal(strings::Contents(list_.string(index).get()).view(), text);
-}
-
 // ---- values
 
 Reader::Index Reader::plain(Index value) const
@@ -321,7 +205,7 @@ Ref<NSObject> Reader::object(Index value, NSString* key)
         return fail("the value of key (" + utf8Of(key) + ") is no object");
     if (!isAllowed(classOfKind(kind), key))
         return nullptr;
-    return list_.leaf(value);
+    return leaf(value);
 }
 
 Ref<NSObject> Reader::objectAt(Uid uid, NSString* key)
@@ -348,16 +232,25 @@ Ref<NSObject> Reader::objectAt(Uid uid, NSString* key)
         return fail("the object of key (" + utf8Of(key) + ") has no class");
     if (!isAllowed(cls, key))
         return nullptr;
-    Ref<NSObject> object = list_.leaf(record);
-    if (replacesDecoded_)
+    Ref<NSObject> object = leaf(record);
+    if (object && replacesDecoded_)
         object = substituted(std::move(object));
     states_[uid] = State::done;
     built_[uid] = object;
     return object;
 }
 
+Ref<NSObject> Reader::leaf(Index value)
+{
+    const Kind kind = list_.kind(value);
+    const bool isLong = kind == Kind::string || kind == Kind::data;
+    return !isLong || charge(list_.length(value)) ? list_.leaf(value) : nullptr;
+}
+
 Ref<NSObject> Reader::build(Uid uid, Index record, NSString* key)
 {
+    if (!charge(list_.length(record) * kLook))
+        return nullptr;
     const Named* const named = classOfRecord(record);
     if (!named)
         return fail("the object of key (" + utf8Of(key) + ") has no class");
@@ -503,9 +396,11 @@ bool Reader::readClass(Index record, Named& named)
         return false;
     const auto parents = list_.elements(chain);
     for (std::size_t i = 0; i < parents.size(); ++i) {
-        if (list_.kind(parents[i]) != Kind::string)
+        if (list_.kind(parents[i]) != Kind::string || !charge(kLook + list_.length(parents[i])))
             return false;
     }
+    if (!charge(list_.length(name)))
+        return false;
     named.name = utf8Of(list_.string(name));
     return parents.size() > 0 && named.name.find('\0') == std::string::npos
         && utf8Of(list_.string(parents[0])) == named.name;
@@ -518,7 +413,7 @@ void Reader::resolve(Index record, Named& named)
     if (!cls && hints < list_.count() && list_.kind(hints) == Kind::array) {
         const auto names = list_.elements(hints);
         for (std::size_t i = 0; i < names.size() && !cls; ++i) {
-            if (list_.kind(names[i]) == Kind::string)
+            if (list_.kind(names[i]) == Kind::string && charge(kLook + list_.length(names[i])))
                 cls = classNamed(utf8Of(list_.string(names[i])));
         }
     }

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include <memory>
+
 #include "BinaryListReaderPrivate.h"
 #include "KeyedArchivePrivate.h"
 #include "NSData.h"
@@ -36,8 +38,8 @@ public:
 
     /// Raises, or keeps an error, as the policy says; answers nil.
     Ref<NSObject> fail(const std::string& reason);
-    /// Counts bytes that are built from bytes that several objects may share; false after a failure, when there are more
-    /// than any honest archive of this size has.
+    /// Counts bytes that are built or looked through again because several objects share them; false after a failure,
+    /// when there are more than any honest archive of this size has.
     bool charge(std::size_t bytes);
 
     /// The classes that a decode allows, as long as it runs.
@@ -74,11 +76,14 @@ private:
         bool supportsSecureCoding = false;
         bool isReplaced = false; ///< instances may name a substitute
     };
+    using Places = std::unordered_map<std::string_view, std::size_t>;
     struct Frame {
         lists::BinaryListReader::References keys;
         lists::BinaryListReader::References values;
-        std::size_t next = 0; ///< keys are mostly asked for in the order in which they stand
+        std::size_t last
+            = 0; ///< found before: keys are mostly asked for in the order in which they stand
         unsigned unkeyed = 0;
+        std::unique_ptr<Places> places = nullptr; ///< only where there are many keys
     };
     /// Where a key's text was found before.
     struct KnownKey {
@@ -91,6 +96,7 @@ private:
     bool openList(const NSData* data);
     bool readTop();
     Ref<NSObject> objectAt(Uid uid, NSString* key);
+    Ref<NSObject> leaf(Index value);
     Ref<NSObject> build(Uid uid, Index record, NSString* key);
     Ref<NSObject> initialized(Uid uid, Index record, const Named& named);
     Ref<NSObject> substituted(Ref<NSObject> object);
@@ -101,7 +107,8 @@ private:
     Class* classFromDelegate(Index record, const std::string& name) const;
     bool isAllowed(Class* cls, NSString* key);
     Index findText(Frame& frame, strings::View text);
-    Index findKnown(Frame& frame, KnownKey& known);
+    Index findAmongMany(Frame& frame, std::string_view text);
+    static Index findKnown(Frame& frame, const KnownKey& known);
     bool isText(Index index, strings::View text) const;
     KnownKey* knownKey(NSString* key);
 

@@ -344,6 +344,55 @@ Ref<NSMutableArray> nested(std::size_t levels)
     return outer;
 }
 
+/// Answers the begin of an archive's objects: null, and the class of arrays as number 1.
+Ref<NSMutableArray> objectsWithArrayClass()
+{
+    const Ref<NSMutableArray> objects = make<NSMutableArray>();
+    objects->addObject("$null"_ns);
+    objects->addObject(
+        makeDictionary({ { "$classname"_ns, "NSArray"_ns },
+                           { "$classes"_ns, makeArray({ "NSArray"_ns, "NSObject"_ns }).get() } })
+            .get());
+    return objects;
+}
+
+Ref<NSData> archiveOf(NSMutableArray& objects, NSUInteger root)
+{
+    const Ref<NSDictionary> archive = makeDictionary(
+        { { "$version"_ns, whole(100000).get() }, { "$archiver"_ns, "NSKeyedArchiver"_ns },
+            { "$top"_ns, makeDictionary({ { "root"_ns, uid(root).get() } }).get() },
+            { "$objects"_ns, &objects } });
+    return lists().dataWithPropertyList_format_options_error(
+        archive.get(), NSPropertyListBinaryFormat_v1_0, 0, nullptr);
+}
+
+/// Adds an array of objects that follow it, all of them one and the same; answers the archive.
+Ref<NSData> archiveOfMany(NSMutableArray& objects, NSObject* same, NSUInteger count)
+{
+    const NSUInteger root = objects.count();
+    const Ref<NSMutableArray> items = make<NSMutableArray>();
+    objects.addObject(
+        makeDictionary({ { "$class"_ns, uid(1).get() }, { "NS.objects"_ns, items.get() } }).get());
+    for (NSUInteger i = 0; i < count; ++i) {
+        items->addObject(uid(objects.count()).get());
+        objects.addObject(same);
+    }
+    return archiveOf(objects, root);
+}
+
+Ref<NSString> repeated(char letter, std::size_t count)
+{
+    return stringFrom(std::string(count, letter));
+}
+
+void expectRefusedAsTooLarge(const Ref<NSData>& data)
+{
+    EXPECT_LT(data->length(), std::size_t { 3 } << 20);
+    EXPECT_EQ(raisedBy([&] { NSKeyedUnarchiver::cls().unarchiveObjectWithData(data.get()); }),
+        "NSInvalidUnarchiveOperationException: *** -[NSKeyedUnarchiver decodeObjectForKey:]: the "
+        "objects are much larger than the archive they stand in");
+}
+
 }
 
 TEST(HostileArchives, TheArchiveThatIsRewrittenIsAGoodOne)
@@ -428,12 +477,7 @@ TEST(HostileArchives, DeeperGraphsAreRefusedWhenWritten)
 TEST(HostileArchives, DeeperGraphsAreRefusedWhenRead)
 {
     // Arrays that each hold the next one, written without any recursion.
-    const Ref<NSMutableArray> objects = make<NSMutableArray>();
-    objects->addObject("$null"_ns);
-    objects->addObject(
-        makeDictionary({ { "$classname"_ns, "NSArray"_ns },
-                           { "$classes"_ns, makeArray({ "NSArray"_ns, "NSObject"_ns }).get() } })
-            .get());
+    const Ref<NSMutableArray> objects = objectsWithArrayClass();
     constexpr NSUInteger kLevels = 200000;
     for (NSUInteger i = 0; i < kLevels; ++i) {
         const Ref<NSArray> items
@@ -442,12 +486,7 @@ TEST(HostileArchives, DeeperGraphsAreRefusedWhenRead)
             makeDictionary({ { "$class"_ns, uid(1).get() }, { "NS.objects"_ns, items.get() } })
                 .get());
     }
-    const Ref<NSDictionary> archive = makeDictionary(
-        { { "$version"_ns, whole(100000).get() }, { "$archiver"_ns, "NSKeyedArchiver"_ns },
-            { "$top"_ns, makeDictionary({ { "root"_ns, uid(2).get() } }).get() },
-            { "$objects"_ns, objects.get() } });
-    const Ref<NSData> data = lists().dataWithPropertyList_format_options_error(
-        archive.get(), NSPropertyListBinaryFormat_v1_0, 0, nullptr);
+    const Ref<NSData> data = archiveOf(*objects, 2);
     const auto read = [&] {
         return raisedBy([&] { NSKeyedUnarchiver::cls().unarchiveObjectWithData(data.get()); });
     };
@@ -490,8 +529,65 @@ TEST(HostileArchives, ManyObjectsOfTheSameBytesDoNotFillTheMemory)
         many->addObject(
             NSMutableData::cls().dataWithBytes_length(megabyte.data(), megabyte.size()).get());
     const Ref<NSData> data = NSKeyedArchiver::cls().archivedDataWithRootObject(many.get());
-    EXPECT_LT(data->length(), std::size_t { 2 } << 20);
-    EXPECT_EQ(raisedBy([&] { NSKeyedUnarchiver::cls().unarchiveObjectWithData(data.get()); }),
-        "NSInvalidUnarchiveOperationException: *** -[NSKeyedUnarchiver decodeObjectForKey:]: the "
-        "objects are much larger than the archive they stand in");
+    expectRefusedAsTooLarge(data);
+}
+
+TEST(HostileArchives, ManyReferencesToOneStringDoNotFillTheMemory)
+{
+    const Ref<NSMutableArray> objects = objectsWithArrayClass();
+    expectRefusedAsTooLarge(archiveOfMany(*objects, repeated('x', 1 << 20).get(), 300));
+}
+
+TEST(HostileArchives, ManyObjectsOfOneLongRecordDoNotTakeForEver)
+{
+    const Ref<NSMutableArray> objects = objectsWithArrayClass();
+    const Ref<NSMutableDictionary> record = make<NSMutableDictionary>();
+    for (NSInteger i = 0; i < 20000; ++i)
+        put(*record, stringFrom(std::to_string(i)).get(), whole(0));
+    put(*record, "$class"_ns, uid(1));
+    put(*record, "NS.objects"_ns, makeArray({}));
+    expectRefusedAsTooLarge(archiveOfMany(*objects, record.get(), 20000));
+}
+
+TEST(HostileArchives, AClassWithManyLongParentsDoesNotTakeForEver)
+{
+    const Ref<NSMutableArray> objects = objectsWithArrayClass();
+    const Ref<NSString> name = repeated('x', 1 << 20);
+    const Ref<NSMutableArray> chain = make<NSMutableArray>();
+    for (int i = 0; i < 300; ++i)
+        chain->addObject(name.get());
+    objects->addObject(
+        makeDictionary({ { "$classname"_ns, name.get() }, { "$classes"_ns, chain.get() } }).get());
+    objects->addObject(makeDictionary({ { "$class"_ns, uid(2).get() } }).get());
+    expectRefusedAsTooLarge(archiveOf(*objects, 3));
+}
+
+TEST(HostileArchives, AClassWithManyLongHintsDoesNotTakeForEver)
+{
+    const Ref<NSMutableArray> objects = objectsWithArrayClass();
+    const Ref<NSMutableArray> hints = make<NSMutableArray>();
+    for (int i = 0; i < 300; ++i)
+        hints->addObject(repeated('x', 1 << 20).get());
+    objects->addObject(makeDictionary(
+        { { "$classname"_ns, "Nobody"_ns }, { "$classes"_ns, makeArray({ "Nobody"_ns }).get() },
+            { "$classhints"_ns, hints.get() } })
+                           .get());
+    objects->addObject(makeDictionary({ { "$class"_ns, uid(2).get() } }).get());
+    expectRefusedAsTooLarge(archiveOf(*objects, 3));
+}
+
+TEST(HostileArchives, AHundredThousandElementsWithAKeyEachAreRead)
+{
+    // Comparing all keys for each element would take minutes.
+    constexpr int kCount = 100000;
+    const Ref<NSMutableArray> objects = objectsWithArrayClass();
+    const Ref<NSMutableDictionary> record = make<NSMutableDictionary>();
+    for (int i = kCount; i-- > 0;)
+        put(*record, stringFrom("NS.object." + std::to_string(i)).get(), uid(3));
+    put(*record, "$class"_ns, uid(1));
+    objects->addObject(record.get());
+    objects->addObject("x"_ns);
+    const Ref<NSData> data = archiveOf(*objects, 2);
+    const Ref<NSObject> back = NSKeyedUnarchiver::cls().unarchiveObjectWithData(data.get());
+    EXPECT_EQ(cast<NSArray>(back)->count(), NSUInteger { kCount });
 }

@@ -272,6 +272,24 @@ TEST(NSKeyedUnarchiver, MissingKeysAreNil)
     EXPECT_EQ(unarchiver->decodeIntForKey("none"_ns), 0);
 }
 
+TEST(NSKeyedUnarchiver, ManyKeysAreFoundInAnyOrder)
+{
+    constexpr int kCount = 1000;
+    const auto key = [](int i) {
+        constexpr const char* kKinds[] = { "key ", "$key ", "Schl\u00fcssel ", "\u9375 " };
+        return stringFrom(kKinds[i % 4] + std::to_string(i));
+    };
+    const Ref<NSKeyedArchiver> archiver
+        = alloc<NSKeyedArchiver>()->initRequiringSecureCoding(false);
+    for (int i = 0; i < kCount; ++i)
+        archiver->encodeInteger_forKey(i, key(i).get());
+    const Ref<NSKeyedUnarchiver> unarchiver
+        = alloc<NSKeyedUnarchiver>()->initForReadingWithData(archiver->encodedData().get());
+    for (int i = kCount; i-- > 0;)
+        EXPECT_EQ(unarchiver->decodeIntegerForKey(key(i).get()), i);
+    EXPECT_FALSE(unarchiver->containsValueForKey(key(kCount).get()));
+}
+
 TEST(NSKeyedUnarchiver, AnArchiveWithoutARootIsRefused)
 {
     const Ref<NSKeyedArchiver> archiver
