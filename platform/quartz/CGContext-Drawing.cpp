@@ -276,6 +276,15 @@ namespace {
 void CGContextClip(CGContextRef context) { clip(context, false); }
 void CGContextEOClip(CGContextRef context) { clip(context, true); }
 
+void quartz::resetClip(CGContextRef context)
+{
+    ContextData* const data = dataOf(context);
+    if (!data)
+        return;
+    data->state.clipBox = data->canvas().bounds();
+    data->state.clipShapes = nullptr;
+}
+
 void CGContextClipToRect(CGContextRef context, CGRect rect)
 {
     CGContextClipToRects(context, &rect, 1);

@@ -29,33 +29,46 @@ namespace quartz {
     /// The steps of a path with their points in one row.
     class PathData {
     public:
-        bool isEmpty() const { return types_.empty(); }
+        bool isEmpty() const { return steps_.empty(); }
+        std::size_t count() const { return steps_.size(); }
+        CGPathElementType typeAt(std::size_t index) const { return steps_[index].type; }
+        const CGPoint* pointsAt(std::size_t index) const
+        {
+            return points_.data() + steps_[index].point;
+        }
+        /// Moves a step's points; the others stay.
+        void setPointsAt(std::size_t index, const CGPoint* points);
+
         void clear();
         void move(CGPoint to);
         void line(CGPoint to);
         void quad(CGPoint control, CGPoint to);
         void curve(CGPoint control1, CGPoint control2, CGPoint to);
+        /// Adds the cubic that has the shape of a quadratic curve.
+        void curveLikeQuad(CGPoint control, CGPoint to);
         /// Ends the subpath; nothing on an empty path or twice in a row.
         void close();
         void rect(CGRect rect, const CGAffineTransform& transform);
         void append(const PathData& other, const CGAffineTransform& transform);
 
         /// Answers the current point: the last one, or the start of the subpath after a close.
-        CGPoint current() const { return current_; }
+        CGPoint current() const;
         /// Answers the rectangle around all points, control points included; null when there are none.
         CGRect controlBox() const;
         /// Answers the rectangle around the drawn curves.
         CGRect box() const;
         bool contains(CGPoint point, bool evenOdd) const;
+        /// Answers the path with lines in place of its curves.
+        /// - flatness: how far a line may stray from its curve, in points; a curve becomes 1,024 lines at most.
+        PathData flattened(double flatness) const;
+        /// Answers the same shape with each subpath run from its end to its start.
+        PathData reversed() const;
 
         /// Calls `visit(type, points)` for each step.
         template <class F> void each(F&& visit) const
         {
-            const CGPoint* point = points_.data();
-            for (const CGPathElementType type : types_) {
-                visit(type, point);
-                point += pointsOf(type);
-            }
+            for (const Step& step : steps_)
+                visit(step.type, points_.data() + step.point);
         }
         static std::size_t pointsOf(CGPathElementType type)
         {
@@ -65,16 +78,23 @@ namespace quartz {
         }
         friend bool operator==(const PathData& a, const PathData& b)
         {
-            return a.types_ == b.types_ && a.points_ == b.points_;
+            return a.steps_ == b.steps_ && a.points_ == b.points_;
         }
 
     private:
+        struct Step {
+            CGPathElementType type;
+            std::uint32_t point; // the place of its first point
+            friend bool operator==(const Step&, const Step&) = default;
+        };
+        void add(CGPathElementType type);
         void begin();
+        CGPoint endOf(std::size_t index) const;
+        void appendReversed(const PathData& other, std::size_t first, std::size_t end);
 
-        std::vector<CGPathElementType> types_;
+        std::vector<Step> steps_;
         std::vector<CGPoint> points_;
-        CGPoint start_;
-        CGPoint current_;
+        std::size_t start_ = 0; // the place of the last move's point
     };
 
 }

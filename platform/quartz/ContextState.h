@@ -10,6 +10,9 @@ namespace brindle::quartz {
 BRINDLE_EXPORT CGBlendMode blendMode(CGContextRef context);
 BRINDLE_EXPORT bool shouldAntialias(CGContextRef context);
 
+/// Makes the whole canvas, or the present group's, the clip.
+BRINDLE_EXPORT void resetClip(CGContextRef context);
+
 /// Whether shapes get a ring around them: instead of their own paint, below it or above it.
 enum class FocusRing { none, only, below, above };
 

@@ -7,67 +7,79 @@
 
 namespace brindle::quartz {
 
+void PathData::add(CGPathElementType type)
+{
+    steps_.push_back({ type, static_cast<std::uint32_t>(points_.size()) });
+}
+
+CGPoint PathData::current() const
+{
+    if (steps_.empty())
+        return {};
+    return steps_.back().type == kCGPathElementCloseSubpath ? points_[start_] : points_.back();
+}
+
+void PathData::setPointsAt(std::size_t index, const CGPoint* points)
+{
+    std::copy_n(points, pointsOf(typeAt(index)), points_.begin() + steps_[index].point);
+}
+
 void PathData::clear()
 {
-    types_.clear();
+    steps_.clear();
     points_.clear();
 }
 
 void PathData::move(CGPoint to)
 {
     // A move behind a move replaces it.
-    if (!types_.empty() && types_.back() == kCGPathElementMoveToPoint)
+    if (!steps_.empty() && steps_.back().type == kCGPathElementMoveToPoint) {
         points_.back() = to;
-    else {
-        types_.push_back(kCGPathElementMoveToPoint);
-        points_.push_back(to);
+        return;
     }
-    start_ = current_ = to;
+    start_ = points_.size();
+    add(kCGPathElementMoveToPoint);
+    points_.push_back(to);
 }
 
 /// Makes the subpath's start explicit when drawing goes on after a close.
 void PathData::begin()
 {
-    if (types_.back() == kCGPathElementCloseSubpath)
-        move(start_);
+    if (steps_.back().type == kCGPathElementCloseSubpath)
+        move(current());
 }
 
 void PathData::line(CGPoint to)
 {
-    if (types_.empty())
+    if (steps_.empty())
         return;
     begin();
-    types_.push_back(kCGPathElementAddLineToPoint);
+    add(kCGPathElementAddLineToPoint);
     points_.push_back(to);
-    current_ = to;
 }
 
 void PathData::quad(CGPoint control, CGPoint to)
 {
-    if (types_.empty())
+    if (steps_.empty())
         return;
     begin();
-    types_.push_back(kCGPathElementAddQuadCurveToPoint);
+    add(kCGPathElementAddQuadCurveToPoint);
     points_.insert(points_.end(), { control, to });
-    current_ = to;
 }
 
 void PathData::curve(CGPoint control1, CGPoint control2, CGPoint to)
 {
-    if (types_.empty())
+    if (steps_.empty())
         return;
     begin();
-    types_.push_back(kCGPathElementAddCurveToPoint);
+    add(kCGPathElementAddCurveToPoint);
     points_.insert(points_.end(), { control1, control2, to });
-    current_ = to;
 }
 
 void PathData::close()
 {
-    if (types_.empty() || types_.back() == kCGPathElementCloseSubpath)
-        return;
-    types_.push_back(kCGPathElementCloseSubpath);
-    current_ = start_;
+    if (!steps_.empty() && steps_.back().type != kCGPathElementCloseSubpath)
+        add(kCGPathElementCloseSubpath);
 }
 
 void PathData::rect(CGRect rect, const CGAffineTransform& transform)
@@ -106,8 +118,11 @@ namespace {
     /// A rectangle that grows with each point.
     class Box {
     public:
+        /// A point that is no number adds nothing.
         void add(CGPoint p)
         {
+            if (std::isnan(p.x) || std::isnan(p.y))
+                return;
             low_ = { std::min(low_.x, p.x), std::min(low_.y, p.y) };
             high_ = { std::max(high_.x, p.x), std::max(high_.y, p.y) };
             empty_ = false;
@@ -146,6 +161,30 @@ namespace {
     {
         return { cubicAt(c[0].x, c[1].x, c[2].x, c[3].x, t),
             cubicAt(c[0].y, c[1].y, c[2].y, c[3].y, t) };
+    }
+
+    /// Answers how many lines follow a cubic within a distance.
+    ///
+    /// A line over one of n equal spans strays by at most M/8n², M being the greatest second derivative; that of a cubic is
+    /// six times its greatest second difference of controls (Wang's bound).
+    int linesFor(const Cubic& c, double flatness)
+    {
+        const auto bend = [&c](std::size_t i) {
+            return std::hypot(
+                c[i].x - 2 * c[i + 1].x + c[i + 2].x, c[i].y - 2 * c[i + 1].y + c[i + 2].y);
+        };
+        constexpr double kMost = 1024;
+        const double lines = std::sqrt(6.0 / 8 * std::max(bend(0), bend(1)) / flatness);
+        return lines > 1 ? static_cast<int>(std::ceil(std::min(lines, kMost))) : 1;
+    }
+
+    /// Calls `visit(point)` for the end of each line that follows a cubic.
+    template <class F> void eachLine(const Cubic& c, double flatness, F&& visit)
+    {
+        const int lines = linesFor(c, flatness);
+        for (int i = 1; i < lines; ++i)
+            visit(cubicAt(c, static_cast<double>(i) / lines));
+        visit(c[3]);
     }
 
     /// Adds the places between the ends where a coordinate of a cubic turns round.
@@ -199,13 +238,12 @@ namespace {
         }
         void cubic(const Cubic& c)
         {
-            constexpr int kSteps = 64;
+            constexpr double kFlatness = 0.01;
             CGPoint from = c[0];
-            for (int i = 1; i <= kSteps; ++i) {
-                const CGPoint to = cubicAt(c, static_cast<double>(i) / kSteps);
+            eachLine(c, kFlatness, [&](CGPoint to) {
                 edge(from, to);
                 from = to;
-            }
+            });
         }
         bool inside(bool evenOdd) const { return evenOdd ? crossings_ % 2 != 0 : turns_ != 0; }
 
@@ -215,6 +253,12 @@ namespace {
         int crossings_ = 0;
     };
 
+}
+
+void PathData::curveLikeQuad(CGPoint control, CGPoint to)
+{
+    const Cubic cubic = cubicFromQuad(current(), control, to);
+    curve(cubic[1], cubic[2], cubic[3]);
 }
 
 CGRect PathData::controlBox() const
@@ -268,6 +312,65 @@ bool PathData::contains(CGPoint point, bool evenOdd) const
     });
     winding.edge(current, start);
     return winding.inside(evenOdd);
+}
+
+PathData PathData::flattened(double flatness) const
+{
+    PathData result;
+    const auto addLine = [&result](CGPoint to) { result.line(to); };
+    each([&](CGPathElementType type, const CGPoint* p) {
+        switch (type) {
+        case kCGPathElementMoveToPoint:
+            return result.move(p[0]);
+        case kCGPathElementAddLineToPoint:
+            return result.line(p[0]);
+        case kCGPathElementAddQuadCurveToPoint:
+            return eachLine(cubicFromQuad(result.current(), p[0], p[1]), flatness, addLine);
+        case kCGPathElementAddCurveToPoint:
+            return eachLine({ result.current(), p[0], p[1], p[2] }, flatness, addLine);
+        case kCGPathElementCloseSubpath:
+            return result.close();
+        }
+    });
+    return result;
+}
+
+CGPoint PathData::endOf(std::size_t index) const
+{
+    return pointsAt(index)[pointsOf(typeAt(index)) - 1];
+}
+
+/// Adds a subpath of another path, last step first.
+void PathData::appendReversed(const PathData& other, std::size_t first, std::size_t end)
+{
+    const bool closed = other.typeAt(end - 1) == kCGPathElementCloseSubpath;
+    const std::size_t last = closed ? end - 2 : end - 1;
+    move(other.endOf(last));
+    for (std::size_t i = last; i > first; --i) {
+        const CGPoint* const p = other.pointsAt(i);
+        const CGPoint to = other.endOf(i - 1);
+        if (other.typeAt(i) == kCGPathElementAddLineToPoint)
+            line(to);
+        else if (other.typeAt(i) == kCGPathElementAddQuadCurveToPoint)
+            quad(p[0], to);
+        else
+            curve(p[1], p[0], to);
+    }
+    if (closed)
+        close();
+}
+
+PathData PathData::reversed() const
+{
+    PathData result;
+    std::size_t end = 0;
+    for (std::size_t first = 0; first < count(); first = end) {
+        end = first + 1;
+        while (end < count() && typeAt(end) != kCGPathElementMoveToPoint)
+            ++end;
+        result.appendReversed(*this, first, end);
+    }
+    return result;
 }
 
 }

@@ -116,6 +116,8 @@ void addRoundedRect(
     const CGRect r = CGRectStandardize(rect);
     const double w = std::clamp(width, 0.0, std::max(r.size.width / 2, 0.0));
     const double h = std::clamp(height, 0.0, std::max(r.size.height / 2, 0.0));
+    if (!(w > 0 && h > 0)) // curves of no length would spoil the corners of a line
+        return path.rect(r, transform);
     const double hw = w * kQuarterHandle;
     const double hh = h * kQuarterHandle;
     const double left = r.origin.x;
