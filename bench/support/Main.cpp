@@ -47,6 +47,7 @@ namespace {
         addArchives(plan);
         addEscapes(plan);
         addUniqueObjects(plan);
+        addPaths(plan);
         addText(plan);
         addIntervals(plan);
         addColours(plan);

@@ -29,5 +29,6 @@ void addContexts(Plan& plan);
 void addPython(Plan& plan);
 void addDefaults(Plan& plan);
 void addUniqueObjects(Plan& plan);
+void addPaths(Plan& plan);
 
 }
