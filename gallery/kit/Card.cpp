@@ -54,12 +54,11 @@ BRINDLE_RECORD(GalleryCard, Sheet)
 
 void layOutRow(std::initializer_list<NSView*> views, NSRect row)
 {
-    constexpr double kGap = 16;
     const auto count = static_cast<double>(views.size());
-    const double width = (row.size.width - (count - 1) * kGap) / count;
+    const double width = (row.size.width - (count - 1) * kCardGap) / count;
     for (NSView* view : views) {
         view->setFrame(NSMakeRect(row.origin.x, row.origin.y, width, row.size.height));
-        row.origin.x += width + kGap;
+        row.origin.x += width + kCardGap;
     }
 }
 

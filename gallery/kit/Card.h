@@ -32,6 +32,18 @@ private:
     brindle::Ref<brindle::NSString> caption_;
 };
 
+/// The room between cards.
+constexpr double kCardGap = 16;
+
+/// Answers the place so many further in a ring of places.
+inline brindle::NSUInteger placeInRing(
+    brindle::NSUInteger place, brindle::NSInteger further, std::size_t count)
+{
+    const auto whole = static_cast<brindle::NSInteger>(count);
+    const brindle::NSInteger sum = static_cast<brindle::NSInteger>(place) + further % whole + whole;
+    return static_cast<brindle::NSUInteger>(sum % whole);
+}
+
 /// Gives views an even share of a row.
 void layOutRow(std::initializer_list<brindle::NSView*> views, brindle::NSRect row);
 

@@ -90,8 +90,7 @@ template <> struct GalleryPage::Methods<struct Keys> {
 
     static void keyDown(GalleryPage& self, NSEvent* event)
     {
-        const Ref<NSString> text = event->charactersIgnoringModifiers();
-        const unichar key = maybe(text)->length() == 1 ? text->characterAtIndex(0) : 0;
+        const unichar key = keyOf(event);
         switch (key) {
         case u'd':
             return switchAppearance(self);
@@ -108,7 +107,8 @@ template <> struct GalleryPage::Methods<struct Keys> {
         }
         if (key >= u'1' && key <= u'9')
             controller()->showPage(key - u'1');
-        else if (const Ref<GalleryChip> chip = key ? chipOfKey(&self, text.get()) : nullptr)
+        else if (const Ref<GalleryChip> chip
+            = key ? chipOfKey(&self, event->charactersIgnoringModifiers().get()) : nullptr)
             chip->press();
         else
             super<GalleryPage, "keyDown:">(self, event);
@@ -117,5 +117,11 @@ template <> struct GalleryPage::Methods<struct Keys> {
     static void table(Builder& t) { t.methods({ { "keyDown:", imp<keyDown> } }); }
 };
 BRINDLE_RECORD(GalleryPage, Keys)
+
+unichar keyOf(NSEvent* event)
+{
+    const Ref<NSString> text = event->charactersIgnoringModifiers();
+    return maybe(text)->length() == 1 ? text->characterAtIndex(0) : 0;
+}
 
 }

@@ -28,4 +28,7 @@ public:
     void chooseNext(brindle::NSInteger places) { send<"chooseNext:">(places); }
 };
 
+/// Answers the one character of a key press, 0 where there is none or several.
+brindle::unichar keyOf(brindle::NSEvent* event);
+
 }

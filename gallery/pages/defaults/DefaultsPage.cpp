@@ -11,7 +11,6 @@ using namespace brindle;
 
 template <> struct DefaultsPage::Methods<struct Cards> {
 
-    static constexpr double kGap = 16;
     static constexpr double kBottomHeight = 168;
 
     static Ref<NSView> initWithFrame(DefaultsPage& self, NSRect frame)
@@ -33,10 +32,11 @@ template <> struct DefaultsPage::Methods<struct Cards> {
     {
         if (!self.changes_)
             return;
-        const double top = room.size.height - kBottomHeight - kGap;
+        const double top = room.size.height - kBottomHeight - kCardGap;
         self.search_->setFrame(NSMakeRect(room.origin.x, room.origin.y, room.size.width, top));
         layOutRow({ self.settings_.get(), self.burst_.get(), self.changes_.get() },
-            NSMakeRect(room.origin.x, room.origin.y + top + kGap, room.size.width, kBottomHeight));
+            NSMakeRect(
+                room.origin.x, room.origin.y + top + kCardGap, room.size.width, kBottomHeight));
     }
 
     static void chooseNext(DefaultsPage& self, NSInteger places)
@@ -46,8 +46,7 @@ template <> struct DefaultsPage::Methods<struct Cards> {
 
     static void keyDown(DefaultsPage& self, NSEvent* event)
     {
-        const Ref<NSString> text = event->charactersIgnoringModifiers();
-        switch (maybe(text)->length() == 1 ? text->characterAtIndex(0) : 0) {
+        switch (keyOf(event)) {
         case NSUpArrowFunctionKey:
             return self.search_->moveBy_down(0, -1);
         case NSDownArrowFunctionKey:

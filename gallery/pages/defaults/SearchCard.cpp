@@ -53,13 +53,8 @@ template <> struct SearchCard::Methods<struct Table> {
 
     static void moveBy(SearchCard& self, NSInteger right, NSInteger down)
     {
-        const auto moved = [](NSUInteger place, NSInteger by, std::size_t count) {
-            const auto whole = static_cast<NSInteger>(count);
-            return static_cast<NSUInteger>(
-                (static_cast<NSInteger>(place) + by % whole + whole) % whole);
-        };
-        self.column_ = moved(self.column_, right, kLayerCount);
-        self.row_ = moved(self.row_, down, sampleKeys().size());
+        self.column_ = placeInRing(self.column_, right, kLayerCount);
+        self.row_ = placeInRing(self.row_, down, sampleKeys().size());
         self.setNeedsDisplay(true);
     }
 

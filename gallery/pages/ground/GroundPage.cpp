@@ -13,7 +13,6 @@ using namespace brindle;
 
 template <> struct GroundPage::Methods<struct Cards> {
 
-    static constexpr double kGap = 16;
     static constexpr double kLeftWidth = 236;
     static constexpr double kBottomHeight = 168;
     static constexpr double kLeastStandard = 12;
@@ -40,12 +39,13 @@ template <> struct GroundPage::Methods<struct Cards> {
     {
         if (!self.exchange_)
             return;
-        const double top = room.size.height - kBottomHeight - kGap;
+        const double top = room.size.height - kBottomHeight - kCardGap;
         self.rows_->setFrame(NSMakeRect(room.origin.x, room.origin.y, kLeftWidth, top));
-        self.grid_->setFrame(NSMakeRect(room.origin.x + kLeftWidth + kGap, room.origin.y,
-            room.size.width - kLeftWidth - kGap, top));
+        self.grid_->setFrame(NSMakeRect(room.origin.x + kLeftWidth + kCardGap, room.origin.y,
+            room.size.width - kLeftWidth - kCardGap, top));
         layOutRow({ self.job_.get(), self.strokes_.get(), self.exchange_.get() },
-            NSMakeRect(room.origin.x, room.origin.y + top + kGap, room.size.width, kBottomHeight));
+            NSMakeRect(
+                room.origin.x, room.origin.y + top + kCardGap, room.size.width, kBottomHeight));
     }
 
     static void changeStandard(GroundPage& self, double step)
@@ -63,10 +63,7 @@ template <> struct GroundPage::Methods<struct Cards> {
 
     static void keyDown(GroundPage& self, NSEvent* event)
     {
-        const Ref<NSString> text = event->charactersIgnoringModifiers();
-        if (!text || text->length() == 0)
-            return;
-        switch (text->characterAtIndex(0)) {
+        switch (keyOf(event)) {
         case NSUpArrowFunctionKey:
             return changeStandard(self, 1);
         case NSDownArrowFunctionKey:

@@ -12,7 +12,6 @@ using namespace brindle;
 
 template <> struct ObjectsPage::Methods<struct Cards> {
 
-    static constexpr double kGap = 16;
     static constexpr double kLeftShare = 0.58;
     static constexpr double kBikeHeight = 204;
 
@@ -37,12 +36,12 @@ template <> struct ObjectsPage::Methods<struct Cards> {
         if (!self.archive_)
             return;
         const double left = std::round(room.size.width * kLeftShare);
-        const double top = room.size.height - kBikeHeight - kGap;
+        const double top = room.size.height - kBikeHeight - kCardGap;
         self.properties_->setFrame(NSMakeRect(room.origin.x, room.origin.y, left, top));
         self.bike_->setFrame(
-            NSMakeRect(room.origin.x, room.origin.y + top + kGap, left, kBikeHeight));
-        self.archive_->setFrame(NSMakeRect(room.origin.x + left + kGap, room.origin.y,
-            room.size.width - left - kGap, room.size.height));
+            NSMakeRect(room.origin.x, room.origin.y + top + kCardGap, left, kBikeHeight));
+        self.archive_->setFrame(NSMakeRect(room.origin.x + left + kCardGap, room.origin.y,
+            room.size.width - left - kCardGap, room.size.height));
     }
 
     static void chooseNext(ObjectsPage& self, NSInteger places)

@@ -89,9 +89,7 @@ template <> struct PropertiesCard::Methods<struct Listing> {
     }
     static void chooseNext(PropertiesCard& self, NSInteger places)
     {
-        const auto count = static_cast<NSInteger>(std::size(kChoices));
-        const NSInteger next = static_cast<NSInteger>(self.chosen_) + places % count + count;
-        choose(self, static_cast<NSUInteger>(next % count));
+        choose(self, placeInRing(self.chosen_, places, std::size(kChoices)));
     }
 
     static Ref<NSArray> names(PropertiesCard& self)

@@ -12,7 +12,6 @@ using namespace brindle;
 
 template <> struct TextPage::Methods<struct Cards> {
 
-    static constexpr double kGap = 16;
     static constexpr double kLeftShare = 0.47;
     static constexpr double kScannerHeight = 168;
 
@@ -35,13 +34,13 @@ template <> struct TextPage::Methods<struct Cards> {
         if (!self.scanner_)
             return;
         const double left = std::round(room.size.width * kLeftShare);
-        const double right = room.origin.x + left + kGap;
-        const double width = room.size.width - left - kGap;
-        const double top = room.size.height - kScannerHeight - kGap;
+        const double right = room.origin.x + left + kCardGap;
+        const double width = room.size.width - left - kCardGap;
+        const double top = room.size.height - kScannerHeight - kCardGap;
         self.ages_->setFrame(NSMakeRect(room.origin.x, room.origin.y, left, room.size.height));
         self.urls_->setFrame(NSMakeRect(right, room.origin.y, width, top));
         self.scanner_->setFrame(
-            NSMakeRect(right, room.origin.y + top + kGap, width, kScannerHeight));
+            NSMakeRect(right, room.origin.y + top + kCardGap, width, kScannerHeight));
     }
 
     static void chooseNext(TextPage& self, NSInteger places) { self.urls_->chooseNext(places); }

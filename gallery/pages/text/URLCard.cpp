@@ -56,9 +56,7 @@ template <> struct URLCard::Methods<struct Reading> {
     }
     static void chooseNext(URLCard& self, NSInteger places)
     {
-        constexpr auto count = static_cast<NSInteger>(kCount);
-        const NSInteger next = static_cast<NSInteger>(self.chosen_) + places % count + count;
-        choose(self, static_cast<NSUInteger>(next % count));
+        choose(self, placeInRing(self.chosen_, places, kCount));
     }
 
     static void mouseDown(URLCard& self, NSEvent* event)

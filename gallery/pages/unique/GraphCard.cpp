@@ -71,11 +71,9 @@ template <> struct GraphCard::Methods<struct Graph> {
     static void selectNext(GraphCard& self, NSInteger places)
     {
         const Ref<NSArray> all = objectsIn(self, lists);
-        const auto count = static_cast<NSInteger>(all->count());
-        const auto now
-            = static_cast<NSInteger>(all->indexOfObjectIdenticalTo(self.selected_.get()));
-        const NSInteger next = (now + places % count + count) % count;
-        self.selected_ = cast<GalleryPlaylist>(all->objectAtIndex(static_cast<NSUInteger>(next)));
+        const NSUInteger now = all->indexOfObjectIdenticalTo(self.selected_.get());
+        self.selected_
+            = cast<GalleryPlaylist>(all->objectAtIndex(placeInRing(now, places, all->count())));
         changed(self);
     }
 

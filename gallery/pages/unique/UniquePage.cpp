@@ -12,7 +12,6 @@ using namespace brindle;
 
 template <> struct UniquePage::Methods<struct Cards> {
 
-    static constexpr double kGap = 16;
     static constexpr double kBottomHeight = 154;
     static constexpr double kStoreShare = 0.45;
 
@@ -41,13 +40,13 @@ template <> struct UniquePage::Methods<struct Cards> {
     {
         if (!self.identity_)
             return;
-        const double top = room.size.height - kBottomHeight - kGap;
+        const double top = room.size.height - kBottomHeight - kCardGap;
         const double store = std::round(room.size.width * kStoreShare);
-        const double bottom = room.origin.y + top + kGap;
+        const double bottom = room.origin.y + top + kCardGap;
         self.graph_->setFrame(NSMakeRect(room.origin.x, room.origin.y, room.size.width, top));
         self.store_->setFrame(NSMakeRect(room.origin.x, bottom, store, kBottomHeight));
-        self.identity_->setFrame(NSMakeRect(
-            room.origin.x + store + kGap, bottom, room.size.width - store - kGap, kBottomHeight));
+        self.identity_->setFrame(NSMakeRect(room.origin.x + store + kCardGap, bottom,
+            room.size.width - store - kCardGap, kBottomHeight));
     }
 
     static void chooseNext(UniquePage& self, NSInteger places) { self.graph_->selectNext(places); }
