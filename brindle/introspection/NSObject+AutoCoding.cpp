@@ -121,8 +121,11 @@ namespace {
         static bool supportsSecureCoding(Class&) { return true; }
         static Ref<NSArray> uncodableProperties(Class&) { return nullptr; }
 
+        // A table that is there is found without the class's lock, which belongs to the making.
         static Ref<NSDictionary> codablePropertiesOfClass(Class& self)
         {
+            if (Ref<NSDictionary> table = ownTables().find(&self))
+                return table;
             const Synchronized lock(&self);
             if (Ref<NSDictionary> table = ownTables().find(&self))
                 return table;
@@ -132,8 +135,10 @@ namespace {
         }
         static Ref<NSDictionary> codableProperties(NSObject& self)
         {
-            const Synchronized lock(NSObject::cls());
             Class* const cls = self.classObject();
+            if (Ref<NSDictionary> table = mergedTables().find(cls))
+                return table;
+            const Synchronized lock(NSObject::cls());
             if (Ref<NSDictionary> table = mergedTables().find(cls))
                 return table;
             Ref<NSDictionary> table = makeMergedTable(cls);
