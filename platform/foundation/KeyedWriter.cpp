@@ -16,6 +16,7 @@ namespace {
     constexpr std::uint32_t kBusy = kPending - 1; // its encoding has begun
     constexpr std::size_t kMostKnownKeys = 4096;
 
+    /// Answers 32 bits of which any few tell pointers apart.
     std::size_t spread(const void* pointer)
     {
         return static_cast<std::size_t>(
@@ -38,17 +39,16 @@ namespace {
 
 // ---- identity
 
-std::size_t IdentityTable::start(const NSObject* object) const
-{
-    return spread(object) & (slots_.size() - 1);
-}
-
 std::uint32_t IdentityTable::find(const NSObject* object) const
 {
     if (slots_.empty())
         return kNowhere;
-    for (std::size_t at = start(object); slots_[at]; at = (at + 1) & (slots_.size() - 1)) {
-        const Entry& entry = entries_[slots_[at] - 1];
+    const std::size_t hash = spread(object);
+    const std::size_t mask = slots_.size() - 1;
+    for (std::size_t at = hash & mask; slots_[at]; at = (at + 1) & mask) {
+        if (slots_[at] >> 32 != hash)
+            continue;
+        const Entry& entry = entries_[static_cast<std::uint32_t>(slots_[at]) - 1];
         if (entry.object.get() == object)
             return entry.value;
     }
@@ -57,21 +57,24 @@ std::uint32_t IdentityTable::find(const NSObject* object) const
 
 void IdentityTable::add(NSObject* object, std::uint32_t value)
 {
-    if ((entries_.size() + 1) * 4 > slots_.size() * 3) {
-        slots_.assign(std::max<std::size_t>(64, slots_.size() * 2), 0);
-        for (std::size_t i = 0; i < entries_.size(); ++i)
-            enter(i);
-    }
     entries_.push_back({ Ref<NSObject>(object), value });
-    enter(entries_.size() - 1);
+    if (2 * entries_.size() > slots_.size()) {
+        std::vector<Slot> old(std::max<std::size_t>(64, slots_.size() * 2));
+        old.swap(slots_);
+        for (const Slot slot : old) {
+            if (slot)
+                enter(slot);
+        }
+    }
+    enter(Slot { spread(object) } << 32 | entries_.size());
 }
 
-void IdentityTable::enter(std::size_t entry)
+void IdentityTable::enter(Slot slot)
 {
-    std::size_t at = start(entries_[entry].object.get());
+    std::size_t at = (slot >> 32) & (slots_.size() - 1);
     while (slots_[at])
         at = (at + 1) & (slots_.size() - 1);
-    slots_[at] = static_cast<std::uint32_t>(entry + 1);
+    slots_[at] = slot;
 }
 
 // ---- the way in and out of an object

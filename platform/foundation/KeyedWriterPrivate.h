@@ -22,12 +22,15 @@ private:
         std::uint32_t value;
     };
 
-    std::size_t start(const NSObject* object) const;
-    void enter(std::size_t entry);
+    /// An entry by its object: the upper half is the object's hash, the lower one the entry's number and one, or 0 for
+    /// none. Searches read entries, which lie anywhere, only where the hashes are equal.
+    using Slot = std::uint64_t;
+
+    void enter(Slot slot);
 
     std::vector<Entry> entries_;
-    std::vector<std::uint32_t>
-        slots_; // 0, or an entry's number and one; the size is a power of two
+    std::vector<Slot>
+        slots_; // the size is a power of two, and at least twice the number of entries
 };
 
 /// What an archiver is made of: the list in the making, the objects met so far, and the entries of the objects that
