@@ -197,7 +197,7 @@ namespace {
         }
         static void forwardInvocation(NSObject& self, NSInvocation* invocation)
         {
-            if (invocation->selector() != selector<"copyWithZone:">)
+            if (maybe(invocation)->selector() != selector<"copyWithZone:">)
                 self.send<"forwardInvocation_JU:">(invocation);
         }
 

@@ -10,6 +10,7 @@
 #include "foundation/NSMutableArray.h"
 #include "foundation/NSObjCRuntime.h"
 #include "foundation/NSObject+KeyValueCoding.h"
+#include "runtime/Runtime.h"
 #include "runtime/Table.h"
 
 namespace brindle {
@@ -97,12 +98,14 @@ namespace {
         static void loadAll(Class& self)
         {
             for (NSObject* object : each(uniqueObjects(self)))
-                loadObjectsForUUIDProperties(object);
+                if (!class_isMetaClass(object->isa_))
+                    loadObjectsForUUIDProperties(object);
         }
         static void loadedAll(Class& self)
         {
             for (NSObject* object : each(uniqueObjects(self)))
-                UUIDPropertiesLoadedForAllClasses(object);
+                if (!class_isMetaClass(object->isa_))
+                    UUIDPropertiesLoadedForAllClasses(object);
         }
 
         static Ref<NSUUID> identity(NSObject& self)

@@ -195,8 +195,8 @@ template <> struct NSAffineTransform::Methods<struct Values> {
             { "isEqual:", imp<isEqual> },
             { "hash", imp<hash> },
             { "copyWithZone:", imp<copyWithZone> },
-            { "encodeWithCoder:", imp<encode> },
-            { "initWithCoder:", imp<initWithCoder> },
+            { "encodeWithCoder:", imp<coding<encode>> },
+            { "initWithCoder:", imp<coding<initWithCoder>> },
         });
     }
 };

@@ -142,8 +142,8 @@ template <> struct NSColor::Methods<struct Coding> {
         t.conformsTo({ "NSCoding", "NSSecureCoding" });
         t.classMethods({ { "supportsSecureCoding", imp<isSecure> } });
         t.methods({
-            { "encodeWithCoder:", imp<encode> },
-            { "initWithCoder:", imp<initWithCoder> },
+            { "encodeWithCoder:", imp<coding<encode>> },
+            { "initWithCoder:", imp<coding<initWithCoder>> },
         });
     }
 };

@@ -113,7 +113,8 @@ template <> struct NSColor::Methods<struct Components> {
     static void getComponents(NSColor& self, CGFloat* components)
     {
         Parts::require(self, countOf(self), "getComponents:");
-        std::copy_n(self.components_, countOf(self), components);
+        if (components)
+            std::copy_n(self.components_, countOf(self), components);
     }
 
     static Ref<NSImage> patternImage(NSColor& self)

@@ -83,13 +83,17 @@ BRINDLE_RECORD(NSFont, Making)
 
 template <> struct NSFont::Methods<struct Measures> {
 
-    static const text::FontFace& face(const NSFont& self)
+    // A font of a bare init has no face: no name, and zero for all measures.
+    static Ref<NSString> fontName(NSFont& self)
     {
-        return *self.font_.face; // every font was made with one
+        const text::FontFace* const face = self.font_.face;
+        return face ? stringFrom(face->postScriptName()) : nullptr;
     }
-
-    static Ref<NSString> fontName(NSFont& self) { return stringFrom(face(self).postScriptName()); }
-    static Ref<NSString> familyName(NSFont& self) { return stringFrom(face(self).familyName()); }
+    static Ref<NSString> familyName(NSFont& self)
+    {
+        const text::FontFace* const face = self.font_.face;
+        return face ? stringFrom(face->familyName()) : nullptr;
+    }
     static CGFloat pointSize(NSFont& self) { return self.font_.size; }
     static CGFloat ascender(NSFont& self) { return self.font_.ascender(); }
     static CGFloat descender(NSFont& self) { return self.font_.descender(); }
@@ -98,17 +102,23 @@ template <> struct NSFont::Methods<struct Measures> {
     static CGFloat xHeight(NSFont& self) { return self.font_.xHeight(); }
     static CGFloat underlinePosition(NSFont& self)
     {
-        return face(self).metrics().underlinePosition * self.font_.size;
+        const text::FontFace* const face = self.font_.face;
+        return face ? face->metrics().underlinePosition * self.font_.size : 0;
     }
     static CGFloat underlineThickness(NSFont& self)
     {
-        return face(self).metrics().underlineThickness * self.font_.size;
+        const text::FontFace* const face = self.font_.face;
+        return face ? face->metrics().underlineThickness * self.font_.size : 0;
     }
     static CGFloat italicAngle(NSFont& self)
     {
-        return face(self).slant() == text::Slant::italic ? -12 : 0;
+        const text::FontFace* const face = self.font_.face;
+        return face && face->slant() == text::Slant::italic ? -12 : 0;
     }
-    static bool isFixedPitch(NSFont& self) { return face(self).isMonospaced(); }
+    static bool isFixedPitch(NSFont& self)
+    {
+        return self.font_.face && self.font_.face->isMonospaced();
+    }
     static NSRect boundingRect(NSFont& self) { return self.font_.boundingBox(); }
     static NSSize advancement(NSFont& self, std::uint32_t glyph)
     {

@@ -297,6 +297,8 @@ template <> struct NSWindowFrameView::Methods<struct Frame> {
 
     static void drawRect(NSWindowFrameView& self, NSRect rect)
     {
+        if (!ViewAccess::window(self))
+            return;
         NSWindow& window = *ViewAccess::window(self);
         const WindowState& state = of(self);
         const Ref<NSColor> background = window.backgroundColor();

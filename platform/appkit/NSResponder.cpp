@@ -21,7 +21,7 @@ template <> struct NSResponder::Methods<struct Chain> {
         forward<S, NSEvent>(self, event);
     }
 
-    static Ref<NSResponder> nextResponder(NSResponder& self) { return self.nextResponder_; }
+    static Ref<NSResponder> nextResponder(NSResponder& self) { return self.nextResponder_.get(); }
     static void setNextResponder(NSResponder& self, NSResponder* next)
     {
         self.nextResponder_ = next;

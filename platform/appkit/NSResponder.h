@@ -80,7 +80,7 @@ public:
     void setMenu(NSMenu* menu) { send<"setMenu:">(menu); }
 
 private:
-    NSResponder* nextResponder_ = nullptr;
+    WeakRef<NSResponder> nextResponder_;
     Ref<NSObject> menu_; // NSMenu
 };
 

@@ -103,15 +103,15 @@ template <> struct NSScreen::Methods<struct Values> {
     }
     static void setOverride(Class&, NSArray* screens)
     {
+        std::vector<display::Screen> fresh;
+        for (NSScreen* screen : each<NSScreen>(Ref<NSArray>(screens)))
+            fresh.push_back(ScreenAccess::describe(*screen));
+        if (!fresh.empty())
+            fresh.front().primary = true;
         ApplicationState& app = ApplicationAccess::state();
         app.screenOverride.reset();
-        if (screens) {
-            app.screenOverride.emplace();
-            for (NSScreen* screen : each<NSScreen>(Ref<NSArray>(screens)))
-                app.screenOverride->push_back(ScreenAccess::describe(*screen));
-            if (!app.screenOverride->empty())
-                app.screenOverride->front().primary = true;
-        }
+        if (screens)
+            app.screenOverride = std::move(fresh);
         ApplicationAccess::screensChanged();
     }
 

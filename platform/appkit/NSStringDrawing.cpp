@@ -13,14 +13,16 @@ namespace brindle {
 
 namespace {
 
-    Ref<NSObject> attribute(NSDictionary* attributes, NSString* name)
+    // A value of another class counts as none.
+    template <class T> Ref<T> attribute(NSDictionary* attributes, NSString* name)
     {
-        return maybe(attributes)->objectForKey(name);
+        const Ref<NSObject> value = maybe(attributes)->objectForKey(name);
+        return value && value->isKindOfClass(T::cls()) ? cast<T>(value) : nullptr;
     }
 
     text::Font fontIn(NSDictionary* attributes)
     {
-        Ref<NSFont> font = cast<NSFont>(attribute(attributes, NSFontAttributeName));
+        Ref<NSFont> font = attribute<NSFont>(attributes, NSFontAttributeName);
         if (!font)
             font = NSFont::cls().userFontOfSize(12);
         return NSFont::textFont(font.get());
@@ -59,15 +61,14 @@ namespace {
         static void drawBackground(NSDictionary* attributes, NSRect rect)
         {
             const Ref<NSColor> ground
-                = cast<NSColor>(attribute(attributes, NSBackgroundColorAttributeName));
+                = attribute<NSColor>(attributes, NSBackgroundColorAttributeName);
             if (ground)
                 ground->drawSwatchInRect(rect);
         }
 
         static Ref<CGColor> colorIn(NSDictionary* attributes)
         {
-            Ref<NSColor> color
-                = cast<NSColor>(attribute(attributes, NSForegroundColorAttributeName));
+            Ref<NSColor> color = attribute<NSColor>(attributes, NSForegroundColorAttributeName);
             if (!color)
                 color = NSColor::cls().blackColor();
             return color->CGColor();

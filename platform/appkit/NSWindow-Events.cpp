@@ -136,10 +136,11 @@ template <> struct NSWindow::Methods<struct Events> {
     // A key that nobody wanted: Tab moves the focus, everything else ends the chain.
     static void keyDown(NSWindow& self, NSEvent* event)
     {
-        const Ref<NSString> typed = event->charactersIgnoringModifiers();
+        const Ref<NSString> typed = maybe(event)->charactersIgnoringModifiers();
+        const NSEventModifierFlags flags = maybe(event)->modifierFlags();
         const unichar key = maybe(typed)->length() ? typed->characterAtIndex(0) : unichar {};
-        const bool held = (event->modifierFlags() & (NSCommandKeyMask | NSControlKeyMask)) != 0;
-        if (key == 0x19 || (key == 0x09 && (event->modifierFlags() & NSShiftKeyMask)))
+        const bool held = (flags & (NSCommandKeyMask | NSControlKeyMask)) != 0;
+        if (key == 0x19 || (key == 0x09 && (flags & NSShiftKeyMask)))
             self.selectPreviousKeyView(&self);
         else if (key == 0x09 && !held)
             self.selectNextKeyView(&self);

@@ -1,9 +1,11 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "CollectionsPrivate.h"
 
+#include <algorithm>
 #include <cstdio>
 #include <unordered_set>
 
+#include "Each.h"
 #include "KeyedArchivePrivate.h"
 #include "NSData.h"
 #include "runtime/NSException.h"
@@ -115,7 +117,10 @@ void requireRange(const NSObject* self, const char* operation, NSRange range, NS
             + (count ? "[0 .. " + std::to_string(count - 1) + "]" : "for empty array"));
 }
 
-std::string indentation(NSUInteger level) { return std::string(level * 4, ' '); }
+std::string indentation(NSUInteger level)
+{
+    return std::string(std::min(level, kDeepest) * 4, ' ');
+}
 
 std::vector<NSObject*> untilNil(NSObject* first, va_list& list)
 {
@@ -234,6 +239,18 @@ NSInteger SelectorComparison::operator()(NSObject* a, NSObject* b)
         imp_ = a->methodForSelector(selector_);
     }
     return reinterpret_cast<NSInteger (*)(NSObject*, SEL, NSObject*)>(imp_)(a, selector_, b);
+}
+
+}
+
+namespace brindle {
+
+void requireElement(NSObject* element, Class* cls)
+{
+    if (!element->isKindOfClass(cls))
+        raise("NSInvalidArgumentException",
+            std::string("a collection of ") + class_getName(cls) + " holds an object of class "
+                + class_getName(element->classObject()));
 }
 
 }

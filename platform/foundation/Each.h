@@ -2,12 +2,19 @@
 #pragma once
 
 #include <iterator>
+#include <type_traits>
 
 #include "runtime/Ref.h"
 
 namespace brindle {
 
-/// A collection that is kept while a loop runs over it, its elements read as `T`, unchecked; made by `each`.
+class NSObject;
+struct Class;
+
+/// Raises `NSInvalidArgumentException` for an element of another class.
+BRINDLE_EXPORT void requireElement(NSObject* element, Class* cls);
+
+/// A collection that is kept while a loop runs over it, its elements read as `T`; made by `each`.
 template <class T, class Collection> class Each {
 public:
     explicit Each(Ref<Collection> collection)
@@ -21,7 +28,12 @@ public:
             : at_(std::move(at))
         {
         }
-        T* operator*() const { return static_cast<T*>(*at_); }
+        T* operator*() const
+        {
+            if constexpr (!std::is_convertible_v<decltype(*at_), T*>)
+                requireElement(*at_, T::cls());
+            return static_cast<T*>(*at_);
+        }
         Typed& operator++()
         {
             ++at_;
@@ -44,9 +56,9 @@ private:
     Ref<Collection> collection_;
 };
 
-/// Runs over a collection and keeps it meanwhile; nil has no elements. For an answer of an operation this is the
-/// only safe spelling, because a loop over `*view->subviews()` would let go of the array before it begins:
-/// `for (NSView* view : each<NSView>(window->views()))`.
+/// Runs over a collection and keeps it meanwhile; nil has no elements, and one that is no `T` raises
+/// `NSInvalidArgumentException`. For an answer of an operation this is the only safe spelling, because a loop over
+/// `*view->subviews()` would let go of the array before it begins: `for (NSView* view : each<NSView>(window->views()))`.
 template <class T, class Collection> Each<T, Collection> each(Ref<Collection> collection)
 {
     return Each<T, Collection>(std::move(collection));

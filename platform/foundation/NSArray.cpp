@@ -94,6 +94,8 @@ template <> struct NSArray::Methods<struct Reading> {
     {
         if (!super<NSArray, "init", Ref<NSObject>>(self))
             return nullptr;
+        if (count && !objects)
+            raiseNil(&self, "initWithObjects:count:", "objects");
         self.items_.reserve(count);
         for (NSUInteger i = 0; i < count; ++i) {
             if (!objects[i])

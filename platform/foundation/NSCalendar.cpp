@@ -168,8 +168,8 @@ template <> struct NSCalendar::Methods<struct Settings> {
             { "calendarWithIdentifier:", imp<withIdentifier> },
         });
         t.methods({
-            { "encodeWithCoder:", imp<encodeWithCoder> },
-            { "initWithCoder:", imp<initWithCoder> },
+            { "encodeWithCoder:", imp<coding<encodeWithCoder>> },
+            { "initWithCoder:", imp<coding<initWithCoder>> },
             { "init", imp<init> },
             { "initWithCalendarIdentifier:", imp<initWithIdentifier> },
             { "calendarIdentifier", imp<identifier> },

@@ -307,8 +307,8 @@ template <> struct NSCharacterSet::Methods<struct Members> {
             { "hash", imp<hash> },
             { "copyWithZone:", imp<copyWithZone> },
             { "mutableCopyWithZone:", imp<mutableCopyWithZone> },
-            { "encodeWithCoder:", imp<encodeWithCoder> },
-            { "initWithCoder:", imp<initWithCoder> },
+            { "encodeWithCoder:", imp<coding<encodeWithCoder>> },
+            { "initWithCoder:", imp<coding<initWithCoder>> },
         });
     }
 };

@@ -219,4 +219,12 @@ inline Ref<NSArray> classFallbacksForKeyedArchiver(To<Class> cls)
     return cls.send<"classFallbacksForKeyedArchiver", Ref<NSArray>>();
 }
 
+/// Makes a function an implementation of `encodeWithCoder:` or `initWithCoder:`: a nil coder answers nothing.
+///
+///     { "encodeWithCoder:", imp<coding<encodeWithCoder>> }
+template <auto Function> inline constexpr auto coding = nullptr;
+template <class R, class Self, R (*Function)(Self&, NSCoder*)>
+inline constexpr auto coding<Function>
+    = +[](Self& self, NSCoder* coder) -> R { return Function(self, maybe(coder)); };
+
 }

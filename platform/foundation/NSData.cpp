@@ -38,6 +38,14 @@ namespace {
                 placeOf(&self, operation) + "no memory for " + std::to_string(length) + " bytes");
     }
 
+    void requireBuffer(
+        const NSData& self, const char* operation, const void* buffer, NSUInteger length)
+    {
+        if (length && !buffer)
+            raise("NSInvalidArgumentException",
+                placeOf(&self, operation) + "nil buffer for " + std::to_string(length) + " bytes");
+    }
+
     bool isOneWord(const std::string& path)
     {
         return !path.empty() && path.find('\0') == std::string::npos;
@@ -95,6 +103,7 @@ template <> struct NSData::Methods<struct Reading> {
     {
         if (!super<NSData, "init", Ref<NSObject>>(self))
             return nullptr;
+        requireBuffer(self, "initWithBytes:length:", bytes, length);
         requireMemory(self.buffer_.append(bytes, length), self, "initWithBytes:length:", length);
         return &self;
     }
@@ -102,6 +111,7 @@ template <> struct NSData::Methods<struct Reading> {
     {
         if (!super<NSData, "init", Ref<NSObject>>(self))
             return nullptr;
+        requireBuffer(self, "initWithBytesNoCopy:length:freeWhenDone:", bytes, length);
         self.buffer_ = ByteBuffer(
             bytes, length, free ? ByteBuffer::Owner::allocated : ByteBuffer::Owner::borrowed);
         return &self;
@@ -135,6 +145,7 @@ template <> struct NSData::Methods<struct Reading> {
     static void getBytesRange(NSData& self, void* buffer, NSRange range)
     {
         requireRange(self, "getBytes:range:", range);
+        requireBuffer(self, "getBytes:range:", buffer, range.length);
         if (range.length)
             std::memcpy(buffer, bytesOf(&self).data() + range.location, range.length);
     }
@@ -312,6 +323,7 @@ template <> struct NSMutableData::Methods<struct Changing> {
     }
     static void append(NSMutableData& self, const void* bytes, NSUInteger length)
     {
+        requireBuffer(self, "appendBytes:length:", bytes, length);
         requireMemory(self.buffer_.append(bytes, length), self, "appendBytes:length:", length);
     }
     static void appendData(NSMutableData& self, NSData* other)

@@ -45,8 +45,8 @@ template <> struct NSDictionary::Methods<struct Coding> {
         t.conformsTo({ "NSCoding", "NSSecureCoding" });
         t.classMethods({ { "supportsSecureCoding", imp<archives::isSecure> } });
         t.methods({
-            { "encodeWithCoder:", imp<encode> },
-            { "initWithCoder:", imp<initWithCoder> },
+            { "encodeWithCoder:", imp<coding<encode>> },
+            { "initWithCoder:", imp<coding<initWithCoder>> },
         });
     }
 };

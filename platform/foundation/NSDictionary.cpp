@@ -145,6 +145,8 @@ template <> struct NSDictionary::Methods<struct Reading> {
     {
         if (!super<NSDictionary, "init", Ref<NSObject>>(self))
             return nullptr;
+        if (count && !(objects && keys))
+            raiseNil(&self, "initWithObjects:forKeys:count:", objects ? "keys" : "objects");
         self.table_.reserve(count);
         for (NSUInteger i = 0; i < count; ++i)
             DictionaryAccess::set(self, objects[i], keys[i]);

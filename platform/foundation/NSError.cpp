@@ -88,7 +88,10 @@ template <> struct NSError::Methods<struct Failure> {
         self.userInfo_ = userInfo ? cast<NSDictionary>(userInfo->copy()) : Ref<NSDictionary>();
         return &self;
     }
-    static Ref<NSString> domain(NSError& self) { return self.domain_; }
+    static Ref<NSString> domain(NSError& self)
+    {
+        return self.domain_ ? self.domain_ : Ref<NSString>(""_ns); // after a bare init
+    }
     static NSInteger code(NSError& self) { return self.code_; }
     static Ref<NSDictionary> userInfo(NSError& self)
     {

@@ -10,7 +10,7 @@
 #include "NSDictionary.h"
 #include "NSError.h"
 #include "NSPropertyListSerialization.h"
-#include "NSString.h"
+#include "NSStringPrivate.h"
 #include "runtime/Runtime.h"
 #include "runtime/Table.h"
 
@@ -100,6 +100,8 @@ template <> struct NSKeyedArchiver::Methods<struct Values> {
         NSKeyedArchiver& self, const std::uint8_t* bytes, NSUInteger length, NSString* key)
     {
         Writer& writer = writerOf(self);
+        if (length)
+            strings::checkArgument(self, "encodeBytes:length:forKey:", bytes);
         writer.put(key, writer.list().data({ bytes, length }));
     }
 

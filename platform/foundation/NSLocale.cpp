@@ -179,8 +179,8 @@ template <> struct NSLocale::Methods<struct Identity> {
             { "canonicalLocaleIdentifierFromString:", imp<canonical> },
         });
         t.methods({
-            { "encodeWithCoder:", imp<encodeWithCoder> },
-            { "initWithCoder:", imp<initWithCoder> },
+            { "encodeWithCoder:", imp<coding<encodeWithCoder>> },
+            { "initWithCoder:", imp<coding<initWithCoder>> },
             { "init", imp<init> },
             { "initWithLocaleIdentifier:", imp<initWithIdentifier> },
             { "localeIdentifier", imp<identifier> },

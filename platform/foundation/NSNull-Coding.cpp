@@ -14,8 +14,8 @@ template <> struct NSNull::Methods<struct Coding> {
     {
         t.classMethods({ { "supportsSecureCoding", imp<archives::isSecure> } });
         t.methods({
-            { "encodeWithCoder:", imp<encode> },
-            { "initWithCoder:", imp<initWithCoder> },
+            { "encodeWithCoder:", imp<coding<encode>> },
+            { "initWithCoder:", imp<coding<initWithCoder>> },
         });
     }
 };

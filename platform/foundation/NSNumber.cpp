@@ -229,6 +229,7 @@ template <> struct NSNumber::Methods<struct Numbers> {
     }
     static void getValue(NSNumber& self, void* buffer)
     {
+        strings::checkArgument(self, "getValue:", buffer);
         switch (self.type_[0]) {
         case 'B':
         case 'c':

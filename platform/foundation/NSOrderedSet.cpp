@@ -53,6 +53,8 @@ template <> struct NSOrderedSet::Methods<struct Ordered> {
     static Ref<NSOrderedSet> initWithObjects(
         NSOrderedSet& self, NSObject* const* objects, NSUInteger count)
     {
+        if (count && !objects)
+            raiseNil(&self, "initWithObjects:count:", "objects");
         Items items;
         for (NSUInteger i = 0; i < count; ++i) {
             if (!objects[i])
@@ -228,8 +230,8 @@ template <> struct NSOrderedSet::Methods<struct Ordered> {
             { "copyWithZone:", imp<copyWithZone> },
             { "mutableCopyWithZone:", imp<mutableCopyWithZone> },
             { "description", imp<description> },
-            { "encodeWithCoder:", imp<encodeWithCoder> },
-            { "initWithCoder:", imp<initWithCoder> },
+            { "encodeWithCoder:", imp<coding<encodeWithCoder>> },
+            { "initWithCoder:", imp<coding<initWithCoder>> },
         });
     }
 };

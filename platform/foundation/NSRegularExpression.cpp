@@ -288,6 +288,8 @@ template <> struct NSRegularExpression::Methods<struct Expression> {
         strings::checkArgument(self, kSelector, result);
         strings::checkArgument(self, kSelector, string);
         strings::checkArgument(self, kSelector, replacement);
+        if (result->numberOfRanges() == 0)
+            return strings::plain(Contents(replacement).view());
         const Ref<NSTextCheckingResult> moved = result->resultByAdjustingRangesWithOffset(offset);
         const Contents text(string);
         TextBuilder out;
@@ -357,8 +359,8 @@ template <> struct NSRegularExpression::Methods<struct Expression> {
             { "isEqual:", imp<isEqual> },
             { "hash", imp<hash> },
             { "copyWithZone:", imp<copyWithZone> },
-            { "encodeWithCoder:", imp<encodeWithCoder> },
-            { "initWithCoder:", imp<initWithCoder> },
+            { "encodeWithCoder:", imp<coding<encodeWithCoder>> },
+            { "initWithCoder:", imp<coding<initWithCoder>> },
         });
     }
 };

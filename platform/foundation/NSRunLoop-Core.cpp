@@ -428,7 +428,7 @@ void RunLoopCore::watch(const NSRunLoopSource& source, bool wanted)
 
 void RunLoopCore::addSource(NSRunLoopSource& source, Modes modes)
 {
-    if (source.invalid_ || (source.loop_ && source.loop_ != this))
+    if (!source.isValid() || (source.loop_ && source.loop_ != this))
         return;
     if (!source.loop_)
         sources_.emplace_back(&source);
@@ -454,7 +454,7 @@ void RunLoopCore::sourceChanged(NSRunLoopSource& source) { watch(source, true); 
 
 void RunLoopCore::addObserver(NSRunLoopObserver& observer, Modes modes)
 {
-    if (observer.invalid_ || (observer.loop_ && observer.loop_ != this))
+    if (!observer.isValid() || (observer.loop_ && observer.loop_ != this))
         return;
     observer.modes_ |= modes;
     if (std::exchange(observer.loop_, this))

@@ -186,7 +186,7 @@ template <> struct NSRunLoopSource::Methods<struct Descriptor> {
             self.loop_->removeSource(self, ~RunLoopCore::Modes { 0 });
         self.handler_ = nullptr;
     }
-    static bool isValid(NSRunLoopSource& self) { return !self.invalid_; }
+    static bool isValid(NSRunLoopSource& self) { return self.handler_ && !self.invalid_; }
 
     static void table(Builder& t)
     {
@@ -221,7 +221,7 @@ template <> struct NSRunLoopObserver::Methods<struct Observing> {
             self.loop_->removeObserver(self, ~RunLoopCore::Modes { 0 });
         self.handler_ = nullptr;
     }
-    static bool isValid(NSRunLoopObserver& self) { return !self.invalid_; }
+    static bool isValid(NSRunLoopObserver& self) { return self.handler_ && !self.invalid_; }
 
     static void table(Builder& t)
     {

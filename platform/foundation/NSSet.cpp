@@ -103,6 +103,8 @@ template <> struct NSSet::Methods<struct Reading> {
     {
         if (!super<NSSet, "init", Ref<NSObject>>(self))
             return nullptr;
+        if (count && !objects)
+            raiseNil(&self, "initWithObjects:count:", "objects");
         self.table_.reserve(count);
         for (NSUInteger i = 0; i < count; ++i) {
             if (!objects[i])

@@ -27,12 +27,16 @@ template <> struct NSString::Methods<struct StringPieces> {
         return out.string();
     }
 
+    // A length beyond it is a mistake, and no memory holds the text.
+    static constexpr std::size_t kLongestPadding = std::size_t { 1 } << 30;
+
     static Ref<NSString> padding(NSString& self, NSUInteger length, NSString* pad, NSUInteger index)
     {
         constexpr const char* kSelector = "stringByPaddingToLength:withString:startingAtIndex:";
         const Contents text(&self);
         if (length <= text->size())
             return strings::plain(text->part(0, length));
+        strings::checkIndex(self, kSelector, length, kLongestPadding, kLongestPadding);
         strings::checkArgument(self, kSelector, pad);
         const Contents fill(pad);
         strings::checkIndex(self, kSelector, index, fill->size(), fill->size());

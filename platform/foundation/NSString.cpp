@@ -75,6 +75,8 @@ template <> struct NSString::Methods<struct StringBasics> {
     {
         const Contents text(&self);
         strings::checkRange(self, "getCharacters:range:", range, text->size());
+        if (range.length)
+            strings::checkArgument(self, "getCharacters:range:", buffer);
         for (std::size_t i = 0; i < range.length; ++i)
             buffer[i] = text.view()[range.location + i];
     }

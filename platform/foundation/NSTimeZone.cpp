@@ -309,8 +309,8 @@ template <> struct NSTimeZone::Methods<struct Identity> {
             { "knownTimeZoneNames", imp<knownNames> },
         });
         t.methods({
-            { "encodeWithCoder:", imp<encodeWithCoder> },
-            { "initWithCoder:", imp<initWithCoder> },
+            { "encodeWithCoder:", imp<coding<encodeWithCoder>> },
+            { "initWithCoder:", imp<coding<initWithCoder>> },
             { "init", imp<init> },
             { "initWithName:", imp<initWithName> },
             { "name", imp<name> },

@@ -81,8 +81,10 @@ namespace {
 
 void addTimer(RunLoopCore& loop, NSTimer& timer, RunLoopCore::Modes modes)
 {
+    if (!timer.isValid())
+        return;
     NSTimer::Entry& entry = *timer.entry_;
-    if (timer.invalid_ || (entry.loop && entry.loop != &loop))
+    if (entry.loop && entry.loop != &loop)
         return;
     entry.modes |= modes;
     if (!entry.loop) {
@@ -96,6 +98,9 @@ void addTimer(RunLoopCore& loop, NSTimer& timer, RunLoopCore::Modes modes)
 }
 
 template <> struct NSTimer::Methods<struct Scheduling> {
+
+    // A bare init leaves a timer without an entry: it was never valid.
+    static bool isValid(NSTimer& self) { return self.entry_ && !self.invalid_; }
 
     static Ref<NSTimer> begin(NSTimer& self, std::int64_t moment, double seconds, bool repeats)
     {
@@ -178,7 +183,7 @@ template <> struct NSTimer::Methods<struct Scheduling> {
     }
     static void fire(NSTimer& self)
     {
-        if (self.invalid_)
+        if (!isValid(self))
             return;
         const Ref<NSTimer> alive(&self);
         call(self);
@@ -187,12 +192,14 @@ template <> struct NSTimer::Methods<struct Scheduling> {
     }
     static Ref<NSDate> fireDate(NSTimer& self)
     {
+        if (!self.entry_)
+            return nullptr;
         return NSDate::cls().dateWithTimeIntervalSinceReferenceDate(
             Clock::wall() + static_cast<double>(self.entry_->moment - Clock::now()) / 1e9);
     }
     static void moveTo(NSTimer& self, std::int64_t moment)
     {
-        if (self.invalid_)
+        if (!isValid(self))
             return;
         Entry& entry = *self.entry_;
         entry.moment = moment;
@@ -218,8 +225,9 @@ template <> struct NSTimer::Methods<struct Scheduling> {
     static Ref<NSObject> userInfo(NSTimer& self) { return self.userInfo_; }
     static void invalidate(NSTimer& self)
     {
-        if (std::exchange(self.invalid_, true))
+        if (!isValid(self))
             return;
+        self.invalid_ = true;
         const Ref<NSTimer> alive(&self);
         Entry& entry = *self.entry_;
         if (entry.loop)
@@ -229,7 +237,6 @@ template <> struct NSTimer::Methods<struct Scheduling> {
         self.userInfo_ = nullptr;
         self.block_ = nullptr;
     }
-    static bool isValid(NSTimer& self) { return !self.invalid_; }
 
     static void table(Builder& t)
     {

@@ -326,8 +326,8 @@ template <> struct NSURL::Methods<struct Pieces> {
             { "hash", imp<hash> },
             { "copyWithZone:", imp<copyWithZone> },
             { "description", imp<description> },
-            { "encodeWithCoder:", imp<encodeWithCoder> },
-            { "initWithCoder:", imp<initWithCoder> },
+            { "encodeWithCoder:", imp<coding<encodeWithCoder>> },
+            { "initWithCoder:", imp<coding<initWithCoder>> },
         });
     }
 };

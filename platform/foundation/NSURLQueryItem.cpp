@@ -66,8 +66,8 @@ template <> struct NSURLQueryItem::Methods<struct Item> {
             { "hash", imp<hash> },
             { "copyWithZone:", imp<copyWithZone> },
             { "description", imp<description> },
-            { "encodeWithCoder:", imp<encodeWithCoder> },
-            { "initWithCoder:", imp<initWithCoder> },
+            { "encodeWithCoder:", imp<coding<encodeWithCoder>> },
+            { "initWithCoder:", imp<coding<initWithCoder>> },
         });
         t.properties({
             property<&NSURLQueryItem::name_>("name", readonly, copied, nonatomic),

@@ -28,7 +28,7 @@ template <> struct NSUserDefaults::Methods<struct URLs> {
     {
         Ref<NSObject> value;
         if (url && url->isFileURL())
-            value = url->absoluteURL()->path()->stringByAbbreviatingWithTildeInPath();
+            value = maybe(maybe(url->absoluteURL())->path())->stringByAbbreviatingWithTildeInPath();
         else if (url)
             value = NSKeyedArchiver::cls().archivedDataWithRootObject(url);
         self.setObject_forKey(value.get(), key);

@@ -75,8 +75,8 @@ template <> struct NSValue::Methods<struct Coding> {
     {
         t.classMethods({ { "supportsSecureCoding", imp<archives::isSecure> } });
         t.methods({
-            { "encodeWithCoder:", imp<encode> },
-            { "initWithCoder:", imp<initWithCoder> },
+            { "encodeWithCoder:", imp<coding<encode>> },
+            { "initWithCoder:", imp<coding<initWithCoder>> },
         });
     }
 };
@@ -108,8 +108,8 @@ template <> struct NSNumber::Methods<struct Coding> {
     static void table(Builder& t)
     {
         t.methods({
-            { "encodeWithCoder:", imp<encode> },
-            { "initWithCoder:", imp<initWithCoder> },
+            { "encodeWithCoder:", imp<coding<encode>> },
+            { "initWithCoder:", imp<coding<initWithCoder>> },
         });
     }
 };

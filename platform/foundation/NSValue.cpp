@@ -55,8 +55,10 @@ template <> struct NSValue::Methods<struct Boxes> {
     static const char* objCType(NSValue& self) { return self.box_ ? self.box_->type.c_str() : "v"; }
     static void getValue(NSValue& self, void* buffer)
     {
-        if (self.box_ && self.box_->size > 0)
-            std::memcpy(buffer, self.box_->bytes.get(), self.box_->size);
+        if (!self.box_ || self.box_->size == 0)
+            return;
+        strings::checkArgument(self, "getValue:", buffer);
+        std::memcpy(buffer, self.box_->bytes.get(), self.box_->size);
     }
     static void getValueSize(NSValue& self, void* buffer, NSUInteger size)
     {

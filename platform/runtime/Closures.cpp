@@ -3,6 +3,7 @@
 
 #include "ClassPrivate.h"
 #include "ClosureMemory.h"
+#include "NSException.h"
 
 namespace brindle {
 
@@ -33,11 +34,19 @@ namespace {
 
 template <> struct NSBlock::Methods<struct Closures> {
 
+    // Memory without a function behind it would pass for a closure.
+    static Ref<NSObject> alloc(Class&)
+    {
+        raise(
+            "NSInvalidArgumentException", "*** +[NSBlock alloc]: a closure is made of a function");
+    }
+    static Ref<NSObject> allocWithZone(Class& self, void*) { return alloc(self); }
     static Ref<NSObject> copyWithZone(NSBlock& self, void*) { return &self; }
 
     static void table(Builder& t)
     {
         t.conformsTo({ "NSCopying" });
+        t.classMethods({ { "alloc", imp<alloc> }, { "allocWithZone:", imp<allocWithZone> } });
         t.methods({
             { "copyWithZone:", imp<copyWithZone> },
         });

@@ -2,6 +2,7 @@
 #include <algorithm>
 #include <cstdlib>
 
+#include "ArgumentKinds.h"
 #include "ClassPrivate.h"
 #include "NSException.h"
 
@@ -192,6 +193,17 @@ const char* method_getDetailedTypes(const Method* method)
 {
     const char* const details = method ? method->details.load(std::memory_order_acquire) : nullptr;
     return details ? details : method_getTypeEncoding(method);
+}
+
+Class* requiredArgumentClass(const Method* method, unsigned index)
+{
+    const char* type = method ? method->details.load(std::memory_order_acquire) : nullptr;
+    for (unsigned i = 0; type && i <= index; ++i) // the answer's type comes first
+        type = encodingSkipType(type);
+    if (!type || type[0] != '@' || type[1] != '"')
+        return nullptr;
+    const std::string_view name(type + 2);
+    return objc_getClass(std::string(name.substr(0, name.find('"'))).c_str());
 }
 
 SEL method_getName(const Method* method) { return method ? method->sel : SEL {}; }

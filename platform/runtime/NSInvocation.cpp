@@ -175,14 +175,23 @@ template <> struct NSInvocation::Methods<struct Message> {
         return self.arguments_[static_cast<std::size_t>(index)];
     }
 
+    static void requireLocation(const void* location, const char* selector)
+    {
+        if (!location)
+            raise("NSInvalidArgumentException",
+                std::string("-[NSInvocation ") + selector + "]: nil location");
+    }
+
     static void getArgument(NSInvocation& self, void* location, std::int64_t index)
     {
+        requireLocation(location, "getArgument:atIndex:");
         const Place& place = checked(self, index, "getArgument:atIndex:");
         std::memcpy(location, self.at(place), place.size);
     }
 
     static void setArgument(NSInvocation& self, void* location, std::int64_t index)
     {
+        requireLocation(location, "setArgument:atIndex:");
         const Place& place = checked(self, index, "setArgument:atIndex:");
         if (self.retained_ && place.isObject) {
             NSObject* const fresh = *static_cast<NSObject**>(location);

@@ -3,6 +3,7 @@
 
 #include <cstdio>
 
+#include "ArgumentKinds.h"
 #include "ClassPrivate.h"
 #include "DynamicCallPrivate.h"
 #include "InvocationPrivate.h"
@@ -104,10 +105,25 @@ template <> struct NSObject::Methods<struct Root> {
 
     // ---- performing
 
+    static void requireKind(
+        NSObject& self, const Method* method, unsigned index, NSObject* argument)
+    {
+        Class* const wanted = argument ? requiredArgumentClass(method, index) : nullptr;
+        if (!wanted || argument->isKindOfClass(wanted))
+            return;
+        raise("NSInvalidArgumentException",
+            std::string("*** ") + (class_isMetaClass(self.isa_) ? "+[" : "-[")
+                + class_getName(self.isa_) + " " + sel_getName(method_getName(method))
+                + "]: " + class_getName(wanted) + " is expected, not an object of class "
+                + class_getName(argument->classObject()));
+    }
+
     static Ref<NSObject> perform(NSObject& self, SEL sel, NSObject* first, NSObject* second)
     {
         ensureInitialized(self.isa_);
         const Method* const method = class_getInstanceMethod(self.isa_, sel);
+        requireKind(self, method, 2, first);
+        requireKind(self, method, 3, second);
         std::string types = method ? method_getTypeEncoding(method) : "";
         if (!method) {
             const Ref<NSMethodSignature> signature = self.methodSignatureForSelector(sel);
@@ -180,7 +196,7 @@ template <> struct NSObject::Methods<struct Root> {
     static Ref<NSObject> forwardingTargetForSelector(NSObject&, SEL) { return nullptr; }
     static void forwardInvocation(NSObject& self, NSInvocation* invocation)
     {
-        self.doesNotRecognizeSelector(invocation->selector());
+        self.doesNotRecognizeSelector(maybe(invocation)->selector());
     }
     static void doesNotRecognizeSelector(NSObject& self, SEL sel) { raiseUnrecognized(&self, sel); }
 

@@ -136,9 +136,9 @@ def _closure(value, encoding):
     """A closure as an owner: of a callable, with the types that the operation declares."""
     if value is None:
         return None
-    if isinstance(value, objects.Object):
+    if isinstance(value, objects.Object) and library.closure_types(value._ptr):
         return library.retain(value._ptr)
-    if callable(value):
+    if callable(value) and not isinstance(value, objects.ClassType):
         return make_block(value, encoding)
     raise TypeError(f"a callable is expected, not {value!r}")
 
