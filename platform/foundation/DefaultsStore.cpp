@@ -8,7 +8,9 @@
 
 #include <unistd.h>
 
+#include "CollectionsPrivate.h"
 #include "Dispatch.h"
+#include "runtime/NSException.h"
 
 namespace brindle::defaults {
 
@@ -198,6 +200,22 @@ bool Store::refresh()
     return isRead;
 }
 
+namespace {
+
+    /// Values that are too much alike to be compared count as different: a file may share its parts without end.
+    bool areEqual(NSDictionary* some, NSDictionary* others)
+    {
+        std::size_t left = std::size_t { 1 } << 20;
+        const collections::ComparisonLimit limit(&left);
+        try {
+            return some->isEqualToDictionary(others);
+        } catch (const Exception&) {
+            return false;
+        }
+    }
+
+}
+
 /// Makes the values anew where the file was read. - Returns: whether they are others now.
 bool Store::takeIn()
 {
@@ -208,7 +226,7 @@ bool Store::takeIn()
         = NSMutableDictionary::cls().dictionaryWithDictionary(file_.contents().get());
     const std::lock_guard guard(memory);
     changes_.applyTo(fresh.get());
-    const bool differs = !values_ || !values_->isEqualToDictionary(fresh.get());
+    const bool differs = !values_ || !areEqual(values_.get(), fresh.get());
     values_.swap(fresh);
     return differs;
 }

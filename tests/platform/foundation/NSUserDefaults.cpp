@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "UserDefaultsTest.h"
+#include "foundation/NSArray.h"
 #include "foundation/NSData.h"
 #include "foundation/NSNotificationCenter.h"
 #include "foundation/NSNull.h"
@@ -334,6 +335,23 @@ TEST_F(UserDefaults, SeeWhatAnotherProcessWroteWhenSynchronizedAndPostIt)
     EXPECT_EQ(utf8(defaults()->stringForKey("key"_ns)), "value");
     EXPECT_EQ(utf8(defaults()->stringForKey("own"_ns)), "mine");
     EXPECT_EQ(changes.count, 1);
+}
+
+TEST_F(UserDefaults, AreReadAnewWhenTheyAreAlikeInMostOfTheirParts)
+{
+    // Each level holds the one below twice: two towers are equal only after 2^60 comparisons.
+    const auto writeTower = [&] {
+        Ref<NSArray> tower = makeArray({ "x"_ns });
+        for (int i = 0; i < 60; ++i)
+            tower = makeArray({ tower.get(), tower.get() });
+        otherProcessSets("tower"_ns, tower.get());
+        EXPECT_TRUE(defaults()->synchronize());
+    };
+    writeTower();
+    ChangeCounter changes(defaults().get());
+    writeTower();
+    EXPECT_TRUE(defaults()->objectForKey("tower"_ns));
+    EXPECT_EQ(changes.count, 1); // what cannot be compared counts as changed
 }
 
 TEST_F(UserDefaults, WriteOnlyTheirOwnChangesOverThoseOfOthers)
