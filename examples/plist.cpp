@@ -148,9 +148,8 @@ private:
 /// Errors say "line 3: reason" or "byte 8: reason".
 int refuse(const NSError* error)
 {
-    const Ref<NSObject> why
-        = error ? error->userInfo()->objectForKey(NSDebugDescriptionErrorKey) : nullptr;
-    const std::string text = why ? utf8Of(why->description()) : "byte 0: no file to read";
+    const Ref<NSObject> why = error->userInfo()->objectForKey(NSDebugDescriptionErrorKey);
+    const std::string text = utf8Of(why->description());
     const std::size_t colon = text.find(": ");
     const std::size_t space = text.find(' ');
     if (colon == std::string::npos || space > colon)

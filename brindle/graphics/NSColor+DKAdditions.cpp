@@ -51,6 +51,8 @@ namespace {
 
     Components blend(const Components& own, const Components& other, const double* amounts)
     {
+        if (!amounts)
+            return own;
         Components mixed;
         for (int i = 0; i < 4; ++i)
             mixed.values[i] = own.values[i] * (1 - amounts[i]) + other.values[i] * amounts[i];

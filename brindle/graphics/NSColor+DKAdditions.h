@@ -97,7 +97,7 @@ inline Ref<NSColor> interpolatedColorToColor_atValue(To<NSColor> color, NSColor*
 {
     return color.send<"interpolatedColorToColor:atValue:", Ref<NSColor>>(to, value);
 }
-/// - Shape: `amounts` are four, for red, green, blue and alpha.
+/// - Shape: `amounts` are four, for red, green, blue and alpha; without any the receiver's own components stay.
 inline Ref<NSColor> colorWithRGBBlendFrom_blendingAmounts(
     To<NSColor> color, NSColor* other, const double* amounts)
 {

@@ -8,9 +8,6 @@
 
 namespace brindle {
 
-class NSObject;
-struct Class;
-
 /// Raises `NSInvalidArgumentException` for an element of another class.
 BRINDLE_EXPORT void requireElement(NSObject* element, Class* cls);
 

@@ -337,6 +337,16 @@ TEST(ColourBlend, AmountsAreNotBounded)
         "0.75 0.375 0.25 1");
 }
 
+TEST(ColourBlend, WithoutAmountsTheReceiverStays)
+{
+    EXPECT_EQ(rgbaText(colorWithRGBBlendFrom_blendingAmounts(
+                  rgb(0.25, 0.5, 0.75), rgb(0.5, 0.125, 1).get(), nullptr)),
+        "0.25 0.5 0.75 1");
+    EXPECT_EQ(rgbaText(colorWithHSBBlendFrom_blendingAmounts(
+                  rgb(1, 0, 0), rgb(0.5, 0.125, 1).get(), nullptr)),
+        "1 0 0 1");
+}
+
 TEST(ColourBlend, ConvertsBothColours)
 {
     EXPECT_EQ(rgbaText(colorWithRGBAverageFrom(colors().blackColor(), colors().whiteColor().get())),
