@@ -8,6 +8,8 @@
 
 namespace brindle {
 
+struct Class;
+
 /// Raises `NSInvalidArgumentException` for an element of another class.
 BRINDLE_EXPORT void requireElement(NSObject* element, Class* cls);
 
