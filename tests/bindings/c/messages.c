@@ -31,7 +31,8 @@ static void aPreparedMessageIsSent(void)
 static void nullAnswersZero(void)
 {
     brindle_call* length = brindle_makeCall("length", "Q@:", NULL);
-    check(((uint64_t(*)(brindle_id, brindle_call*))length->code)(NULL, length) == 0, "NULL answers zero");
+    check(((uint64_t(*)(brindle_id, brindle_call*))length->code)(NULL, length) == 0,
+        "NULL answers zero");
     check(brindle_classNamed(NULL) == NULL, "there is no class without a name");
 }
 
@@ -42,7 +43,8 @@ static void whatIsRaisedIsKept(void)
     uint16_t unit = ((uint16_t(*)(brindle_id, brindle_call*, uint64_t))at->code)(text, at, 9);
     brindle_id error = brindle_takeError();
     check(unit == 0 && error != NULL, "what is raised is kept for the thread");
-    check(strcmp(brindle_className(brindle_classOf(error)), "NSException") == 0, "it is an exception");
+    check(strcmp(brindle_className(brindle_classOf(error)), "NSException") == 0,
+        "it is an exception");
     check(brindle_takeError() == NULL, "it is taken once");
     brindle_release(error);
     brindle_release(text);
