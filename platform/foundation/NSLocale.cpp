@@ -126,6 +126,7 @@ template <> struct NSLocale::Methods<struct Identity> {
     {
         std::vector<Ref<NSObject>> all;
         const std::int32_t count = unicode::isThere() ? ICU(uloc_countAvailable)() : 0;
+        all.reserve(static_cast<std::size_t>(count));
         for (std::int32_t i = 0; i < count; ++i)
             all.emplace_back(stringFrom(ICU(uloc_getAvailable)(i)));
         return makeArray(std::move(all));

@@ -127,7 +127,7 @@ template <> struct NSNumber::Methods<struct Numbers> {
         else if constexpr (std::is_unsigned_v<T> && sizeof(T) == 8)
             self.value_.natural = static_cast<std::uint64_t>(value);
         else
-            self.value_.whole = static_cast<std::int64_t>(value);
+            self.value_.whole = +value; // a char is a small number here
     }
     static NSNumber* fresh()
     {
