@@ -18,7 +18,7 @@ namespace {
 
     constexpr std::int64_t kWriteDelay = 200 * static_cast<std::int64_t>(NSEC_PER_MSEC);
     constexpr std::chrono::seconds kPatience { 10 }; // for other processes, in the background
-    constexpr std::chrono::seconds kPatienceAtExit { 1 };
+    constexpr std::chrono::seconds kPatienceAtExit { 5 };
 
     Deadline after(std::chrono::seconds patience)
     {
