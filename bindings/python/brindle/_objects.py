@@ -114,7 +114,7 @@ def _class_operation(selector, metaclass):
 
 
 def _first(self, *arguments):
-    return _become()(self, *arguments)  # noqa: F821, found in the stub's own globals
+    return _become()(self, *arguments)  # noqa: F821, found in the lazy method's own globals
 
 
 def turn_into(function, other):
@@ -124,18 +124,18 @@ def turn_into(function, other):
     function.__qualname__ = other.__qualname__
 
 
-def _stub(pointer, name, selector):
+def _lazy_method(pointer, name, selector):
     """Stands for an operation until it is first called, and is it from then on."""
 
     def become():
         function = bound_to_class(pointer, selector)
         if not function.__code__.co_freevars:
-            turn_into(stub, function)
+            turn_into(lazy, function)
         return function
 
-    stub = python_types.FunctionType(_first.__code__, {"_become": become}, name)
-    stub.__qualname__ = f"-[{library.class_name(pointer).decode()} {selector}]"
-    return stub
+    lazy = python_types.FunctionType(_first.__code__, {"_become": become}, name)
+    lazy.__qualname__ = f"-[{library.class_name(pointer).decode()} {selector}]"
+    return lazy
 
 
 _RESERVED = {"_ptr", "mro"}
@@ -195,7 +195,7 @@ def class_for(pointer):
     for key, selector in _named(metaclass, class_selectors):
         namespace[key] = _SuperClassOperation(pointer, selector)
     for key, selector in _named(pointer, own_selectors):
-        namespace[key] = _stub(pointer, key, selector)
+        namespace[key] = _lazy_method(pointer, key, selector)
     namespace.update(_EXTRAS.get(name, {}))
     made = meta(name, (above or Object,), namespace)
     return _classes.setdefault(pointer, made)
