@@ -2,44 +2,25 @@
 // A file of defaults that somebody else wrote: reading it must end, and what it holds must be a dictionary.
 
 #include <cstdint>
-#include <cstdlib>
-#include <filesystem>
 
 #include <fcntl.h>
 #include <unistd.h>
 
+#include "../tests/support/TemporaryFolder.h"
 #include "foundation/DefaultsFilePrivate.h"
 #include "foundation/NSDictionary.h"
 #include "foundation/NSString.h"
 
-namespace {
-
-/// A folder for all inputs of the process; it goes at the end.
-struct Folder {
-    Folder()
-    {
-        std::string name = (std::filesystem::temp_directory_path() / "defaults-XXXXXX").string();
-        if (!::mkdtemp(name.data()))
-            std::abort();
-        path = name;
-    }
-    ~Folder() { std::filesystem::remove_all(path); }
-
-    std::filesystem::path path;
-};
-
-}
-
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
 {
-    static const Folder folder;
-    const std::string path = folder.path / "defaults.plist";
+    static const brindle::test::TemporaryFolder folder; // for all inputs
+    const std::string path = folder.path() / "defaults.plist";
     const int file = ::open(path.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0600);
     const bool isWritten = file >= 0 && ::write(file, data, size) == static_cast<ssize_t>(size);
     ::close(file);
     if (!isWritten)
         return 0;
-    brindle::defaults::File defaults(folder.path);
+    brindle::defaults::File defaults(folder.path());
     if (!defaults.refresh())
         std::abort();
     for (brindle::NSObject* key : brindle::each(defaults.contents())) {

@@ -69,6 +69,7 @@ void Tour::fixSurroundings()
     Clock::setWall(Clock::wall() + kTenHours); // later than midnight, so that minutes ago is today
     setenv("LC_ALL", "en_US.UTF-8", 1);
     setenv("TZ", "UTC", 1);
+    // mkdtemp fills in the six letters.
     std::string name = (std::filesystem::temp_directory_path() / "gallery-XXXXXX").string();
     if (!mkdtemp(name.data()))
         return fail("cannot make a folder for settings");

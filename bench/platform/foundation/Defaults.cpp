@@ -10,6 +10,7 @@
 #include <fcntl.h>
 #include <unistd.h>
 
+#include "../../../tests/support/TemporaryFolder.h"
 #include "foundation/DefaultsFilePrivate.h"
 #include "foundation/NSUserDefaults.h"
 #include "support/Measure.h"
@@ -24,35 +25,27 @@ namespace {
     public:
         Settings()
         {
-            std::string name = (std::filesystem::temp_directory_path() / "brindle-XXXXXX").string();
-            if (!::mkdtemp(name.data()))
-                std::abort();
-            folder_ = name;
-            setDefaultsFolder(name.c_str());
+            setDefaultsFolder(folder_.path().c_str());
             for (int i = 0; i < 20; ++i)
                 object->setInteger_forKey(i, stringFrom("setting" + std::to_string(i)).get());
             object->synchronize();
         }
-        ~Settings()
-        {
-            setDefaultsFolder(nullptr);
-            std::filesystem::remove_all(folder_);
-        }
+        ~Settings() { setDefaultsFolder(nullptr); }
         Settings(const Settings&) = delete;
         Settings& operator=(const Settings&) = delete;
 
         /// Answers what the file of the suite holds.
         std::string bytes() const
         {
-            std::ifstream stream(folder_ / "bench" / "defaults.plist", std::ios::binary);
+            std::ifstream stream(folder_.path() / "bench" / "defaults.plist", std::ios::binary);
             return { std::istreambuf_iterator<char>(stream), {} };
         }
-        const std::filesystem::path& folder() const { return folder_; }
+        const std::filesystem::path& folder() const { return folder_.path(); }
 
         Ref<NSUserDefaults> object = alloc<NSUserDefaults>()->initWithSuiteName("bench"_ns);
 
     private:
-        std::filesystem::path folder_;
+        test::TemporaryFolder folder_;
     };
 
     /// A sample by the wall's clock: the time goes by while the disk works.

@@ -349,13 +349,13 @@ TEST(KeyValueMemory, KeysOfOneLengthAndTheSameEndsDiffer)
     const auto one = +[](NSObject*, SEL) { return NSInteger { 1 }; };
     const auto two = +[](NSObject*, SEL) { return NSInteger { 2 }; };
     class_addMethod(
-        cls, sel_registerName("beginningXXXXtheending"), reinterpret_cast<IMP>(one), "q@:");
+        cls, sel_registerName("beginningOnetheending"), reinterpret_cast<IMP>(one), "q@:");
     class_addMethod(
-        cls, sel_registerName("beginningYYYYtheending"), reinterpret_cast<IMP>(two), "q@:");
+        cls, sel_registerName("beginningTwotheending"), reinterpret_cast<IMP>(two), "q@:");
     objc_registerClassPair(cls);
     const auto object = cls->send<"new", Ref<NSObject>>();
-    EXPECT_EQ(textOf(valueForKey(object, "beginningXXXXtheending"_ns)), "1");
-    EXPECT_EQ(textOf(valueForKey(object, "beginningYYYYtheending"_ns)), "2");
+    EXPECT_EQ(textOf(valueForKey(object, "beginningOnetheending"_ns)), "1");
+    EXPECT_EQ(textOf(valueForKey(object, "beginningTwotheending"_ns)), "2");
 }
 
 // ---- without an object round the value
