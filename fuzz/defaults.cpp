@@ -7,9 +7,9 @@
 #include <unistd.h>
 
 #include "../tests/support/TemporaryFolder.h"
-#include "foundation/DefaultsFilePrivate.h"
 #include "foundation/NSDictionary.h"
 #include "foundation/NSString.h"
+#include "foundation/defaults/DefaultsFilePrivate.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
 {

@@ -2,7 +2,7 @@
 // Reads property lists of all formats, writes what was read and reads it again: it must be the same.
 
 #include "foundation/NSData.h"
-#include "foundation/PropertyListPrivate.h"
+#include "foundation/lists/PropertyListPrivate.h"
 
 namespace {
 

@@ -2,7 +2,7 @@
 // Reads old-style property lists and strings files.
 
 #include "foundation/NSStringPrivate.h"
-#include "foundation/PropertyListPrivate.h"
+#include "foundation/lists/PropertyListPrivate.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
 {

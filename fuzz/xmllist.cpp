@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 // Reads XML property lists.
 
-#include "foundation/PropertyListPrivate.h"
+#include "foundation/lists/PropertyListPrivate.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
 {

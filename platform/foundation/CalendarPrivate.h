@@ -7,7 +7,7 @@
 
 #include "LocalePrivate.h"
 #include "NSCalendar.h"
-#include "UnicodeCallsPrivate.h"
+#include "foundation/unicode/UnicodeCallsPrivate.h"
 
 namespace brindle::unicode {
 

@@ -6,8 +6,8 @@
 #include <unordered_set>
 
 #include "Each.h"
-#include "KeyedArchivePrivate.h"
 #include "NSData.h"
+#include "foundation/archives/KeyedArchivePrivate.h"
 #include "runtime/NSException.h"
 #include "runtime/Runtime.h"
 

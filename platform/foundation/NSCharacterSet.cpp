@@ -7,7 +7,7 @@
 #include "NSData.h"
 #include "NSStringPrivate.h"
 #include "URLText.h"
-#include "Unicode.h"
+#include "foundation/unicode/Unicode.h"
 #include "runtime/Runtime.h"
 #include "runtime/Table.h"
 

@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-#include "CodeSet.h"
 #include "NSGeometry.h"
 #include "NSString.h"
+#include "foundation/unicode/CodeSet.h"
 
 namespace brindle {
 

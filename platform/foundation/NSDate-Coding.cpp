@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <cmath>
 
-#include "KeyedArchivePrivate.h"
 #include "NSDate.h"
+#include "foundation/archives/KeyedArchivePrivate.h"
 #include "runtime/Table.h"
 
 namespace brindle {

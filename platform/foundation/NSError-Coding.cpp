@@ -1,12 +1,12 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "NSError.h"
-#include "KeyedArchivePrivate.h"
 #include "NSArray.h"
 #include "NSData.h"
 #include "NSDate.h"
 #include "NSDictionary.h"
 #include "NSNumber.h"
 #include "NSSet.h"
+#include "foundation/archives/KeyedArchivePrivate.h"
 #include "runtime/Table.h"
 
 namespace brindle {

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "NSIndexSet.h"
 #include "CollectionsPrivate.h"
-#include "KeyedArchivePrivate.h"
 #include "NSData.h"
+#include "foundation/archives/KeyedArchivePrivate.h"
 #include "runtime/Table.h"
 
 namespace brindle {

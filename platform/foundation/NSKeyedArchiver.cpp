@@ -4,13 +4,13 @@
 #include <mutex>
 
 #include "Exceptions.h"
-#include "KeyedWriterPrivate.h"
 #include "NSArray.h"
 #include "NSData.h"
 #include "NSDictionary.h"
 #include "NSError.h"
 #include "NSPropertyListSerialization.h"
 #include "NSStringPrivate.h"
+#include "foundation/archives/KeyedWriterPrivate.h"
 #include "runtime/Runtime.h"
 #include "runtime/Table.h"
 

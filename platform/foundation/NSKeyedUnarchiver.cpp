@@ -4,12 +4,12 @@
 #include <mutex>
 
 #include "Exceptions.h"
-#include "KeyedReaderPrivate.h"
 #include "NSArray.h"
 #include "NSError.h"
 #include "NSNumber.h"
 #include "NSSet.h"
 #include "NSString.h"
+#include "foundation/archives/KeyedReaderPrivate.h"
 #include "runtime/Runtime.h"
 #include "runtime/Table.h"
 

@@ -14,8 +14,8 @@
 #include "NSArray.h"
 #include "NSCoder.h"
 #include "NSNumber.h"
-#include "UnicodeCallsPrivate.h"
 #include "UserLocale.h"
+#include "foundation/unicode/UnicodeCallsPrivate.h"
 #include "runtime/Table.h"
 
 namespace brindle {

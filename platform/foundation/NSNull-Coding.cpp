@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "NSNull.h"
-#include "KeyedArchivePrivate.h"
+#include "foundation/archives/KeyedArchivePrivate.h"
 #include "runtime/Table.h"
 
 namespace brindle {

@@ -8,7 +8,7 @@
 
 #include "LocalePrivate.h"
 #include "NSNumber.h"
-#include "UnicodeCallsPrivate.h"
+#include "foundation/unicode/UnicodeCallsPrivate.h"
 #include "runtime/Table.h"
 
 namespace brindle {

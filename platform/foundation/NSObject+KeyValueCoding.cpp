@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "NSObject+KeyValueCoding.h"
 
-#include "KeyValuePrivate.h"
 #include "NSArray.h"
 #include "NSMutableDictionary.h"
 #include "NSNull.h"
+#include "foundation/keyvalues/KeyValuePrivate.h"
 #include "runtime/Table.h"
 
 namespace brindle {

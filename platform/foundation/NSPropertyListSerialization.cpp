@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "NSPropertyListSerialization.h"
 
-#include "BinaryListReaderPrivate.h"
 #include "NSError.h"
 #include "NSString.h"
-#include "PropertyListPrivate.h"
+#include "foundation/lists/BinaryListReaderPrivate.h"
+#include "foundation/lists/PropertyListPrivate.h"
 #include "runtime/Table.h"
 
 namespace brindle {

@@ -4,7 +4,7 @@
 #include <algorithm>
 
 #include "NSStringPrivate.h"
-#include "UnicodeBreaks.h"
+#include "foundation/unicode/UnicodeBreaks.h"
 #include "runtime/Table.h"
 
 namespace brindle {

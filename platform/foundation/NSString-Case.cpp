@@ -2,7 +2,7 @@
 #include "NSString.h"
 
 #include "NSStringPrivate.h"
-#include "Unicode.h"
+#include "foundation/unicode/Unicode.h"
 #include "runtime/Table.h"
 
 namespace brindle {

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <cstring>
 
-#include "KeyedArchivePrivate.h"
 #include "NSStringPrivate.h"
+#include "foundation/archives/KeyedArchivePrivate.h"
 #include "runtime/Table.h"
 
 namespace brindle {

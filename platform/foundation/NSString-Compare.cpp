@@ -4,7 +4,7 @@
 #include <algorithm>
 
 #include "NSStringPrivate.h"
-#include "Unicode.h"
+#include "foundation/unicode/Unicode.h"
 #include "runtime/Table.h"
 
 namespace brindle {

@@ -6,7 +6,7 @@
 
 #include "NSStringPrivate.h"
 #include "NumeralsPrivate.h"
-#include "Unicode.h"
+#include "foundation/unicode/Unicode.h"
 #include "runtime/Table.h"
 
 namespace brindle {

@@ -5,9 +5,9 @@
 
 #include <algorithm>
 
-#include "DefaultsDomainsPrivate.h"
 #include "Exceptions.h"
 #include "NSMutableArray.h"
+#include "foundation/defaults/DefaultsDomainsPrivate.h"
 #include "runtime/Table.h"
 
 namespace brindle {

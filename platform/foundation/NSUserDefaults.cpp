@@ -3,9 +3,9 @@
 
 #include <cstdio>
 
-#include "DefaultsDomainsPrivate.h"
 #include "Exceptions.h"
 #include "NSArray.h"
+#include "foundation/defaults/DefaultsDomainsPrivate.h"
 #include "runtime/Runtime.h"
 #include "runtime/Table.h"
 

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "Exceptions.h"
-#include "KeyedArchivePrivate.h"
 #include "NSNumber.h"
+#include "foundation/archives/KeyedArchivePrivate.h"
 #include "runtime/Table.h"
 
 namespace brindle {

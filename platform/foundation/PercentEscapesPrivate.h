@@ -3,8 +3,8 @@
 
 #include <optional>
 
-#include "CodeSet.h"
 #include "NSStringPrivate.h"
+#include "foundation/unicode/CodeSet.h"
 
 /// The escapes of URLs: "%" and two hexadecimal digits for a byte of UTF-8.
 namespace brindle::escapes {

@@ -3,7 +3,7 @@
 
 #include "NSRegularExpression.h"
 #include "NSStringPrivate.h"
-#include "UnicodePatterns.h"
+#include "foundation/unicode/UnicodePatterns.h"
 
 namespace brindle {
 

@@ -6,7 +6,7 @@
 #include <string>
 #include <string_view>
 
-#include "CodeSet.h"
+#include "foundation/unicode/CodeSet.h"
 
 /// The grammar of URLs, RFC 2396 with the bracketed hosts of RFC 2732, over ASCII text.
 namespace brindle::urls {

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-#include "foundation/DefaultsDomainsPrivate.h"
 #include "foundation/NSUserDefaults.h"
+#include "foundation/defaults/DefaultsDomainsPrivate.h"
 #include "support/TemporaryFolder.h"
 
 namespace brindle::test {

@@ -12,10 +12,10 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
-#include "foundation/DefaultsFilePrivate.h"
 #include "foundation/NSMutableDictionary.h"
 #include "foundation/NSNumber.h"
 #include "foundation/NSString.h"
+#include "foundation/defaults/DefaultsFilePrivate.h"
 
 namespace brindle::test {
 

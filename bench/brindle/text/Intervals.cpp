@@ -5,7 +5,7 @@
 
 #include "foundation/Clock.h"
 #include "foundation/NSString.h"
-#include "foundation/UnicodeCallsPrivate.h"
+#include "foundation/unicode/UnicodeCallsPrivate.h"
 #include "support/Measure.h"
 #include "support/Topics.h"
 

@@ -11,8 +11,8 @@
 #include <unistd.h>
 
 #include "../../../tests/support/TemporaryFolder.h"
-#include "foundation/DefaultsFilePrivate.h"
 #include "foundation/NSUserDefaults.h"
+#include "foundation/defaults/DefaultsFilePrivate.h"
 #include "support/Measure.h"
 #include "support/Topics.h"
 

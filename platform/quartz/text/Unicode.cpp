@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "Unicode.h"
 
-#include "foundation/UnicodeLibrary.h"
+#include "foundation/unicode/UnicodeLibrary.h"
 
 #include <algorithm>
 #include <limits>

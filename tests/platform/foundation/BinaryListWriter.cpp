@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "foundation/BinaryListWriterPrivate.h"
+#include "foundation/lists/BinaryListWriterPrivate.h"
 
 #include <numeric>
 
-#include "foundation/BinaryListReaderPrivate.h"
+#include "foundation/lists/BinaryListReaderPrivate.h"
 #include "support/PropertyLists.h"
 
 using namespace brindle;

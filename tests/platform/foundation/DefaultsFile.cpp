@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "foundation/DefaultsFilePrivate.h"
+#include "foundation/defaults/DefaultsFilePrivate.h"
 
 #include <cerrno>
 #include <fstream>

@@ -6,11 +6,11 @@
 
 #include <gtest/gtest.h>
 
-#include "foundation/DefaultsDomainsPrivate.h"
 #include "foundation/NSArray.h"
 #include "foundation/NSNull.h"
 #include "foundation/NSUserDefaults.h"
 #include "foundation/UserLocale.h"
+#include "foundation/defaults/DefaultsDomainsPrivate.h"
 #include "support/DefaultsFolder.h"
 #include "support/Strings.h"
 #include "support/VirtualClock.h"

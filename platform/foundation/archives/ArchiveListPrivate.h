@@ -1,0 +1,60 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <array>
+#include <vector>
+
+#include "foundation/lists/BinaryListBytesPrivate.h"
+
+namespace brindle::lists {
+
+/// Writes the binary list of an archive in one pass: the bytes that grow here are the ones that are handed out.
+///
+/// Unlike `BinaryListWriter` it keeps references of four bytes in place, and shares equal values only while they are
+/// recent: most of an archive's values are different, and an archive knows the same object by its address. Small lists
+/// get their references shortened at the end.
+/// - Raises: `NSInvalidArchiveOperationException` for more than four gigabytes.
+class ArchiveList : ValueBytes {
+public:
+    using Index = std::uint32_t;
+
+    struct Entry {
+        Index key;
+        Index value;
+    };
+
+    ArchiveList();
+
+    Index boolean(bool value) { return keep(writeBoolean(value)); }
+    Index integer(std::int64_t value) { return keep(writeInteger(value)); }
+    Index natural(std::uint64_t value) { return keep(writeNatural(value)); }
+    Index real(double value) { return keep(writeReal(value)); }
+    Index single(float value) { return keep(writeSingle(value)); }
+    Index data(std::span<const unsigned char> bytes) { return keep(writeData(bytes)); }
+    Index string(strings::View text) { return keep(writeString(text)); }
+    Index string(const NSString* text) { return string(strings::Contents(text).view()); }
+    /// Adds a number that is not there yet.
+    Index uid(std::uint64_t value) { return place(writeUid(value)); }
+    Index array(std::span<const Index> elements);
+    /// - entries: their keys are strings.
+    Index dictionary(std::span<const Entry> entries);
+
+    /// Answers the whole list; the writer is used up.
+    Ref<NSData> finish(Index top);
+
+private:
+    /// A value that was written recently; `indexAndOne` is 0 for none.
+    struct Recent {
+        std::uint32_t hash = 0;
+        Index indexAndOne = 0;
+    };
+
+    Index place(std::size_t start);
+    Index keep(std::size_t start);
+    void shortenReferences(std::size_t size);
+
+    std::vector<std::uint32_t> offsets_;
+    std::array<Recent, 2048> recent_ {};
+};
+
+}

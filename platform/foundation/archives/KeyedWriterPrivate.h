@@ -1,0 +1,130 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include "ArchiveListPrivate.h"
+#include "KeyedArchivePrivate.h"
+#include "foundation/NSKeyedArchiver.h"
+
+namespace brindle::archives {
+
+/// Finds what an object got the first time, by its address. Objects are kept, so that no address comes twice.
+class IdentityTable {
+public:
+    /// Answers the place of an object, or `kNowhere`.
+    std::uint32_t find(const NSObject* object) const;
+    void add(NSObject* object, std::uint32_t value);
+
+    static constexpr std::uint32_t kNowhere = ~std::uint32_t {};
+
+private:
+    struct Entry {
+        Ref<NSObject> object;
+        std::uint32_t value;
+    };
+
+    /// An entry by its object: the upper half is the object's hash, the lower one the entry's number and one, or 0 for
+    /// none. Searches read entries, which lie anywhere, only where the hashes are equal.
+    using Slot = std::uint64_t;
+
+    void enter(Slot slot);
+
+    std::vector<Entry> entries_;
+    std::vector<Slot>
+        slots_; // the size is a power of two, and at least twice the number of entries
+};
+
+/// What an archiver is made of: the list in the making, the objects met so far, and the entries of the objects that
+/// are being encoded, innermost last.
+class Writer {
+public:
+    using Index = lists::ArchiveList::Index;
+
+    explicit Writer(NSKeyedArchiver& owner);
+
+    lists::ArchiveList& list() { return list_; }
+    /// Adds an entry to the object that is being encoded.
+    void put(NSString* key, Index value);
+    /// Answers the reference that stands for an object, which is encoded now if it was not before.
+    Index reference(NSObject* object, bool isConditional = false);
+    /// Adds an entry under a key of this coder's own.
+    void putUnkeyed(Index value);
+    /// Raises when the archive is finished.
+    void requireOpen() const;
+
+    std::size_t beginList() const { return elements_.size(); }
+    void addToList(Index element) { elements_.push_back(element); }
+    void finishList(std::size_t start, NSString* key);
+    void dropList(std::size_t start) { elements_.resize(start); }
+
+    bool isFinished() const { return isFinished_; }
+    Ref<NSData> finish();
+
+    void setDelegate(NSObject* delegate);
+    Ref<NSObject> delegate() const { return delegate_.get(); }
+
+    NamesByClass names;
+    bool isSecure = false;
+
+private:
+    using Uid = std::uint32_t;
+    enum class Form : unsigned char { string, number, data, object };
+
+    /// What is known of a class whose instances are archived.
+    struct Archived {
+        Class* cls = nullptr;
+        Form form = Form::object;
+        bool isReplaced = false; ///< instances may name a substitute
+        bool isRenamed = false; ///< instances may be archived as another class
+        Index reference = 0; ///< to the class's own record; 0 before it is written
+    };
+    /// An object that is being encoded.
+    struct Frame {
+        std::size_t start;
+        unsigned unkeyed = 0;
+    };
+    /// A key whose text was written before.
+    struct KnownKey {
+        Ref<NSString> key;
+        Index text = 0;
+    };
+    class Nesting;
+
+    Uid uidOf(NSObject* object, bool isConditional);
+    Uid newUid();
+    Ref<NSObject> substitute(NSObject* object);
+    void encode(Uid uid, NSObject* object);
+    Index record(NSObject* object);
+    Index number(NSObject* object);
+    Index dictionary(NSObject* object, Archived& archived);
+    void dropRepeatedKeys(std::size_t start);
+    Archived& archived(Class* cls);
+    Index classReference(Class* cls);
+    Index classRecord(Class* cls);
+    Ref<NSString> nameOf(Class* cls) const;
+    Index keyText(NSString* key);
+    Index escapedKey(NSString* key);
+
+    NSKeyedArchiver& owner_;
+    WeakRef<NSObject> delegate_;
+    lists::ArchiveList list_;
+    IdentityTable identities_;
+    std::vector<Index> records_; // of each object; kPending before it is encoded
+    std::vector<Index> references_; // to each object: its number in the list
+    std::vector<lists::ArchiveList::Entry> entries_;
+    std::vector<Index> elements_;
+    std::vector<Frame> frames_;
+    std::unordered_map<Class*, Archived> classes_;
+    std::array<Archived*, 64> recentClasses_ {}; // by their address
+    std::vector<KnownKey> keys_;
+    std::unordered_map<std::string, Index>
+        keyTexts_; // one index for one text: repeated keys are found by it
+    std::size_t knownKeys_ = 0;
+    Index null_;
+    Index classKey_;
+    bool isFinished_ = false;
+    bool tellsBefore_ = false;
+    bool tellsAfter_ = false;
+    bool tellsOfReplacing_ = false;
+};
+
+}

@@ -1,0 +1,173 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <unordered_map>
+#include <vector>
+
+#include "PropertyListPrivate.h"
+#include "foundation/CollectionsPrivate.h"
+#include "runtime/Runtime.h"
+
+// How writers of property lists go through the objects.
+
+namespace brindle::lists {
+
+/// Answers what a list would hold for an object; `none` for what has no place in one.
+Kind kindOf(const NSObject* object);
+
+/// Goes through a list, depth first, without using the stack for depth. The visitor is asked:
+///
+/// - `bool leaf(Kind, NSObject&)`, `bool key(NSObject&)`: false ends the walk; the visitor has said why.
+/// - `bool enter(Kind, std::size_t count)` before what a container holds.
+/// - `std::uint32_t leave(Kind, std::size_t count)` after it.
+/// - `void again(std::uint32_t)` when `kOnce` is set, for a container that was left before with that answer, instead
+///   of entering it again.
+template <class Visitor> class Walk {
+public:
+    Walk(Visitor& visitor, Failure& failure)
+        : visitor_(visitor)
+        , failure_(failure)
+    {
+    }
+
+    bool run(NSObject* top)
+    {
+        if (!visit(top))
+            return false;
+        while (!way_.empty()) {
+            if (!step())
+                return false;
+        }
+        return true;
+    }
+
+private:
+    struct Step {
+        const NSObject* object;
+        Kind kind;
+        bool isShared;
+        const collections::Items* items; // of an array
+        const OrderedTable<PairEntry>* table; // of a dictionary
+        std::size_t count;
+        std::size_t next;
+        std::size_t height; // of what was seen inside
+    };
+    struct Known {
+        std::uint32_t answer;
+        std::size_t height; // 0 while inside
+    };
+
+    bool refuse(std::string reason)
+    {
+        failure_.reason = std::move(reason);
+        return false;
+    }
+
+    bool visit(NSObject* object)
+    {
+        const Kind kind = kindOf(object);
+        if (kind == Kind::none)
+            return refuse(std::string("an object of class ")
+                + (object ? class_getName(object->classObject()) : "nil")
+                + " has no place in a list");
+        return isContainer(kind) ? enter(object, kind) : visitor_.leaf(kind, *object);
+    }
+
+    bool enter(NSObject* object, Kind kind)
+    {
+        const bool isShared = Visitor::kOnce && mayBeShared(object);
+        if (isShared) {
+            const auto [known, isNew] = known_.try_emplace(object);
+            if (!isNew)
+                return meet(known->second);
+        }
+        if (way_.size() >= kDeepest)
+            return refuse(isInside(object) ? "a container contains itself"
+                                           : "containers are nested too deeply");
+        Step step { object, kind, isShared, nullptr, nullptr, 0, 0, 0 };
+        if (kind == Kind::array) {
+            const auto& array = static_cast<const NSArray&>(*object);
+            step.items = &ArrayAccess::items(
+                ArrayAccess::isDirect(array) ? array : keep(makeArray(ArrayAccess::copy(&array))));
+            step.count = step.items->size();
+        } else {
+            const auto& dictionary = static_cast<const NSDictionary&>(*object);
+            step.table = &DictionaryAccess::table(DictionaryAccess::isDirect(dictionary)
+                    ? dictionary
+                    : keep(NSDictionary::cls().dictionaryWithDictionary(&dictionary)));
+            step.count = step.table->count();
+        }
+        if (!visitor_.enter(kind, step.count))
+            return false;
+        way_.push_back(step);
+        return true;
+    }
+
+    /// What has one owner, the container around it, is met once.
+    static bool mayBeShared(const NSObject* object)
+    {
+        return headerOf(object).count.load(std::memory_order_relaxed) != 1;
+    }
+
+    /// Comes to a container for a second time.
+    bool meet(const Known& known)
+    {
+        if (!known.height)
+            return refuse("a container contains itself");
+        if (way_.size() + known.height > kDeepest)
+            return refuse("containers are nested too deeply");
+        if (!way_.empty())
+            way_.back().height = std::max(way_.back().height, known.height);
+        visitor_.again(known.answer);
+        return true;
+    }
+
+    bool isInside(const NSObject* object) const
+    {
+        return std::any_of(
+            way_.begin(), way_.end(), [&](const Step& step) { return step.object == object; });
+    }
+
+    bool step()
+    {
+        Step& step = way_.back();
+        if (step.items)
+            return step.next < step.items->size() ? visit((*step.items)[step.next++].get())
+                                                  : leave();
+        step.next = step.table->skip(step.next);
+        if (step.next >= step.table->places())
+            return leave();
+        const PairEntry& entry = step.table->at(step.next++);
+        if (kindOf(entry.key.get()) != Kind::string)
+            return refuse("a dictionary's key is no string");
+        return visitor_.key(*entry.key.get()) && visit(entry.value.get());
+    }
+
+    bool leave()
+    {
+        const Step done = way_.back();
+        way_.pop_back();
+        const std::uint32_t answer = visitor_.leave(done.kind, done.count);
+        if (!way_.empty())
+            way_.back().height = std::max(way_.back().height, done.height + 1);
+        if (done.isShared)
+            known_[done.object] = { answer, done.height + 1 };
+        return true;
+    }
+
+    /// Keeps a snapshot of a container that keeps its elements in its own way.
+    template <class T> const T& keep(Ref<T> snapshot)
+    {
+        const T& kept = *snapshot;
+        snapshots_.push_back(std::move(snapshot));
+        return kept;
+    }
+
+    Visitor& visitor_;
+    Failure& failure_;
+    std::vector<Step> way_;
+    std::unordered_map<const NSObject*, Known> known_;
+    std::vector<Ref<NSObject>> snapshots_;
+};
+
+}
