@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <array>
+#include <atomic>
 #include <cstdarg>
 #include <ctime>
 #include <sys/mman.h>
@@ -144,7 +145,10 @@ namespace {
         Signature signature {};
         std::uint64_t key = 0;
         Layout layout;
+        Call* made = nullptr; // the one made before
     };
+    /// The call made last. Calls live for ever, in reach from here.
+    std::atomic<Call*> calls;
 
     void noAnswer() { }
     IMP noImplementation() { return &noAnswer; }
@@ -434,6 +438,9 @@ brindle_call* brindle_makeCall(const char* selector, const char* types, brindle_
         call->signature
             = { clean, std::strlen(clean), nullptr, &noImplementation, &noImplementation };
         call->key = hashOf({ clean, call->signature.length }, sel.value);
+        call->made = calls.load(std::memory_order_relaxed);
+        while (!calls.compare_exchange_weak(call->made, call.get()))
+            continue;
         return call.release(); // classes keep its signature beside their answers
     });
 }
