@@ -7,32 +7,6 @@
 
 namespace brindle {
 
-namespace {
-
-    /// Writes a number in groups of seven bits, the lowest first; all bytes but the last have the top bit.
-    void appendNumber(std::vector<std::uint8_t>& bytes, NSUInteger number)
-    {
-        for (; number >= 0x80; number >>= 7)
-            bytes.push_back(static_cast<std::uint8_t>(number | 0x80));
-        bytes.push_back(static_cast<std::uint8_t>(number));
-    }
-
-    /// Takes such a number from the front; false when there is none.
-    bool takeNumber(std::span<const std::uint8_t>& bytes, NSUInteger& number)
-    {
-        number = 0;
-        for (unsigned shift = 0; shift < 64 && !bytes.empty(); shift += 7) {
-            const std::uint8_t byte = bytes.front();
-            bytes = bytes.subspan(1);
-            number |= static_cast<NSUInteger>(byte & 0x7f) << shift;
-            if (byte < 0x80)
-                return true;
-        }
-        return false;
-    }
-
-}
-
 // - Shape: "NSRangeCount"; one range as "NSLocation" and "NSLength", several as "NSRangeData": location and length of each
 //   in turn, as numbers of seven bits a byte.
 template <> struct NSIndexSet::Methods<struct Coding> {
@@ -48,8 +22,8 @@ template <> struct NSIndexSet::Methods<struct Coding> {
         } else if (!ranges.empty()) {
             std::vector<std::uint8_t> bytes;
             for (const NSRange range : ranges) {
-                appendNumber(bytes, range.location);
-                appendNumber(bytes, range.length);
+                archives::appendNumber(bytes, range.location);
+                archives::appendNumber(bytes, range.length);
             }
             coder->encodeBytes_length_forKey(bytes.data(), bytes.size(), "NSRangeData"_ns);
         }
@@ -70,7 +44,8 @@ template <> struct NSIndexSet::Methods<struct Coding> {
             std::span<const std::uint8_t> bytes(data, length);
             while (!bytes.empty()) {
                 NSRange range {};
-                if (!takeNumber(bytes, range.location) || !takeNumber(bytes, range.length))
+                if (!archives::takeNumber(bytes, range.location)
+                    || !archives::takeNumber(bytes, range.length))
                     return false;
                 ranges.push_back(range);
             }

@@ -46,4 +46,24 @@ Ref<NSString> elementKey(NSString* key, std::size_t index)
     return stringFrom(name + "." + std::to_string(index));
 }
 
+void appendNumber(std::vector<std::uint8_t>& bytes, NSUInteger number)
+{
+    for (; number >= 0x80; number >>= 7)
+        bytes.push_back(static_cast<std::uint8_t>(number | 0x80));
+    bytes.push_back(static_cast<std::uint8_t>(number));
+}
+
+bool takeNumber(std::span<const std::uint8_t>& bytes, NSUInteger& number)
+{
+    number = 0;
+    for (unsigned shift = 0; shift < 64 && !bytes.empty(); shift += 7) {
+        const std::uint8_t byte = bytes.front();
+        bytes = bytes.subspan(1);
+        number |= static_cast<NSUInteger>(byte & 0x7f) << shift;
+        if (byte < 0x80)
+            return true;
+    }
+    return false;
+}
+
 }

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include <span>
 #include <string>
 #include <unordered_map>
 #include <vector>
@@ -76,6 +77,11 @@ bool charge(NSCoder* coder, std::size_t bytes);
 /// Answers how many comparisons of collections the coder's objects may still cause, to be counted down; nullptr where
 /// nobody counts.
 std::size_t* comparisonsLeft(NSCoder* coder);
+
+/// Writes a number in groups of seven bits, the lowest first; all bytes but the last have the top bit.
+void appendNumber(std::vector<std::uint8_t>& bytes, NSUInteger number);
+/// Takes such a number from the front; false when there is none.
+bool takeNumber(std::span<const std::uint8_t>& bytes, NSUInteger& number);
 
 /// Tells the coder that what it read makes no sense.
 void refuse(NSCoder* coder, const std::string& reason);
