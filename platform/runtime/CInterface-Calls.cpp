@@ -148,7 +148,7 @@ namespace {
         Call* made = nullptr; // the one made before
     };
     /// The call made last. Calls live for ever, in reach from here.
-    std::atomic<Call*> calls;
+    std::atomic<Call*> lastCall;
 
     void noAnswer() { }
     IMP noImplementation() { return &noAnswer; }
@@ -438,8 +438,8 @@ brindle_call* brindle_makeCall(const char* selector, const char* types, brindle_
         call->signature
             = { clean, std::strlen(clean), nullptr, &noImplementation, &noImplementation };
         call->key = hashOf({ clean, call->signature.length }, sel.value);
-        call->made = calls.load(std::memory_order_relaxed);
-        while (!calls.compare_exchange_weak(call->made, call.get()))
+        call->made = lastCall.load(std::memory_order_relaxed);
+        while (!lastCall.compare_exchange_weak(call->made, call.get()))
             continue;
         return call.release(); // classes keep its signature beside their answers
     });
