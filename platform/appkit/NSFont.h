@@ -10,6 +10,7 @@ enum NSControlSize : NSUInteger {
     NSControlSizeRegular = 0,
     NSControlSizeSmall = 1,
     NSControlSizeMini = 2,
+    NSControlSizeLarge = 3,
 };
 
 /// A typeface at a size. Never changes; equal by name and size.
