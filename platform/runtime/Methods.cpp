@@ -197,7 +197,9 @@ const char* method_getDetailedTypes(const Method* method)
 
 Class* requiredArgumentClass(const Method* method, unsigned index)
 {
-    const char* type = method ? method->details.load(std::memory_order_acquire) : nullptr;
+    if (!method || method->origin == Method::Origin::generated)
+        return nullptr; // what is made for a field only keeps the object
+    const char* type = method->details.load(std::memory_order_acquire);
     for (unsigned i = 0; type && i <= index; ++i) // the answer's type comes first
         type = encodingSkipType(type);
     if (!type || type[0] != '@' || type[1] != '"')

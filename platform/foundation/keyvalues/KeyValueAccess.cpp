@@ -8,6 +8,7 @@
 #include "KeyValuePrivate.h"
 #include "foundation/NSObject+KeyValueCoding.h"
 #include "foundation/NSStringPrivate.h"
+#include "runtime/ArgumentKinds.h"
 #include "runtime/MethodChanges.h"
 
 namespace brindle::keyvalue {
@@ -63,6 +64,8 @@ namespace {
         if (std::strncmp(types, "v@:", 3) != 0)
             return false;
         const char* const end = takeType(accessor, types + 3);
+        if (end && !accessor.required)
+            accessor.required = requiredArgumentClass(method, 2);
         return end && !*end;
     }
 

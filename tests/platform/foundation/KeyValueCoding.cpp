@@ -198,6 +198,23 @@ TEST(KeyValueStructures, WhatIsNoClassIsRefusedForOne)
     EXPECT_THROW(setValue_forKey(object, "NSString"_ns, "kind"_ns), Exception);
     EXPECT_EQ(object->kind_, nullptr);
 }
+TEST(KeyValueObjects, AreRefusedByASetterThatReadsThemAsAnotherClass)
+{
+    const auto object = host();
+    const auto number = NSNumber::cls().numberWithInt(1);
+    EXPECT_EQ(withoutAddress(raisedBy([&] { setValue_forKey(object, number.get(), "UUID"_ns); })),
+        "NSInvalidArgumentException: [<KeyHost> setValue:forKey:]: a value of class NSNumber "
+        "cannot "
+        "be set for the key UUID of type @.");
+    EXPECT_EQ(object->log_, "");
+}
+TEST(KeyValueObjects, AreKeptByAPropertyOfAnotherClass)
+{
+    const auto object = host();
+    const auto number = NSNumber::cls().numberWithInt(1);
+    setValue_forKey(object, number.get(), "name"_ns);
+    EXPECT_EQ(valueForKey(object, "name"_ns), number);
+}
 TEST(KeyValueStructures, PointersAreBoxedWithTheirType)
 {
     const auto boxed = cast<NSValue>(valueForKey(host(), "letters"_ns));
