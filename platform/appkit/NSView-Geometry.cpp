@@ -2,44 +2,12 @@
 #include "NSViewPrivate.h"
 
 #include "foundation/NSNotificationCenter.h"
+#include "quartz/layers/Autoresizing.h"
 #include "runtime/Table.h"
 
 namespace brindle {
 
-/// The frame and the superview's size from which a series of automatic resizes started. Each step is computed from
-/// there, so that no rounding adds up and a view that was squeezed to nothing comes back.
-struct NSView::Resizing {
-    NSRect startFrame;
-    NSSize startSize;
-    NSRect
-        lastFrame; // what the last step made; another frame means that somebody else moved the view
-    NSSize lastSize;
-};
-
 namespace {
-
-    // One axis: `low` and `high` are the margins' bits, `extent` that of the size.
-    void stretch(CGFloat& origin, CGFloat& size, CGFloat difference, NSAutoresizingMaskOptions mask,
-        NSUInteger low, NSUInteger extent, NSUInteger high)
-    {
-        const int parts = ((mask & low) != 0) + ((mask & extent) != 0) + ((mask & high) != 0);
-        if (parts == 0)
-            return;
-        const CGFloat share = difference / parts;
-        if (mask & low)
-            origin += share;
-        if (mask & extent)
-            size += share;
-    }
-
-    NSRect stretched(NSRect frame, NSSize from, NSSize to, NSAutoresizingMaskOptions mask)
-    {
-        stretch(frame.origin.x, frame.size.width, to.width - from.width, mask, NSViewMinXMargin,
-            NSViewWidthSizable, NSViewMaxXMargin);
-        stretch(frame.origin.y, frame.size.height, to.height - from.height, mask, NSViewMinYMargin,
-            NSViewHeightSizable, NSViewMaxYMargin);
-        return frame;
-    }
 
     void post(NSString* name, NSView& view)
     {
@@ -187,16 +155,12 @@ template <> struct NSView::Methods<struct Geometry> {
     {
         if (!self.superview_ || self.autoresizingMask_ == NSViewNotSizable)
             return;
-        std::shared_ptr<NSView::Resizing> steps = self.resizing_;
-        if (!steps || steps->lastFrame != self.frame_ || steps->lastSize != oldSize) {
-            steps = std::make_shared<NSView::Resizing>(
-                NSView::Resizing { self.frame_, oldSize, self.frame_, oldSize });
-            self.resizing_ = steps;
-        }
-        const NSSize size = self.superview_->bounds_.size;
-        self.setFrame(stretched(steps->startFrame, steps->startSize, size, self.autoresizingMask_));
-        steps->lastFrame = self.frame_;
-        steps->lastSize = size;
+        if (!self.resizing_)
+            self.resizing_ = std::make_shared<quartz::ResizeSeries>();
+        const std::shared_ptr<quartz::ResizeSeries> steps = self.resizing_;
+        self.setFrame(steps->next(
+            self.frame_, oldSize, self.superview_->bounds_.size, self.autoresizingMask_));
+        steps->settle(self.frame_);
     }
     static void setAutoresizingMask(NSView& self, NSAutoresizingMaskOptions mask)
     {

@@ -9,11 +9,16 @@
 
 namespace brindle {
 
+class CALayer;
 class NSGraphicsContext;
 class NSTrackingArea;
 class NSView;
 class NSWindow;
 class TrackingIndex;
+class ViewLayer;
+namespace quartz {
+    class ResizeSeries;
+}
 
 /// Where something is put among its siblings. `relativeTo:` nil means: above or below all of them.
 enum NSWindowOrderingMode : NSInteger { NSWindowBelow = -1, NSWindowOut = 0, NSWindowAbove = 1 };
@@ -28,6 +33,14 @@ enum : NSUInteger {
     NSViewMinYMargin = 8,
     NSViewHeightSizable = 16,
     NSViewMaxYMargin = 32,
+};
+
+/// When the contents of a view's layer are drawn anew.
+enum NSViewLayerContentsRedrawPolicy : NSInteger {
+    NSViewLayerContentsRedrawNever = 0,
+    NSViewLayerContentsRedrawOnSetNeedsDisplay = 1,
+    NSViewLayerContentsRedrawDuringViewResize = 2,
+    NSViewLayerContentsRedrawBeforeViewResize = 3,
 };
 
 inline constexpr StringConstant<"NSViewFrameDidChangeNotification">
@@ -229,6 +242,36 @@ public:
     }
     bool needsToDrawRect(NSRect rect) const { return send<"needsToDrawRect:", bool>(rect); }
 
+    // Layers.
+
+    /// Answers whether the view asks for a layer. NO at first.
+    bool wantsLayer() const { return send<"wantsLayer", bool>(); }
+    /// YES makes the layer at once; NO takes away the one that was made here.
+    void setWantsLayer(bool wants) { send<"setWantsLayer:">(wants); }
+    /// Answers the view's layer, or nil. Its bounds are the view's, its delegate is the view; changes do not move by degrees.
+    /// Ground, shadow and sublayers that are set on it are drawn with the view: the sublayers above what the view
+    /// draws itself and below its subviews, the border above all. Its transform is not applied.
+    Ref<CALayer> layer() const { return send<"layer", Ref<CALayer>>(); }
+    /// Gives the view a layer of the host's own, which stays when no layer is wanted any longer.
+    void setLayer(CALayer* layer) { send<"setLayer:">(layer); }
+    /// Answers a new layer for the view; a plain one unless overridden.
+    Ref<CALayer> makeBackingLayer() const { return send<"makeBackingLayer", Ref<CALayer>>(); }
+    /// Answers whether `updateLayer` takes the place of `drawRect:`. NO unless overridden.
+    bool wantsUpdateLayer() const { return send<"wantsUpdateLayer", bool>(); }
+    /// Sets what the layer shows; sent before drawing when the view needs display.
+    void updateLayer() { send<"updateLayer">(); }
+    /// Kept for the host: a view is drawn anew whenever its part of the window is.
+    NSViewLayerContentsRedrawPolicy layerContentsRedrawPolicy() const
+    {
+        return send<"layerContentsRedrawPolicy", NSViewLayerContentsRedrawPolicy>();
+    }
+    void setLayerContentsRedrawPolicy(NSViewLayerContentsRedrawPolicy policy)
+    {
+        send<"setLayerContentsRedrawPolicy:">(policy);
+    }
+    /// Answers what stands for the view and changes it by degrees, as the current animation context says.
+    Ref<NSView> animator() const { return send<"animator", Ref<NSView>>(); }
+
     // Events.
 
     /// Answers the front-most view at a point of the superview's coordinates, or nil. An override that answers nil hides
@@ -269,7 +312,6 @@ public:
 
 private:
     friend struct ViewAccess;
-    struct Resizing; // where autoresizing started from
 
     NSRect frame_ {};
     NSRect bounds_ {};
@@ -277,8 +319,9 @@ private:
     NSView* superview_ = nullptr; // bare: the superview owns this view
     NSWindow* window_ = nullptr; // bare: the window owns the frame view
     std::vector<Ref<NSView>> subviews_;
-    std::shared_ptr<Resizing> resizing_;
+    std::shared_ptr<quartz::ResizeSeries> resizing_; // where autoresizing started from
     std::shared_ptr<TrackingIndex> tracking_;
+    std::shared_ptr<ViewLayer> layer_; // none until a layer is wanted
     std::uint64_t trackedViews_ = 0; // views with tracking areas in this subtree, itself included
     NSView* nextKeyView_ = nullptr;
     NSView* previousKeyView_ = nullptr;
