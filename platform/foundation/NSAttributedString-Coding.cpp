@@ -2,8 +2,8 @@
 #include <algorithm>
 
 #include "AttributedStringPrivate.h"
-#include "KeyedArchivePrivate.h"
 #include "NSMutableString.h"
+#include "archives/KeyedArchivePrivate.h"
 #include "runtime/Table.h"
 
 namespace brindle {
