@@ -13,7 +13,7 @@ namespace brindle {
 namespace {
 
     /// What `NSImage` reads, best first.
-    constexpr const char* kImageTypes[] { "png", "jpg", "jpeg", "webp", "gif", "tiff", "tif" };
+    constexpr const char* kImageTypes[] { "png", "jpg", "jpeg", "gif", "bmp", "tiff", "tif" };
     constexpr const char* kVariants[] { "", "@2x", "@3x" };
 
     std::string withType(std::string name, const NSString* type)

@@ -346,6 +346,12 @@ CGBlendMode quartz::blendMode(CGContextRef context)
     return data ? data->state.blend : kCGBlendModeNormal;
 }
 
+double quartz::alpha(CGContextRef context)
+{
+    const ContextData* const data = dataOf(context);
+    return data ? data->state.alpha : 1;
+}
+
 bool quartz::shouldAntialias(CGContextRef context)
 {
     const ContextData* const data = dataOf(context);

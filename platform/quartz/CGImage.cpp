@@ -50,10 +50,9 @@ namespace {
             alpha == kCGImageAlphaPremultipliedFirst || alpha == kCGImageAlphaPremultipliedLast };
     }
 
-    Layout layoutOf(std::size_t bitsPerPixel, CGColorSpaceRef space, CGBitmapInfo info)
+    Layout layoutOf(std::size_t bitsPerPixel, bool gray, CGBitmapInfo info)
     {
         const CGBitmapInfo alpha = info & kCGBitmapAlphaInfoMask;
-        const bool gray = CGColorSpaceGetModel(space) == kCGColorSpaceModelMonochrome;
         if (gray && bitsPerPixel == 8 && alpha == kCGImageAlphaNone)
             return { 1, 0, 0, 0, -1, false };
         if (gray && bitsPerPixel == 16)
@@ -79,6 +78,26 @@ namespace {
         const auto bounded = [alpha](Pixel part) { return part < alpha ? part : alpha; };
         return alpha << 24 | bounded(plain >> 16 & 0xFF) << 16 | bounded(plain >> 8 & 0xFF) << 8
             | bounded(plain & 0xFF);
+    }
+
+    // R, G, B, A, multiplied by alpha: the layout of bitmaps that hosts write into. Without branches, so that several
+    // pixels go at once.
+    void convertRedFirst(Pixel* out, const std::uint8_t* bytes, std::size_t count)
+    {
+        for (std::size_t i = 0; i < count; ++i, bytes += 4) {
+            const std::uint8_t alpha = bytes[3];
+            const auto bounded = [alpha](std::uint8_t part) { return part < alpha ? part : alpha; };
+            out[i] = Pixel { alpha } << 24 | Pixel { bounded(bytes[0]) } << 16
+                | Pixel { bounded(bytes[1]) } << 8 | bounded(bytes[2]);
+        }
+    }
+
+    void convert(Pixel* out, const std::uint8_t* bytes, std::size_t count, const Layout& layout)
+    {
+        if (layout.bytes == 4 && layout.premultiplied && layout.red == 0 && layout.alpha == 3)
+            return convertRedFirst(out, bytes, count);
+        for (std::size_t i = 0; i < count; ++i, bytes += layout.bytes)
+            out[i] = pixelFrom(bytes, layout);
     }
 
     std::shared_ptr<Pixel> allocatePixels(std::size_t count)
@@ -145,6 +164,7 @@ struct Images {
         image.space_ = space;
         image.provider_ = provider;
     }
+    static void setInfo(CGImage& image, CGBitmapInfo info) { image.info_ = info; }
     static std::size_t bytesPerRow(const CGImage& image) { return image.bytesPerRow_; }
     static CGBitmapInfo info(const CGImage& image) { return image.info_; }
     static CGColorSpaceRef space(const CGImage& image) { return image.space_.get(); }
@@ -222,25 +242,13 @@ CGImageRef CGImageCreate(std::size_t width, std::size_t height, std::size_t bits
     std::size_t bitsPerPixel, std::size_t bytesPerRow, CGColorSpaceRef space, CGBitmapInfo info,
     CGDataProviderRef provider, const CGFloat*, bool, CGColorRenderingIntent)
 {
-    constexpr std::size_t kLongestSide = 1 << 20;
-    const Layout layout = layoutOf(bitsPerPixel, space, info);
-    if (!provider || bitsPerComponent != 8 || layout.bytes == 0 || width == 0 || height == 0
-        || width > kLongestSide || height > quartz::kMostPixels / width || bytesPerRow > (1u << 30))
+    const bool isGray = CGColorSpaceGetModel(space) == kCGColorSpaceModelMonochrome;
+    if (!provider || bitsPerComponent != 8)
         return nullptr;
-    const std::size_t used = width * static_cast<std::size_t>(layout.bytes);
-    const std::span<const std::byte> bytes = provider->bytes();
-    if (bytesPerRow < used || bytes.size() < bytesPerRow * (height - 1) + used)
+    Ref<CGImage> image = quartz::imageFromBytes(
+        { provider->bytes(), width, height, bytesPerRow, bitsPerPixel, isGray, info });
+    if (!image)
         return nullptr;
-    const std::shared_ptr<Pixel> pixels = allocatePixels(width * height);
-    if (!pixels)
-        return nullptr;
-    Pixel* out = pixels.get();
-    for (std::size_t y = 0; y < height; ++y) {
-        const auto* row = reinterpret_cast<const std::uint8_t*>(bytes.data() + y * bytesPerRow);
-        for (std::size_t x = 0; x < width; ++x, row += layout.bytes)
-            *out++ = pixelFrom(row, layout);
-    }
-    Ref<CGImage> image = Images::image(pixels, width, height);
     Images::describe(*image, bytesPerRow, info, space, provider);
     return image.leak();
 }
@@ -320,6 +328,38 @@ void CGImageRelease(CGImageRef image)
 }
 
 namespace quartz {
+
+    Ref<CGImage> imageTaking(
+        std::vector<Pixel>&& pixels, std::size_t width, std::size_t height, bool hasAlpha)
+    {
+        if (width == 0 || height == 0 || pixels.size() < width * height)
+            return nullptr;
+        const auto kept = std::make_shared<const std::vector<Pixel>>(std::move(pixels));
+        Ref<CGImage> image = Images::image({ kept, kept->data() }, width, height);
+        if (!hasAlpha)
+            Images::setInfo(*image, kCGImageAlphaNoneSkipFirst | kCGBitmapByteOrder32Little);
+        return image;
+    }
+
+    Ref<CGImage> imageFromBytes(const PixelBytes& source)
+    {
+        constexpr std::size_t kLongestSide = 1 << 20;
+        const auto [bytes, width, height, bytesPerRow, bitsPerPixel, isGray, info] = source;
+        const Layout layout = layoutOf(bitsPerPixel, isGray, info);
+        if (layout.bytes == 0 || width == 0 || height == 0 || width > kLongestSide
+            || height > kMostPixels / width || bytesPerRow > (1u << 30))
+            return nullptr;
+        const std::size_t used = width * static_cast<std::size_t>(layout.bytes);
+        if (bytesPerRow < used || bytes.size() < bytesPerRow * (height - 1) + used)
+            return nullptr;
+        const std::shared_ptr<Pixel> pixels = allocatePixels(width * height);
+        if (!pixels)
+            return nullptr;
+        const auto* row = reinterpret_cast<const std::uint8_t*>(bytes.data());
+        for (std::size_t y = 0; y < height; ++y, row += bytesPerRow)
+            convert(pixels.get() + y * width, row, width, layout);
+        return Images::image(pixels, width, height);
+    }
 
     Ref<CGImage> imageFromPixels(
         const std::uint32_t* pixels, std::size_t width, std::size_t height, std::ptrdiff_t stride)

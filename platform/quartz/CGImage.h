@@ -4,6 +4,7 @@
 #include <memory>
 #include <span>
 #include <string>
+#include <vector>
 
 #include "CGColorSpace.h"
 
@@ -101,22 +102,42 @@ namespace quartz {
     struct ImageFile {
         Ref<CGImage> image; // nil when the bytes are no picture
         double dotsPerInch = 72;
+        double seconds = 0; // how long it is shown, of an animation
     };
 
     /// The most pixels that are read from a picture file.
     inline constexpr std::size_t kMostPixels = std::size_t { 48 } << 20;
 
-    /// Reads a picture: PNG or JPEG, known by its first bytes. Broken and oversized pictures answer nil.
+    /// Reads the first picture of a file, known by its first bytes. Broken and oversized pictures answer nil.
     BRINDLE_EXPORT ImageFile decodeImage(std::span<const std::byte> bytes);
     /// The same for a file.
     BRINDLE_EXPORT ImageFile readImage(const std::string& path);
     /// Answers a picture as PNG; empty when that fails.
-    BRINDLE_EXPORT std::string encodePNG(const CGImage* image);
+    BRINDLE_EXPORT std::string encodePNG(const CGImage* image, double dotsPerInch = 72);
     /// Answers a picture as JPEG on a white ground; empty when that fails.
     /// - quality: 0 to 1.
-    BRINDLE_EXPORT std::string encodeJPEG(const CGImage* image, double quality);
+    BRINDLE_EXPORT std::string encodeJPEG(
+        const CGImage* image, double quality, double dotsPerInch = 72);
     /// Writes a picture as PNG. Answers NO when there is no picture or the file cannot be written.
     BRINDLE_EXPORT bool writePNG(const CGImage* image, const std::string& path);
+    /// Answers an image of native pixels that it takes over.
+    /// - pixels: `height` rows of `width` words, as `CGImage::pixels` tells. - hasAlpha: NO says so in its bitmap info.
+    BRINDLE_EXPORT Ref<CGImage> imageTaking(
+        std::vector<std::uint32_t>&& pixels, std::size_t width, std::size_t height, bool hasAlpha);
+
+    /// Pixels as bytes in one of the layouts that `CGImageCreate` takes.
+    struct PixelBytes {
+        std::span<const std::byte> bytes;
+        std::size_t width = 0;
+        std::size_t height = 0;
+        std::size_t bytesPerRow = 0;
+        std::size_t bitsPerPixel = 0;
+        bool isGray = false;
+        CGBitmapInfo info = 0;
+    };
+    /// Answers an image of a copy of them; nil for too few bytes and for other layouts.
+    BRINDLE_EXPORT Ref<CGImage> imageFromBytes(const PixelBytes& source);
+
     /// Answers an image of a copy of native pixels.
     /// - pixels: `height` rows `stride` bytes apart, as `CGImage::pixels` tells.
     BRINDLE_EXPORT Ref<CGImage> imageFromPixels(

@@ -8,6 +8,7 @@
 namespace brindle::quartz {
 
 BRINDLE_EXPORT CGBlendMode blendMode(CGContextRef context);
+BRINDLE_EXPORT double alpha(CGContextRef context);
 BRINDLE_EXPORT bool shouldAntialias(CGContextRef context);
 
 /// Makes the whole canvas, or the present group's, the clip.

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "ImageFilesPrivate.h"
 
+#include <algorithm>
+#include <cmath>
 #include <csetjmp>
 #include <cstdio>
 #include <cstdlib>
@@ -24,12 +26,21 @@ namespace {
                 std::longjmp(reinterpret_cast<Failure*>(info->err)->back, 1);
             };
             manager.output_message = [](j_common_ptr) {};
+            // A warning (below zero) says that bytes are missing or wrong, and that grey will stand in for them.
+            manager.emit_message = [](j_common_ptr info, int level) {
+                if (level < 0)
+                    info->err->error_exit(info);
+            };
         }
     };
 
     // The two steps below hold no objects that a jump would forget to end: everything lives in the reader.
     struct Reader {
+        // Each pass over a progressive picture costs time for all of it; real ones have about ten.
+        static constexpr int kMostPasses = 64;
+
         Failure failure;
+        jpeg_progress_mgr progress {};
         jpeg_decompress_struct info {};
         std::vector<std::uint32_t> pixels;
 
@@ -46,8 +57,16 @@ namespace {
             jpeg_mem_src(&info, reinterpret_cast<const unsigned char*>(bytes.data()), bytes.size());
             jpeg_read_header(&info, TRUE);
             info.out_color_space = JCS_EXT_BGRA;
+            info.progress = &progress;
+            progress.progress_monitor = [](j_common_ptr common) {
+                if (reinterpret_cast<j_decompress_ptr>(common)->input_scan_number > kMostPasses)
+                    common->err->error_exit(common);
+            };
+            // A block of 64 pixels takes some bits even where nothing changes.
+            constexpr std::size_t kMostPixelsAByte = 4096;
             const std::size_t width = info.image_width;
-            return width > 0 && info.image_height > 0 && info.image_height <= kMostPixels / width
+            const std::size_t most = std::min(kMostPixels, bytes.size() * kMostPixelsAByte);
+            return width > 0 && info.image_height > 0 && info.image_height <= most / width
                 && jpeg_start_decompress(&info);
         }
 
@@ -60,6 +79,7 @@ namespace {
                     pixels.data() + std::size_t { info.output_scanline } * info.output_width);
                 jpeg_read_scanlines(&info, &row, 1);
             }
+            jpeg_finish_decompress(&info); // reads what is left up to the end mark
             return true;
         }
 
@@ -86,8 +106,8 @@ namespace {
         Writer(const Writer&) = delete;
         Writer& operator=(const Writer&) = delete;
 
-        bool write(
-            const std::vector<std::uint32_t>& pixels, unsigned width, unsigned height, int quality)
+        bool write(const std::vector<std::uint32_t>& pixels, unsigned width, unsigned height,
+            int quality, double dotsPerInch)
         {
             if (setjmp(failure.back))
                 return false;
@@ -99,6 +119,9 @@ namespace {
             info.in_color_space = JCS_EXT_BGRX;
             jpeg_set_defaults(&info);
             jpeg_set_quality(&info, quality, TRUE);
+            info.density_unit = 1; // the inch
+            info.X_density = info.Y_density = static_cast<UINT16>(
+                std::clamp(std::lround(std::min(dotsPerInch, 65535.0)), 1L, 65535L));
             jpeg_start_compress(&info, TRUE);
             while (info.next_scanline < height) {
                 auto* row = reinterpret_cast<JSAMPROW>(const_cast<std::uint32_t*>(pixels.data())
@@ -122,12 +145,10 @@ ImageFile decodeJPEG(std::span<const std::byte> bytes)
     reader.pixels.resize(width * height);
     if (!reader.read())
         return {};
-    return { imageFromPixels(
-                 reader.pixels.data(), width, height, static_cast<std::ptrdiff_t>(width * 4)),
-        reader.dotsPerInch() };
+    return { imageTaking(std::move(reader.pixels), width, height, false), reader.dotsPerInch() };
 }
 
-std::string encodeJPEG(const CGImage* image, double quality)
+std::string encodeJPEG(const CGImage* image, double quality, double dotsPerInch)
 {
     if (!image || image->width() > JPEG_MAX_DIMENSION || image->height() > JPEG_MAX_DIMENSION)
         return {};
@@ -138,7 +159,8 @@ std::string encodeJPEG(const CGImage* image, double quality)
     Writer writer;
     const double bounded = quality > 0 ? (quality < 1 ? quality : 1) : 0;
     if (!writer.write(pixels, static_cast<unsigned>(image->width()),
-            static_cast<unsigned>(image->height()), static_cast<int>(bounded * 99) + 1))
+            static_cast<unsigned>(image->height()), static_cast<int>(bounded * 99) + 1,
+            dotsPerInch))
         return {};
     return { reinterpret_cast<const char*>(writer.bytes), writer.size };
 }

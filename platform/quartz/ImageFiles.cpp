@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cmath>
 #include <cstdio>
 #include <cstring>
 #include <vector>
@@ -22,6 +23,10 @@ namespace {
 
     constexpr std::array<std::uint8_t, 8> kPNGStart { 0x89, 'P', 'N', 'G', 0x0D, 0x0A, 0x1A, 0x0A };
     constexpr std::array<std::uint8_t, 3> kJPEGStart { 0xFF, 0xD8, 0xFF };
+    constexpr std::array<std::uint8_t, 4> kGIFStart { 'G', 'I', 'F', '8' };
+    constexpr std::array<std::uint8_t, 2> kBMPStart { 'B', 'M' };
+    constexpr std::array<std::uint8_t, 4> kTIFFLittleStart { 'I', 'I', 42, 0 };
+    constexpr std::array<std::uint8_t, 4> kTIFFBigStart { 'M', 'M', 0, 42 };
 
     std::uint32_t bigEndian(const std::byte* bytes)
     {
@@ -58,29 +63,62 @@ namespace {
         PNGImage& operator=(const PNGImage&) = delete;
     };
 
-    /// Answers the pixels with their colours divided by alpha, bytes B, G, R, A.
-    std::vector<std::uint32_t> dividedByAlpha(const CGImage& image)
+    // The check of a chunk: annex D of the format's description at w3.org.
+    std::uint32_t checkOf(std::string_view bytes)
     {
-        const std::size_t count = image.width() * image.height();
-        std::vector<std::uint32_t> plain(image.pixels(), image.pixels() + count);
-        for (std::uint32_t& pixel : plain) {
-            const std::uint32_t alpha = pixel >> 24;
-            if (alpha == 0 || alpha == 255)
-                continue;
-            const auto part = [&](int shift) {
-                return std::min<std::uint32_t>(
-                           255, ((pixel >> shift & 0xFF) * 255 + alpha / 2) / alpha)
-                    << shift;
-            };
-            pixel = alpha << 24 | part(16) | part(8) | part(0);
+        std::uint32_t check = 0xFFFFFFFF;
+        for (const char byte : bytes) {
+            check ^= static_cast<std::uint8_t>(byte);
+            for (int bit = 0; bit < 8; ++bit)
+                check = check >> 1 ^ (check & 1 ? 0xEDB88320 : 0);
         }
-        return plain;
+        return ~check;
+    }
+
+    void addBigEndian(std::string& bytes, std::uint32_t word)
+    {
+        for (int shift = 24; shift >= 0; shift -= 8)
+            bytes.push_back(static_cast<char>(word >> shift));
+    }
+
+    /// Answers the chunk that tells the resolution.
+    std::string resolutionChunk(double dotsPerInch)
+    {
+        constexpr double kInchesAMetre = 1 / 0.0254;
+        const auto perMetre = static_cast<std::uint32_t>(
+            std::lround(std::clamp(dotsPerInch, 0.0, 1e6) * kInchesAMetre));
+        std::string content = "pHYs";
+        addBigEndian(content, perMetre);
+        addBigEndian(content, perMetre);
+        content.push_back(1); // the unit is the metre
+        std::string chunk;
+        addBigEndian(chunk, static_cast<std::uint32_t>(content.size() - 4));
+        chunk += content;
+        addBigEndian(chunk, checkOf(content));
+        return chunk;
     }
 
     struct FileDeleter {
         void operator()(std::FILE* file) const { std::fclose(file); }
     };
 
+}
+
+std::vector<std::uint32_t> dividedByAlpha(const CGImage& image)
+{
+    const std::size_t count = image.width() * image.height();
+    std::vector<std::uint32_t> plain(image.pixels(), image.pixels() + count);
+    for (std::uint32_t& pixel : plain) {
+        const std::uint32_t alpha = pixel >> 24;
+        if (alpha == 0 || alpha == 255)
+            continue;
+        const auto part = [&](int shift) {
+            return std::min<std::uint32_t>(255, ((pixel >> shift & 0xFF) * 255 + alpha / 2) / alpha)
+                << shift;
+        };
+        pixel = alpha << 24 | part(16) | part(8) | part(0);
+    }
+    return plain;
 }
 
 void premultiply(std::uint32_t* pixels, std::size_t count)
@@ -93,29 +131,56 @@ void premultiply(std::uint32_t* pixels, std::size_t count)
 
 ImageFile decodePNG(std::span<const std::byte> bytes)
 {
+    // The format packs at best 1,032 bytes of eight pixels each into a byte: more pixels cannot be in the file.
+    constexpr std::size_t kMostPixelsAByte = 8256;
     PNGImage png;
     if (!png_image_begin_read_from_memory(&png.image, bytes.data(), bytes.size()))
         return {};
     const std::size_t width = png.image.width;
     const std::size_t height = png.image.height;
-    if (width == 0 || height == 0 || height > kMostPixels / width)
+    const std::size_t most = std::min(kMostPixels, bytes.size() * kMostPixelsAByte);
+    if (width == 0 || height == 0 || height > most / width)
         return {};
+    const bool hasAlpha = (png.image.format & PNG_FORMAT_FLAG_ALPHA) != 0;
     png.image.format = PNG_FORMAT_BGRA;
     std::vector<std::uint32_t> pixels(width * height);
     if (!png_image_finish_read(&png.image, nullptr, pixels.data(), 0, nullptr))
         return {};
-    premultiply(pixels.data(), pixels.size());
-    return { imageFromPixels(pixels.data(), width, height, static_cast<std::ptrdiff_t>(width * 4)),
-        dotsPerInchOf(bytes) };
+    if (hasAlpha)
+        premultiply(pixels.data(), pixels.size());
+    return { imageTaking(std::move(pixels), width, height, hasAlpha), dotsPerInchOf(bytes) };
+}
+
+bool isImage(std::span<const std::byte> bytes)
+{
+    return beginsWith(bytes, kPNGStart) || beginsWith(bytes, kJPEGStart)
+        || beginsWith(bytes, kGIFStart) || beginsWith(bytes, kBMPStart)
+        || beginsWith(bytes, kTIFFLittleStart) || beginsWith(bytes, kTIFFBigStart);
+}
+
+ImageFiles decodeImages(std::span<const std::byte> bytes)
+{
+    if (beginsWith(bytes, kGIFStart))
+        return decodeGIF(bytes);
+    if (beginsWith(bytes, kTIFFLittleStart) || beginsWith(bytes, kTIFFBigStart))
+        return decodeTIFF(bytes);
+    ImageFile only;
+    if (beginsWith(bytes, kPNGStart))
+        only = decodePNG(bytes);
+    else if (beginsWith(bytes, kJPEGStart))
+        only = decodeJPEG(bytes);
+    else if (beginsWith(bytes, kBMPStart))
+        only = decodeBMP(bytes);
+    ImageFiles files;
+    if (only.image)
+        files.pictures.push_back(std::move(only));
+    return files;
 }
 
 ImageFile decodeImage(std::span<const std::byte> bytes)
 {
-    if (beginsWith(bytes, kPNGStart))
-        return decodePNG(bytes);
-    if (beginsWith(bytes, kJPEGStart))
-        return decodeJPEG(bytes);
-    return {};
+    const ImageFiles files = decodeImages(bytes);
+    return files.pictures.empty() ? ImageFile {} : files.pictures.front();
 }
 
 ImageFile readImage(const std::string& path)
@@ -125,7 +190,7 @@ ImageFile readImage(const std::string& path)
     return file ? decodeImage(file->bytes()) : ImageFile {};
 }
 
-std::string encodePNG(const CGImage* image)
+std::string encodePNG(const CGImage* image, double dotsPerInch)
 {
     if (!image)
         return {};
@@ -139,6 +204,9 @@ std::string encodePNG(const CGImage* image)
     if (!png_image_write_to_memory(&png.image, bytes.data(), &size, 0, pixels.data(), 0, nullptr))
         return {};
     bytes.resize(size);
+    constexpr std::size_t kHeader = 8 + 25; // the chunk follows the first one
+    if (dotsPerInch != 72 && dotsPerInch > 0 && size > kHeader)
+        bytes.insert(kHeader, resolutionChunk(dotsPerInch));
     return bytes;
 }
 
