@@ -15,7 +15,8 @@ namespace {
         }
         static void weaklyAssociateValue(NSObject& self, NSObject* value, void* key)
         {
-            objc_setAssociatedObject(&self, key, value, OBJC_ASSOCIATION_ASSIGN);
+            // Whoever has no key of its own would find what somebody else left behind, gone since.
+            objc_setAssociatedObject(&self, key, key ? value : nullptr, OBJC_ASSOCIATION_ASSIGN);
         }
         static Ref<NSObject> associatedValueForKey(NSObject& self, void* key)
         {

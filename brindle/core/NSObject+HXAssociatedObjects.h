@@ -13,6 +13,7 @@ inline void associateValue_withKey(To<NSObject> object, NSObject* value, const v
     object.send<"associateValue:withKey:">(value, const_cast<void*>(key));
 }
 /// Attaches a value without keeping it: it must outlive its use, and nothing clears it when it goes.
+/// - Nil: under a nil key nothing is attached.
 inline void weaklyAssociateValue_withKey(To<NSObject> object, NSObject* value, const void* key)
 {
     object.send<"weaklyAssociateValue:withKey:">(value, const_cast<void*>(key));

@@ -208,5 +208,13 @@ namespace {
         EXPECT_EQ(weak.get(), nullptr);
     }
 
+    TEST(AssociatedObjects, AreNotAttachedWeaklyWithoutAKey)
+    {
+        const auto object = make<NSObject>();
+        const auto value = make<NSObject>();
+        weaklyAssociateValue_withKey(object, value.get(), nullptr);
+        EXPECT_EQ(associatedValueForKey(object, nullptr), nullptr);
+    }
+
 }
 }
