@@ -8,6 +8,7 @@
 #include "foundation/NSBundle.h"
 #include "foundation/NSDateFormatter.h"
 #include "foundation/NSString.h"
+#include "foundation/StringFormat.h"
 #include "runtime/Table.h"
 
 namespace brindle {
@@ -78,9 +79,10 @@ namespace {
             const Ref<NSString> text
                 = NSBundle::cls().mainBundle()->localizedStringForKey_value_table(
                     band.*length, ""_ns, nullptr);
-            return band.unit ? NSString::cls().stringWithFormat(
-                       text.get(), static_cast<std::uint32_t>(elapsed / band.unit))
-                             : text;
+            if (!band.unit)
+                return text;
+            return NSString::cls().stringWithFormat(fittingFormat(text.get(), band.*length),
+                static_cast<std::uint32_t>(elapsed / band.unit));
         }
         static Ref<NSString> sinceNow(NSDate& self) { return phrase(self, &Band::shortPhrase); }
         static Ref<NSString> agoSinceNow(NSDate& self) { return phrase(self, &Band::spokenPhrase); }

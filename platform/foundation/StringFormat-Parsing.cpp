@@ -150,6 +150,20 @@ std::size_t Format::readConversion(std::size_t begin)
     return c.end;
 }
 
+bool Format::fits(const Format& other) const
+{
+    const auto isSafe = [&](const Conversion& c) {
+        return kindOf(c) != Kind::pointer
+            || std::any_of(
+                other.conversions_.begin(), other.conversions_.end(), [&](const Conversion& o) {
+                    return o.argument == c.argument && o.letter == c.letter && o.length == c.length;
+                });
+    };
+    return kinds_.size() <= other.kinds_.size()
+        && std::equal(kinds_.begin(), kinds_.end(), other.kinds_.begin())
+        && std::all_of(conversions_.begin(), conversions_.end(), isSafe);
+}
+
 std::vector<Argument> Format::takeArguments(va_list list) const
 {
     std::vector<Argument> arguments(kinds_.size());

@@ -299,6 +299,15 @@ Ref<NSString> stringFromFormat(NSString* format, va_list arguments)
     return out.string();
 }
 
+NSString* fittingFormat(NSString* translated, NSString* original)
+{
+    if (!translated || !original)
+        return original;
+    const Contents text(translated);
+    const Contents known(original);
+    return Format(text).fits(Format(known)) ? translated : original;
+}
+
 // The operations with variable arguments; they are C functions as the caller's ellipsis wants them.
 template <> struct NSString::Methods<struct StringFormats> {
 

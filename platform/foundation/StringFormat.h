@@ -15,6 +15,10 @@ namespace brindle {
 /// - Nil: for a nil format. - Owner: the arguments are read; `va_end` stays with the caller.
 BRINDLE_EXPORT Ref<NSString> stringFromFormat(NSString* format, va_list arguments);
 
+/// Answers a translated format, or the original where the translation would take other arguments: what stands in a file
+/// of translations cannot make the process read what was not given to it.
+BRINDLE_EXPORT NSString* fittingFormat(NSString* translated, NSString* original);
+
 namespace strings {
 
     /// Ends variable arguments when its block is left, exceptions included.

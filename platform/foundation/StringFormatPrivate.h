@@ -54,6 +54,8 @@ public:
     }
     const std::vector<Conversion>& conversions() const { return conversions_; }
     std::vector<Argument> takeArguments(va_list list) const;
+    /// Answers whether this format takes the arguments of another one, or the first of them, for what they are.
+    bool fits(const Format& other) const;
 
 private:
     char16_t at(std::size_t index) const { return index < text_.size() ? text_[index] : u'\0'; }

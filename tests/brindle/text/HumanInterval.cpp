@@ -161,6 +161,19 @@ TEST(HumanInterval, ATranslatedFormatReceivesTheCount)
     EXPECT_EQ(utf8(humanIntervalAgoSinceNow(ago(300))), "vor 5 Minuten");
 }
 
+TEST(HumanInterval, ATranslationThatAsksForSomethingElseIsNotUsed)
+{
+    const VirtualClock clock;
+    const UserLanguage user("de_DE");
+    const BundleFolder folder;
+    folder.add("de.lproj/Localizable.strings",
+        R"("%u minutes ago" = "vor %@ Minuten"; "%um" = "%u Min. %s"; "%uh" = "einige Std.";)");
+    const MainBundle main(folder);
+    EXPECT_EQ(utf8(humanIntervalAgoSinceNow(ago(300))), "5 minutes ago");
+    EXPECT_EQ(utf8(humanIntervalSinceNow(ago(300))), "5m");
+    EXPECT_EQ(utf8(humanIntervalSinceNow(ago(7200 * 2))), "einige Std.");
+}
+
 TEST(HumanInterval, APhraseWithoutATranslationStaysEnglish)
 {
     const VirtualClock clock;

@@ -221,6 +221,28 @@ namespace {
             "1 1.000000 2 2.000000 3 3.000000 4 4.000000 5 5.000000 6 6.000000 end");
     }
 
+    bool fits(NSString* translated, NSString* original)
+    {
+        return fittingFormat(translated, original) == translated;
+    }
+    TEST(StringFormat, ATranslationFitsWithTheSameArgumentsOrFewer)
+    {
+        EXPECT_TRUE(fits("vor %u"_ns, "%u ago"_ns));
+        EXPECT_TRUE(fits("%2$@: %1$d"_ns, "%d %@"_ns));
+        EXPECT_TRUE(fits("100%% %1$5d"_ns, "%d %@"_ns));
+        EXPECT_TRUE(fits("bald"_ns, "%u ago"_ns));
+    }
+    TEST(StringFormat, ATranslationWithOtherArgumentsDoesNotFit)
+    {
+        EXPECT_FALSE(fits("%@"_ns, "%u"_ns));
+        EXPECT_FALSE(fits("%s"_ns, "%@"_ns));
+        EXPECT_FALSE(fits("%ls"_ns, "%s"_ns));
+        EXPECT_FALSE(fits("%u %@"_ns, "%u"_ns));
+        EXPECT_FALSE(fits("%2$@"_ns, "%f %@"_ns));
+        EXPECT_FALSE(fits("%*d"_ns, "%d"_ns));
+        EXPECT_FALSE(fits("%f"_ns, "%d"_ns));
+    }
+
 }
 
 }
