@@ -7,7 +7,7 @@
 
 #include "Each.h"
 #include "NSData.h"
-#include "foundation/archives/KeyedArchivePrivate.h"
+#include "NSOrderedSet.h"
 #include "runtime/NSException.h"
 #include "runtime/Runtime.h"
 
@@ -174,7 +174,8 @@ Describing::~Describing()
 std::string describe(NSObject* item, NSUInteger level)
 {
     const bool isCollection = item->isKindOfClass(NSArray::cls())
-        || item->isKindOfClass(NSDictionary::cls()) || item->isKindOfClass(NSSet::cls());
+        || item->isKindOfClass(NSDictionary::cls()) || item->isKindOfClass(NSSet::cls())
+        || item->isKindOfClass(NSOrderedSet::cls());
     if (isCollection)
         return describeCollection(item, level);
     const Ref<NSString> text = item->description();
@@ -203,26 +204,6 @@ std::vector<NSObject*> lent(const Items& items)
         objects.push_back(item.get());
     return objects;
 }
-
-namespace {
-    thread_local constinit std::size_t* comparisonsLeft = nullptr;
-}
-
-void countComparison()
-{
-    if (archives::isStackShort() || (comparisonsLeft && *comparisonsLeft == 0))
-        raise("NSGenericException",
-            "*** Collections are nested too deeply, or too much alike, to be compared.");
-    if (comparisonsLeft)
-        --*comparisonsLeft;
-}
-
-ComparisonLimit::ComparisonLimit(std::size_t* left)
-    : before_(std::exchange(comparisonsLeft, left))
-{
-}
-
-ComparisonLimit::~ComparisonLimit() { comparisonsLeft = before_; }
 
 NSInteger SelectorComparison::operator()(NSObject* a, NSObject* b)
 {

@@ -3,9 +3,11 @@
 
 #include <algorithm>
 #include <cstdarg>
+#include <optional>
 #include <string>
 #include <vector>
 
+#include "HashingPrivate.h"
 #include "NSArray.h"
 #include "NSDictionary.h"
 #include "NSSet.h"
@@ -59,9 +61,49 @@ inline Ref<NSObject> copyOf(const NSObject* object)
 /// Answers the objects without their counts.
 std::vector<NSObject*> lent(const Items& items);
 
+/// Answers a hash by the elements in their order, or by the keys and values in any order. Of long collections not all
+/// are asked, and of those inside few: a collection may hold others many times over, and itself.
+std::uint64_t hashOf(const NSArray& array);
+std::uint64_t hashOf(const NSDictionary& dictionary);
+/// Answers a hash by the hashes that a table knows of its keys.
+template <class Entry> std::uint64_t hashOfKeys(const OrderedTable<Entry>& table)
+{
+    std::uint64_t hash = table.count();
+    for (std::size_t at = table.skip(0); at < table.places(); at = table.skip(at + 1))
+        hash += hashing::ofWord(table.at(at).hash);
+    return hash;
+}
+
 /// Is sent at the beginning of every comparison of two collections, which may hold themselves.
 /// - Raises: `NSGenericException` when little of the thread's stack is left, or a limit is reached.
 void countComparison();
+
+/// Stands in a function that compares two collections, for as long as it does. Collections that share what they hold
+/// would be compared again with every level of sharing: what one comparison found, those around it remember.
+class Comparing {
+public:
+    /// - Raises: what `countComparison` does.
+    Comparing(NSObject& one, NSObject& other);
+    ~Comparing();
+    Comparing(const Comparing&) = delete;
+    Comparing& operator=(const Comparing&) = delete;
+    /// Answers what was found before; nothing for what was not compared yet.
+    std::optional<bool> known() const;
+    /// Remembers and answers what was found.
+    bool keep(bool equal);
+
+private:
+    NSObject& one_;
+    NSObject& other_;
+};
+
+/// Answers what `compare` does, once for each two collections in a comparison.
+template <class Compare> bool compareOnce(NSObject& one, NSObject& other, Compare&& compare)
+{
+    Comparing comparing(one, other);
+    const std::optional<bool> known = comparing.known();
+    return known ? *known : comparing.keep(compare());
+}
 
 /// Lets comparisons on this thread count a number down, as long as it lives.
 class ComparisonLimit {

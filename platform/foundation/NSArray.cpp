@@ -194,13 +194,16 @@ template <> struct NSArray::Methods<struct Reading> {
         const NSUInteger count = self.count();
         if (!other || other->count() != count)
             return false;
-        countComparison();
-        if (!ArrayAccess::isDirect(self) || !ArrayAccess::isDirect(*other)) {
+        return compareOnce(self, *other, [&] { return holdsEqual(self, *other); });
+    }
+    static bool holdsEqual(NSArray& self, NSArray& other)
+    {
+        if (!ArrayAccess::isDirect(self) || !ArrayAccess::isDirect(other)) {
             const Ref<NSArray> a = makeArray(ArrayAccess::copy(&self));
-            const Ref<NSArray> b = makeArray(ArrayAccess::copy(other));
-            return isEqualToArray(*a, b.get());
+            const Ref<NSArray> b = makeArray(ArrayAccess::copy(&other));
+            return holdsEqual(*a, *b);
         }
-        ArrayIterator at(other);
+        ArrayIterator at(&other);
         for (NSObject* item : self) {
             if (at == std::default_sentinel)
                 return false;
@@ -216,7 +219,7 @@ template <> struct NSArray::Methods<struct Reading> {
         return other && other->isKindOfClass(NSArray::cls())
             && self.isEqualToArray(static_cast<NSArray*>(other));
     }
-    static std::uint64_t hash(NSArray& self) { return self.count(); }
+    static std::uint64_t hash(NSArray& self) { return hashOf(self); }
 
     static Ref<NSString> description(NSArray& self)
     {

@@ -6,6 +6,7 @@
 #include <cstring>
 
 #include "FilesPrivate.h"
+#include "HashingPrivate.h"
 #include "NSString.h"
 #include "runtime/NSException.h"
 #include "runtime/Runtime.h"
@@ -201,13 +202,7 @@ template <> struct NSData::Methods<struct Reading> {
                 || (other->isKindOfClass(NSData::cls())
                     && self.isEqualToData(static_cast<NSData*>(other))));
     }
-    static std::uint64_t hash(NSData& self)
-    {
-        const auto all = bytesOf(&self);
-        const auto head
-            = all.first(std::min<std::size_t>(all.size(), 80)); // large data should stay quick
-        return hashOf({ reinterpret_cast<const char*>(head.data()), head.size() }) + all.size();
-    }
+    static std::uint64_t hash(NSData& self) { return hashing::ofBytes(bytesOf(&self)); }
     static Ref<NSObject> copyWithZone(NSData& self, void*)
     {
         if (self.isKindOfClass(NSMutableData::cls()))

@@ -6,6 +6,7 @@
 #include <cstdio>
 
 #include "Clock.h"
+#include "HashingPrivate.h"
 #include "NSString.h"
 #include "runtime/NSException.h"
 #include "runtime/Runtime.h"
@@ -177,7 +178,8 @@ template <> struct NSDate::Methods<struct Time> {
     static std::uint64_t hash(NSDate& self)
     {
         // Adding zero makes one of the two zeros, which are equal.
-        return std::bit_cast<std::uint64_t>(self.timeIntervalSinceReferenceDate() + 0.0);
+        return hashing::ofWord(
+            std::bit_cast<std::uint64_t>(self.timeIntervalSinceReferenceDate() + 0.0));
     }
     static Ref<NSDate> earlier(NSDate& self, NSDate* other)
     {

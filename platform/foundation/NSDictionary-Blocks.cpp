@@ -27,10 +27,13 @@ template <> struct NSDictionary::Methods<struct Visiting> {
             return true;
         if (!other || other->count() != self.count())
             return false;
-        countComparison();
+        return compareOnce(self, *other, [&] { return holdsEqual(self, *other); });
+    }
+    static bool holdsEqual(NSDictionary& self, NSDictionary& other)
+    {
         bool equal = true;
         visit(self, [&](NSObject* key, NSObject* value) {
-            const Ref<NSObject> counterpart = other->objectForKey(key);
+            const Ref<NSObject> counterpart = other.objectForKey(key);
             equal = counterpart && (counterpart == value || value->isEqual(counterpart.get()));
             return equal;
         });
@@ -41,7 +44,7 @@ template <> struct NSDictionary::Methods<struct Visiting> {
         return other && other->isKindOfClass(NSDictionary::cls())
             && self.isEqualToDictionary(static_cast<NSDictionary*>(other));
     }
-    static std::uint64_t hash(NSDictionary& self) { return self.count(); }
+    static std::uint64_t hash(NSDictionary& self) { return hashOf(self); }
 
     static Ref<NSArray> allKeysForObject(NSDictionary& self, NSObject* object)
     {

@@ -5,6 +5,7 @@
 #include <cstdio>
 
 #include "CollectionsPrivate.h"
+#include "HashingPrivate.h"
 #include "runtime/NSException.h"
 #include "runtime/Runtime.h"
 #include "runtime/Table.h"
@@ -203,7 +204,10 @@ template <> struct NSIndexSet::Methods<struct Reading> {
     }
     static std::uint64_t hash(NSIndexSet& self)
     {
-        return self.ranges_.size() * 31 + firstIndex(self) * 7 + lastIndex(self);
+        std::uint64_t hash = self.ranges_.size();
+        for (const NSRange& range : self.ranges_)
+            hash = hashing::ofWord(hash + range.location) + range.length;
+        return hash;
     }
     static Ref<NSObject> copyWithZone(NSIndexSet& self, void*)
     {

@@ -6,6 +6,7 @@
 #include <cstring>
 #include <limits>
 
+#include "HashingPrivate.h"
 #include "NSStringPrivate.h"
 #include "runtime/Runtime.h"
 #include "runtime/Table.h"
@@ -73,13 +74,6 @@ namespace {
         if (b.isWhole)
             return -compareMixed(b, a.real);
         return compareReal(a.real, b.real);
-    }
-
-    std::uint64_t mixed(std::uint64_t bits)
-    {
-        bits ^= bits >> 33;
-        bits *= 0xff51afd7ed558ccdu;
-        return bits ^ bits >> 33;
     }
 
     /// Cuts a double to an integer type without leaving its range.
@@ -280,12 +274,12 @@ template <> struct NSNumber::Methods<struct Numbers> {
     {
         const Exact value = exact(self);
         if (value.isWhole)
-            return mixed(value.isNegative ? ~value.magnitude : value.magnitude);
+            return hashing::ofWord(value.isNegative ? ~value.magnitude : value.magnitude);
         if (std::isnan(value.real))
             return 1;
         std::uint64_t bits = 0;
         std::memcpy(&bits, &value.real, sizeof bits);
-        return mixed(bits);
+        return hashing::ofWord(bits);
     }
 
     // ---- text

@@ -146,7 +146,7 @@ template <> struct NSOrderedSet::Methods<struct Ordered> {
         return object && object->isKindOfClass(NSOrderedSet::cls())
             && self.isEqualToOrderedSet(cast<NSOrderedSet>(object));
     }
-    static std::uint64_t hash(NSOrderedSet& self) { return self.count(); }
+    static std::uint64_t hash(NSOrderedSet& self) { return self.members_->hash(); }
     static bool isSubsetOfSet(NSOrderedSet& self, NSSet* other)
     {
         return self.members_->isSubsetOfSet(other);
@@ -176,7 +176,16 @@ template <> struct NSOrderedSet::Methods<struct Ordered> {
     }
     static Ref<NSString> description(NSOrderedSet& self)
     {
-        return stringFrom(describeList(ArrayAccess::copy(self.order_.get()), 0, "{(", ")}"));
+        return self.descriptionWithLocale_indent(nullptr, 0);
+    }
+    static Ref<NSString> descriptionWithLocale(NSOrderedSet& self, NSObject* locale)
+    {
+        return self.descriptionWithLocale_indent(locale, 0);
+    }
+    static Ref<NSString> descriptionWithLocaleIndent(
+        NSOrderedSet& self, NSObject*, NSUInteger level)
+    {
+        return stringFrom(describeList(ArrayAccess::copy(self.order_.get()), level, "{(", ")}"));
     }
 
     static void encodeWithCoder(NSOrderedSet& self, NSCoder* coder)
@@ -230,6 +239,8 @@ template <> struct NSOrderedSet::Methods<struct Ordered> {
             { "copyWithZone:", imp<copyWithZone> },
             { "mutableCopyWithZone:", imp<mutableCopyWithZone> },
             { "description", imp<description> },
+            { "descriptionWithLocale:", imp<descriptionWithLocale> },
+            { "descriptionWithLocale:indent:", imp<descriptionWithLocaleIndent> },
             { "encodeWithCoder:", imp<coding<encodeWithCoder>> },
             { "initWithCoder:", imp<coding<initWithCoder>> },
         });

@@ -114,6 +114,10 @@ public:
     }
 
     /// Answers whether both hold equal objects at the same places.
+    Ref<NSString> descriptionWithLocale_indent(NSObject* locale, NSUInteger level) const
+    {
+        return send<"descriptionWithLocale:indent:", Ref<NSString>>(locale, level);
+    }
     bool isEqualToOrderedSet(const NSOrderedSet* other) const
     {
         return send<"isEqualToOrderedSet:", bool>(other);

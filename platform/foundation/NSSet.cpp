@@ -185,8 +185,10 @@ template <> struct NSSet::Methods<struct Reading> {
     }
     static bool isEqualToSet(NSSet& self, NSSet* other)
     {
-        return other
-            && (&self == other || (self.count() == other->count() && self.isSubsetOfSet(other)));
+        if (!other || &self == other)
+            return other;
+        return self.count() == other->count()
+            && compareOnce(self, *other, [&] { return self.isSubsetOfSet(other); });
     }
     static bool intersectsSet(NSSet& self, NSSet* other)
     {
@@ -201,7 +203,11 @@ template <> struct NSSet::Methods<struct Reading> {
         return other && other->isKindOfClass(NSSet::cls())
             && self.isEqualToSet(static_cast<NSSet*>(other));
     }
-    static std::uint64_t hash(NSSet& self) { return self.count(); }
+    static std::uint64_t hash(NSSet& self)
+    {
+        return SetAccess::isDirect(self) ? hashOfKeys(self.table_)
+                                         : NSSet::cls().setWithSet(&self)->hash();
+    }
     static Ref<NSObject> copyWithZone(NSSet& self, void*)
     {
         if (self.isKindOfClass(NSMutableSet::cls()))

@@ -5,6 +5,7 @@
 #include <mutex>
 #include <unordered_map>
 
+#include "HashingPrivate.h"
 #include "NSMutableString.h"
 #include "NSStringPrivate.h"
 #include "runtime/Block.h"
@@ -238,6 +239,24 @@ namespace strings {
         const Class* const cls = object->isa_;
         return cls == classOf<NSString>() || cls == classOf<NSMutableString>()
             || object->isKindOfClass(classOf<NSString>());
+    }
+
+    std::uint64_t hashOf(View text) { return hashOf(text, hashing::seed()); }
+
+    std::uint64_t hashOf(View text, std::uint64_t seed)
+    {
+        const auto bytes = [&](const auto& units) {
+            return hashing::ofBytes(reinterpret_cast<const unsigned char*>(units.data()),
+                units.size() * sizeof units[0], seed);
+        };
+        std::uint64_t hash = 0;
+        if (text.isNarrow())
+            hash = bytes(text.narrow());
+        else if (isAscii(text.wide())) // equal to a text that is kept as bytes
+            hash = bytes(std::string(text.wide().begin(), text.wide().end()));
+        else
+            hash = bytes(text.wide());
+        return hash ? hash : 1;
     }
 
     bool equal(View a, View b)

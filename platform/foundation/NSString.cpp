@@ -142,22 +142,14 @@ template <> struct NSString::Methods<struct StringBasics> {
             return true;
         return strings::isString(other) && isEqualToString(self, static_cast<NSString*>(other));
     }
-    static NSUInteger hashOfView(View text)
-    {
-        std::uint64_t hash = 14695981039346656037u;
-        for (std::size_t i = 0; i < text.size(); ++i)
-            hash = (hash ^ text[i]) * 1099511628211u;
-        hash ^= hash >> 32; // the product's upper half is the better one
-        return hash ? hash : 1;
-    }
     static NSUInteger hash(NSString& self)
     {
         const Contents text(&self);
         if (!text.isStored())
-            return hashOfView(text);
+            return strings::hashOf(text);
         std::uint64_t kept = self.storage_.hash.load(std::memory_order_relaxed);
         if (!kept) {
-            kept = hashOfView(text);
+            kept = strings::hashOf(text);
             self.storage_.hash.store(kept, std::memory_order_relaxed);
         }
         return kept;

@@ -120,6 +120,9 @@ bool isAscii(std::u16string_view units);
 /// Answers whether an object is a string of whatever class.
 bool isString(const NSObject* object);
 bool equal(View a, View b);
+/// Answers a hash by the units, however they are kept; never 0.
+std::uint64_t hashOf(View text);
+std::uint64_t hashOf(View text, std::uint64_t seed);
 /// Answers UTF-8; unpaired surrogates read U+FFFD.
 std::string toUtf8(View text);
 /// Adds a code point, no surrogate, as UTF-8.

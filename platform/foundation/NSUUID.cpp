@@ -8,6 +8,7 @@
 
 #include <sys/random.h>
 
+#include "HashingPrivate.h"
 #include "NSCoder.h"
 #include "NSString.h"
 #include "StringConstant.h"
@@ -137,13 +138,7 @@ template <> struct NSUUID::Methods<struct Identity> {
                 || (other->isKindOfClass(NSUUID::cls())
                     && self.bytes_ == static_cast<NSUUID*>(other)->bytes_));
     }
-    static std::uint64_t hash(NSUUID& self)
-    {
-        // Made by others, the bytes may share a beginning or an end: both halves count.
-        std::uint64_t halves[2];
-        std::memcpy(halves, self.bytes_.data(), sizeof halves);
-        return (halves[0] ^ halves[1] * 0x9e3779b97f4a7c15U) * 0xff51afd7ed558ccdU;
-    }
+    static std::uint64_t hash(NSUUID& self) { return hashing::ofBytes(self.bytes_); }
     static Ref<NSObject> copyWithZone(NSUUID& self, void*) { return &self; }
 
     static bool supportsSecureCoding(Class&) { return true; }

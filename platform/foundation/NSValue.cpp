@@ -3,6 +3,7 @@
 
 #include <cstring>
 
+#include "HashingPrivate.h"
 #include "NSStringPrivate.h"
 #include "StringFormat.h"
 #include "runtime/NSException.h"
@@ -113,7 +114,8 @@ template <> struct NSValue::Methods<struct Boxes> {
     {
         if (!self.box_)
             return 0;
-        return hashOf({ self.box_->bytes.get(), self.box_->size }, hashOf(self.box_->type));
+        return hashing::ofBytes(
+            reinterpret_cast<const unsigned char*>(self.box_->bytes.get()), self.box_->size);
     }
 
     static Ref<NSString> numbers(const char* kind, std::initializer_list<double> parts)

@@ -500,7 +500,7 @@ TEST(HostileArchives, DeeperGraphsAreRefusedWhenRead)
 
 TEST(HostileArchives, MembersThatAreAlikeInMostOfTheirPartsAreNotComparedForEver)
 {
-    // Two towers of arrays, each level holding the one below twice: equal only after 2^40 comparisons.
+    // Two towers of arrays, each level holding the one below twice: 2^40 pairs of parts.
     const auto tower = [] {
         Ref<NSArray> level = makeArray({ "x"_ns });
         for (int i = 0; i < 40; ++i)
@@ -513,11 +513,10 @@ TEST(HostileArchives, MembersThatAreAlikeInMostOfTheirPartsAreNotComparedForEver
     archiver->setClassName_forClass(
         "NSSet"_ns, NSMutableArray::cls()); // the outer list reads as a set
     archiver->encodeObject_forKey(towers->mutableCopy().get(), "root"_ns);
-    EXPECT_EQ(raisedBy([&] {
-        NSKeyedUnarchiver::cls().unarchiveObjectWithData(archiver->encodedData().get());
-    }),
-        "NSGenericException: *** Collections are nested too deeply, or too much alike, to be "
-        "compared.");
+    const Ref<NSObject> set
+        = NSKeyedUnarchiver::cls().unarchiveObjectWithData(archiver->encodedData().get());
+    ASSERT_TRUE(set && set->isKindOfClass(NSSet::cls()));
+    EXPECT_EQ(static_cast<NSSet*>(set.get())->count(), 1u);
 }
 
 TEST(HostileArchives, ManyObjectsOfTheSameBytesDoNotFillTheMemory)
