@@ -27,7 +27,7 @@ ArchiveList::Index ArchiveList::place(std::size_t start)
     if (start > ~Index {} || offsets_.size() >= ~Index {} - 1) [[unlikely]]
         raise("NSInvalidArchiveOperationException",
             "*** -[NSKeyedArchiver encodeObject:forKey:]: the archive is larger than 4 GB");
-    offsets_.push_back(static_cast<std::uint32_t>(start));
+    offsets_.add(static_cast<std::uint32_t>(start));
     return static_cast<Index>(offsets_.size() - 1);
 }
 

@@ -2,7 +2,6 @@
 #pragma once
 
 #include <array>
-#include <vector>
 
 #include "foundation/lists/BinaryListBytesPrivate.h"
 
@@ -53,7 +52,7 @@ private:
     Index keep(std::size_t start);
     void shortenReferences(std::size_t size);
 
-    std::vector<std::uint32_t> offsets_;
+    Row<std::uint32_t> offsets_;
     std::array<Recent, 2048> recent_ {};
 };
 

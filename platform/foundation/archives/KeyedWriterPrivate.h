@@ -29,8 +29,7 @@ private:
     void enter(Slot slot);
 
     std::vector<Entry> entries_;
-    std::vector<Slot>
-        slots_; // the size is a power of two, and at least twice the number of entries
+    lists::Row<Slot> slots_; // the size is a power of two, and at least twice the number of entries
 };
 
 /// What an archiver is made of: the list in the making, the objects met so far, and the entries of the objects that
@@ -108,8 +107,8 @@ private:
     WeakRef<NSObject> delegate_;
     lists::ArchiveList list_;
     IdentityTable identities_;
-    std::vector<Index> records_; // of each object; kPending before it is encoded
-    std::vector<Index> references_; // to each object: its number in the list
+    lists::Row<Index> records_; // of each object; kPending before it is encoded
+    lists::Row<Index> references_; // to each object: its number in the list
     std::vector<lists::ArchiveList::Entry> entries_;
     std::vector<Index> elements_;
     std::vector<Frame> frames_;

@@ -5,7 +5,9 @@
 #include <span>
 #include <string_view>
 
+#include "OutputPrivate.h"
 #include "PropertyListPrivate.h"
+#include "foundation/HashingPrivate.h"
 #include "foundation/NSStringPrivate.h"
 
 // What everything that writes binary property lists is made of.
@@ -51,41 +53,11 @@ inline void store(unsigned char* to, std::uint64_t value, std::size_t size)
     }
 }
 
-template <class Word> std::uint64_t word(const unsigned char* at)
-{
-    Word value;
-    std::memcpy(&value, at, sizeof value);
-    return value;
-}
-
-inline std::uint64_t mixed(std::uint64_t a, std::uint64_t b)
-{
-    __extension__ using Wide = unsigned __int128;
-    const Wide product = static_cast<Wide>(a) * b;
-    return static_cast<std::uint64_t>(product) ^ static_cast<std::uint64_t>(product >> 64);
-}
-
-/// Answers up to eight bytes as a number that tells them apart from others of the same length.
-inline std::uint64_t rest(const unsigned char* bytes, std::size_t count)
-{
-    if (count >= 8)
-        return word<std::uint64_t>(bytes);
-    if (count >= 4)
-        return word<std::uint32_t>(bytes) | word<std::uint32_t>(bytes + count - 4) << 32;
-    return bytes[0] | std::uint64_t { bytes[count / 2] } << 8
-        | std::uint64_t { bytes[count - 1] } << 16;
-}
-
-/// - count: at least 1.
+/// Answers half a hash, which is never 0: containers have that.
 inline std::uint32_t hashOf(const unsigned char* bytes, std::size_t count)
 {
-    constexpr std::uint64_t kFactor = 0x9e3779b97f4a7c15u;
-    std::uint64_t hash = count * kFactor;
-    for (; count > 8; bytes += 8, count -= 8)
-        hash = mixed(hash ^ word<std::uint64_t>(bytes), kFactor);
-    hash ^= rest(bytes, count);
-    const auto half = static_cast<std::uint32_t>(mixed(hash ^ kFactor, 0xe7037ed1a0b428dbu));
-    return half ? half : 1; // containers have 0
+    const auto half = static_cast<std::uint32_t>(hashing::ofBytes(bytes, count));
+    return half ? half : 1;
 }
 
 /// Writes the values of a binary list that hold no others, one after the other. Every operation answers where the

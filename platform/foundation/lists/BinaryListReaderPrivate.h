@@ -2,6 +2,7 @@
 #pragma once
 
 #include <bit>
+#include <cstring>
 #include <span>
 #include <string_view>
 #include <vector>

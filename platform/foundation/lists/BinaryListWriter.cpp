@@ -26,8 +26,8 @@ namespace {
 
 BinaryListWriter::Index BinaryListWriter::place(std::size_t start, std::uint32_t hash)
 {
-    places_.push_back({ start, references_.size() });
-    hashes_.push_back(hash);
+    places_.add({ start, references_.size() });
+    hashes_.add(hash);
     return static_cast<Index>(places_.size() - 1);
 }
 
@@ -45,7 +45,7 @@ bool BinaryListWriter::isEqual(Index index, std::size_t start, std::size_t lengt
 }
 
 /// Answers the place of an equal value in a table that has room, or the empty one where it belongs.
-BinaryListWriter::Slot& BinaryListWriter::find(std::vector<Slot>& slots, Slot wanted) const
+BinaryListWriter::Slot& BinaryListWriter::find(Row<Slot>& slots, Slot wanted) const
 {
     const std::size_t mask = slots.size() - 1;
     const Index index = indexIn(wanted);
@@ -81,8 +81,8 @@ BinaryListWriter::Index BinaryListWriter::keep(std::size_t start)
 BinaryListWriter::Index BinaryListWriter::keepOnce(std::size_t start)
 {
     if (2 * knownCount_ >= known_.size()) {
-        std::vector<Slot> old(std::max<std::size_t>(64, 2 * known_.size()));
-        old.swap(known_);
+        const Row<Slot> old
+            = std::exchange(known_, Row<Slot>(std::max<std::size_t>(64, 2 * known_.size())));
         for (const Slot slot : old) {
             if (slot)
                 find(known_, slot) = slot;
@@ -96,18 +96,18 @@ BinaryListWriter::Index BinaryListWriter::keepOnce(std::size_t start)
         ++knownCount_;
         return index;
     }
-    places_.pop_back();
-    hashes_.pop_back();
+    places_.cutTo(index);
+    hashes_.cutTo(index);
     bytes_.cutTo(start);
     return indexIn(known);
 }
 
 /// Answers the index that each object has in the list, counted without those that equal an earlier one.
-std::vector<BinaryListWriter::Index> BinaryListWriter::finalIndexes(std::size_t& count) const
+Row<BinaryListWriter::Index> BinaryListWriter::finalIndexes(std::size_t& count) const
 {
     constexpr std::size_t kAhead = 16;
-    std::vector<Slot> slots(std::bit_ceil(2 * places_.size()));
-    std::vector<Index> indexes(places_.size());
+    Row<Slot> slots(std::bit_ceil(2 * places_.size()));
+    Row<Index> indexes(places_.size());
     count = 0;
     for (std::size_t i = 0; i < indexes.size(); ++i) {
         if (i + kAhead < indexes.size())
@@ -133,20 +133,19 @@ std::vector<BinaryListWriter::Index> BinaryListWriter::finalIndexes(std::size_t&
 BinaryListWriter::Index BinaryListWriter::array(std::span<const Index> elements)
 {
     const Index index = place(writeHead(0xa0, elements.size(), 0), 0);
-    references_.insert(references_.end(), elements.begin(), elements.end());
+    references_.add(elements);
     return index;
 }
 
 BinaryListWriter::Index BinaryListWriter::dictionary(std::span<const Entry> entries)
 {
     const Index index = place(writeHead(0xd0, entries.size(), 0), 0);
-    const std::size_t first = references_.size();
-    references_.resize(first + 2 * entries.size());
-    Index* to = references_.data() + first;
+    Index* to = references_.room(2 * entries.size());
     for (const Entry& entry : entries)
         *to++ = entry.key;
     for (const Entry& entry : entries)
         *to++ = entry.value;
+    references_.advance(2 * entries.size());
     return index;
 }
 
@@ -155,15 +154,15 @@ Ref<NSData> BinaryListWriter::finish(Index top)
     constexpr std::string_view kHeader = "bplist00";
     constexpr std::size_t kTrailer = 32;
     std::size_t count = 0;
-    const std::vector<Index> indexes = finalIndexes(count);
+    const Row<Index> indexes = finalIndexes(count);
     const std::size_t referenceSize = sizeFor(count - 1);
     const std::size_t longest = kHeader.size() + bytes_.size() + references_.size() * referenceSize;
     const std::size_t offsetSize = sizeFor(longest);
 
     Output out;
-    out.room(longest + count * offsetSize + kTrailer);
+    out.reserve(longest + count * offsetSize + kTrailer);
     out.put(kHeader);
-    std::vector<std::uint64_t> offsets;
+    Row<std::uint64_t> offsets;
     offsets.reserve(count);
     std::size_t copied = 0; // bytes up to here are written, or left out
     for (std::size_t i = 0; i < indexes.size(); ++i) {
@@ -174,7 +173,7 @@ Ref<NSData> BinaryListWriter::finish(Index top)
             copied = end;
             continue;
         }
-        offsets.push_back(out.size() + place.bytes - copied);
+        offsets.add(out.size() + place.bytes - copied);
         const std::size_t last
             = i + 1 < places_.size() ? places_[i + 1].references : references_.size();
         if (last == place.references)

@@ -60,17 +60,17 @@ private:
     Index keepOnce(std::size_t start);
     bool isEqual(Index index, std::size_t start, std::size_t length) const;
     std::size_t end(Index index) const;
-    Slot& find(std::vector<Slot>& slots, Slot wanted) const;
-    std::vector<Index> finalIndexes(std::size_t& count) const;
+    Slot& find(Row<Slot>& slots, Slot wanted) const;
+    Row<Index> finalIndexes(std::size_t& count) const;
 
     // The bytes of all objects stand in a row, without the references that containers hold.
-    std::vector<Index> references_;
-    std::vector<Place> places_;
-    std::vector<std::uint32_t> hashes_; // containers have 0
+    Row<Index> references_;
+    Row<Place> places_;
+    Row<std::uint32_t> hashes_; // containers have 0
 
     // Strings and long values are known by a table. The rest, unless it was written recently, is sorted out at the end:
     // then all values are there, and the memory that a search will need can be on its way while others are searched for.
-    std::vector<Slot> known_;
+    Row<Slot> known_;
     std::size_t knownCount_ = 0;
     std::array<Slot, 1024> recent_ {};
 };

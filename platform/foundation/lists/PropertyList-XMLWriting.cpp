@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
+#include "OutputPrivate.h"
 #include "PropertyListWalkPrivate.h"
 
 #include <array>

@@ -4,9 +4,6 @@
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
-#include <cstdlib>
-#include <cstring>
-#include <new>
 #include <span>
 #include <string>
 #include <string_view>
@@ -103,68 +100,5 @@ template <class UnitAt> bool isPaired(std::size_t count, UnitAt unitAt)
     }
     return true;
 }
-
-/// Bytes that are written one after the other.
-class Output {
-public:
-    Output() = default;
-    Output(Output&& other) noexcept { *this = std::move(other); }
-    Output& operator=(Output&& other) noexcept
-    {
-        std::swap(bytes_, other.bytes_);
-        std::swap(size_, other.size_);
-        std::swap(capacity_, other.capacity_);
-        return *this;
-    }
-    ~Output() { std::free(bytes_); }
-
-    std::size_t size() const { return size_; }
-    const unsigned char* bytes() const { return bytes_; }
-    /// Answers where at most `count` bytes may be written, to be confirmed by `advance`.
-    unsigned char* room(std::size_t count)
-    {
-        if (capacity_ - size_ < count) [[unlikely]]
-            grow(size_ + count);
-        return bytes_ + size_;
-    }
-    void advance(std::size_t count) { size_ += count; }
-    void put(const void* bytes, std::size_t count)
-    {
-        if (!count)
-            return;
-        std::memcpy(room(count), bytes, count);
-        size_ += count;
-    }
-    void put(std::string_view text) { put(text.data(), text.size()); }
-    void put(char c)
-    {
-        *room(1) = static_cast<unsigned char>(c);
-        ++size_;
-    }
-    void cutTo(std::size_t size) { size_ = size; }
-    /// Gives the bytes away.
-    Ref<NSData> data()
-    {
-        Ref<NSData> data = NSData::cls().dataWithBytesNoCopy_length(bytes_, size_);
-        bytes_ = nullptr;
-        size_ = capacity_ = 0;
-        return data;
-    }
-
-private:
-    void grow(std::size_t least)
-    {
-        const std::size_t capacity = std::max<std::size_t>({ least, capacity_ * 2, 256 });
-        void* const moved = std::realloc(bytes_, capacity);
-        if (!moved)
-            throw std::bad_alloc();
-        bytes_ = static_cast<unsigned char*>(moved);
-        capacity_ = capacity;
-    }
-
-    unsigned char* bytes_ = nullptr;
-    std::size_t size_ = 0;
-    std::size_t capacity_ = 0;
-};
 
 }

@@ -1,0 +1,116 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <algorithm>
+#include <cstddef>
+#include <cstdint>
+#include <cstdlib>
+#include <cstring>
+#include <span>
+#include <string_view>
+#include <type_traits>
+#include <utility>
+
+#include "foundation/NSData.h"
+
+// Memory that writers of property lists fill from the front.
+
+namespace brindle::lists {
+
+/// Answers memory with what was in it, and more room behind it; what is large lies in large pages.
+/// - Raises: `std::bad_alloc`; nothing has changed then.
+void* enlarged(void* memory, std::size_t capacity);
+/// Answers memory full of zeros, to be freed.
+void* zeros(std::size_t size);
+
+/// Elements that are added one after the other. They are moved by the system, not one by one.
+template <class T> class Row {
+    static_assert(std::is_trivially_copyable_v<T>);
+
+public:
+    Row() = default;
+    /// Begins with so many elements of zero bytes.
+    explicit Row(std::size_t count)
+        : first_(static_cast<T*>(zeros(count * sizeof(T))))
+        , size_(count)
+        , capacity_(count)
+    {
+    }
+    Row(Row&& other) noexcept { *this = std::move(other); }
+    Row& operator=(Row&& other) noexcept
+    {
+        std::swap(first_, other.first_);
+        std::swap(size_, other.size_);
+        std::swap(capacity_, other.capacity_);
+        return *this;
+    }
+    ~Row() { std::free(first_); }
+
+    std::size_t size() const { return size_; }
+    const T* data() const { return first_; }
+    T* data() { return first_; }
+    const T& operator[](std::size_t index) const { return first_[index]; }
+    T& operator[](std::size_t index) { return first_[index]; }
+    const T* begin() const { return first_; }
+    const T* end() const { return first_ + size_; }
+    T* begin() { return first_; }
+    T* end() { return first_ + size_; }
+
+    /// Answers where at most `count` elements may be written, to be confirmed by `advance`.
+    T* room(std::size_t count)
+    {
+        if (capacity_ - size_ < count) [[unlikely]]
+            reserve(std::max<std::size_t>({ size_ + count, capacity_ * 2, 256 / sizeof(T) }));
+        return first_ + size_;
+    }
+    void advance(std::size_t count) { size_ += count; }
+    void reserve(std::size_t capacity)
+    {
+        first_ = static_cast<T*>(enlarged(first_, capacity * sizeof(T)));
+        capacity_ = capacity;
+    }
+    void add(T element)
+    {
+        *room(1) = element;
+        ++size_;
+    }
+    void add(std::span<const T> elements)
+    {
+        if (elements.empty())
+            return;
+        std::memcpy(room(elements.size()), elements.data(), elements.size_bytes());
+        size_ += elements.size();
+    }
+    void cutTo(std::size_t size) { size_ = size; }
+    /// Gives the memory away, to be freed.
+    T* release()
+    {
+        size_ = capacity_ = 0;
+        return std::exchange(first_, nullptr);
+    }
+
+private:
+    T* first_ = nullptr;
+    std::size_t size_ = 0;
+    std::size_t capacity_ = 0;
+};
+
+/// Bytes that are written one after the other.
+class Output : public Row<unsigned char> {
+public:
+    const unsigned char* bytes() const { return Row::data(); }
+    void put(const void* bytes, std::size_t count)
+    {
+        add({ static_cast<const unsigned char*>(bytes), count });
+    }
+    void put(std::string_view text) { put(text.data(), text.size()); }
+    void put(char c) { add(static_cast<unsigned char>(c)); }
+    /// Gives the bytes away.
+    Ref<NSData> data()
+    {
+        const std::size_t size = this->size();
+        return NSData::cls().dataWithBytesNoCopy_length(release(), size);
+    }
+};
+
+}
