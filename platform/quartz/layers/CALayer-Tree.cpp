@@ -198,6 +198,7 @@ template <> struct CALayer::Methods<struct Tree> {
     {
         if (!self.state_)
             return;
+        LayerAccess::endMovements(self, false);
         for (const Ref<CALayer>& layer : self.state_->sublayers)
             of(*layer).superlayer = nullptr;
         if (self.state_->mask)

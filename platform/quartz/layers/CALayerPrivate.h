@@ -50,6 +50,8 @@ struct LayerMovement {
     Ref<CAAnimation> animation;
     double begin = 0; // the layer's time
     bool started = false;
+    bool ended = false; // told, but kept
+    bool implicit = false; // a change began it
     std::vector<std::shared_ptr<struct TransactionGroup>> groups; // told when it ends
 };
 
@@ -133,6 +135,10 @@ struct LayerAccess {
     static Ref<CALayer> shown(CALayer& layer);
     /// Answers the layer's time for a moment of the clock.
     static double timeAt(const CALayer& layer, double now);
+    /// Does what is due of a layer's movements; answers when there is more to do.
+    static double step(CALayer& layer, double now);
+    /// Ends all of them; tells their delegates.
+    static void endMovements(CALayer& layer, bool finished);
     /// Forgets movements that began in this moment: nobody has seen where they start.
     static void dropUnseenMovements(CALayer& layer);
 
