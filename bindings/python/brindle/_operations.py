@@ -81,6 +81,12 @@ def _boolean(value):
     raise TypeError(f"a boolean is expected, not {value!r}")
 
 
+def _character(value):
+    if len(value) != 1:
+        raise TypeError(f"one character is expected, not {value!r}")
+    return ord(value)
+
+
 def _too_large(value):
     raise OverflowError(f"{value!r} does not fit the integer that is expected")
 
@@ -182,7 +188,10 @@ def _argument_lines(index, encoding, detail, scope):
     letter = encoding[0]
     if letter in types.INTEGERS:
         low, high = types.integer_limits(letter)
-        return [f"if not {low} <= {a} <= {high}: _too_large({a})", f"{p} = {a}"], None
+        lines = [f"if not {low} <= {a} <= {high}: _too_large({a})", f"{p} = {a}"]
+        if letter in "cC":
+            lines.insert(0, f"if {a}.__class__ is str: {a} = _character({a})")
+        return lines, None
     if letter in "{(":
         scope[f"shape{index}"] = types.structure(encoding).to_native
         return [f"{p} = shape{index}({a})"], None
@@ -262,8 +271,8 @@ def _compile(label, name, native, call, encoding, details, skipped):
         "Object": objects.Object,
         "selector_text": selector_text, "Pointer": types.Pointer, "ArgumentError": ArgumentError,
         "release": release, "small": _small.get, "_keep": _keep, "_keep_text": _keep_text, "_closure": _closure,
-        "_boolean": _boolean, "_too_large": _too_large, "_class": _class, "_selector": _selector,
-        "_text": _text, "_address": _address, "_label": label,
+        "_boolean": _boolean, "_character": _character, "_too_large": _too_large, "_class": _class,
+        "_selector": _selector, "_text": _text, "_address": _address, "_label": label,
     }
     first = ["self"] if skipped == 3 else []
     passed = ["self._ptr", "call"] if skipped == 3 else []

@@ -40,6 +40,14 @@ class Values(unittest.TestCase):
             with self.assertRaises(OverflowError):
                 through(number)
 
+    def test_a_character_is_a_number_or_text_of_one(self):
+        made = type(brindle.NSObject)("Characters", (brindle.NSObject,), {
+            "one": lambda self: 1, "two": lambda self: 2})
+        self.assertTrue(brindle.XUISwizzleMethod(made, "-", "one", "two"))
+        self.assertTrue(brindle.XUISwizzleMethod(made, ord("-"), "one", "two"))
+        with self.assertRaises(TypeError):
+            brindle.XUISwizzleMethod(made, "--", "one", "two")
+
     def test_data_comes_back_equal(self):
         for data in (b"", b"abc\0def", bytes(range(256)), bytearray(b"xyz")):
             self.assertEqual(through(data), bytes(data))
