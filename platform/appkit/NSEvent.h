@@ -150,6 +150,16 @@ public:
         {
             return send<"modifierFlags", NSEventModifierFlags>();
         }
+        /// Puts an `NSPeriodic` event into the queue after a while and then again and again, for loops that track the
+        /// pointer. The time runs in the default and the tracking mode.
+        /// - delay, period: seconds.
+        /// - Raises: `NSInternalInconsistencyException` when such events are being made already.
+        void startPeriodicEventsAfterDelay_withPeriod(double delay, double period) const
+        {
+            send<"startPeriodicEventsAfterDelay:withPeriod:">(delay, period);
+        }
+        /// Ends them and drops those that wait in the queue.
+        void stopPeriodicEvents() const { send<"stopPeriodicEvents">(); }
         /// Answers how far apart in time two presses may be to count as one gesture, in seconds.
         double doubleClickInterval() const { return send<"doubleClickInterval", double>(); }
     };
