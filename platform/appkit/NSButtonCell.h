@@ -6,7 +6,7 @@
 namespace brindle {
 
 class NSColor;
-class NSSound;
+struct ButtonAttributes;
 
 /// What a button does when it is pressed, and how it shows that.
 enum NSButtonType : NSUInteger {
@@ -153,11 +153,8 @@ public:
 
 private:
     friend struct ButtonAccess;
-    struct Looks;
 
-    Looks& looks() const;
-
-    std::shared_ptr<Looks> looks_;
+    std::shared_ptr<ButtonAttributes> attributes_; // made when first needed
 };
 
 }

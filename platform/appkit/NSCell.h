@@ -5,6 +5,7 @@
 
 #include "NSEvent.h"
 #include "NSFont.h"
+#include "NSParagraphStyle.h"
 
 namespace brindle {
 
@@ -14,10 +15,7 @@ class NSFormatter;
 class NSImage;
 class NSMenu;
 class NSView;
-
-enum NSTextAlignment : NSUInteger;
-enum NSLineBreakMode : NSUInteger;
-enum NSWritingDirection : NSInteger;
+struct CellAttributes;
 
 enum NSCellType : NSUInteger { NSNullCellType = 0, NSTextCellType = 1, NSImageCellType = 2 };
 
@@ -366,11 +364,8 @@ public:
 
 private:
     friend struct CellAccess;
-    struct Attributes;
 
-    Attributes& attributes() const { return *attributes_; }
-
-    std::shared_ptr<Attributes> attributes_;
+    std::shared_ptr<CellAttributes> attributes_; // made when first needed
     WeakRef<NSView> controlView_;
 };
 
