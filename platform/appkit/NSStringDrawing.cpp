@@ -1,77 +1,172 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "NSStringDrawing.h"
 
-#include "NSColor.h"
-#include "NSGraphicsContext.h"
-#include "foundation/NSDictionary.h"
-#include "quartz/TextDrawing.h"
-#include "runtime/Table.h"
-
+#include <algorithm>
 #include <cmath>
+#include <limits>
+
+#include "NSGraphicsContext.h"
+#include "TextDrawingPrivate.h"
+#include "foundation/NSDictionary.h"
+#include "runtime/Table.h"
 
 namespace brindle {
 
+using layouts::Container;
+using layouts::Layout;
+using layouts::Place;
+
 namespace {
 
-    // A value of another class counts as none.
-    template <class T> Ref<T> attribute(NSDictionary* attributes, NSString* name)
+    constexpr double kUnbounded = std::numeric_limits<float>::max();
+
+    Ref<NSAttributedString> attributed(NSString& string, NSDictionary* attributes)
     {
-        const Ref<NSObject> value = maybe(attributes)->objectForKey(name);
-        return value && value->isKindOfClass(T::cls()) ? cast<T>(value) : nullptr;
+        const bool usable = attributes && attributes->isKindOfClass(NSDictionary::cls());
+        return alloc<NSAttributedString>()->initWithString_attributes(
+            &string, usable ? attributes : nullptr);
     }
 
-    text::Font fontIn(NSDictionary* attributes)
+    bool isUsable(NSRect rect)
     {
-        Ref<NSFont> font = attribute<NSFont>(attributes, NSFontAttributeName);
-        if (!font)
-            font = NSFont::cls().userFontOfSize(12);
-        return NSFont::textFont(font.get());
+        return std::isfinite(rect.origin.x) && std::isfinite(rect.origin.y)
+            && !std::isnan(rect.size.width) && !std::isnan(rect.size.height);
     }
 
-    /// Lines are as high as the text system lays them out: each measure is rounded by itself.
-    double lineHeight(const text::Font& font)
+    void prepare(
+        Layout& layout, NSAttributedString& text, NSSize size, NSStringDrawingOptions options)
     {
-        return std::round(font.ascender()) + std::round(-font.descender())
-            + std::round(font.leading());
+        layout.usesFontLeading = options & NSStringDrawingUsesFontLeading;
+        layout.setLastLineTruncates(options & NSStringDrawingTruncatesLastVisibleLine);
+        layout.setText(&text);
+        layout.setContainers({ { size.width, size.height, 0, 0 } });
+    }
+
+    /// Draws what is laid out; `top` is the upper left corner.
+    void draw(Layout& layout, NSPoint top, bool flipped)
+    {
+        const Place place { top, flipped };
+        const NSRange range = NSMakeRange(0, layout.laidOutTo());
+        layouts::drawBackgrounds(layout, range, 0, place);
+        layouts::drawText(layout, range, 0, place);
     }
 
     struct Drawing {
 
-        static NSSize size(NSString& self, NSDictionary* attributes)
+        static NSRect boundingRect(
+            NSAttributedString& self, NSSize size, NSStringDrawingOptions options)
         {
-            const text::Font font = fontIn(attributes);
-            return { text::measureLine(utf16Of(&self), font).width, lineHeight(font) };
+            Layout layout;
+            const bool wraps = options & NSStringDrawingUsesLineFragmentOrigin;
+            const bool truncates = options & NSStringDrawingTruncatesLastVisibleLine;
+            // Only truncation drops lines: what is measured is what the whole text takes.
+            const NSSize room { wraps ? size.width : kUnbounded,
+                wraps && truncates ? size.height : kUnbounded };
+            prepare(layout, self, room, options);
+            layout.ensureAll();
+            if (wraps)
+                return layout.usedRect(0);
+            if (layout.fragments().empty())
+                return NSMakeRect(0, 0, 0, layout.usedRect(0).size.height);
+            const layouts::Fragment& line = layout.fragments().front();
+            return NSMakeRect(0, line.baseline - line.rect.size.height, line.used.size.width,
+                line.used.size.height);
         }
 
-        static void drawAtPoint(NSString& self, NSPoint point, NSDictionary* attributes)
+        static NSSize size(NSAttributedString& self)
+        {
+            return boundingRect(self, { kUnbounded, kUnbounded },
+                NSStringDrawingUsesLineFragmentOrigin | NSStringDrawingUsesFontLeading)
+                .size;
+        }
+
+        static void drawAtPoint(NSAttributedString& self, NSPoint point)
         {
             const Ref<NSGraphicsContext> current = NSGraphicsContext::cls().currentContext();
-            if (!current)
+            if (!current || !isUsable({ point, {} }))
                 return;
-            const Ref<CGContext> context = current->CGContext();
-            const text::Font font = fontIn(attributes);
-            const text::Line line = text::shapeLine(utf16Of(&self), font);
-            const double height = lineHeight(font);
-            drawBackground(attributes, { point, { line.width(), height } });
-            const double ascent = std::round(font.ascender());
-            const double y = current->isFlipped() ? point.y + ascent : point.y + height - ascent;
-            quartz::drawTextLine(context.get(), line, { point.x, y }, colorIn(attributes).get());
+            Layout layout;
+            prepare(layout, self, { kUnbounded, kUnbounded }, NSStringDrawingUsesFontLeading);
+            layout.ensureAll();
+            const bool flipped = current->isFlipped();
+            if (!flipped)
+                point.y += NSMaxY(layout.usedRect(0));
+            draw(layout, point, flipped);
         }
 
-        static void drawBackground(NSDictionary* attributes, NSRect rect)
+        static void drawInRect(NSAttributedString& self, NSRect rect)
         {
-            const Ref<NSColor> ground
-                = attribute<NSColor>(attributes, NSBackgroundColorAttributeName);
-            if (ground)
-                ground->drawSwatchInRect(rect);
+            drawWithRect(
+                self, rect, NSStringDrawingUsesLineFragmentOrigin | NSStringDrawingUsesFontLeading);
         }
 
-        static Ref<CGColor> colorIn(NSDictionary* attributes)
+        static void drawWithRect(
+            NSAttributedString& self, NSRect rect, NSStringDrawingOptions options)
         {
-            Ref<NSColor> color = attribute<NSColor>(attributes, NSForegroundColorAttributeName);
-            if (!color)
-                color = NSColor::cls().blackColor();
-            return color->CGColor();
+            const Ref<NSGraphicsContext> current = NSGraphicsContext::cls().currentContext();
+            if (!current || !isUsable(rect))
+                return;
+            const bool flipped = current->isFlipped();
+            const bool truncates = options & NSStringDrawingTruncatesLastVisibleLine;
+            Layout layout;
+            if (!(options & NSStringDrawingUsesLineFragmentOrigin)) {
+                prepare(layout, self, { kUnbounded, kUnbounded }, options);
+                layout.ensureIndex(0);
+                if (layout.fragments().empty())
+                    return;
+                const layouts::Fragment line = layout.fragments().front();
+                const Place place {
+                    { rect.origin.x, rect.origin.y + (flipped ? -1 : 1) * line.baseline }, flipped
+                };
+                layouts::drawBackgrounds(layout, line.range, 0, place);
+                return layouts::drawText(layout, line.range, 0, place);
+            }
+            prepare(layout, self, { rect.size.width, truncates ? rect.size.height : kUnbounded },
+                options);
+            const bool isTall = rect.size.height > 0;
+            layout.ensurePoint(0, isTall ? rect.size.height : kUnbounded);
+            const GraphicsStateGuard saved;
+            if (isTall && rect.size.width > 0)
+                CGContextClipToRect(current->CGContext().get(), rect);
+            draw(layout, { rect.origin.x, flipped || !isTall ? rect.origin.y : NSMaxY(rect) },
+                flipped);
+        }
+
+        static void table(Builder& t)
+        {
+            t.methods({
+                { "size", imp<size> },
+                { "drawAtPoint:", imp<drawAtPoint> },
+                { "drawInRect:", imp<drawInRect> },
+                { "drawWithRect:options:", imp<drawWithRect> },
+                { "boundingRectWithSize:options:", imp<boundingRect> },
+            });
+        }
+    };
+
+    struct PlainDrawing {
+
+        static NSSize size(NSString& self, NSDictionary* attributes)
+        {
+            return brindle::size(attributed(self, attributes));
+        }
+        static void drawAtPoint(NSString& self, NSPoint point, NSDictionary* attributes)
+        {
+            brindle::drawAtPoint(attributed(self, attributes), point);
+        }
+        static void drawInRect(NSString& self, NSRect rect, NSDictionary* attributes)
+        {
+            brindle::drawInRect(attributed(self, attributes), rect);
+        }
+        static void drawWithRect(
+            NSString& self, NSRect rect, NSStringDrawingOptions options, NSDictionary* attributes)
+        {
+            drawWithRect_options(attributed(self, attributes), rect, options);
+        }
+        static NSRect boundingRect(
+            NSString& self, NSSize size, NSStringDrawingOptions options, NSDictionary* attributes)
+        {
+            return boundingRectWithSize_options(attributed(self, attributes), size, options);
         }
 
         static void table(Builder& t)
@@ -79,11 +174,15 @@ namespace {
             t.methods({
                 { "sizeWithAttributes:", imp<size> },
                 { "drawAtPoint:withAttributes:", imp<drawAtPoint> },
+                { "drawInRect:withAttributes:", imp<drawInRect> },
+                { "drawWithRect:options:attributes:", imp<drawWithRect> },
+                { "boundingRectWithSize:options:attributes:", imp<boundingRect> },
             });
         }
     };
 
 }
-BRINDLE_EXTENSION(NSString, Drawing)
+BRINDLE_EXTENSION(NSAttributedString, Drawing)
+BRINDLE_EXTENSION(NSString, PlainDrawing)
 
 }

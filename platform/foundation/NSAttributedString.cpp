@@ -78,10 +78,10 @@ template <> struct NSAttributedString::Methods<struct Making> {
     static Ref<NSAttributedString> initWithStringAttributes(
         NSAttributedString& self, NSString* string, NSDictionary* attributes)
     {
-        constexpr const char* kName = "initWithString:attributes:";
-        attributes::require(self, kName, string, NSString::cls());
+        constexpr const char* kOperation = "initWithString:attributes:";
+        attributes::require(self, kOperation, string, NSString::cls());
         if (attributes)
-            attributes::require(self, kName, attributes, NSDictionary::cls());
+            attributes::require(self, kOperation, attributes, NSDictionary::cls());
         if (!super<NSAttributedString, "init", Ref<NSObject>>(self))
             return nullptr;
         self.text_ = cast<NSString>(string->copy());
@@ -154,9 +154,9 @@ template <> struct NSAttributedString::Methods<struct Reading> {
     static Ref<NSDictionary> longestAttributes(
         NSAttributedString& self, NSUInteger index, NSRange* range, NSRange limit)
     {
-        constexpr const char* kName = "attributesAtIndex:longestEffectiveRange:inRange:";
-        attributes::requireRange(self, kName, limit);
-        attributes::requireIndex(self, kName, index);
+        constexpr const char* kOperation = "attributesAtIndex:longestEffectiveRange:inRange:";
+        attributes::requireRange(self, kOperation, limit);
+        attributes::requireIndex(self, kOperation, index);
         if (range)
             *range = longest(index, limit, [&self](NSUInteger at, NSRange& found) -> Ref<NSObject> {
                 return self.attributesAtIndex_effectiveRange(at, &found);
@@ -171,9 +171,9 @@ template <> struct NSAttributedString::Methods<struct Reading> {
     static Ref<NSObject> longestAttribute(
         NSAttributedString& self, NSString* name, NSUInteger index, NSRange* range, NSRange limit)
     {
-        constexpr const char* kName = "attribute:atIndex:longestEffectiveRange:inRange:";
-        attributes::requireRange(self, kName, limit);
-        attributes::requireIndex(self, kName, index);
+        constexpr const char* kOperation = "attribute:atIndex:longestEffectiveRange:inRange:";
+        attributes::requireRange(self, kOperation, limit);
+        attributes::requireIndex(self, kOperation, index);
         if (range)
             *range = longest(index, limit, [&](NSUInteger at, NSRange& found) {
                 return self.attribute_atIndex_effectiveRange(name, at, &found);

@@ -77,9 +77,9 @@ template <> struct NSMutableAttributedString::Methods<struct Editing> {
 
     static void replaceString(NSMutableAttributedString& self, NSRange range, NSString* text)
     {
-        constexpr const char* kName = "replaceCharactersInRange:withString:";
-        attributes::require(self, kName, text, NSString::cls());
-        attributes::requireRange(self, kName, range);
+        constexpr const char* kOperation = "replaceCharactersInRange:withString:";
+        attributes::require(self, kOperation, text, NSString::cls());
+        attributes::requireRange(self, kOperation, range);
         const NSUInteger length = text->length();
         ownText(self).replaceCharactersInRange_withString(range, text);
         attributes::resize(Gate::runs(self), range, length);
@@ -87,10 +87,10 @@ template <> struct NSMutableAttributedString::Methods<struct Editing> {
     static void setAttributes(
         NSMutableAttributedString& self, NSDictionary* attributes, NSRange range)
     {
-        constexpr const char* kName = "setAttributes:range:";
+        constexpr const char* kOperation = "setAttributes:range:";
         if (attributes)
-            attributes::require(self, kName, attributes, NSDictionary::cls());
-        attributes::requireRange(self, kName, range);
+            attributes::require(self, kOperation, attributes, NSDictionary::cls());
+        attributes::requireRange(self, kOperation, range);
         const Ref<NSDictionary> copy
             = attributes ? cast<NSDictionary>(attributes->copy()) : make<NSDictionary>();
         attributes::assign(Gate::runs(self), range, copy.get());
@@ -121,26 +121,26 @@ template <> struct NSMutableAttributedString::Methods<struct Editing> {
     static void addAttribute(
         NSMutableAttributedString& self, NSString* name, NSObject* value, NSRange range)
     {
-        constexpr const char* kName = "addAttribute:value:range:";
-        attributes::require(self, kName, name, NSString::cls());
-        attributes::require(self, kName, value, NSObject::cls());
-        attributes::requireRange(self, kName, range);
+        constexpr const char* kOperation = "addAttribute:value:range:";
+        attributes::require(self, kOperation, name, NSString::cls());
+        attributes::require(self, kOperation, value, NSObject::cls());
+        attributes::requireRange(self, kOperation, range);
         changeAttributes(self, range,
             [&](NSMutableDictionary& attributes) { attributes.setObject_forKey(value, name); });
     }
     static void addAttributes(NSMutableAttributedString& self, NSDictionary* added, NSRange range)
     {
-        constexpr const char* kName = "addAttributes:range:";
-        attributes::require(self, kName, added, NSDictionary::cls());
-        attributes::requireRange(self, kName, range);
+        constexpr const char* kOperation = "addAttributes:range:";
+        attributes::require(self, kOperation, added, NSDictionary::cls());
+        attributes::requireRange(self, kOperation, range);
         changeAttributes(self, range,
             [&](NSMutableDictionary& attributes) { attributes.addEntriesFromDictionary(added); });
     }
     static void removeAttribute(NSMutableAttributedString& self, NSString* name, NSRange range)
     {
-        constexpr const char* kName = "removeAttribute:range:";
-        attributes::require(self, kName, name, NSString::cls());
-        attributes::requireRange(self, kName, range);
+        constexpr const char* kOperation = "removeAttribute:range:";
+        attributes::require(self, kOperation, name, NSString::cls());
+        attributes::requireRange(self, kOperation, range);
         changeAttributes(self, range,
             [&](NSMutableDictionary& attributes) { attributes.removeObjectForKey(name); });
     }
@@ -148,9 +148,9 @@ template <> struct NSMutableAttributedString::Methods<struct Editing> {
     static void replaceAttributed(
         NSMutableAttributedString& self, NSRange range, NSAttributedString* text)
     {
-        constexpr const char* kName = "replaceCharactersInRange:withAttributedString:";
-        attributes::require(self, kName, text, NSAttributedString::cls());
-        attributes::requireRange(self, kName, range);
+        constexpr const char* kOperation = "replaceCharactersInRange:withAttributedString:";
+        attributes::require(self, kOperation, text, NSAttributedString::cls());
+        attributes::requireRange(self, kOperation, range);
         // The text may be the receiver itself.
         const Ref<NSAttributedString> source = cast<NSAttributedString>(text->copy());
         const NSUInteger length = source->length();

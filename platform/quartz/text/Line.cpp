@@ -28,7 +28,8 @@ namespace {
     }
 
     struct AdvanceSink final : ShapingSink {
-        void addPiece(std::size_t, std::int64_t advance, std::span<const ShapedGlyph>) override
+        void addPiece(
+            std::size_t, std::size_t, std::int64_t advance, std::span<const ShapedGlyph>) override
         {
             total += advance;
         }
@@ -44,7 +45,7 @@ namespace {
             std::size_t glyphCount = 0;
         };
 
-        void addPiece(std::size_t start, std::int64_t advance,
+        void addPiece(std::size_t start, std::size_t, std::int64_t advance,
             std::span<const ShapedGlyph> pieceGlyphs) override
         {
             total += advance;
@@ -128,6 +129,44 @@ private:
 
     Line line_;
 };
+
+Line Line::partFor(NSRange range) const
+{
+    Line part;
+    part.text_ = text_;
+    part.metrics_ = metrics_;
+    for (const LineRun& run : runs_) {
+        LineRun kept = run;
+        kept.firstGlyph = part.glyphs_.size();
+        for (const LineGlyph& glyph : glyphs(run)) {
+            if (NSLocationInRange(glyph.cluster, range))
+                part.glyphs_.push_back(glyph);
+        }
+        kept.glyphCount = part.glyphs_.size() - kept.firstGlyph;
+        if (kept.glyphCount)
+            part.runs_.push_back(kept);
+    }
+    return part;
+}
+
+void Line::addRoom(std::span<const double> room)
+{
+    double shift = 0;
+    for (LineRun& run : runs_) {
+        const double before = shift;
+        run.x += shift;
+        for (std::size_t i = 0; i < run.glyphCount; ++i) {
+            LineGlyph& glyph = glyphs_[run.firstGlyph + i];
+            glyph.x += shift;
+            const bool isLast = i + 1 == run.glyphCount || (&glyph)[1].cluster != glyph.cluster;
+            const double added = isLast && glyph.cluster < room.size() ? room[glyph.cluster] : 0;
+            glyph.advance += added;
+            shift += added;
+        }
+        run.width += shift - before;
+    }
+    metrics_.width += shift;
+}
 
 Line shapeLine(std::u16string_view text, std::span<const FontRun> fonts, BaseDirection direction)
 {

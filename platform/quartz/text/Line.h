@@ -50,6 +50,12 @@ struct LineMetrics {
     double leading = 0;
 };
 
+/// A stretch of a line from left to right, in points.
+struct LineSpan {
+    double x = 0;
+    double width = 0;
+};
+
 /// One line of shaped text: glyphs from left to right, ready to draw at any scale.
 class Line {
 public:
@@ -78,6 +84,16 @@ public:
     /// Answers the index whose caret is nearest to a place; never inside a character.
     /// - x: points from the left; places outside the line answer its ends.
     std::size_t indexAt(double x) const;
+
+    /// Answers the stretches that a range of the text covers, leftmost first; several where directions mix.
+    std::vector<LineSpan> spansOf(NSRange range) const;
+
+    /// Answers the same line with only those glyphs that stand for a range of the text, at their places.
+    Line partFor(NSRange range) const;
+
+    /// Adds room behind characters and moves what follows.
+    /// - room: points for each unit of the text; looked at where a glyph's cluster begins.
+    void addRoom(std::span<const double> room);
 
 private:
     friend class LineBuilder;

@@ -113,4 +113,26 @@ std::size_t Line::indexAt(double x) const
     return answer;
 }
 
+std::vector<LineSpan> Line::spansOf(NSRange range) const
+{
+    std::vector<LineSpan> spans;
+    for (const Cell& cell : cellsOf(*this)) {
+        if (cell.end > range.location && cell.start < NSMaxRange(range))
+            spans.push_back({ cell.left, cell.width });
+    }
+    std::ranges::sort(spans, {}, &LineSpan::x);
+    constexpr double kTouching = 0.001;
+    std::size_t last = 0;
+    for (std::size_t i = 1; i < spans.size(); ++i) {
+        if (spans[i].x <= spans[last].x + spans[last].width + kTouching)
+            spans[last].width
+                = std::max(spans[last].width, spans[i].x + spans[i].width - spans[last].x);
+        else
+            spans[++last] = spans[i];
+    }
+    if (!spans.empty())
+        spans.resize(last + 1);
+    return spans;
+}
+
 }

@@ -16,6 +16,7 @@ namespace {
     constexpr std::size_t kBatchUnits = 512;
     constexpr std::size_t kWindowUnits = 4096;
     constexpr std::size_t kKeptGlyphs = 8192;
+    constexpr std::size_t kLongestSegment = 4096;
 
     struct Segment {
         std::size_t start = 0;
@@ -28,14 +29,36 @@ namespace {
         std::uint64_t hash = 0;
     };
 
-    /// The spaces and the word that begin at `start`.
+    /// Answers a place at or a little before an index where a character begins.
+    std::size_t cutBefore(std::u16string_view text, std::size_t index, std::size_t start)
+    {
+        constexpr std::size_t kSteps = 64;
+        const auto continues = [](char16_t unit) {
+            const bool half = unit >= 0xDC00 && unit < 0xE000;
+            const bool joins = unit == 0x200D || (unit >= 0xFE00 && unit <= 0xFE0F);
+            return half || joins
+                || hb_unicode_combining_class(hb_unicode_funcs_get_default(), unit)
+                != HB_UNICODE_COMBINING_CLASS_NOT_REORDERED;
+        };
+        for (std::size_t at = index; at > start && index - at < kSteps; --at) {
+            if (!continues(text[at]) && text[at - 1] != 0x200D)
+                return at;
+        }
+        return index;
+    }
+
+    /// The spaces and the word that begin at `start`. What is longer than any word is cut.
     Segment segmentAt(std::u16string_view text, std::size_t start)
     {
         std::size_t end = start;
         while (end < text.size() && text[end] == kSpace)
             ++end;
-        while (end < text.size() && text[end] != kSpace)
+        const std::size_t wordStart = end;
+        const std::size_t limit = end + std::min(kLongestSegment, text.size() - end);
+        while (end < limit && text[end] != kSpace)
             ++end;
+        if (end == limit && end < text.size())
+            end = cutBefore(text, end, wordStart);
         return { start, end };
     }
 
@@ -182,7 +205,7 @@ namespace {
             advance += glyph.advance;
         }
         cache.insert(keyFor(word.segment), word.hash, advance, glyphs);
-        sink.addPiece(word.segment.start, advance, glyphs);
+        sink.addPiece(word.segment.start, word.segment.end, advance, glyphs);
     }
 
     void WordShaper::shapeAlone(const NewWord& word, ShapingSink& sink)
@@ -252,7 +275,7 @@ namespace {
             }
             if (word) {
                 ++hits;
-                sink.addPiece(segment.start, word->advance, word->glyphs);
+                sink.addPiece(segment.start, segment.end, word->advance, word->glyphs);
                 continue;
             }
             ++misses;
@@ -268,13 +291,17 @@ namespace {
 
 void shapeStretch(std::u16string_view text, const ShapingStyle& style, ShapingSink& sink)
 {
+    // A long text lets other threads in between.
+    for (std::size_t at = 0; at < text.size();)
+        at = shapeWords(text, at, at + std::min(kWindowUnits, text.size() - at), style, sink);
+}
+
+std::size_t shapeWords(std::u16string_view text, std::size_t start, std::size_t end,
+    const ShapingStyle& style, ShapingSink& sink)
+{
     WordShaper& shaper = WordShaper::shared();
-    for (std::size_t at = 0; at < text.size();) {
-        // A long text lets other threads in between.
-        const std::lock_guard lock(shaper.mutex);
-        const std::size_t end = at + std::min(kWindowUnits, text.size() - at);
-        at = shaper.shape(text, { at, end }, style, sink);
-    }
+    const std::lock_guard lock(shaper.mutex);
+    return shaper.shape(text, { start, end }, style, sink);
 }
 
 WordCacheState wordCacheState()

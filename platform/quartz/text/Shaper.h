@@ -30,11 +30,11 @@ struct ShapingStyle {
 /// Takes the pieces of a shaped stretch, in the text's order.
 class ShapingSink {
 public:
-    /// - start: units from the start of the stretch.
+    /// - start, end: units from the start of the stretch.
     /// - advance: the piece's width in the face's units.
     /// - glyphs: in visual order, lent for this call.
-    virtual void addPiece(
-        std::size_t start, std::int64_t advance, std::span<const ShapedGlyph> glyphs)
+    virtual void addPiece(std::size_t start, std::size_t end, std::int64_t advance,
+        std::span<const ShapedGlyph> glyphs)
         = 0;
 
 protected:
@@ -47,6 +47,11 @@ protected:
 /// a space, so it does not depend on what was seen before.
 /// Thread: any.
 void shapeStretch(std::u16string_view text, const ShapingStyle& style, ShapingSink& sink);
+
+/// Shapes the words that begin in a window of such a stretch, as shaping the whole would.
+/// - Returns: where the next word begins, at or behind `end`.
+std::size_t shapeWords(std::u16string_view text, std::size_t start, std::size_t end,
+    const ShapingStyle& style, ShapingSink& sink);
 
 /// How much the memory of words holds and has answered, for tests and measurements.
 struct WordCacheState {

@@ -97,16 +97,38 @@ namespace {
         return text.size() <= static_cast<std::size_t>(std::numeric_limits<std::int32_t>::max());
     }
 
+    UBreakIterator* open(UBreakIteratorType kind)
+    {
+        UErrorCode status = U_ZERO_ERROR;
+        UBreakIterator* const iterator
+            = icu().loaded ? icu().openIterator(kind, "", nullptr, 0, &status) : nullptr;
+        return U_SUCCESS(status) ? iterator : nullptr;
+    }
+
     UBreakIterator* characterIterator()
     {
-        thread_local Owned<UBreakIterator> iterator;
-        if (!iterator && icu().loaded) {
-            UErrorCode status = U_ZERO_ERROR;
-            iterator.reset(icu().openIterator(UBRK_CHARACTER, "", nullptr, 0, &status));
-            if (U_FAILURE(status))
-                iterator.reset();
-        }
+        thread_local const Owned<UBreakIterator> iterator(open(UBRK_CHARACTER));
         return iterator.get();
+    }
+
+    UBreakIterator* lineIterator()
+    {
+        thread_local const Owned<UBreakIterator> iterator(open(UBRK_LINE));
+        return iterator.get();
+    }
+
+    bool addBoundaries(
+        UBreakIterator* iterator, std::u16string_view text, std::vector<std::size_t>& boundaries)
+    {
+        UErrorCode status = U_ZERO_ERROR;
+        icu().setText(iterator, text.data(), static_cast<std::int32_t>(text.size()), &status);
+        if (U_FAILURE(status))
+            return false;
+        for (std::int32_t at = icu().first(iterator); at != UBRK_DONE; at = icu().next(iterator))
+            boundaries.push_back(static_cast<std::size_t>(at));
+        // The iterator must not go on pointing at text that its owner may free.
+        icu().setText(iterator, u"", 0, &status);
+        return true;
     }
 
     std::vector<std::size_t> unitBoundaries(std::u16string_view text)
@@ -169,17 +191,17 @@ std::vector<std::size_t> visualOrder(const std::vector<Level>& levels)
 std::vector<std::size_t> characterBoundaries(std::u16string_view text)
 {
     UBreakIterator* iterator = isPlainLatin(text) || !fitsIcu(text) ? nullptr : characterIterator();
-    if (!iterator)
-        return unitBoundaries(text);
-    UErrorCode status = U_ZERO_ERROR;
-    icu().setText(iterator, text.data(), static_cast<std::int32_t>(text.size()), &status);
-    if (U_FAILURE(status))
-        return unitBoundaries(text);
     std::vector<std::size_t> boundaries;
-    for (std::int32_t at = icu().first(iterator); at != UBRK_DONE; at = icu().next(iterator))
-        boundaries.push_back(static_cast<std::size_t>(at));
-    // The iterator must not go on pointing at text that its owner may free.
-    icu().setText(iterator, u"", 0, &status);
+    return iterator && addBoundaries(iterator, text, boundaries) ? boundaries
+                                                                 : unitBoundaries(text);
+}
+
+std::vector<std::size_t> lineBoundaries(std::u16string_view text)
+{
+    UBreakIterator* iterator = fitsIcu(text) ? lineIterator() : nullptr;
+    std::vector<std::size_t> boundaries;
+    if (!iterator || !addBoundaries(iterator, text, boundaries))
+        boundaries = { 0, text.size() };
     return boundaries;
 }
 

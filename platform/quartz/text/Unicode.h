@@ -42,6 +42,9 @@ std::vector<std::size_t> visualOrder(const std::vector<Level>& levels);
 /// Answers where characters, as a reader counts them, begin; the length of the text comes last.
 std::vector<std::size_t> characterBoundaries(std::u16string_view text);
 
+/// Answers where lines may begin, by the rules of Unicode; the length of the text comes last.
+std::vector<std::size_t> lineBoundaries(std::u16string_view text);
+
 /// Reads the code point at an index and moves the index past it. Half a pair answers itself.
 inline char32_t nextCodePoint(std::u16string_view text, std::size_t& index)
 {

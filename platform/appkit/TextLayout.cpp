@@ -1,0 +1,482 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "TextLayoutPrivate.h"
+
+#include <algorithm>
+#include <cmath>
+#include <limits>
+
+namespace brindle::layouts {
+
+namespace {
+
+    constexpr NSUInteger kWindow = 4096; // units of the text that are read at a time
+    constexpr double kSlack = 0.001;
+
+    // Beyond this a position could not tell lines apart: text stands at its leading edge as if nobody had asked.
+    constexpr double kWidestAligned = 1e12;
+
+    double boundedOrNone(double length)
+    {
+        return length > 0 ? length : std::numeric_limits<double>::max();
+    }
+
+    bool endsLine(char16_t unit)
+    {
+        return unit == u'\n' || unit == u'\r' || unit == 0x2028 || unit == 0x2029 || unit == 0x85;
+    }
+
+    /// Memory that layouts use one after the other.
+    struct Scratch {
+        std::u16string units;
+        std::vector<text::StyledRun> runs;
+    };
+    thread_local Scratch scratch;
+
+}
+
+Layout::~Layout()
+{
+    if (buffer_.capacity() > scratch.units.capacity() && buffer_.capacity() <= 4 * kWindow)
+        scratch.units.swap(buffer_);
+    if (runs_.capacity() > scratch.runs.capacity() && runs_.capacity() <= kWindow / 16)
+        scratch.runs.swap(runs_);
+}
+
+void Layout::setText(NSAttributedString* text)
+{
+    text_ = text;
+    invalidate();
+}
+
+void Layout::setContainers(std::vector<Container> containers)
+{
+    containers_ = std::move(containers);
+    for (Container& container : containers_) {
+        container.width = boundedOrNone(container.width);
+        container.height = boundedOrNone(container.height);
+    }
+    invalidate();
+}
+
+void Layout::invalidate()
+{
+    fragments_.clear();
+    clear();
+    at_ = 0;
+    container_ = 0;
+    y_ = 0;
+    linesInContainer_ = 0;
+    isContinuing_ = false;
+}
+
+/// Forgets what depends on the text as it was.
+void Layout::clear()
+{
+    glyphs_.clear();
+    string_ = nullptr;
+    length_ = 0;
+    buffer_.clear();
+    isComplete_ = false;
+    hasExtraLine_ = false;
+    if (!text_)
+        return;
+    string_ = text_->string();
+    length_ = string_ ? string_->length() : 0;
+}
+
+void Layout::noteEdit(NSRange range, NSInteger delta)
+{
+    const NSUInteger oldEnd = NSMaxRange(range) - static_cast<NSUInteger>(delta);
+    const bool canKeep = containers_.size() == 1 && containers_[0].height >= kWidestAligned
+        && !containers_[0].lineLimit && !fragments_.empty() && range.location <= at_;
+    if (!canKeep)
+        return invalidate();
+    clear();
+    // From the paragraph of the letter before the edit: a line break may have been torn apart or joined.
+    std::size_t first = fragmentAt(range.location > 0 ? range.location - 1 : 0);
+    while (first > 0 && fragments_[first - 1].wrapped)
+        --first;
+    std::size_t rest = first;
+    while (rest < fragments_.size()
+        && (fragments_[rest].range.location <= oldEnd || fragments_[rest - 1].wrapped))
+        ++rest;
+    std::vector<Fragment> kept(
+        fragments_.begin() + static_cast<std::ptrdiff_t>(rest), fragments_.end());
+    const NSUInteger oldAt = at_;
+    const double oldY = kept.empty() ? 0 : NSMinY(kept.front().rect);
+    at_ = fragments_[first].range.location;
+    y_ = NSMinY(fragments_[first].rect);
+    container_ = 0;
+    isContinuing_ = false;
+    fragments_.resize(first);
+    if (kept.empty())
+        return;
+    const NSUInteger next = kept.front().range.location + static_cast<NSUInteger>(delta);
+    while (at_ < next && layOutNext()) { }
+    if (at_ != next)
+        return; // the lines behind will be laid out when somebody asks
+    const double moved = y_ - oldY;
+    for (Fragment& fragment : kept) {
+        fragment.range.location += static_cast<NSUInteger>(delta);
+        fragment.rect.origin.y += moved;
+        fragment.used.origin.y += moved;
+        fragments_.push_back(fragment);
+    }
+    at_ = oldAt + static_cast<NSUInteger>(delta);
+    y_ = NSMaxY(fragments_.back().rect);
+}
+
+// ---- the text
+
+void Layout::load(NSUInteger start, NSUInteger count)
+{
+    if (buffer_.capacity() == 0)
+        buffer_.swap(scratch.units);
+    count = std::min(count, length_ - start);
+    buffer_.resize(count);
+    bufferStart_ = start;
+    string_->getCharacters_range(buffer_.data(), NSMakeRange(start, count));
+}
+
+std::u16string_view Layout::units(NSUInteger start, NSUInteger length) const
+{
+    return std::u16string_view(buffer_).substr(start - bufferStart_, length);
+}
+
+Layout::Paragraph Layout::paragraphAt(NSUInteger start)
+{
+    NSUInteger window = kWindow;
+    const bool isInside = start >= bufferStart_ && start < bufferStart_ + buffer_.size();
+    if (!isInside)
+        load(start, window);
+    NSUInteger at = start;
+    for (;;) {
+        const NSUInteger end = bufferStart_ + buffer_.size();
+        while (at < end && !endsLine(buffer_[at - bufferStart_]))
+            ++at;
+        // A carriage return at the very end of the window may have its line feed behind it.
+        if (at + 1 < end || (end == length_ && bufferStart_ <= start))
+            break;
+        window *= 2;
+        load(start, window);
+        at = std::min(at, bufferStart_ + buffer_.size());
+    }
+    NSUInteger length = at - start;
+    const NSUInteger content = length;
+    if (at < length_) {
+        const bool isPair = buffer_[at - bufferStart_] == u'\r' && at + 1 < length_
+            && buffer_[at + 1 - bufferStart_] == u'\n';
+        length += isPair ? 2 : 1;
+    }
+    return { start, content, length };
+}
+
+// ---- lines
+
+/// Places the lines of one paragraph.
+class Layout::Lines final : public text::LineTaker {
+public:
+    Lines(
+        Layout& layout, const NSParagraphStyle& style, const Paragraph& paragraph, bool rightToLeft)
+        : layout_(layout)
+        , style_(style)
+        , paragraph_(paragraph)
+        , rightToLeft_(rightToLeft)
+        , isContinuing_(layout.isContinuing_)
+    {
+    }
+
+    double headIndent(std::size_t number) const
+    {
+        return number == 0 && !isContinuing_ ? style_.firstLineHeadIndent() : style_.headIndent();
+    }
+
+    double roomForLine(std::size_t number) override
+    {
+        const double tail = style_.tailIndent();
+        const double whole = inner();
+        indent_ = headIndent(number);
+        const double end = tail > 0 ? std::min(tail, whole) : whole + tail;
+        room_ = end - indent_;
+        trailing_ = whole - end;
+        return room_;
+    }
+
+    bool addLine(const text::LineBox& line) override
+    {
+        const NSUInteger start = paragraph_.start + line.range.location;
+        Fragment fragment;
+        fragment.wrapped = line.wrapped;
+        const NSUInteger lineBreak = paragraph_.length - paragraph_.contentLength;
+        fragment.range = NSMakeRange(start, line.range.length + (line.wrapped ? 0 : lineBreak));
+        fragment.container = static_cast<std::uint32_t>(layout_.container_);
+        fragment.rightToLeft = rightToLeft_;
+        fragment.indent = indent_;
+        fragment.room = room_;
+        const double top = start == paragraph_.start && start > 0 && !isContinuing_
+            ? style_.paragraphSpacingBefore()
+            : 0;
+        const double height = heightOf(line);
+        const Container& container = layout_.containers_[layout_.container_];
+        const bool isOver = layout_.y_ + top + height > container.height + kSlack
+            || (container.lineLimit && layout_.linesInContainer_ >= container.lineLimit);
+        if (isOver) {
+            layout_.at_ = start;
+            layout_.isContinuing_ = isContinuing_ || start > paragraph_.start;
+            return false;
+        }
+        place(fragment, line, top, height);
+        return true;
+    }
+
+private:
+    double inner() const
+    {
+        const Container& container = layout_.containers_[layout_.container_];
+        return container.width - 2 * container.padding;
+    }
+
+    double heightOf(const text::LineBox& line)
+    {
+        const double natural
+            = line.ascent + line.descent + (layout_.usesFontLeading ? line.leading : 0);
+        double height = natural;
+        if (const double multiple = style_.lineHeightMultiple(); multiple > 0)
+            height *= multiple;
+        height = std::max(height, style_.minimumLineHeight());
+        if (const double most = style_.maximumLineHeight(); most > 0)
+            height = std::min(height, most);
+        baseline_ = line.ascent + height - natural; // what is added stands above the letters
+        return height;
+    }
+
+    /// Where text of a width stands in its room.
+    double alignedX(double width) const
+    {
+        const double free = room_ - width;
+        const bool isBounded = inner() < kWidestAligned;
+        double share = 0;
+        switch (style_.alignment()) {
+        case NSTextAlignmentRight:
+            share = 1;
+            break;
+        case NSTextAlignmentCenter:
+            share = 0.5;
+            break;
+        case NSTextAlignmentNatural:
+        case NSTextAlignmentJustified:
+            share = rightToLeft_ ? 1 : 0;
+            break;
+        case NSTextAlignmentLeft:
+            break;
+        }
+        const double left = rightToLeft_ && isBounded ? trailing_ : indent_;
+        return left + (isBounded ? std::max(free, 0.0) * share : 0);
+    }
+
+    void place(Fragment& fragment, const text::LineBox& line, double top, double height)
+    {
+        const Container& container = layout_.containers_[layout_.container_];
+        const NSLineBreakMode mode = style_.lineBreakMode();
+        double width = line.width;
+        if (mode >= NSLineBreakByClipping && width > room_ + kSlack) {
+            fragment.cut = mode;
+            width = std::max(room_, 0.0);
+        }
+        fragment.justified = style_.alignment() == NSTextAlignmentJustified && line.wrapped
+            && inner() < kWidestAligned;
+        if (fragment.justified)
+            width = std::max(room_, width);
+        const double x = alignedX(width);
+        const bool isEnd = NSMaxRange(fragment.range) >= layout_.length_;
+        const double bottom = line.wrapped ? style_.lineSpacing()
+            : isEnd                        ? 0
+                                           : style_.paragraphSpacing();
+        fragment.textX = container.padding + x;
+        fragment.baseline = top + baseline_;
+        fragment.rect = NSMakeRect(0, layout_.y_, container.width, top + height + bottom);
+        fragment.used = NSMakeRect(x, layout_.y_ + top, width + 2 * container.padding, height);
+        layout_.fragments_.push_back(fragment);
+        layout_.y_ += fragment.rect.size.height;
+        layout_.at_ = NSMaxRange(fragment.range);
+        ++layout_.linesInContainer_;
+    }
+
+    Layout& layout_;
+    const NSParagraphStyle& style_;
+    Paragraph paragraph_;
+    bool rightToLeft_;
+    bool isContinuing_;
+    double indent_ = 0;
+    double room_ = 0;
+    double trailing_ = 0; // the room that stays empty at the other end
+    double baseline_ = 0;
+};
+
+namespace {
+
+    text::Wrapping wrappingOf(NSLineBreakMode mode)
+    {
+        return mode == NSLineBreakByWordWrapping ? text::Wrapping::words
+            : mode == NSLineBreakByCharWrapping  ? text::Wrapping::characters
+                                                 : text::Wrapping::none;
+    }
+
+}
+
+/// Lays out a paragraph, or what is left of one; false when there is nothing to do.
+bool Layout::layOutNext()
+{
+    if (isFull() || at_ >= length_)
+        return false;
+    const Paragraph paragraph = paragraphAt(at_);
+    if (runs_.capacity() == 0)
+        runs_.swap(scratch.runs);
+    readRuns(*text_, NSMakeRange(paragraph.start, paragraph.contentLength), runs_);
+    const Ref<NSDictionary> attributes = text_->attributesAtIndex_effectiveRange(at_, nullptr);
+    const Ref<NSParagraphStyle> style = paragraphStyleIn(attributes.get());
+    const std::u16string_view content = units(paragraph.start, paragraph.contentLength);
+    const bool rightToLeft = text::isRightToLeft(content, directionOf(*style));
+
+    text::ParagraphRules rules;
+    rules.wrapping = wrappingOf(style->lineBreakMode());
+    rules.direction
+        = rightToLeft ? text::BaseDirection::rightToLeft : text::BaseDirection::leftToRight;
+    std::vector<text::TabStop> tabs;
+    if (content.find(u'\t') != content.npos)
+        tabs = tabsOf(*style);
+    rules.tabs = tabs;
+    rules.tabInterval = style->defaultTabInterval();
+    Lines lines(*this, *style, paragraph, rightToLeft);
+    rules.firstIndent = lines.headIndent(0);
+    rules.indent = style->headIndent();
+    if (text::breakParagraph(content, runs_, rules, lines)) {
+        isContinuing_ = false;
+        return true;
+    }
+    // The container is full: the rest goes into the next one.
+    ++container_;
+    y_ = 0;
+    linesInContainer_ = 0;
+    return !isFull();
+}
+
+void Layout::ensureIndex(NSUInteger index)
+{
+    while (at_ <= index && layOutNext()) { }
+    if (at_ >= length_ || isFull())
+        finish();
+}
+
+void Layout::ensureAll() { ensureIndex(std::numeric_limits<NSUInteger>::max()); }
+
+void Layout::ensurePoint(std::size_t container, double y)
+{
+    while ((container_ < container || (container_ == container && y_ <= y)) && layOutNext()) { }
+    if (at_ >= length_ || isFull())
+        finish();
+}
+
+/// Adds what stands behind the last line.
+void Layout::finish()
+{
+    if (isComplete_)
+        return;
+    isComplete_ = true;
+    if (isFull()) {
+        truncateLast();
+        return;
+    }
+    if (!text_ || (length_ > 0 && !endsLine(string_->characterAtIndex(length_ - 1))))
+        return;
+    std::vector<text::StyledRun> runs;
+    readRuns(*text_, NSMakeRange(length_, 0), runs);
+    const double height = lineHeight(runs.front().font, usesFontLeading);
+    const Container& container = containers_[container_];
+    if (y_ + height > container.height + kSlack
+        || (container.lineLimit && linesInContainer_ >= container.lineLimit))
+        return;
+    hasExtraLine_ = true;
+    extraLine_ = {};
+    extraLine_.range = NSMakeRange(length_, 0);
+    extraLine_.container = static_cast<std::uint32_t>(container_);
+    extraLine_.rect = NSMakeRect(0, y_, container.width, height);
+    extraLine_.used = NSMakeRect(0, y_, 2 * container.padding, height);
+    extraLine_.textX = container.padding;
+    extraLine_.baseline = std::round(runs.front().font.ascender());
+}
+
+/// Lets an ellipsis stand for all text that found no place.
+void Layout::truncateLast()
+{
+    if (!lastLineTruncates_ || fragments_.empty() || at_ >= length_)
+        return;
+    Fragment& last = fragments_.back();
+    if (!last.wrapped)
+        return; // a whole paragraph ends there
+    const Paragraph rest = paragraphAt(at_);
+    last.cut = NSLineBreakByTruncatingTail;
+    last.range.length = rest.start + rest.contentLength - last.range.location;
+    last.wrapped = false;
+    last.justified = false;
+    last.used.size.width = last.room + 2 * containers_[last.container].padding;
+    at_ = NSMaxRange(last.range);
+}
+
+// ---- finding lines
+
+std::size_t Layout::fragmentAt(NSUInteger index) const
+{
+    if (fragments_.empty())
+        return 0;
+    const auto after = std::ranges::upper_bound(
+        fragments_, index, {}, [](const Fragment& fragment) { return fragment.range.location; });
+    return after == fragments_.begin() ? 0
+                                       : static_cast<std::size_t>(after - fragments_.begin()) - 1;
+}
+
+std::pair<std::size_t, std::size_t> Layout::fragmentsIn(std::size_t container) const
+{
+    const auto number = static_cast<std::uint32_t>(container);
+    const auto first = std::ranges::lower_bound(fragments_, number, {}, &Fragment::container);
+    const auto end = std::ranges::upper_bound(fragments_, number, {}, &Fragment::container);
+    return { static_cast<std::size_t>(first - fragments_.begin()),
+        static_cast<std::size_t>(end - fragments_.begin()) };
+}
+
+std::size_t Layout::fragmentNear(std::size_t container, double y) const
+{
+    const auto [first, end] = fragmentsIn(container);
+    if (first == end)
+        return fragments_.size();
+    const auto begin = fragments_.begin();
+    const auto found = std::partition_point(begin + static_cast<std::ptrdiff_t>(first),
+        begin + static_cast<std::ptrdiff_t>(end),
+        [y](const Fragment& fragment) { return NSMaxY(fragment.rect) <= y; });
+    return std::min(static_cast<std::size_t>(found - begin), end - 1);
+}
+
+NSRect Layout::usedRect(std::size_t container) const
+{
+    const auto [first, end] = fragmentsIn(container);
+    double left = std::numeric_limits<double>::infinity();
+    double right = 0;
+    double top = 0;
+    double bottom = 0;
+    const auto include = [&](const NSRect& used, bool isFirst) {
+        left = std::min(left, used.origin.x);
+        right = std::max(right, NSMaxX(used));
+        top = isFirst ? used.origin.y : std::min(top, used.origin.y);
+        bottom = isFirst ? NSMaxY(used) : std::max(bottom, NSMaxY(used));
+    };
+    for (std::size_t i = first; i < end; ++i)
+        include(fragments_[i].used, i == first);
+    const bool hasExtra = hasExtraLine_ && extraLine_.container == container;
+    if (hasExtra)
+        include(extraLine_.used, first == end);
+    if (first == end && !hasExtra)
+        return NSZeroRect;
+    return NSMakeRect(left, top, right - left, bottom - top);
+}
+
+}
