@@ -49,6 +49,7 @@ namespace {
         addUniqueObjects(plan);
         addPaths(plan);
         addText(plan);
+        addTextMeasures(plan);
         addIntervals(plan);
         addColours(plan);
         addRaster(plan);

@@ -22,6 +22,7 @@ void addTimeouts(Plan& plan);
 void addArchives(Plan& plan);
 void addEscapes(Plan& plan);
 void addText(Plan& plan);
+void addTextMeasures(Plan& plan);
 void addIntervals(Plan& plan);
 void addColours(Plan& plan);
 void addRaster(Plan& plan);
