@@ -59,6 +59,7 @@ struct Color {
     double green = 0;
     double blue = 0;
     double alpha = 1;
+    friend bool operator==(const Color&, const Color&) = default;
 };
 
 /// Answers the pixel that shows a colour; parts outside 0 to 1 are clamped.

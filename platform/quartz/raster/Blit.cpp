@@ -2,6 +2,7 @@
 #include "Blit.h"
 
 #include "Spans.h"
+#include "WideSpans.h"
 
 #include <algorithm>
 #include <cstring>
@@ -33,25 +34,14 @@ namespace {
             row[i] = scaled(source[i], alpha);
     }
 
-    /// Lays a colour over a row where a mask lets it through. Most of a letter's mask is blank, and
-    /// much of the rest is full: four bytes at a time tell both.
+    /// Lays a colour over a row where a mask lets it through.
     void maskRow(Pixel* row, const std::uint8_t* coverage, int count, Pixel color)
     {
-        const Pixels4 four = fourOf(color);
-        const bool isOpaque = alphaOf(color) == 255;
-        int i = 0;
+        int i = maskWide(row, coverage, count, color);
         for (; i + 4 <= count; i += 4) {
-            std::uint32_t parts = 0;
-            std::memcpy(&parts, coverage + i, sizeof parts);
-            if (parts == 0)
-                continue;
-            if (parts == 0xFFFFFFFF && isOpaque) {
-                storePixels(row + i, four);
-                continue;
-            }
             const Pixels4 factors { coverage[i], coverage[i + 1], coverage[i + 2],
                 coverage[i + 3] };
-            const Pixels4 source = scaled(four, factorsFrom(factors));
+            const Pixels4 source = scaled(fourOf(color), factorsFrom(factors));
             storePixels(row + i, over(source, loadPixels(row + i)));
         }
         for (; i < count; ++i)

@@ -15,13 +15,12 @@ namespace {
         const int count = block.right - block.left;
         if (count <= 0)
             return;
-        const bool replaces = blend == Blend::copy || alphaOf(value) == 255;
+        if (coverage == 255 && (blend == Blend::copy || alphaOf(value) == 255))
+            return fillWide(bitmap, block, value);
         const Pixel part = coverage < 255 ? scaled(value, coverage) : value;
         for (int y = block.top; y < block.bottom; ++y) {
             Pixel* row = bitmap.row(y) + block.left;
-            if (replaces && coverage == 255)
-                copySpan(row, count, value);
-            else if (blend == Blend::copy)
+            if (blend == Blend::copy)
                 mixSpan(row, count, value, coverage);
             else
                 overSpan(row, count, part);

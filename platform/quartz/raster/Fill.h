@@ -16,6 +16,7 @@ void fillRect(
 struct GradientStop {
     double offset = 0;
     Color color;
+    friend bool operator==(const GradientStop&, const GradientStop&) = default;
 };
 
 enum class GradientAxis { horizontal, vertical };

@@ -35,12 +35,6 @@ namespace {
         }
 
     private:
-        static Color clamped(const Color& color)
-        {
-            return { clampedUnit(color.red), clampedUnit(color.green), clampedUnit(color.blue),
-                clampedUnit(color.alpha) };
-        }
-
         /// Finds the two stops around an offset.
         void enter(double offset)
         {

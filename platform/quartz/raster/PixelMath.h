@@ -11,6 +11,12 @@ namespace brindle::raster {
 /// 0 to 1; anything that is not a number is 0.
 constexpr double clampedUnit(double value) { return value > 0 ? (value < 1 ? value : 1) : 0; }
 
+constexpr Color clamped(const Color& color)
+{
+    return { clampedUnit(color.red), clampedUnit(color.green), clampedUnit(color.blue),
+        clampedUnit(color.alpha) };
+}
+
 /// Packs parts from 0 to 1, already multiplied by alpha.
 constexpr Pixel packPixel(double alpha, double red, double green, double blue)
 {
@@ -19,6 +25,17 @@ constexpr Pixel packPixel(double alpha, double red, double green, double blue)
 }
 
 constexpr Pixel alphaOf(Pixel pixel) { return pixel >> 24; }
+
+/// A pixel with no part greater than its alpha.
+constexpr Pixel bounded(Pixel pixel)
+{
+    const Pixel alpha = alphaOf(pixel);
+    const auto part = [=](int shift) {
+        const Pixel value = pixel >> shift & 0xFF;
+        return (value < alpha ? value : alpha) << shift;
+    };
+    return alpha << 24 | part(16) | part(8) | part(0);
+}
 
 /// A pixel whose four parts are multiplied by `factor` / 255, rounded to the nearest.
 constexpr Pixel scaled(Pixel pixel, Pixel factor)

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "PixelMath.h"
+#include "WideSpans.h"
 
 namespace brindle::raster {
 
@@ -41,13 +42,10 @@ inline void overSpan(Pixel* row, int count, const Pixel* source, Pixel alpha)
 {
     const Parts8 factor = factorsFrom(fourOf(alpha));
     int i = 0;
-    if (alpha == 255) {
-        for (; i + 4 <= count; i += 4)
-            storePixels(row + i, over(loadPixels(source + i), loadPixels(row + i)));
-    } else {
-        for (; i + 4 <= count; i += 4)
-            storePixels(row + i, over(scaled(loadPixels(source + i), factor), loadPixels(row + i)));
-    }
+    if (alpha == 255)
+        i = overWide(row, source, count);
+    for (; i + 4 <= count; i += 4)
+        storePixels(row + i, over(scaled(loadPixels(source + i), factor), loadPixels(row + i)));
     for (; i < count; ++i)
         row[i] = over(scaled(source[i], alpha), row[i]);
 }
