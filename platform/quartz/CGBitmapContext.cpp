@@ -74,6 +74,7 @@ namespace {
             static_cast<std::ptrdiff_t>(plan.bytesPerRow) };
         data.base = quartz::Canvas(bitmap, 0, 0);
         data.state.clipBox = data.base.bounds();
+        data.scale = plan.scale;
         data.state.toDevice
             = { plan.scale, 0, 0, -plan.scale, 0, static_cast<double>(plan.height) };
     }

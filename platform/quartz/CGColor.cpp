@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "CGColor.h"
 
+#include "CGPattern.h"
 #include "runtime/Table.h"
 
 #include <algorithm>
@@ -20,6 +21,9 @@ struct ColorSpaces {
             create(CGColorSpace::Kind::standardRGB),
             create(CGColorSpace::Kind::deviceGray),
             create(CGColorSpace::Kind::genericGray),
+            create(CGColorSpace::Kind::pattern),
+            create(CGColorSpace::Kind::patternOfRGB),
+            create(CGColorSpace::Kind::patternOfGray),
         };
         return spaces[static_cast<std::size_t>(kind)];
     }
@@ -85,20 +89,39 @@ Ref<NSString> CGColorSpaceCopyName(CGColorSpaceRef space)
     }
 }
 
+CGColorSpaceRef CGColorSpaceCreatePattern(CGColorSpaceRef base)
+{
+    using enum CGColorSpace::Kind;
+    const CGColorSpaceModel model = CGColorSpaceGetModel(base);
+    if (model == kCGColorSpaceModelPattern)
+        return nullptr;
+    return CGColorSpaceRetain(ColorSpaces::shared(!base ? pattern
+            : model == kCGColorSpaceModelRGB            ? patternOfRGB
+                                                        : patternOfGray));
+}
+
 CGColorSpaceModel CGColorSpaceGetModel(CGColorSpaceRef space)
 {
+    using enum CGColorSpace::Kind;
     if (!space)
         return kCGColorSpaceModelUnknown;
-    const bool gray = space->kind() == CGColorSpace::Kind::deviceGray
-        || space->kind() == CGColorSpace::Kind::genericGray;
-    return gray ? kCGColorSpaceModelMonochrome : kCGColorSpaceModelRGB;
+    switch (space->kind()) {
+    case deviceRGB:
+    case genericRGB:
+    case standardRGB:
+        return kCGColorSpaceModelRGB;
+    case deviceGray:
+    case genericGray:
+        return kCGColorSpaceModelMonochrome;
+    default:
+        return kCGColorSpaceModelPattern;
+    }
 }
 
 std::size_t CGColorSpaceGetNumberOfComponents(CGColorSpaceRef space)
 {
-    if (!space)
-        return 0;
-    return CGColorSpaceGetModel(space) == kCGColorSpaceModelMonochrome ? 1 : 3;
+    static constexpr std::size_t kNumbers[] = { 3, 3, 3, 1, 1, 0, 3, 1 }; // by kind
+    return space ? kNumbers[static_cast<std::size_t>(space->kind())] : 0;
 }
 
 CGColorSpaceRef CGColorSpaceRetain(CGColorSpaceRef space)
@@ -126,6 +149,7 @@ struct Colors {
         std::copy_n(components, color->count_, color->components_);
         return color.leak();
     }
+    static void setPattern(CGColor& color, CGPattern* pattern) { color.pattern_ = pattern; }
 };
 
 template <> struct CGColor::Methods<struct Values> {
@@ -158,10 +182,26 @@ template <> struct CGColor::Methods<struct Values> {
 };
 BRINDLE_RECORD(CGColor, Values)
 
+CGPatternRef CGColor::pattern() const { return static_cast<CGPattern*>(pattern_.get()); }
+
 CGColorRef CGColorCreate(CGColorSpaceRef space, const CGFloat* components)
 {
-    return space && components ? Colors::create(space, components) : nullptr;
+    const bool usable
+        = space && components && CGColorSpaceGetModel(space) != kCGColorSpaceModelPattern;
+    return usable ? Colors::create(space, components) : nullptr;
 }
+
+CGColorRef CGColorCreateWithPattern(
+    CGColorSpaceRef space, CGPatternRef pattern, const CGFloat* components)
+{
+    if (!pattern || !components || CGColorSpaceGetModel(space) != kCGColorSpaceModelPattern)
+        return nullptr;
+    CGColorRef color = Colors::create(space, components);
+    Colors::setPattern(*color, pattern);
+    return color;
+}
+
+CGPatternRef CGColorGetPattern(CGColorRef color) { return color ? color->pattern() : nullptr; }
 
 CGColorRef CGColorCreateGenericGray(CGFloat gray, CGFloat alpha)
 {
@@ -190,7 +230,9 @@ CGColorRef CGColorCreateCopyWithAlpha(CGColorRef color, CGFloat alpha)
     CGFloat components[4] {};
     std::copy_n(color->components(), color->componentCount(), components);
     components[color->componentCount() - 1] = alpha;
-    return Colors::create(color->space(), components);
+    CGColorRef copy = Colors::create(color->space(), components);
+    Colors::setPattern(*copy, color->pattern());
+    return copy;
 }
 
 const CGFloat* CGColorGetComponents(CGColorRef color)
@@ -211,7 +253,7 @@ bool CGColorEqualToColor(CGColorRef a, CGColorRef b)
 {
     if (a == b)
         return true;
-    return a && b && a->space() == b->space()
+    return a && b && a->space() == b->space() && a->pattern() == b->pattern()
         && std::equal(a->components(), a->components() + a->componentCount(), b->components());
 }
 

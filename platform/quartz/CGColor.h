@@ -15,10 +15,12 @@ public:
     std::size_t componentCount() const { return count_; } // alpha included
     CGFloat alpha() const { return components_[count_ ? count_ - 1 : 0]; }
     CGColorSpaceRef space() const { return space_.get(); }
+    CGPatternRef pattern() const;
 
 private:
     friend struct Colors;
     Ref<CGColorSpace> space_;
+    Ref<NSObject> pattern_; // CGPattern; nil in most colours
     CGFloat components_[4] {};
     std::size_t count_ = 0;
 };
@@ -26,6 +28,13 @@ private:
 /// - components: the space's numbers and the alpha behind them, copied.
 /// - Nil: NULL for a NULL space or NULL components.
 BRINDLE_EXPORT CGColorRef CGColorCreate(CGColorSpaceRef space, const CGFloat* components);
+/// Answers a colour that paints with a pattern.
+/// - space: of patterns. - components: of the space's base, if it has one, and the alpha behind them.
+/// - Nil: NULL without any of these.
+BRINDLE_EXPORT CGColorRef CGColorCreateWithPattern(
+    CGColorSpaceRef space, CGPatternRef pattern, const CGFloat* components);
+/// Answers the pattern that a colour paints with; NULL for others.
+BRINDLE_EXPORT CGPatternRef CGColorGetPattern(CGColorRef color);
 BRINDLE_EXPORT CGColorRef CGColorCreateGenericGray(CGFloat gray, CGFloat alpha);
 BRINDLE_EXPORT CGColorRef CGColorCreateGenericRGB(
     CGFloat red, CGFloat green, CGFloat blue, CGFloat alpha);

@@ -18,7 +18,16 @@ class CGColorSpace : public NSObject {
 
 public:
     /// The spaces there are.
-    enum class Kind : std::uint8_t { deviceRGB, genericRGB, standardRGB, deviceGray, genericGray };
+    enum class Kind : std::uint8_t {
+        deviceRGB,
+        genericRGB,
+        standardRGB,
+        deviceGray,
+        genericGray,
+        pattern, // its cells have colours of their own
+        patternOfRGB,
+        patternOfGray,
+    };
 
     Kind kind() const { return kind_; }
 
@@ -29,6 +38,9 @@ private:
 
 BRINDLE_EXPORT CGColorSpaceRef CGColorSpaceCreateDeviceRGB();
 BRINDLE_EXPORT CGColorSpaceRef CGColorSpaceCreateDeviceGray();
+/// Answers the space of patterns.
+/// - base: of the colour that a pattern without own colours is drawn in; NULL for patterns that have them.
+BRINDLE_EXPORT CGColorSpaceRef CGColorSpaceCreatePattern(CGColorSpaceRef base);
 /// - Nil: NULL for an unknown name.
 BRINDLE_EXPORT CGColorSpaceRef CGColorSpaceCreateWithName(NSString* name);
 /// Answers the space's name; nil for the device spaces.

@@ -246,7 +246,7 @@ void CGContextClearRect(CGContextRef context, CGRect rect)
     const CGBlendMode blend = data->state.blend;
     const double alpha = data->state.alpha;
     const quartz::Paint shadow = data->state.shadow;
-    data->state.fill = { { 0, 0, 0, 0 }, true };
+    data->state.fill = { { 0, 0, 0, 0 }, true, nullptr };
     data->state.blend = kCGBlendModeCopy;
     data->state.alpha = 1;
     data->state.shadow.paints = false;
@@ -281,8 +281,8 @@ void quartz::resetClip(CGContextRef context)
     ContextData* const data = dataOf(context);
     if (!data)
         return;
+    data->state.clipAll();
     data->state.clipBox = data->canvas().bounds();
-    data->state.clipShapes = nullptr;
 }
 
 void CGContextClipToRect(CGContextRef context, CGRect rect)
@@ -319,7 +319,7 @@ CGRect CGContextGetClipBoundingBox(CGContextRef context)
 void CGContextBeginTransparencyLayer(CGContextRef context, NSDictionary*)
 {
     if (ContextData* const data = dataOf(context))
-        quartz::beginLayer(*data, data->state.clipBox);
+        quartz::beginLayer(*data, quartz::rectThatShows(*data));
 }
 
 void CGContextBeginTransparencyLayerWithRect(CGContextRef context, CGRect rect, NSDictionary*)

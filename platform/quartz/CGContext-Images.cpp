@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <iterator>
 
 namespace brindle {
 
@@ -129,9 +130,11 @@ namespace {
             return;
         const CGRect box = CGRectApplyAffineTransform(
             CGRectMake(0, 0, job.image.width, job.image.height), job.toDevice);
-        quartz::runJob(data,
-            { quartz::touchedPixels(box), &job, TurnedJob::source, TurnedJob::outline,
-                TurnedJob::paint });
+        const quartz::PenJob step { quartz::touchedPixels(box), &job, TurnedJob::source,
+            TurnedJob::outline, TurnedJob::paint };
+        quartz::castShadow(data, step);
+        const quartz::ShadowPause plain(data.state);
+        quartz::runJob(data, step);
     }
 
 }
@@ -153,6 +156,45 @@ void CGContextDrawImage(CGContextRef context, CGRect rect, CGImageRef image)
     const CGAffineTransform fromPixels { r.size.width / bitmap.width, 0, 0,
         -r.size.height / bitmap.height, r.origin.x, NSMaxY(r) };
     drawTurned(*data, bitmap, CGAffineTransformConcat(fromPixels, t));
+}
+
+namespace {
+
+    /// Answers a group's pixels as coverage.
+    raster::Stencil stencilOf(const quartz::Canvas& canvas, int shift)
+    {
+        const Bitmap& bitmap = canvas.bitmap();
+        raster::Stencil stencil { {}, canvas.left(), canvas.top(), bitmap.width, bitmap.height };
+        for (int y = 0; y < bitmap.height; ++y) {
+            const raster::Pixel* row = bitmap.row(y);
+            std::transform(row, row + bitmap.width, std::back_inserter(stencil.coverage),
+                [shift](raster::Pixel pixel) { return static_cast<std::uint8_t>(pixel >> shift); });
+        }
+        return stencil;
+    }
+
+}
+
+void CGContextClipToMask(CGContextRef context, CGRect rect, CGImageRef mask)
+{
+    ContextData* const data = quartz::dataOf(context);
+    if (!data || !mask)
+        return;
+    if (CGRectIsEmpty(rect))
+        return data->state.clipAll();
+    const bool gray
+        = CGColorSpaceGetModel(CGImageGetColorSpace(mask)) == kCGColorSpaceModelMonochrome
+        && CGImageGetAlphaInfo(mask) == kCGImageAlphaNone;
+    const quartz::GraphicsState outer = data->state;
+    const CGRect device = CGRectApplyAffineTransform(rect, outer.toDevice);
+    data->state.shadow.paints = false;
+    quartz::beginLayer(*data, quartz::touchedPixels(device));
+    CGContextDrawImage(context, rect, mask);
+    const std::unique_ptr<quartz::Layer> layer = std::move(data->layers.back());
+    data->layers.pop_back();
+    data->state = outer;
+    layer->canvas.beginDirect();
+    quartz::clipToStencil(*data, stencilOf(layer->canvas, gray ? 0 : 24));
 }
 
 }

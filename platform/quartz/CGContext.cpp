@@ -159,16 +159,18 @@ CGRect CGContextConvertRectToUserSpace(CGContextRef context, CGRect rect)
 
 namespace {
 
-    void setFill(CGContextRef context, const raster::Color& color, bool paints)
+    void setFill(CGContextRef context, const raster::Color& color, bool paints,
+        CGPatternRef pattern = nullptr)
     {
         if (ContextData* const data = dataOf(context))
-            data->state.fill = { color, paints };
+            data->state.fill = { color, paints, pattern };
     }
 
-    void setStroke(CGContextRef context, const raster::Color& color, bool paints)
+    void setStroke(CGContextRef context, const raster::Color& color, bool paints,
+        CGPatternRef pattern = nullptr)
     {
         if (ContextData* const data = dataOf(context))
-            data->state.stroke = { color, paints };
+            data->state.stroke = { color, paints, pattern };
     }
 
     double unit(double value) { return value > 0 ? std::min(value, 1.0) : 0; }
@@ -185,18 +187,24 @@ raster::Color quartz::rasterColor(const CGColor* color)
     if (!color)
         return { 0, 0, 0, 0 };
     const CGFloat* c = color->components();
-    return color->componentCount() == 2 ? colorOf(c[0], c[0], c[0], c[1])
-                                        : colorOf(c[0], c[1], c[2], c[3]);
+    switch (color->componentCount()) {
+    case 1: // a pattern's alpha
+        return colorOf(0, 0, 0, c[0]);
+    case 2:
+        return colorOf(c[0], c[0], c[0], c[1]);
+    default:
+        return colorOf(c[0], c[1], c[2], c[3]);
+    }
 }
 
 void CGContextSetFillColorWithColor(CGContextRef context, CGColorRef color)
 {
-    setFill(context, quartz::rasterColor(color), color != nullptr);
+    setFill(context, quartz::rasterColor(color), color != nullptr, CGColorGetPattern(color));
 }
 
 void CGContextSetStrokeColorWithColor(CGContextRef context, CGColorRef color)
 {
-    setStroke(context, quartz::rasterColor(color), color != nullptr);
+    setStroke(context, quartz::rasterColor(color), color != nullptr, CGColorGetPattern(color));
 }
 
 void CGContextSetRGBFillColor(
@@ -329,7 +337,7 @@ void CGContextSetShadowWithColor(
     data->state.shadowOffset = { numberOr(offset.width, 0), numberOr(offset.height, 0) };
     data->state.shadowBlur = std::max(0.0, numberOr(blur, 0));
     const raster::Color shown = quartz::rasterColor(color);
-    data->state.shadow = { shown, shown.alpha > 0 };
+    data->state.shadow = { shown, shown.alpha > 0, nullptr };
 }
 
 void CGContextSetShadow(CGContextRef context, CGSize offset, CGFloat blur)

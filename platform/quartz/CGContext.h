@@ -145,6 +145,9 @@ BRINDLE_EXPORT void CGContextEOClip(CGContextRef context);
 BRINDLE_EXPORT void CGContextClipToRect(CGContextRef context, CGRect rect);
 BRINDLE_EXPORT void CGContextClipToRects(
     CGContextRef context, const CGRect* rects, std::size_t count);
+/// Leaves of the clip what a picture lets through that lies in the rectangle, and nothing outside: a grey picture without
+/// alpha as far as it is light, any other as far as it is opaque.
+BRINDLE_EXPORT void CGContextClipToMask(CGContextRef context, CGRect rect, CGImageRef mask);
 /// Answers an upright rectangle of user space that holds the clip; null when nothing is left.
 BRINDLE_EXPORT CGRect CGContextGetClipBoundingBox(CGContextRef context);
 

@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "CGColor.h"
+#include "CGPath.h"
 #include "raster/Fill.h"
 
 namespace brindle {
@@ -27,10 +28,14 @@ private:
 /// - Nil: NULL without a space, components or colours.
 BRINDLE_EXPORT CGGradientRef CGGradientCreateWithColorComponents(
     CGColorSpaceRef space, const CGFloat* components, const CGFloat* locations, std::size_t count);
+/// The same of `CGColor` objects.
+/// - space: not used. - Nil: NULL without colours, or when one of them is something else.
+BRINDLE_EXPORT CGGradientRef CGGradientCreateWithColors(
+    CGColorSpaceRef space, NSArray* colors, const CGFloat* locations);
 BRINDLE_EXPORT CGGradientRef CGGradientRetain(CGGradientRef gradient);
 BRINDLE_EXPORT void CGGradientRelease(CGGradientRef gradient);
 
-/// Paints the clip with a gradient from one point to another.
+/// Paints the clip with a gradient from one point to another. Gradients cast no shadow.
 /// - options: whether the end colours go on before the start and behind the end.
 BRINDLE_EXPORT void CGContextDrawLinearGradient(CGContextRef context, CGGradientRef gradient,
     CGPoint start, CGPoint end, CGGradientDrawingOptions options);
@@ -41,6 +46,10 @@ BRINDLE_EXPORT void CGContextDrawRadialGradient(CGContextRef context, CGGradient
 namespace quartz {
     /// Answers a gradient of stops in the order of their places.
     BRINDLE_EXPORT Ref<CGGradient> gradientFromStops(std::vector<raster::GradientStop> stops);
+    /// Fills a shape with a gradient from one point to another, its end colours beyond them. Points and shape are user
+    /// space.
+    BRINDLE_EXPORT void fillWithGradient(CGContextRef context, const PathData& shape, bool evenOdd,
+        const CGGradient& gradient, CGPoint start, CGPoint end);
 }
 
 }

@@ -75,9 +75,7 @@ namespace {
         if (!layout.premultiplied)
             return raster::scaled(plain, alpha);
         // A part above its alpha is no colour; drawing would overflow.
-        const auto bounded = [alpha](Pixel part) { return part < alpha ? part : alpha; };
-        return alpha << 24 | bounded(plain >> 16 & 0xFF) << 16 | bounded(plain >> 8 & 0xFF) << 8
-            | bounded(plain & 0xFF);
+        return raster::bounded(alpha << 24 | (plain & 0x00FFFFFF));
     }
 
     // R, G, B, A, multiplied by alpha: the layout of bitmaps that hosts write into. Without branches, so that several

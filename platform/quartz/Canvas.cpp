@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "ContextPrivate.h"
+#include "raster/PixelMath.h"
 
 #include <cmath>
 #include <cstring>
@@ -123,18 +124,53 @@ namespace {
 
 Access::Access(ContextData& data, PixelRect touched)
     : data_(data)
+    , isForeign_(data.layers.empty() && (data.order != PixelOrder::native || data.opaque))
 {
-    if (!data.layers.empty() || (data.order == PixelOrder::native && !data.opaque))
+    if (!isForeign_ && !data.state.clipMask)
         return;
-    touched_ = intersection(touched, intersection(data.state.clipBox, data.base.bounds()));
-    if (!touched_.isEmpty())
+    touched_ = intersection(touched, intersection(data.state.clipBox, data.canvas().bounds()));
+    if (touched_.isEmpty())
+        return;
+    if (isForeign_)
         makeNative(data_, touched_);
+    if (data.state.clipMask)
+        keepBefore();
 }
 
 Access::~Access()
 {
-    if (!touched_.isEmpty())
+    if (touched_.isEmpty())
+        return;
+    if (!before_.empty())
+        takeBack();
+    if (isForeign_)
         makeForeign(data_, touched_);
+}
+
+void Access::keepBefore()
+{
+    Canvas& canvas = data_.canvas();
+    const PixelRect r = canvas.local(touched_);
+    canvas.beginDirect();
+    for (int y = r.top; y < r.bottom; ++y)
+        before_.insert(
+            before_.end(), canvas.bitmap().row(y) + r.left, canvas.bitmap().row(y) + r.right);
+}
+
+void Access::takeBack() const
+{
+    Canvas& canvas = data_.canvas();
+    const raster::Stencil& mask = *data_.state.clipMask;
+    canvas.beginDirect();
+    const Pixel* before = before_.data();
+    for (int y = touched_.top; y < touched_.bottom; ++y) {
+        Pixel* row = canvas.bitmap().row(y - canvas.top()) - canvas.left();
+        for (int x = touched_.left; x < touched_.right; ++x, ++before) {
+            const Pixel part = mask.at(x, y);
+            row[x] = raster::scaled(row[x], part) + raster::scaled(*before, 255 - part);
+        }
+    }
+    canvas.endDirect();
 }
 
 // ---- small conversions

@@ -102,6 +102,8 @@ namespace {
 
 void drawPixels(ContextData& data, const raster::Bitmap& pixels, int x, int y)
 {
+    castShadow(data, pixels, x, y);
+    const ShadowPause plain(data.state);
     const GraphicsState& state = data.state;
     if (state.blend == kCGBlendModePlusDarker)
         return drawDarker(data, pixels, x, y);
@@ -122,7 +124,7 @@ void drawPixels(ContextData& data, const raster::Bitmap& pixels, int x, int y)
 
 void beginLayer(ContextData& data, PixelRect box)
 {
-    PixelRect target = intersection(box, data.state.clipBox);
+    PixelRect target = intersection(box, rectThatShows(data));
     if (target.isEmpty())
         target = {};
     const int width = target.right - target.left;
@@ -138,6 +140,7 @@ void beginLayer(ContextData& data, PixelRect box)
     state.shadow.paints = false;
     // The outer shapes cut the finished group; cutting its parts as well would count their soft edges twice.
     state.clipShapes = nullptr;
+    state.clipMask = nullptr;
     state.clipBox = target;
 }
 

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "ContextPrivate.h"
 #include "PathGeometryPrivate.h"
+#include "StencilCachePrivate.h"
 #include "raster/Blit.h"
 #include "raster/Fill.h"
 #include "raster/PixelMath.h"
@@ -90,6 +91,20 @@ namespace {
         data.state.alpha = alpha;
     }
 
+    /// Bounds every part to its alpha: where edges are soft, the modes of hue and light leave parts that are brighter, and
+    /// sums of such pixels would run over.
+    void boundParts(Canvas& canvas, PixelRect touched)
+    {
+        const PixelRect r = canvas.local(touched);
+        canvas.beginDirect();
+        for (int y = r.top; y < r.bottom; ++y) {
+            for (Pixel* p = canvas.bitmap().row(y) + r.left; p < canvas.bitmap().row(y) + r.right;
+                 ++p)
+                *p = raster::bounded(*p);
+        }
+        canvas.endDirect();
+    }
+
     void runWithOperator(cairo_t* cr, const PenJob& job, cairo_operator_t op)
     {
         cairo_set_operator(cr, op);
@@ -114,8 +129,12 @@ void runJob(ContextData& data, const PenJob& job)
     cairo_t* const cr = data.canvas().pen(data.state);
     cairo_set_antialias(
         cr, data.state.smoothEdges() ? CAIRO_ANTIALIAS_DEFAULT : CAIRO_ANTIALIAS_NONE);
-    if (!reachesOutside(op))
-        return runWithOperator(cr, job, op);
+    if (!reachesOutside(op)) {
+        runWithOperator(cr, job, op);
+        if (data.state.blend >= kCGBlendModeHue && data.state.blend <= kCGBlendModeLuminosity)
+            boundParts(data.canvas(), intersection(touched, data.canvas().bounds()));
+        return;
+    }
     cairo_save(cr);
     cairo_set_operator(cr, op);
     job.source(cr, job.info);
@@ -127,15 +146,45 @@ void runJob(ContextData& data, const PenJob& job)
 
 namespace {
 
-    struct FillJob {
-        const PathData& path;
+    /// What a pen paints with: a colour, or the cells of a pattern. The state's alpha is in it.
+    struct Ink {
         raster::Color color;
+        Cairo<cairo_pattern_t> tiles;
+
+        Ink(const ContextData& data, const Paint& paint)
+            : color(paint.color)
+        {
+            color.alpha *= data.state.alpha;
+            if (paint.pattern)
+                tiles = tilesFor(data, paint, color.alpha);
+            if (paint.pattern && !tiles)
+                color.alpha = 0;
+        }
+        void put(cairo_t* cr) const
+        {
+            if (tiles)
+                cairo_set_source(cr, tiles.get());
+            else
+                cairo_set_source_rgba(cr, color.red, color.green, color.blue, color.alpha);
+        }
+        const raster::Color* plain() const { return tiles ? nullptr : &color; }
+    };
+
+    struct FillJob {
+        static void identify(ShapeKey& key, const PenJob& job)
+        {
+            const auto& fill = *static_cast<const FillJob*>(job.info);
+            key.add(std::int32_t { fill.evenOdd });
+            key.add(fill.path, job.touched.left, job.touched.top);
+        }
+
+        const PathData& path;
+        const Ink& ink;
         bool evenOdd;
 
         static void source(cairo_t* cr, const void* info)
         {
-            const raster::Color& c = static_cast<const FillJob*>(info)->color;
-            cairo_set_source_rgba(cr, c.red, c.green, c.blue, c.alpha);
+            static_cast<const FillJob*>(info)->ink.put(cr);
         }
         static void outline(cairo_t* cr, const void* info)
         {
@@ -175,10 +224,11 @@ namespace {
         constexpr double kReach = 3; // points, outside the shape
         GraphicsState& state = data.state;
         const GraphicsState kept = state;
-        state.stroke = { state.ringColor, true };
+        state.stroke = { state.ringColor, true, nullptr };
         state.lineWidth = 2 * kReach;
         state.join = kCGLineJoinRound;
         state.dashes.clear();
+        state.shadow.paints = false;
         strokePath(data, path);
         state = kept;
     }
@@ -205,14 +255,19 @@ void fillPath(ContextData& data, const PathData& path, bool evenOdd, const Paint
         return fillWithRing(data, path, evenOdd, paint);
     if (!paint.paints)
         return;
-    const raster::Color color = withAlpha(paint.color, data.state.alpha);
+    const Ink ink(data, paint);
+    const FillJob job { path, ink, evenOdd };
+    PenJob step { touchedPixels(path.controlBox()), &job, FillJob::source, FillJob::outline,
+        FillJob::paint };
+    step.color = ink.plain();
+    step.identify = FillJob::identify;
+    castShadow(data, step);
+    const ShadowPause plain(data.state);
     CGRect rect;
-    if (paintsDirectly(data.state) && isUprightRect(path, rect))
-        return fillDeviceRect(data, rect, color);
-    const FillJob job { path, color, evenOdd };
-    runJob(data,
-        { touchedPixels(path.controlBox()), &job, FillJob::source, FillJob::outline,
-            FillJob::paint });
+    if (ink.plain() && paintsDirectly(data.state) && isUprightRect(path, rect))
+        fillDeviceRect(data, rect, ink.color);
+    else
+        paintShape(data, step);
 }
 
 void fillRect(ContextData& data, CGRect userRect)
@@ -220,7 +275,7 @@ void fillRect(ContextData& data, CGRect userRect)
     if (!data.state.fill.paints || CGRectIsNull(userRect))
         return;
     const GraphicsState& state = data.state;
-    if (paintsDirectly(state) && state.isScaleAndMove()) {
+    if (paintsDirectly(state) && state.isScaleAndMove() && !state.fill.pattern) {
         const CGAffineTransform& t = state.toDevice;
         const CGRect r = CGRectStandardize(userRect);
         const raster::DeviceRect device = raster::Placement { t.a, t.d, t.tx, t.ty }.map(
@@ -238,16 +293,26 @@ void fillRect(ContextData& data, CGRect userRect)
 namespace {
 
     struct StrokeJob {
+        static void identify(ShapeKey& key, const PenJob& job)
+        {
+            const auto& stroke = *static_cast<const StrokeJob*>(job.info);
+            const GraphicsState& state = stroke.state;
+            key.add(std::int32_t { 2 + state.cap + 4 * state.join });
+            const CGAffineTransform& t = state.toDevice;
+            for (const double number : { stroke.width, state.miterLimit, t.a, t.b, t.c, t.d })
+                key.add(number);
+            key.add(stroke.path, job.touched.left, job.touched.top);
+        }
+
         const PathData& path;
         const GraphicsState& state;
-        raster::Color color;
+        const Ink& ink;
         double width; // user space
         bool dashed;
 
         static void source(cairo_t* cr, const void* info)
         {
-            const raster::Color& c = static_cast<const StrokeJob*>(info)->color;
-            cairo_set_source_rgba(cr, c.red, c.green, c.blue, c.alpha);
+            static_cast<const StrokeJob*>(info)->ink.put(cr);
         }
         static void outline(cairo_t* cr, const void* info)
         {
@@ -299,13 +364,18 @@ void strokePath(ContextData& data, const PathData& path)
         = state.lineWidth > 0 ? std::min(state.lineWidth, kWidest / scale) : 1 / scale;
     const CGRect box = path.controlBox();
     const double reach = width * scale * std::max(state.miterLimit, 2.0) / 2 + 2;
-    const StrokeJob job { path, state, withAlpha(state.stroke.color, state.alpha), width,
-        dashesMakeSense(state, box, scale) };
+    const Ink ink(data, state.stroke);
+    const StrokeJob job { path, state, ink, width, dashesMakeSense(state, box, scale) };
     PenJob step { touchedPixels({ { box.origin.x - reach, box.origin.y - reach },
                       { box.size.width + 2 * reach, box.size.height + 2 * reach } }),
         &job, StrokeJob::source, StrokeJob::outline, StrokeJob::paint };
     step.clipsToShape = false;
-    runJob(data, step);
+    step.color = ink.plain();
+    if (!job.dashed)
+        step.identify = StrokeJob::identify;
+    castShadow(data, step);
+    const ShadowPause plain(data.state);
+    paintShape(data, step);
 }
 
 // ---- clip
@@ -314,11 +384,8 @@ void clipToPath(ContextData& data, const PathData& path, bool evenOdd)
 {
     GraphicsState& state = data.state;
     const CGRect box = path.controlBox();
-    if (path.isEmpty() || CGRectIsNull(box)) {
-        state.clipBox = {};
-        state.clipShapes = nullptr;
-        return;
-    }
+    if (path.isEmpty() || CGRectIsNull(box))
+        return state.clipAll();
     const auto whole = [](double value) { return std::abs(value - std::round(value)) < 1.0 / 512; };
     CGRect rect;
     if (isUprightRect(path, rect)
@@ -334,10 +401,26 @@ void clipToPath(ContextData& data, const PathData& path, bool evenOdd)
         state.clipShapes = std::make_shared<const ClipShape>(
             ClipShape { path, evenOdd, state.smoothEdges(), std::move(state.clipShapes) });
     }
-    if (state.clipBox.isEmpty()) {
-        state.clipBox = {};
-        state.clipShapes = nullptr;
+    if (state.clipBox.isEmpty())
+        state.clipAll();
+}
+
+void clipToStencil(ContextData& data, raster::Stencil stencil)
+{
+    GraphicsState& state = data.state;
+    state.clipBox = intersection(state.clipBox,
+        { stencil.left, stencil.top, stencil.left + stencil.width, stencil.top + stencil.height });
+    if (state.clipBox.isEmpty())
+        return state.clipAll();
+    if (const ClipMask outer = state.clipMask) {
+        std::uint8_t* part = stencil.coverage.data();
+        for (int y = 0; y < stencil.height; ++y) {
+            for (int x = 0; x < stencil.width; ++x, ++part)
+                *part = static_cast<std::uint8_t>(
+                    raster::scaled(*part, outer->at(stencil.left + x, stencil.top + y)));
+        }
     }
+    state.clipMask = std::make_shared<const raster::Stencil>(std::move(stencil));
 }
 
 }

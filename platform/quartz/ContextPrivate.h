@@ -2,16 +2,21 @@
 #pragma once
 
 #include <memory>
+#include <utility>
 #include <vector>
 
 #include <cairo.h>
 
 #include "CGContext.h"
+#include "CGPattern.h"
 #include "ContextState.h"
 #include "raster/Bitmap.h"
+#include "raster/Blur.h"
 #include "raster/Fill.h"
 
 namespace brindle::quartz {
+
+class ShapeKey;
 
 struct CairoDeleter {
     void operator()(cairo_t* cr) const { cairo_destroy(cr); }
@@ -29,10 +34,14 @@ struct ClipShape {
 };
 using ClipChain = std::shared_ptr<const ClipShape>;
 
-/// A colour to paint with, or none.
+/// How much of each pixel the clip lets through, where a picture says so; device space, nothing outside.
+using ClipMask = std::shared_ptr<const raster::Stencil>;
+
+/// A colour or a pattern to paint with, or none.
 struct Paint {
     raster::Color color { 0, 0, 0, 1 };
     bool paints = true;
+    Ref<CGPattern> pattern; // nil for a plain colour
 };
 
 /// All that is saved and restored. Device space is pixels from the top left, y down.
@@ -50,7 +59,8 @@ struct GraphicsState {
     std::vector<double> dashes;
     CGSize shadowOffset;
     double shadowBlur = 0;
-    Paint shadow { {}, false };
+    Paint shadow { {}, false, nullptr };
+    CGSize patternPhase;
     FocusRing ring = FocusRing::none;
     raster::Color ringColor;
     CGInterpolationQuality interpolation = kCGInterpolationDefault;
@@ -60,7 +70,14 @@ struct GraphicsState {
     bool allowsFontSmoothing = true;
     raster::PixelRect clipBox;
     ClipChain clipShapes;
+    ClipMask clipMask; // null for all of it
 
+    void clipAll()
+    {
+        clipBox = {};
+        clipShapes = nullptr;
+        clipMask = nullptr;
+    }
     bool smoothEdges() const { return antialias && allowsAntialiasing; }
     bool isScaleAndMove() const { return toDevice.b == 0 && toDevice.c == 0; }
 };
@@ -125,6 +142,7 @@ struct ContextData {
     std::size_t layersFloor = 0;
     PathData path; // device space
 
+    double scale = 1; // pixels a point of the base space
     std::unique_ptr<std::byte[]> ownMemory;
     void* memory = nullptr;
     std::size_t bytesPerRow = 0;
@@ -136,7 +154,8 @@ struct ContextData {
     Canvas& canvas() { return layers.empty() ? base : layers.back()->canvas; }
 };
 
-/// Makes a stretch of the canvas's memory native while it lives.
+/// Stands around everything that changes a stretch of the canvas's memory: makes it native while it lives, and at the end
+/// takes back what the clip's mask does not let through.
 class Access {
 public:
     Access(ContextData& data, raster::PixelRect touched);
@@ -145,8 +164,13 @@ public:
     Access& operator=(const Access&) = delete;
 
 private:
+    void keepBefore();
+    void takeBack() const;
+
     ContextData& data_;
     raster::PixelRect touched_; // empty where nothing is to be done
+    bool isForeign_ = false;
+    std::vector<raster::Pixel> before_; // where there is a mask
 };
 
 inline ContextData* dataOf(CGContextRef context) { return context ? &context->data() : nullptr; }
@@ -160,10 +184,14 @@ raster::PixelRect touchedPixels(CGRect device);
 
 /// Adds a path to a pen's; points that are no numbers are left out, far ones are brought near.
 void tracePath(cairo_t* cr, const PathData& path);
+/// Answers a pattern's cells over the whole device, as transparent as `alpha`; null for a matrix that makes no sense.
+Cairo<cairo_pattern_t> tilesFor(const ContextData& data, const Paint& paint, double alpha);
 void fillPath(ContextData& data, const PathData& path, bool evenOdd, const Paint& paint);
 void strokePath(ContextData& data, const PathData& path);
 void fillRect(ContextData& data, CGRect userRect);
 void clipToPath(ContextData& data, const PathData& path, bool evenOdd);
+/// Leaves of the clip what a stencil lets through.
+void clipToStencil(ContextData& data, raster::Stencil stencil);
 /// Lays pixels over the canvas at a place, with the state's alpha, blend mode and clip.
 void drawPixels(ContextData& data, const raster::Bitmap& pixels, int x, int y);
 
@@ -178,8 +206,34 @@ struct PenJob {
     PenStep paint = nullptr; // fill or stroke
     bool clipsToShape
         = true; // whether the outline bounds the paint, so that it can stand as a clip
+    const raster::Color* color = nullptr; // where the source is nothing but a colour
+    void (*identify)(ShapeKey& key, const PenJob& job) = nullptr; // tells shapes apart
 };
 void runJob(ContextData& data, const PenJob& job);
+/// The same, by a remembered stencil where there can be one.
+void paintShape(ContextData& data, const PenJob& job);
+/// Lays the shadow of a job, or of pixels at a place, where the state has one.
+void castShadow(ContextData& data, const PenJob& job);
+void castShadow(ContextData& data, const raster::Bitmap& pixels, int x, int y);
+/// Answers where something can lie to show inside the clip, itself or by its shadow.
+raster::PixelRect rectThatShows(const ContextData& data);
+
+/// No shadows in its scope.
+class ShadowPause {
+public:
+    explicit ShadowPause(GraphicsState& state)
+        : state_(state)
+        , kept_(std::exchange(state.shadow.paints, false))
+    {
+    }
+    ~ShadowPause() { state_.shadow.paints = kept_; }
+    ShadowPause(const ShadowPause&) = delete;
+    ShadowPause& operator=(const ShadowPause&) = delete;
+
+private:
+    GraphicsState& state_;
+    bool kept_;
+};
 
 /// Answers whether rectangles can be written straight into the pixels.
 inline bool paintsDirectly(const GraphicsState& state)

@@ -87,7 +87,8 @@ namespace {
         ContextData& data, const text::Line& line, CGPoint baseline, const raster::Color& color)
     {
         if (isUsable(data.state.toDevice))
-            fillPath(data, outlineOf(line, baseline, data.state.toDevice), false, { color, true });
+            fillPath(data, outlineOf(line, baseline, data.state.toDevice), false,
+                { color, true, nullptr });
     }
 
 }
