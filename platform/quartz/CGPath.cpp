@@ -54,6 +54,20 @@ namespace {
         return transform ? CGPointApplyAffineTransform(point, *transform) : point;
     }
 
+    CGPathRef madeOf(quartz::PathData data)
+    {
+        Ref<CGPath> path = make<CGPath>();
+        path->data() = std::move(data);
+        return path.leak();
+    }
+
+    quartz::PathData transformed(const CGPath& path, const CGAffineTransform* transform)
+    {
+        quartz::PathData data;
+        data.append(path.data(), orIdentity(transform));
+        return data;
+    }
+
 }
 
 CGMutablePathRef CGPathCreateMutable() { return make<CGPath>().leak(); }
@@ -73,9 +87,25 @@ CGPathRef CGPathCreateCopyByTransformingPath(CGPathRef path, const CGAffineTrans
 {
     if (!path)
         return nullptr;
-    Ref<CGPath> copy = make<CGPath>();
-    copy->data().append(path->data(), orIdentity(transform));
-    return copy.leak();
+    return madeOf(transformed(*path, transform));
+}
+
+CGPathRef CGPathCreateCopyByStrokingPath(CGPathRef path, const CGAffineTransform* transform,
+    CGFloat lineWidth, CGLineCap lineCap, CGLineJoin lineJoin, CGFloat miterLimit)
+{
+    if (!path)
+        return nullptr;
+    return madeOf(quartz::outlined(
+        transformed(*path, transform), { lineWidth, lineCap, lineJoin, miterLimit }));
+}
+
+CGPathRef CGPathCreateCopyByDashingPath(CGPathRef path, const CGAffineTransform* transform,
+    CGFloat phase, const CGFloat* lengths, std::size_t count)
+{
+    if (!path)
+        return nullptr;
+    return madeOf(
+        quartz::dashed(transformed(*path, transform), phase, { lengths, lengths ? count : 0 }));
 }
 
 CGPathRef CGPathCreateWithRect(CGRect rect, const CGAffineTransform* transform)
@@ -141,6 +171,23 @@ void CGPathAddRect(CGMutablePathRef path, const CGAffineTransform* transform, CG
         path->data().rect(rect, orIdentity(transform));
 }
 
+void CGPathAddRects(CGMutablePathRef path, const CGAffineTransform* transform, const CGRect* rects,
+    std::size_t count)
+{
+    for (std::size_t i = 0; rects && i < count; ++i)
+        CGPathAddRect(path, transform, rects[i]);
+}
+
+void CGPathAddLines(CGMutablePathRef path, const CGAffineTransform* transform,
+    const CGPoint* points, std::size_t count)
+{
+    if (!points || count == 0)
+        return;
+    CGPathMoveToPoint(path, transform, points[0].x, points[0].y);
+    for (std::size_t i = 1; i < count; ++i)
+        CGPathAddLineToPoint(path, transform, points[i].x, points[i].y);
+}
+
 void CGPathAddEllipseInRect(CGMutablePathRef path, const CGAffineTransform* transform, CGRect rect)
 {
     if (path && !CGRectIsNull(rect))
@@ -161,6 +208,12 @@ void CGPathAddArc(CGMutablePathRef path, const CGAffineTransform* transform, CGF
     if (path)
         quartz::addArc(path->data(), orIdentity(transform),
             { { x, y }, radius, startAngle, endAngle, clockwise });
+}
+
+void CGPathAddRelativeArc(CGMutablePathRef path, const CGAffineTransform* transform, CGFloat x,
+    CGFloat y, CGFloat radius, CGFloat startAngle, CGFloat delta)
+{
+    CGPathAddArc(path, transform, x, y, radius, startAngle, startAngle + delta, delta < 0);
 }
 
 void CGPathAddArcToPoint(CGMutablePathRef path, const CGAffineTransform* transform, CGFloat x1,
@@ -187,6 +240,16 @@ bool CGPathIsEmpty(CGPathRef path) { return !path || path->data().isEmpty(); }
 bool CGPathEqualToPath(CGPathRef a, CGPathRef b)
 {
     return a == b || (a && b && a->data() == b->data());
+}
+
+bool CGPathIsRect(CGPathRef path, CGRect* rect)
+{
+    CGRect found;
+    if (!path || !quartz::isUprightRect(path->data(), found))
+        return false;
+    if (rect)
+        *rect = found;
+    return true;
 }
 
 void CGPathApply(CGPathRef path, void* info, CGPathApplierFunction function)

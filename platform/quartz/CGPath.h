@@ -117,6 +117,15 @@ BRINDLE_EXPORT CGPathRef CGPathCreateCopy(CGPathRef path);
 BRINDLE_EXPORT CGMutablePathRef CGPathCreateMutableCopy(CGPathRef path);
 BRINDLE_EXPORT CGPathRef CGPathCreateCopyByTransformingPath(
     CGPathRef path, const CGAffineTransform* transform);
+/// Answers the outline of a path's line: filled by the non-zero rule it looks like the path stroked. Curves become lines.
+/// - transform: applied first. - lineWidth: points; 0 and less have no outline.
+BRINDLE_EXPORT CGPathRef CGPathCreateCopyByStrokingPath(CGPathRef path,
+    const CGAffineTransform* transform, CGFloat lineWidth, CGLineCap lineCap, CGLineJoin lineJoin,
+    CGFloat miterLimit);
+/// Answers the dashes of a path as subpaths. Curves become lines.
+/// - lengths: points on, points off, ...; lengths that make no dashes leave the whole path.
+BRINDLE_EXPORT CGPathRef CGPathCreateCopyByDashingPath(CGPathRef path,
+    const CGAffineTransform* transform, CGFloat phase, const CGFloat* lengths, std::size_t count);
 BRINDLE_EXPORT CGPathRef CGPathCreateWithRect(CGRect rect, const CGAffineTransform* transform);
 BRINDLE_EXPORT CGPathRef CGPathCreateWithEllipseInRect(
     CGRect rect, const CGAffineTransform* transform);
@@ -136,6 +145,11 @@ BRINDLE_EXPORT void CGPathAddCurveToPoint(CGMutablePathRef path, const CGAffineT
 BRINDLE_EXPORT void CGPathCloseSubpath(CGMutablePathRef path);
 BRINDLE_EXPORT void CGPathAddRect(
     CGMutablePathRef path, const CGAffineTransform* transform, CGRect rect);
+BRINDLE_EXPORT void CGPathAddRects(CGMutablePathRef path, const CGAffineTransform* transform,
+    const CGRect* rects, std::size_t count);
+/// Moves to the first point and adds lines to the others.
+BRINDLE_EXPORT void CGPathAddLines(CGMutablePathRef path, const CGAffineTransform* transform,
+    const CGPoint* points, std::size_t count);
 BRINDLE_EXPORT void CGPathAddEllipseInRect(
     CGMutablePathRef path, const CGAffineTransform* transform, CGRect rect);
 BRINDLE_EXPORT void CGPathAddRoundedRect(CGMutablePathRef path, const CGAffineTransform* transform,
@@ -143,6 +157,9 @@ BRINDLE_EXPORT void CGPathAddRoundedRect(CGMutablePathRef path, const CGAffineTr
 /// - startAngle, endAngle: radians. - clockwise: as seen with y up.
 BRINDLE_EXPORT void CGPathAddArc(CGMutablePathRef path, const CGAffineTransform* transform,
     CGFloat x, CGFloat y, CGFloat radius, CGFloat startAngle, CGFloat endAngle, bool clockwise);
+/// - delta: radians from the start, against the clock when positive.
+BRINDLE_EXPORT void CGPathAddRelativeArc(CGMutablePathRef path, const CGAffineTransform* transform,
+    CGFloat x, CGFloat y, CGFloat radius, CGFloat startAngle, CGFloat delta);
 /// A line to the first point of tangency, then the arc that touches (current, 1) and (1, 2).
 BRINDLE_EXPORT void CGPathAddArcToPoint(CGMutablePathRef path, const CGAffineTransform* transform,
     CGFloat x1, CGFloat y1, CGFloat x2, CGFloat y2, CGFloat radius);
@@ -152,6 +169,9 @@ BRINDLE_EXPORT void CGPathAddPath(
 /// YES for NULL and for a path without elements.
 BRINDLE_EXPORT bool CGPathIsEmpty(CGPathRef path);
 BRINDLE_EXPORT bool CGPathEqualToPath(CGPathRef a, CGPathRef b);
+/// Answers whether a path is one upright rectangle and nothing else.
+/// - rect: where to put it; may be NULL.
+BRINDLE_EXPORT bool CGPathIsRect(CGPathRef path, CGRect* rect);
 /// Calls a function with each element in order.
 BRINDLE_EXPORT void CGPathApply(CGPathRef path, void* info, CGPathApplierFunction function);
 /// Answers the rectangle around all points, control points included; null for an empty path.

@@ -9,6 +9,7 @@
 #include "quartz/CGGradient.h"
 #include "quartz/CGImage.h"
 #include "quartz/CGPath.h"
+#include "quartz/CGPattern.h"
 #include "runtime/Function.h"
 
 namespace brindle {
@@ -155,6 +156,17 @@ BRINDLE_FUNCTION(CGSizeApplyAffineTransform)
 BRINDLE_FUNCTION(CGRectApplyAffineTransform)
 
 BRINDLE_FUNCTION(CGGradientCreateWithColorComponents)
+BRINDLE_FUNCTION(CGGradientCreateWithColors)
+BRINDLE_FUNCTION(CGPatternCreate)
+BRINDLE_FUNCTION(CGPatternRetain)
+BRINDLE_FUNCTION(CGPatternRelease)
+BRINDLE_FUNCTION(CGColorCreateWithPattern)
+BRINDLE_FUNCTION(CGColorGetPattern)
+BRINDLE_FUNCTION(CGColorSpaceCreatePattern)
+BRINDLE_FUNCTION(CGContextSetFillPattern)
+BRINDLE_FUNCTION(CGContextSetStrokePattern)
+BRINDLE_FUNCTION(CGContextSetPatternPhase)
+BRINDLE_FUNCTION(CGContextClipToMask)
 BRINDLE_FUNCTION(CGContextDrawLinearGradient)
 BRINDLE_FUNCTION(CGContextDrawRadialGradient)
 
@@ -192,6 +204,12 @@ BRINDLE_FUNCTION(CGPathAddRoundedRect)
 BRINDLE_FUNCTION(CGPathAddArc)
 BRINDLE_FUNCTION(CGPathAddArcToPoint)
 BRINDLE_FUNCTION(CGPathAddPath)
+BRINDLE_FUNCTION(CGPathAddRects)
+BRINDLE_FUNCTION(CGPathAddLines)
+BRINDLE_FUNCTION(CGPathAddRelativeArc)
+BRINDLE_FUNCTION(CGPathCreateCopyByStrokingPath)
+BRINDLE_FUNCTION(CGPathCreateCopyByDashingPath)
+BRINDLE_FUNCTION(CGPathIsRect)
 BRINDLE_FUNCTION(CGPathIsEmpty)
 BRINDLE_FUNCTION(CGPathEqualToPath)
 BRINDLE_FUNCTION(CGPathApply)

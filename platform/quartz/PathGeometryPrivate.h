@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include <span>
+
 #include "CGPath.h"
 
 namespace brindle::quartz {
@@ -25,6 +27,18 @@ void addArcToPoint(PathData& path, const CGAffineTransform& transform, CGPoint c
 void addEllipse(PathData& path, const CGAffineTransform& transform, CGRect rect);
 void addRoundedRect(
     PathData& path, const CGAffineTransform& transform, CGRect rect, double width, double height);
+
+/// How a path's line is drawn.
+struct StrokeShape {
+    double width = 1;
+    CGLineCap cap = kCGLineCapButt;
+    CGLineJoin join = kCGLineJoinMiter;
+    double miterLimit = 10;
+};
+/// Answers the outline of a path's line, to be filled by the non-zero rule; nothing for numbers that make no sense.
+PathData outlined(const PathData& path, const StrokeShape& shape);
+/// Answers the dashes of a path; all of it where the lengths make none.
+PathData dashed(const PathData& path, double phase, std::span<const double> lengths);
 
 /// Answers whether a path is nothing but one upright rectangle.
 bool isUprightRect(const PathData& path, CGRect& rect);
