@@ -2,7 +2,7 @@
 
 // The functions of this folder that are not overloaded, by name.
 
-#include "appkit/NSGraphicsContext.h"
+#include "appkit/NSGraphics.h"
 #include "runtime/Function.h"
 
 namespace brindle {
@@ -18,5 +18,11 @@ BRINDLE_FUNCTION(NSRectClip)
 BRINDLE_FUNCTION(NSRectClipList)
 BRINDLE_FUNCTION(NSEraseRect)
 BRINDLE_FUNCTION(NSSetFocusRingStyle)
+BRINDLE_FUNCTION(NSRectFillListWithColors)
+BRINDLE_FUNCTION(NSRectFillListWithColorsUsingOperation)
+BRINDLE_FUNCTION(NSRectFillListWithGrays)
+BRINDLE_FUNCTION(NSDottedFrameRect)
+BRINDLE_FUNCTION(NSDrawTiledRects)
+BRINDLE_FUNCTION(NSDrawThreePartImage)
 
 }

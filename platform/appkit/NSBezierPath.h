@@ -273,6 +273,7 @@ public:
     void setClip() { send<"setClip">(); }
 
 private:
+    friend struct BezierPathAccess;
     class CGPath* path();
     quartz::PathData& steps() { return path()->data(); }
     quartz::PathData& started(); // raises where there is no current point

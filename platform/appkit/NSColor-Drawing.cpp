@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "NSColorPrivate.h"
 #include "NSGraphicsContext.h"
+#include "quartz/CGImage.h"
+#include "quartz/CGPattern.h"
 #include "runtime/Table.h"
 
 namespace brindle {
@@ -26,9 +28,42 @@ template <> struct NSColor::Methods<struct Drawing> {
             return Ref<class CGColor>::adopt(CGColorCreateGenericGray(c[0], c[1]));
         case Space::deviceWhite:
             return Ref<class CGColor>::adopt(device(CGColorSpaceCreateDeviceGray()));
+        case Space::pattern:
+            return patternColor(*color->pattern_);
         default:
             return nullptr;
         }
+    }
+
+    // The image is asked by messages: whatever has a size and a picture will do.
+    static void drawTile(void* info, class CGContext* context)
+    {
+        auto& image = *static_cast<NSObject*>(info);
+        const auto size = image.send<"size", NSSize>();
+        const auto picture
+            = image.send<"CGImageForProposedRect:context:hints:", Ref<class CGImage>>(
+                static_cast<NSRect*>(nullptr), static_cast<NSGraphicsContext*>(nullptr),
+                static_cast<NSObject*>(nullptr));
+        CGContextDrawImage(context, { {}, size }, picture.get());
+    }
+    static Ref<class CGColor> patternColor(NSObject& image)
+    {
+        if (!image.respondsToSelector(selector<"size">)
+            || !image.respondsToSelector(selector<"CGImageForProposedRect:context:hints:">))
+            return nullptr;
+        const auto size = image.send<"size", NSSize>();
+        const CGPatternCallbacks callbacks { 0, drawTile,
+            [](void* info) { release(static_cast<NSObject*>(info)); } };
+        retain(&image); // by the pattern
+        const auto pattern
+            = Ref<CGPattern>::adopt(CGPatternCreate(&image, { {}, size }, CGAffineTransformIdentity,
+                size.width, size.height, kCGPatternTilingConstantSpacing, true, &callbacks));
+        if (!pattern)
+            release(&image);
+        const auto space = Ref<CGColorSpace>::adopt(CGColorSpaceCreatePattern(nullptr));
+        const CGFloat alpha = 1;
+        return Ref<class CGColor>::adopt(
+            CGColorCreateWithPattern(space.get(), pattern.get(), &alpha));
     }
 
     static void setFill(NSColor& self)

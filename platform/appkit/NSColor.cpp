@@ -31,7 +31,7 @@ template <> struct NSColor::Methods<struct Making> {
 
     static Ref<NSColor> withCGColor(Class&, class CGColor* color)
     {
-        if (!color)
+        if (!color || color->pattern())
             return nullptr;
         const CGFloat* c = color->components();
         const auto kind = color->space()->kind();

@@ -91,11 +91,12 @@ public:
         {
             return send<"colorWithWhite:alpha:", Ref<NSColor>>(white, alpha);
         }
-        /// - Nil: nil for NULL.
+        /// - Nil: nil for NULL and for patterns.
         Ref<NSColor> colorWithCGColor(class CGColor* color) const
         {
             return send<"colorWithCGColor:", Ref<NSColor>>(color);
         }
+        /// Paints with the image side by side at its size in points, from the origin of the base space.
         /// - Nil: nil for nil.
         Ref<NSColor> colorWithPatternImage(NSImage* image) const
         {
