@@ -11,6 +11,7 @@ set(brindle_test_environment
     LANGUAGE=unset:
     TZ=set:UTC
     BRINDLE_DISPLAY=set:headless
+    BRINDLE_GOLDEN=set:${CMAKE_CURRENT_SOURCE_DIR}/golden
     DISPLAY=unset:
     WAYLAND_DISPLAY=unset:
     HOME=set:${brindle_test_home}
