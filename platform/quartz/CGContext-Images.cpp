@@ -39,6 +39,15 @@ namespace {
             && std::abs(down.to - down.from - image.height) < 1.0 / 512;
     }
 
+    /// Answers whether there is a part of a pixel to be seen, and numbers exact enough to find its place.
+    bool makesSense(Stretch stretch)
+    {
+        constexpr double kLeast = 1e-6; // pixels
+        constexpr double kMost = 1e9;
+        return std::abs(stretch.from) < kMost && std::abs(stretch.to) < kMost
+            && std::abs(stretch.to - stretch.from) > kLeast;
+    }
+
     void drawUpright(ContextData& data, const Bitmap& image, Stretch across, Stretch down)
     {
         if (fitsExactly(image, across, down) && std::abs(across.from) < 1e6
@@ -48,8 +57,7 @@ namespace {
         const CGRect box { { std::min(across.from, across.to), std::min(down.from, down.to) },
             { std::abs(across.to - across.from), std::abs(down.to - down.from) } };
         const PixelRect visible = intersection(quartz::touchedPixels(box), data.state.clipBox);
-        if (visible.isEmpty() || !(box.size.width > 0) || !(box.size.height > 0)
-            || !std::isfinite(box.size.width) || !std::isfinite(box.size.height))
+        if (visible.isEmpty() || !makesSense(across) || !makesSense(down))
             return;
         quartz::ScaledImage scaled = quartz::scaleImage(
             image, across, down, visible, samplingFor(data.state.interpolation));
@@ -116,6 +124,8 @@ namespace {
 
     void drawTurned(ContextData& data, const Bitmap& image, const CGAffineTransform& toDevice)
     {
+        if (!quartz::isUsable(toDevice))
+            return;
         const Sampling sampling = samplingFor(data.state.interpolation);
         quartz::ScaledImage small;
         TurnedJob job { image, toDevice, data.state.alpha, sampling == Sampling::nearest };
