@@ -171,13 +171,6 @@ namespace {
     };
 
     struct FillJob {
-        static void identify(ShapeKey& key, const PenJob& job)
-        {
-            const auto& fill = *static_cast<const FillJob*>(job.info);
-            key.add(std::int32_t { fill.evenOdd });
-            key.add(fill.path, job.touched.left, job.touched.top);
-        }
-
         const PathData& path;
         const Ink& ink;
         bool evenOdd;
@@ -260,11 +253,19 @@ void fillPath(ContextData& data, const PathData& path, bool evenOdd, const Paint
     PenJob step { touchedPixels(path.controlBox()), &job, FillJob::source, FillJob::outline,
         FillJob::paint };
     step.color = ink.plain();
-    step.identify = FillJob::identify;
+    CGRect rect;
+    const bool isRect = ink.plain() && isUprightRect(path, rect);
+    if (isRect && paintsDirectly(data.state))
+        return fillDeviceRect(data, rect, ink.color);
+    ShapeKey key;
+    if (canBeRemembered(step, data.state)) {
+        key.add(std::int32_t { evenOdd });
+        key.add(path, step.touched.left, step.touched.top);
+        step.key = key.fits() ? &key : nullptr;
+    }
     castShadow(data, step);
     const ShadowPause plain(data.state);
-    CGRect rect;
-    if (ink.plain() && paintsDirectly(data.state) && isUprightRect(path, rect))
+    if (isRect && paintsDirectly(data.state))
         fillDeviceRect(data, rect, ink.color);
     else
         paintShape(data, step);
@@ -293,17 +294,6 @@ void fillRect(ContextData& data, CGRect userRect)
 namespace {
 
     struct StrokeJob {
-        static void identify(ShapeKey& key, const PenJob& job)
-        {
-            const auto& stroke = *static_cast<const StrokeJob*>(job.info);
-            const GraphicsState& state = stroke.state;
-            key.add(std::int32_t { 2 + state.cap + 4 * state.join });
-            const CGAffineTransform& t = state.toDevice;
-            for (const double number : { stroke.width, state.miterLimit, t.a, t.b, t.c, t.d })
-                key.add(number);
-            key.add(stroke.path, job.touched.left, job.touched.top);
-        }
-
         const PathData& path;
         const GraphicsState& state;
         const Ink& ink;
@@ -371,8 +361,15 @@ void strokePath(ContextData& data, const PathData& path)
         &job, StrokeJob::source, StrokeJob::outline, StrokeJob::paint };
     step.clipsToShape = false;
     step.color = ink.plain();
-    if (!job.dashed)
-        step.identify = StrokeJob::identify;
+    ShapeKey key;
+    if (!job.dashed && canBeRemembered(step, state)) {
+        key.add(std::int32_t { 2 + state.cap + 4 * state.join });
+        const CGAffineTransform& t = state.toDevice;
+        for (const double number : { width, state.miterLimit, t.a, t.b, t.c, t.d })
+            key.add(number);
+        key.add(path, step.touched.left, step.touched.top);
+        step.key = key.fits() ? &key : nullptr;
+    }
     castShadow(data, step);
     const ShadowPause plain(data.state);
     paintShape(data, step);

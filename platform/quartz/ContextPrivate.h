@@ -207,9 +207,11 @@ struct PenJob {
     bool clipsToShape
         = true; // whether the outline bounds the paint, so that it can stand as a clip
     const raster::Color* color = nullptr; // where the source is nothing but a colour
-    void (*identify)(ShapeKey& key, const PenJob& job) = nullptr; // tells shapes apart
+    ShapeKey* key = nullptr; // what the shape is remembered by; null when it is not
 };
 void runJob(ContextData& data, const PenJob& job);
+/// Answers whether a job's shape is small and plain enough to be remembered.
+bool canBeRemembered(const PenJob& job, const GraphicsState& state);
 /// The same, by a remembered stencil where there can be one.
 void paintShape(ContextData& data, const PenJob& job);
 /// Lays the shadow of a job, or of pixels at a place, where the state has one.

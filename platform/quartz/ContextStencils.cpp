@@ -53,27 +53,15 @@ namespace {
         return stencil;
     }
 
-    /// Answers whether a job may be remembered, and what it is known by.
-    bool identify(ShapeKey& key, const PenJob& job, const GraphicsState& state)
-    {
-        constexpr int kLongestSide = 512; // pixels
-        if (!job.color || !job.identify || !state.smoothEdges()
-            || widthOf(job.touched) > kLongestSide || heightOf(job.touched) > kLongestSide
-            || widthOf(job.touched) * heightOf(job.touched) > kLongestSide * kLongestSide / 4)
-            return false;
-        job.identify(key, job);
-        return key.fits();
-    }
-
     /// Answers a job's stencil, counted from the corner of what it touches, blurred where `sigma` is not 0.
-    StencilCache::Entry remembered(
-        ShapeKey& key, const PenJob& job, const GraphicsState& state, double sigma)
+    StencilCache::Entry remembered(const PenJob& job, const GraphicsState& state, double sigma)
     {
-        key.add(sigma);
+        ShapeKey& key = *job.key;
+        key.setBlur(sigma);
         StencilCache& cache = StencilCache::shared();
         if (StencilCache::Entry found = cache.find(key))
             return found;
-        Stencil stencil = blurred(trimmed(draw(job, job.touched, state)), sigma);
+        Stencil stencil = trimmed(blurred(trimmed(draw(job, job.touched, state)), sigma));
         stencil.left -= job.touched.left;
         stencil.top -= job.touched.top;
         return cache.insert(key, std::move(stencil));
@@ -141,6 +129,18 @@ namespace {
 
 }
 
+bool canBeRemembered(const PenJob& job, const GraphicsState& state)
+{
+    constexpr int kLongestSide = 512; // pixels
+    constexpr int kLargest = kLongestSide * kLongestSide / 4;
+    const int width = widthOf(job.touched);
+    const int height = heightOf(job.touched);
+    const bool isUsed
+        = state.shadow.paints || (!state.clipShapes && state.blend == kCGBlendModeNormal);
+    return isUsed && job.color && state.smoothEdges() && width <= kLongestSide
+        && height <= kLongestSide && width * height <= kLargest;
+}
+
 void castShadow(ContextData& data, const PenJob& job)
 {
     if (!data.state.shadow.paints)
@@ -151,9 +151,8 @@ void castShadow(ContextData& data, const PenJob& job)
         return;
     const ShadowPause plain(data.state);
     const raster::Color color = faded(data.state.shadow.color, job.color ? job.color->alpha : 1);
-    ShapeKey key;
-    if (identify(key, job, data.state)) {
-        const StencilCache::Entry stencil = remembered(key, job, data.state, cast.sigma);
+    if (job.key) {
+        const StencilCache::Entry stencil = remembered(job, data.state, cast.sigma);
         return lay(data, *stencil, job.touched.left + cast.x, job.touched.top + cast.y, color);
     }
     lay(data, blurred(draw(job, area, data.state), cast.sigma), cast.x, cast.y, color);
@@ -196,12 +195,11 @@ PixelRect rectThatShows(const ContextData& data)
 void paintShape(ContextData& data, const PenJob& job)
 {
     const GraphicsState& state = data.state;
-    ShapeKey key;
     if (intersection(job.touched, state.clipBox).isEmpty())
         return;
-    if (state.clipShapes || state.blend != kCGBlendModeNormal || !identify(key, job, state))
+    if (state.clipShapes || state.blend != kCGBlendModeNormal || !job.key)
         return runJob(data, job);
-    lay(data, *remembered(key, job, state, 0), job.touched.left, job.touched.top, *job.color);
+    lay(data, *remembered(job, state, 0), job.touched.left, job.touched.top, *job.color);
 }
 
 }

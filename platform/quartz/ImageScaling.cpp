@@ -183,10 +183,9 @@ namespace {
                 const raster::Pixels4 b = raster::loadPixels(lower + at);
                 return Sums { (a & kEven) + (b & kEven), (a >> 8 & kEven) + (b >> 8 & kEven) };
             };
-            const auto neighbours = [](raster::Pixels4 left, raster::Pixels4 right) {
-                using Order = raster::Pixels4;
-                return __builtin_shuffle(left, right, Order { 0, 2, 4, 6 })
-                    + __builtin_shuffle(left, right, Order { 1, 3, 5, 7 });
+            const auto neighbours = [](raster::Pixels4 one, raster::Pixels4 other) {
+                return __builtin_shufflevector(one, other, 0, 2, 4, 6)
+                    + __builtin_shufflevector(one, other, 1, 3, 5, 7);
             };
             const Sums left = columns(0);
             const Sums right = columns(4);

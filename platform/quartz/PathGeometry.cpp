@@ -83,22 +83,33 @@ void addArcToPoint(PathData& path, const CGAffineTransform& transform, CGPoint c
     const double uy = current.y - first.y;
     const double vx = second.x - first.x;
     const double vy = second.y - first.y;
-    const double lengths = std::hypot(ux, uy) * std::hypot(vx, vy);
+    const double lengthU = std::hypot(ux, uy);
+    const double lengthV = std::hypot(vx, vy);
+    const double lengths = lengthU * lengthV;
     const double cross = ux * vy - uy * vx;
     if (!(std::abs(cross) > 1e-12 * lengths) || !(radius > 0) || !std::isfinite(lengths)) {
         pen.line(first.x, first.y);
         return;
     }
-    const double half = std::atan2(std::abs(cross), ux * vx + uy * vy) / 2;
-    const double reach = radius / std::tan(half);
-    const double lengthU = std::hypot(ux, uy);
-    const double lengthV = std::hypot(vx, vy);
-    const CGPoint in { first.x + ux / lengthU * reach, first.y + uy / lengthU * reach };
-    const CGPoint out { first.x + vx / lengthV * reach, first.y + vy / lengthV * reach };
+    const double dot = ux * vx + uy * vy;
+    // The tangent of half the turn is that of what half the corner lacks of a right angle.
+    const double halfTurn = (lengths + dot) / std::abs(cross);
+    const double reach = radius * halfTurn;
+    const CGPoint toCurrent { ux / lengthU, uy / lengthU };
+    const CGPoint toSecond { vx / lengthV, vy / lengthV };
+    const CGPoint in { first.x + toCurrent.x * reach, first.y + toCurrent.y * reach };
+    const CGPoint out { first.x + toSecond.x * reach, first.y + toSecond.y * reach };
+    if (halfTurn < 1 + 1e-9) {
+        // At most a quarter of a circle: one curve, its handles along the lines; 4/3 of the tangent of a quarter of the turn.
+        const double quarterTurn = halfTurn / (1 + std::sqrt(1 + halfTurn * halfTurn));
+        const double left = reach - 4.0 / 3 * quarterTurn * radius; // of the way to the corner
+        pen.line(in.x, in.y);
+        return pen.curve(first.x + toCurrent.x * left, first.y + toCurrent.y * left,
+            first.x + toSecond.x * left, first.y + toSecond.y * left, out.x, out.y);
+    }
     // The centre lies beside the tangent point, on the side of the second line.
     const double side = cross > 0 ? 1 : -1;
-    const CGPoint center { in.x - side * uy / lengthU * radius,
-        in.y + side * ux / lengthU * radius };
+    const CGPoint center { in.x - side * toCurrent.y * radius, in.y + side * toCurrent.x * radius };
     ArcSpan arc { center, radius, std::atan2(in.y - center.y, in.x - center.x),
         std::atan2(out.y - center.y, out.x - center.x), cross > 0 };
     addArc(path, transform, arc);

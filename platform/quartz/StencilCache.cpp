@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "StencilCachePrivate.h"
 
+#include <algorithm>
 #include <cmath>
 
 namespace brindle::quartz {
@@ -23,12 +24,15 @@ void ShapeKey::add(const PathData& path, int left, int top)
 
 std::uint64_t ShapeKey::hash() const
 {
-    std::uint64_t hash = count_;
-    for (std::size_t i = 0; i < count_; ++i) {
-        hash = (hash ^ static_cast<std::uint32_t>(words_[i])) * 0x9E3779B97F4A7C15;
-        hash ^= hash >> 32;
+    constexpr std::uint64_t kMix = 0x9E3779B97F4A7C15;
+    std::uint64_t hash = (count_ ^ std::bit_cast<std::uint64_t>(blur_)) * kMix;
+    for (std::size_t i = 0; i < count_; i += 2) {
+        std::uint64_t two = 0;
+        std::memcpy(
+            &two, words_.data() + i, std::min<std::size_t>(count_ - i, 2) * sizeof(std::int32_t));
+        hash = (hash ^ hash >> 29 ^ two) * kMix;
     }
-    return hash;
+    return hash ^ hash >> 32;
 }
 
 StencilCache& StencilCache::shared()

@@ -31,18 +31,21 @@ public:
     }
     /// - left, top: the pixel that points are counted from.
     void add(const PathData& path, int left, int top);
+    /// Tells the soft stencil of a shape from the sharp one.
+    void setBlur(double sigma) { blur_ = sigma; }
 
     bool fits() const { return count_ <= words_.size(); }
     std::uint64_t hash() const;
     friend bool operator==(const ShapeKey& a, const ShapeKey& b)
     {
-        return a.count_ == b.count_
+        return a.count_ == b.count_ && a.blur_ == b.blur_
             && std::memcmp(a.words_.data(), b.words_.data(), a.count_ * sizeof(std::int32_t)) == 0;
     }
 
 private:
     std::array<std::int32_t, 128> words_;
     std::size_t count_ = 0;
+    double blur_ = 0;
 };
 
 /// Stencils of shapes that were painted lately, in bounded memory: interfaces draw the same few again and again.
