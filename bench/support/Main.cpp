@@ -54,6 +54,7 @@ namespace {
         addColours(plan);
         addRaster(plan);
         addContexts(plan);
+        addDrawing(plan);
         addPython(plan);
         return plan;
     }

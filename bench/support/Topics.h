@@ -27,6 +27,7 @@ void addIntervals(Plan& plan);
 void addColours(Plan& plan);
 void addRaster(Plan& plan);
 void addContexts(Plan& plan);
+void addDrawing(Plan& plan);
 void addPython(Plan& plan);
 void addDefaults(Plan& plan);
 void addUniqueObjects(Plan& plan);
