@@ -57,6 +57,9 @@ Ref<NSWindow> ApplicationAccess::windowWithNumber(NSInteger number)
 void ApplicationAccess::setKeyWindow(NSWindow* window)
 {
     ApplicationState& app = state();
+    if (NSWindow* const sheet = window ? WindowAccess::attachedSheet(*window) : nullptr;
+        sheet && sheet->canBecomeKeyWindow())
+        return setKeyWindow(sheet);
     if (app.keyWindow == window)
         return;
     const Ref<NSWindow> old(app.keyWindow);
@@ -205,7 +208,7 @@ template <> struct NSApplication::Methods<struct Windows> {
     {
         const std::vector<NSWindow*> order = app().order;
         for (NSWindow* window : order)
-            WindowAccess::notify(*window, NSWindowDidUpdateNotification, "windowDidUpdate:");
+            Ref<NSWindow>(window)->update();
     }
 
     static bool isActive(NSApplication&) { return app().active; }

@@ -302,13 +302,17 @@ template <> struct NSWindowFrameView::Methods<struct Frame> {
         NSWindow& window = *ViewAccess::window(self);
         const WindowState& state = of(self);
         const Ref<NSColor> background = window.backgroundColor();
-        if (!WindowAccess::isTitled(state) || state.fullScreen) {
-            background->set();
-            NSRectFill(rect);
-            return;
-        }
         const Ref<CGContext> c = currentCGContext();
         const NSRect whole { {}, state.frame.size };
+        if (!WindowAccess::hasBar(state.style)) {
+            background->set();
+            NSRectFill(rect);
+            if (state.style & NSDocModalWindowMask) {
+                stroke(c.get(), look().border);
+                CGContextStrokeRectWithWidth(c.get(), NSInsetRect(whole, 0.5, 0.5), 1);
+            }
+            return;
+        }
         const NSRect bar
             = NSMakeRect(0, whole.size.height - kTitleBarHeight, whole.size.width, kTitleBarHeight);
         const bool active = window.isMainWindow() || window.isKeyWindow();
@@ -337,7 +341,7 @@ template <> struct NSWindowFrameView::Methods<struct Frame> {
         const NSSize size = self.bounds().size;
         const NSWindow* window = ViewAccess::window(self);
         const NSWindowStyleMask style = window ? WindowAccess::state(*window).style : 0;
-        const bool shown = (style & NSTitledWindowMask) && !(style & NSFullScreenWindowMask)
+        const bool shown = WindowAccess::hasBar(style)
             && (style
                 & (NSClosableWindowMask | NSMiniaturizableWindowMask | NSResizableWindowMask));
         for (std::size_t i = 0; i < self.buttons_.size(); ++i) {

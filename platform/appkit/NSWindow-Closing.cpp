@@ -37,6 +37,7 @@ template <> struct NSWindow::Methods<struct Closing> {
         if (std::exchange(state.closed, true))
             return;
         const Ref<NSWindow> alive(&self);
+        WindowAccess::abortSheets(self);
         WindowAccess::notify(self, NSWindowWillCloseNotification, "windowWillClose:");
         if (state.parent)
             Ref<NSWindow>(state.parent)->removeChildWindow(&self);
@@ -60,7 +61,7 @@ template <> struct NSWindow::Methods<struct Closing> {
     }
     static void performClose(NSWindow& self, NSObject*)
     {
-        if (!(of(self).style & NSClosableWindowMask))
+        if (!(of(self).style & NSClosableWindowMask) || WindowAccess::attachedSheet(self))
             return NSBeep();
         const Ref<NSWindow> alive(&self);
         if (agrees(self))
@@ -91,13 +92,29 @@ template <> struct NSWindow::Methods<struct Closing> {
     }
     static bool isMiniaturized(NSWindow& self) { return of(self).miniaturized; }
 
+    static bool mayZoom(NSWindow& self)
+    {
+        const WindowState& state = of(self);
+        const Ref<NSObject> delegate = self.delegate();
+        if (!delegate || !delegate->respondsToSelector(selector<"windowShouldZoom:toFrame:">))
+            return true;
+        const display::Screen* screen = ScreenAccess::screenFor(state.frame);
+        const NSRect large = screen ? screen->visibleFrame : state.frame;
+        return delegate->send<"windowShouldZoom:toFrame:", bool>(
+            &self, state.zoomed ? state.restoredFrame : large);
+    }
     static void zoom(NSWindow& self, NSObject*)
     {
+        const Ref<NSWindow> alive(&self);
+        if (!mayZoom(self))
+            return;
         WindowState& state = of(self);
-        if (state.surface && state.surface->isShown()) {
-            state.surface->setZoomed(!state.zoomed);
-            ApplicationAccess::pump();
-        }
+        if (!state.surface || !state.surface->isShown())
+            return;
+        if (!state.zoomed)
+            state.restoredFrame = state.frame;
+        state.surface->setZoomed(!state.zoomed);
+        ApplicationAccess::pump();
     }
     static void performZoom(NSWindow& self, NSObject* sender)
     {
@@ -109,7 +126,15 @@ template <> struct NSWindow::Methods<struct Closing> {
 
     static void toggleFullScreen(NSWindow& self, NSObject*)
     {
-        WindowAccess::surface(self).setFullScreen(!of(self).fullScreen);
+        const Ref<NSWindow> alive(&self);
+        const bool enters = !of(self).fullScreen;
+        if (enters)
+            WindowAccess::notify(
+                self, NSWindowWillEnterFullScreenNotification, "windowWillEnterFullScreen:");
+        else
+            WindowAccess::notify(
+                self, NSWindowWillExitFullScreenNotification, "windowWillExitFullScreen:");
+        WindowAccess::surface(self).setFullScreen(enters);
         ApplicationAccess::pump();
     }
 

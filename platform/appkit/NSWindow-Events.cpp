@@ -6,8 +6,9 @@
 #include "NSPanel.h"
 #include "NSViewPrivate.h"
 #include "NSWindowPrivate.h"
+#include "foundation/NSBeep.h"
 #include "foundation/NSDate.h"
-#include "runtime/Table.h"
+#include "runtime/Runtime.h"
 
 namespace brindle {
 
@@ -158,14 +159,28 @@ template <> struct NSWindow::Methods<struct Events> {
         return found ? found : of(self).frameView;
     }
 
+    // A strip beside the content view takes the place of a title bar, or adds to it.
+    static bool isInStrip(const WindowState& state, NSPoint point)
+    {
+        constexpr SEL kMoves = selector<"mouseDownCanMoveWindow">;
+        const IMP ordinary = class_getMethodImplementation(NSView::cls(), kMoves);
+        const std::vector<Ref<NSView>> views = ViewAccess::subviews(*state.frameView);
+        for (const Ref<NSView>& view : views) {
+            if (view != state.contentView && !ViewAccess::isHidden(*view)
+                && NSPointInRect(point, ViewAccess::frame(*view))
+                && view->methodForSelector(kMoves) != ordinary && view->mouseDownCanMoveWindow())
+                return true;
+        }
+        return false;
+    }
     static bool movesWindow(NSWindow& self, NSView& view, NSPoint point)
     {
         const WindowState& state = of(self);
         if (!state.movable || !view.mouseDownCanMoveWindow())
             return false;
-        const bool inBar
-            = WindowAccess::isTitled(state) && point.y >= state.frame.size.height - kTitleBarHeight;
-        return inBar || state.movableByBackground;
+        const bool inBar = WindowAccess::hasBar(state.style)
+            && point.y >= state.frame.size.height - kTitleBarHeight;
+        return inBar || state.movableByBackground || isInStrip(state, point);
     }
 
     static void becomeKeyByPress(NSWindow& self, NSView& view)
@@ -198,6 +213,8 @@ template <> struct NSWindow::Methods<struct Events> {
                 return self.performZoom(nullptr);
             return WindowAccess::dragWindow(self, event);
         }
+        if (WindowAccess::attachedSheet(self))
+            return NSBeep();
         if (!wasKey && !view->acceptsFirstMouse(&event))
             return;
         if (view->acceptsFirstResponder())
@@ -208,6 +225,8 @@ template <> struct NSWindow::Methods<struct Events> {
 
     static void otherPress(NSWindow& self, NSEvent& event)
     {
+        if (WindowAccess::attachedSheet(self))
+            return NSBeep();
         const Ref<NSView> view = viewAt(self, event.locationInWindow());
         of(self).pressed[slotOf(event)] = view;
         if (event.type() == NSRightMouseDown)
@@ -251,7 +270,7 @@ template <> struct NSWindow::Methods<struct Events> {
             otherPress(self, *event);
         else if (events::isIn(type, events::kUps | events::kDrags))
             toPressed(self, *event);
-        else if (type == NSScrollWheel)
+        else if (type == NSScrollWheel && !WindowAccess::attachedSheet(self))
             viewAt(self, event->locationInWindow())->scrollWheel(lent);
         else if (type == NSMouseMoved && of(self).acceptsMoved)
             self.firstResponder()->mouseMoved(lent);
@@ -298,6 +317,10 @@ template <> struct NSWindow::Methods<struct Events> {
         return true;
     }
     static bool yes(NSWindow&) { return true; }
+    static void update(NSWindow& self)
+    {
+        WindowAccess::notify(self, NSWindowDidUpdateNotification, "windowDidUpdate:");
+    }
 
     static void table(Builder& t)
     {
@@ -311,6 +334,7 @@ template <> struct NSWindow::Methods<struct Events> {
             { "recalculateKeyViewLoop", imp<recalculateLoop> },
             { "performKeyEquivalent:", imp<performKeyEquivalent> },
             { "keyDown:", imp<keyDown> },
+            { "update", imp<update> },
             { "sendEvent:", imp<sendEvent> },
             { "currentEvent", imp<currentEvent> },
             { "nextEventMatchingMask:", imp<nextEvent> },

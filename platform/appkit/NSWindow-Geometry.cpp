@@ -76,6 +76,7 @@ void WindowAccess::applyFrame(NSWindow& window, NSRect frame, bool tellSurface)
         s.frameView->setFrame({ {}, frame.size });
         s.contentView->setFrame(window.contentRectForFrameRect({ {}, frame.size }));
         damageAll(window);
+        placeSheet(window);
     }
     if (frame.origin != old.origin)
         notify(window, NSWindowDidMoveNotification, "windowDidMove:");
@@ -84,6 +85,7 @@ void WindowAccess::applyFrame(NSWindow& window, NSRect frame, bool tellSurface)
     if (frame == old)
         return;
     s.viewsMoved = true;
+    autosaveFrame(window);
     settleScreen(window);
 }
 
@@ -140,8 +142,7 @@ template <> struct NSWindow::Methods<struct Geometry> {
 
     static CGFloat barHeight(NSWindowStyleMask style)
     {
-        return (style & NSTitledWindowMask) && !(style & NSFullScreenWindowMask) ? kTitleBarHeight
-                                                                                 : 0;
+        return WindowAccess::hasBar(style) ? kTitleBarHeight : 0;
     }
     static NSRect frameFor(Class&, NSRect content, NSWindowStyleMask style)
     {
@@ -221,6 +222,16 @@ template <> struct NSWindow::Methods<struct Geometry> {
         const CGFloat above = (room.size.height - frame.size.height) * (2.0 / 3);
         self.setFrameOrigin(
             { std::round(NSMidX(room) - frame.size.width / 2), std::round(NSMinY(room) + above) });
+    }
+
+    static NSPoint cascade(NSWindow& self, NSPoint point)
+    {
+        constexpr CGFloat kStep = kTitleBarHeight;
+        if (point == NSPoint {})
+            point = { NSMinX(of(self).frame), NSMaxY(of(self).frame) };
+        else
+            self.setFrameTopLeftPoint(point);
+        return { point.x + kStep, point.y - kStep };
     }
 
     // ---- limits
@@ -304,6 +315,7 @@ template <> struct NSWindow::Methods<struct Geometry> {
             { "frameRectForContentRect:", imp<frameRectForContent> },
             { "constrainFrameRect:toScreen:", imp<constrain> },
             { "center", imp<center> },
+            { "cascadeTopLeftFromPoint:", imp<cascade> },
             { "minSize", imp<minSize> },
             { "setMinSize:", imp<setMinSize> },
             { "maxSize", imp<maxSize> },

@@ -279,7 +279,9 @@ template <> struct NSWindow::Methods<struct Order> {
 
     static bool canBecomeKey(NSWindow& self)
     {
-        return (self.styleMask() & (NSTitledWindowMask | NSResizableWindowMask)) != 0;
+        constexpr NSWindowStyleMask kAny
+            = NSTitledWindowMask | NSResizableWindowMask | NSDocModalWindowMask;
+        return (self.styleMask() & kAny) != 0;
     }
     static bool canBecomeMain(NSWindow& self) { return canBecomeKey(self) && of(self).visible; }
     static bool isKey(NSWindow& self) { return ApplicationAccess::state().keyWindow == &self; }

@@ -58,6 +58,8 @@ template <> struct NSWindow::Methods<struct Basics> {
         WindowState& state = of(self);
         for (const Ref<NSWindow>& child : state.children)
             of(*child).parent = nullptr;
+        for (const Ref<NSWindow>& sheet : state.sheets)
+            of(*sheet).sheetHost = nullptr;
         ApplicationAccess::removeWindow(self);
         state.firstResponder = nullptr;
         state.pressed = {};

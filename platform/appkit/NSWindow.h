@@ -47,6 +47,16 @@ enum NSWindowButton : NSUInteger {
     NSWindowDocumentIconButton = 4,
 };
 
+/// What modal loops and sheets end with.
+using NSModalResponse = NSInteger;
+enum : NSInteger {
+    NSModalResponseCancel = 0,
+    NSModalResponseOK = 1,
+    NSModalResponseStop = -1000,
+    NSModalResponseAbort = -1001,
+    NSModalResponseContinue = -1002,
+};
+
 /// Windows of a higher level lie above those of a lower one.
 using NSWindowLevel = NSInteger;
 enum : NSInteger {
@@ -81,10 +91,17 @@ inline constexpr StringConstant<"NSWindowDidMiniaturizeNotification">
     NSWindowDidMiniaturizeNotification;
 inline constexpr StringConstant<"NSWindowDidDeminiaturizeNotification">
     NSWindowDidDeminiaturizeNotification;
+inline constexpr StringConstant<"NSWindowWillEnterFullScreenNotification">
+    NSWindowWillEnterFullScreenNotification;
+inline constexpr StringConstant<"NSWindowWillExitFullScreenNotification">
+    NSWindowWillExitFullScreenNotification;
 inline constexpr StringConstant<"NSWindowDidEnterFullScreenNotification">
     NSWindowDidEnterFullScreenNotification;
 inline constexpr StringConstant<"NSWindowDidExitFullScreenNotification">
     NSWindowDidExitFullScreenNotification;
+inline constexpr StringConstant<"NSWindowWillBeginSheetNotification">
+    NSWindowWillBeginSheetNotification;
+inline constexpr StringConstant<"NSWindowDidEndSheetNotification"> NSWindowDidEndSheetNotification;
 inline constexpr StringConstant<"NSWindowDidExposeNotification"> NSWindowDidExposeNotification;
 inline constexpr StringConstant<"NSWindowDidUpdateNotification"> NSWindowDidUpdateNotification;
 inline constexpr StringConstant<"NSWindowDidChangeScreenNotification">
@@ -99,7 +116,12 @@ inline constexpr StringConstant<"NSWindowDidChangeBackingPropertiesNotification"
 /// when the window is first shown, so one that is never shown costs little and needs no display.
 ///
 /// The application keeps a window while it is shown, minimised or hidden with the application. Its delegate is asked and told by name:
-/// `windowShouldClose:`, `windowWillResize:toSize:`, and `windowDidMove:` and the like for each notification.
+/// `windowShouldClose:`, `windowShouldZoom:toFrame:`, `windowWillResize:toSize:`, `window:willPositionSheet:usingRect:`,
+/// and `windowDidMove:` and the like for each notification.
+///
+/// A press moves the window where the view under it answers YES to `mouseDownCanMoveWindow`: in the title area, or
+/// anywhere with `isMovableByWindowBackground`. The title area is the title bar and, beside it, every view next to the
+/// content view whose class overrides that operation to answer YES.
 /// Thread: main.
 class NSWindow : public NSResponder {
     BRINDLE_OBJECT(NSWindow, NSResponder)
@@ -114,6 +136,8 @@ public:
         {
             return send<"contentRectForFrameRect:styleMask:", NSRect>(frame, style);
         }
+        /// Forgets the frame that was saved under a name.
+        void removeFrameUsingName(NSString* name) const { send<"removeFrameUsingName:">(name); }
     };
 
     /// The designated initialiser. `init` makes a titled, closable, resizable window of no particular size.
@@ -160,6 +184,12 @@ public:
     void setContentMinSize(NSSize size) { send<"setContentMinSize:">(size); }
     NSSize contentMaxSize() const { return send<"contentMaxSize", NSSize>(); }
     void setContentMaxSize(NSSize size) { send<"setContentMaxSize:">(size); }
+    /// Puts the top left corner at a point, or leaves the window where it is for the zero point.
+    /// - Returns: the point for the next window, below and to the right.
+    NSPoint cascadeTopLeftFromPoint(NSPoint point)
+    {
+        return send<"cascadeTopLeftFromPoint:", NSPoint>(point);
+    }
     bool inLiveResize() const { return send<"inLiveResize", bool>(); }
     Ref<NSScreen> screen() const { return send<"screen", Ref<NSScreen>>(); }
     CGFloat backingScaleFactor() const { return send<"backingScaleFactor", CGFloat>(); }
@@ -187,6 +217,30 @@ public:
     {
         return send<"convertRectFromScreen:", NSRect>(rect);
     }
+
+    // Saved frames, in the standard defaults.
+
+    /// Saves the frame under this name from now on, whenever it changes, and takes over the one that was saved.
+    /// - Nil: nil and "" end that. - Returns: NO when another window has the name; nothing changes then.
+    bool setFrameAutosaveName(NSString* name) { return send<"setFrameAutosaveName:", bool>(name); }
+    /// Answers "" where frames are not saved.
+    Ref<NSString> frameAutosaveName() const { return send<"frameAutosaveName", Ref<NSString>>(); }
+    void saveFrameUsingName(NSString* name) { send<"saveFrameUsingName:">(name); }
+    /// Takes over a saved frame; a window that cannot be resized only its place.
+    /// - Returns: NO when none was saved under the name.
+    bool setFrameUsingName(NSString* name) { return send<"setFrameUsingName:", bool>(name); }
+    /// - force: the size too, whatever the window's style.
+    bool setFrameUsingName_force(NSString* name, bool force)
+    {
+        return send<"setFrameUsingName:force:", bool>(name, force);
+    }
+    /// Answers the frame and that of its screen as eight numbers.
+    Ref<NSString> stringWithSavedFrame() const
+    {
+        return send<"stringWithSavedFrame", Ref<NSString>>();
+    }
+    /// Takes over such a text; any other changes nothing.
+    void setFrameFromString(NSString* text) { send<"setFrameFromString:">(text); }
 
     // What it is.
 
@@ -291,6 +345,37 @@ public:
     Ref<NSArray> childWindows() const { return send<"childWindows", Ref<NSArray>>(); }
     Ref<NSWindow> parentWindow() const { return send<"parentWindow", Ref<NSWindow>>(); }
 
+    // Sheets: windows that lie below the title bar of another, their host, and keep its events from it.
+
+    /// Shows a window as a sheet, after those that this one has already. The host may be moved meanwhile, no more.
+    /// - completion: run after the sheet has gone; may be nil.
+    /// - Raises: `NSInvalidArgumentException` for nil, for the window itself and for one that is a sheet already.
+    void beginSheet_completionHandler(
+        NSWindow* sheet, const Block<void(NSModalResponse)>& completion)
+    {
+        send<"beginSheet:completionHandler:">(sheet, completion.get());
+    }
+    /// Shows it before the sheets that wait.
+    void beginCriticalSheet_completionHandler(
+        NSWindow* sheet, const Block<void(NSModalResponse)>& completion)
+    {
+        send<"beginCriticalSheet:completionHandler:">(sheet, completion.get());
+    }
+    /// The same with `NSModalResponseStop`.
+    void endSheet(NSWindow* sheet) { send<"endSheet:">(sheet); }
+    /// Takes a sheet away. What is no sheet of this window is left alone. Closing host or sheet ends it with
+    /// `NSModalResponseAbort`.
+    void endSheet_returnCode(NSWindow* sheet, NSModalResponse code)
+    {
+        send<"endSheet:returnCode:">(sheet, code);
+    }
+    /// Answers the sheet that is shown, or nil.
+    Ref<NSWindow> attachedSheet() const { return send<"attachedSheet", Ref<NSWindow>>(); }
+    /// Answers the sheet that is shown and those that wait.
+    Ref<NSArray> sheets() const { return send<"sheets", Ref<NSArray>>(); }
+    bool isSheet() const { return send<"isSheet", bool>(); }
+    Ref<NSWindow> sheetParent() const { return send<"sheetParent", Ref<NSWindow>>(); }
+
     // Key and main.
 
     /// Answers whether it may have the keyboard: with a title bar or a resizable frame, unless overridden.
@@ -325,6 +410,8 @@ public:
 
     // Events.
 
+    /// Posts `NSWindowDidUpdateNotification`; sent by `updateWindows` of the application.
+    void update() { send<"update">(); }
     /// Hands an event of this window to the view it is for.
     void sendEvent(NSEvent* event) { send<"sendEvent:">(event); }
     Ref<NSEvent> currentEvent() const { return send<"currentEvent", Ref<NSEvent>>(); }

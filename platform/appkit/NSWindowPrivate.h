@@ -69,6 +69,11 @@ struct WindowState {
     std::unique_ptr<Backing> backing;
     Damage damage;
 
+    Ref<NSString> autosaveName; // nil or text
+    std::vector<Ref<NSWindow>> sheets; // the first is shown, the others wait
+    NSWindow* sheetHost = nullptr; // of a sheet
+    Block<void(NSInteger)> sheetCompletion; // of a sheet
+
     Ref<NSWindow> kept; // the window itself, while it is shown
     NSWindow* parent = nullptr;
     std::vector<Ref<NSWindow>> children; // back to front; those below the window first
@@ -92,6 +97,7 @@ struct WindowState {
     bool fullScreen = false;
     bool viewsMoved = false; // tracking areas must be made anew before the next event
     bool drawing = false;
+    bool showsSheet = false;
     bool closed = false;
 };
 
@@ -148,7 +154,26 @@ struct WindowAccess {
     {
         return (state.style & NSTitledWindowMask) != 0;
     }
+    /// Answers whether a style shows a title bar: sheets and full screens do not.
+    static bool hasBar(NSWindowStyleMask style)
+    {
+        return (style & NSTitledWindowMask)
+            && !(style & (NSFullScreenWindowMask | NSDocModalWindowMask));
+    }
     static NSSize limited(const NSWindow& window, NSSize size);
+    /// Writes the frame to the defaults where it is to be saved.
+    static void autosaveFrame(NSWindow& window);
+
+    // Sheets; NSWindow-Sheets.cpp.
+    /// Answers the sheet that keeps events from a window, or null.
+    static NSWindow* attachedSheet(const NSWindow& window)
+    {
+        const WindowState& s = state(window);
+        return s.showsSheet ? s.sheets.front().get() : nullptr;
+    }
+    static void placeSheet(NSWindow& host);
+    /// Ends the window's sheets, and the window itself where it is one.
+    static void abortSheets(NSWindow& window);
 
     // The user's hand; NSWindow-Dragging.cpp.
     static void dragWindow(NSWindow& window, NSEvent& press);

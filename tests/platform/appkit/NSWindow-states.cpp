@@ -123,13 +123,15 @@ namespace {
         EXPECT_TRUE(o.window->styleMask() & NSFullScreenWindowMask);
         EXPECT_EQ(o.window->frame(), NSMakeRect(0, 0, 640, 480));
         EXPECT_EQ(o.window->contentView()->frame(), NSMakeRect(0, 0, 640, 480));
-        EXPECT_EQ(o.log, "NSWindowDidEnterFullScreenNotification ");
+        EXPECT_EQ(o.log,
+            "NSWindowWillEnterFullScreenNotification NSWindowDidEnterFullScreenNotification ");
         o.log.clear();
         o.window->toggleFullScreen(nullptr);
         EXPECT_FALSE(o.window->styleMask() & NSFullScreenWindowMask);
         EXPECT_EQ(o.window->frame(), before);
         EXPECT_EQ(o.window->contentView()->frame().size, kContent.size);
-        EXPECT_EQ(o.log, "NSWindowDidExitFullScreenNotification ");
+        EXPECT_EQ(
+            o.log, "NSWindowWillExitFullScreenNotification NSWindowDidExitFullScreenNotification ");
     }
 
     TEST(NSWindowStates, WhatTheDesktopDoesIsFollowed)
