@@ -2,6 +2,7 @@
 #include "NSEvent.h"
 #include "NSViewPrivate.h"
 #include "NSWindowPrivate.h"
+#include "ViewLayerPrivate.h"
 #include "foundation/NSArray.h"
 #include "runtime/Table.h"
 
@@ -101,6 +102,8 @@ BRINDLE_RECORD(NSView, Events)
 
 void ViewAccess::geometryChanged(NSView& view)
 {
+    if (view.layer_)
+        view.layer_->followView();
     if (view.window_)
         WindowAccess::viewMoved(*view.window_, view);
 }

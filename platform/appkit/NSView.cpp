@@ -3,6 +3,7 @@
 
 #include "NSViewPrivate.h"
 #include "NSWindowPrivate.h"
+#include "ViewLayerPrivate.h"
 #include "runtime/Table.h"
 
 namespace brindle {
@@ -63,6 +64,8 @@ template <> struct NSView::Methods<struct Basics> {
         if (clamped == self.alpha_)
             return;
         self.alpha_ = clamped;
+        if (self.layer_)
+            self.layer_->followView();
         if (self.superview_)
             ViewAccess::invalidate(*self.superview_, self.frame_);
         else

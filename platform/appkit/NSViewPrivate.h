@@ -32,6 +32,8 @@ struct ViewAccess {
     static CGFloat alpha(const NSView& view) { return view.alpha_; }
     static TrackingIndex* tracking(const NSView& view) { return view.tracking_.get(); }
     static bool hasTrackedViews(const NSView& view) { return view.trackedViews_ != 0; }
+    /// Answers what shows the view's layer; null without one.
+    static ViewLayer* layer(const NSView& view) { return view.layer_.get(); }
     static bool& needsDisplay(NSView& view) { return view.needsDisplay_; }
 
     /// Answers the transform from a view's coordinates to its superview's, or to the window's for the topmost one.
@@ -39,7 +41,7 @@ struct ViewAccess {
     static AxisTransform toWindow(const NSView& view);
     /// Makes a view the topmost one of a window, or none of any; sends the window hooks.
     static void setRootOf(NSView& view, NSWindow* window);
-    /// Tells a view's window that tracking areas lie elsewhere now.
+    /// Tells a view's window that tracking areas lie elsewhere now, and its layer where it is.
     static void geometryChanged(NSView& view);
     /// Marks a part as if it were drawn; `rect` is in the view's coordinates.
     static void invalidate(NSView& view, NSRect rect);

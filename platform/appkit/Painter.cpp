@@ -6,6 +6,23 @@
 
 namespace brindle {
 
+namespace {
+
+    CGAffineTransform matrixOf(const AxisTransform& t)
+    {
+        return { t.scaleX, 0, 0, t.scaleY, t.moveX, t.moveY };
+    }
+
+    NSRect boxAround(const std::vector<NSRect>& parts)
+    {
+        NSRect box = parts.empty() ? NSRect {} : parts.front();
+        for (const NSRect& part : parts)
+            box = NSUnionRect(box, part);
+        return box;
+    }
+
+}
+
 // ---- focus
 
 std::vector<Focus*>& Focus::stack()
@@ -44,8 +61,7 @@ Focus::Focus(NSView& view, const Backing& backing, const AxisTransform& toWindow
         clipped_ = clipped_ == NSRect {} ? part : NSUnionRect(clipped_, part);
     }
     CGContextClipToRects(context_.get(), clip.data(), clip.size());
-    CGContextConcatCTM(
-        context_.get(), { toWindow.scaleX, 0, 0, toWindow.scaleY, toWindow.moveX, toWindow.moveY });
+    CGContextConcatCTM(context_.get(), matrixOf(toWindow));
     stack().push_back(this);
 }
 
@@ -57,13 +73,7 @@ Focus::~Focus()
     stack().pop_back();
 }
 
-NSRect Focus::box() const
-{
-    NSRect box = parts_.empty() ? NSRect {} : parts_.front();
-    for (const NSRect& part : parts_)
-        box = NSUnionRect(box, part);
-    return box;
-}
+NSRect Focus::box() const { return boxAround(parts_); }
 
 void Focus::lock(NSView& view)
 {
@@ -116,15 +126,43 @@ namespace {
         Ref<CGContext> context_;
     };
 
+    /// Gives the context the coordinates of a layer's view, or takes them back, for a scope.
+    class Coordinates {
+    public:
+        Coordinates(CGContext* context, const AxisTransform& transform)
+            : context_(context)
+        {
+            CGContextSaveGState(context_);
+            CGContextConcatCTM(context_, matrixOf(transform));
+        }
+        ~Coordinates() { CGContextRestoreGState(context_); }
+        Coordinates(const Coordinates&) = delete;
+        Coordinates& operator=(const Coordinates&) = delete;
+
+    private:
+        CGContext* context_;
+    };
+
 }
 
 Painter::Painter(NSWindow& window, std::vector<NSRect> parts)
-    : window_(window)
+    : backing_(WindowAccess::backing(window))
     , parts_(std::move(parts))
-    , box_(parts_.empty() ? NSRect {} : parts_.front())
+    , box_(boxAround(parts_))
 {
-    for (const NSRect& part : parts_)
-        box_ = NSUnionRect(box_, part);
+}
+
+Painter::Painter(CGContext* context, std::vector<NSRect> parts, quartz::LayerLook look)
+    : backing_(own_)
+    , parts_(std::move(parts))
+    , box_(boxAround(parts_))
+    , look_(look)
+    , clearsMarks_(false)
+{
+    NSGraphicsContext::Meta maker = NSGraphicsContext::cls();
+    own_.context = context;
+    own_.upright = maker.graphicsContextWithGraphicsPort_flipped(context, false);
+    own_.flipped = maker.graphicsContextWithGraphicsPort_flipped(context, true);
 }
 
 std::vector<NSRect> Painter::partsIn(NSRect visible) const
@@ -140,7 +178,7 @@ std::vector<NSRect> Painter::partsIn(NSRect visible) const
 // The last opaque view, in the order of drawing, that covers all that is to be drawn: nothing before it shows.
 NSView* Painter::coveringView(NSView& view, const AxisTransform& outer, NSRect clip) const
 {
-    if (ViewAccess::isHidden(view) || ViewAccess::alpha(view) < 1)
+    if (ViewAccess::isHidden(view) || ViewAccess::alpha(view) < 1 || ViewAccess::layer(view))
         return nullptr;
     const AxisTransform toWindow = ViewAccess::toSuperview(view).then(outer);
     const NSRect visible = NSIntersectionRect(clip, toWindow.apply(ViewAccess::bounds(view)));
@@ -166,9 +204,25 @@ template <class Step> void Painter::attempt(Step&& step)
 
 void Painter::paint(NSView& root)
 {
-    const quartz::StateScope scope(
-        WindowAccess::backing(window_).context.get(), quartz::StateScope::Start::bottom);
+    const quartz::StateScope scope(backing_.context.get(), quartz::StateScope::Start::bottom);
     paint(root, {}, ViewAccess::frame(root));
+}
+
+void Painter::paintAlone(NSView& view)
+{
+    const NSRect bounds = ViewAccess::bounds(view);
+    const quartz::StateScope scope(backing_.context.get());
+    AxisTransform upright;
+    if (view.isFlipped())
+        upright = { 1, -1, 0, NSMinY(bounds) + NSMaxY(bounds) };
+    paintAt(view, upright, box_);
+}
+
+/// Answers what of a view may be painted, in its own coordinates.
+NSRect Painter::areaOf(NSView& view) const
+{
+    ViewLayer* const shower = ViewAccess::layer(view);
+    return shower ? shower->extent(look_) : ViewAccess::bounds(view);
 }
 
 void Painter::announce(NSView& view, const AxisTransform& outer, NSRect clip)
@@ -176,11 +230,13 @@ void Painter::announce(NSView& view, const AxisTransform& outer, NSRect clip)
     if (ViewAccess::isHidden(view))
         return;
     const AxisTransform toWindow = ViewAccess::toSuperview(view).then(outer);
-    const NSRect visible = NSIntersectionRect(clip, toWindow.apply(ViewAccess::bounds(view)));
-    if (!NSIntersectsRect(visible, box_))
+    if (!NSIntersectsRect(NSIntersectionRect(clip, toWindow.apply(areaOf(view))), box_))
         return;
+    if (ViewLayer* const shower = ViewAccess::layer(view))
+        shower->settle();
     if (ViewAccess::needsDisplay(view))
         attempt([&] { view.viewWillDraw(); });
+    const NSRect visible = NSIntersectionRect(clip, toWindow.apply(ViewAccess::bounds(view)));
     const std::vector<Ref<NSView>> inside = ViewAccess::subviews(view);
     for (const Ref<NSView>& subview : inside)
         announce(*subview, toWindow, visible);
@@ -188,31 +244,82 @@ void Painter::announce(NSView& view, const AxisTransform& outer, NSRect clip)
 
 void Painter::paint(NSView& view, const AxisTransform& outer, NSRect clip)
 {
-    const CGFloat alpha = ViewAccess::alpha(view);
-    if (ViewAccess::isHidden(view) || alpha <= 0)
-        return;
-    const AxisTransform toWindow = ViewAccess::toSuperview(view).then(outer);
-    const NSRect visible = NSIntersectionRect(clip, toWindow.apply(ViewAccess::bounds(view)));
-    if (!NSIntersectsRect(visible, box_))
-        return;
-    const Group group(WindowAccess::backing(window_).context.get(), alpha, visible);
-    paintVisible(view, toWindow, visible);
+    if (!ViewAccess::isHidden(view))
+        paintAt(view, ViewAccess::toSuperview(view).then(outer), clip);
 }
 
-void Painter::paintVisible(NSView& view, const AxisTransform& toWindow, NSRect visible)
+void Painter::paintAt(NSView& view, const AxisTransform& toWindow, NSRect clip)
+{
+    if (ViewLayer* const shower = ViewAccess::layer(view)) {
+        paintLayered(view, *shower, toWindow, clip);
+        return;
+    }
+    const CGFloat alpha = ViewAccess::alpha(view);
+    const NSRect visible = NSIntersectionRect(clip, toWindow.apply(ViewAccess::bounds(view)));
+    if (alpha <= 0 || !NSIntersectsRect(visible, box_))
+        return;
+    const Group group(backing_.context.get(), alpha, visible);
+    if (beginView(view))
+        drawOwn(view, toWindow, visible);
+    paintSubviews(view, toWindow, visible);
+}
+
+// Ground and shadow may lie outside of the view's bounds; what the view and its subviews draw does not.
+void Painter::paintLayered(
+    NSView& view, ViewLayer& shower, const AxisTransform& toWindow, NSRect clip)
+{
+    const std::vector<NSRect> parts
+        = partsIn(NSIntersectionRect(clip, toWindow.apply(areaOf(view))));
+    if (parts.empty())
+        return;
+    const bool draws = beginView(view);
+    const bool updates = draws && view.wantsUpdateLayer();
+    if (updates)
+        attempt([&] { shower.update(); });
+    CGContext* const context = backing_.context.get();
+    const NSRect visible = NSIntersectionRect(clip, toWindow.apply(ViewAccess::bounds(view)));
+    const quartz::StateScope scope(context);
+    CGContextClipToRects(context, parts.data(), parts.size());
+    CGContextConcatCTM(context, matrixOf(toWindow));
+    quartz::HostedDrawing drawing(*shower.layer(), context, look_);
+    if (clearsMarks_)
+        shower.wasPainted();
+    if (!drawing.isVisible())
+        return;
+    if (draws && !updates) {
+        const Coordinates outside(context, toWindow.inverse());
+        drawOwn(view, toWindow, visible);
+    }
+    drawing.drawSublayers();
+    const Coordinates outside(context, toWindow.inverse());
+    paintSubviews(view, toWindow, visible);
+}
+
+/// Answers whether the view's own drawing will be seen.
+bool Painter::beginView(NSView& view)
+{
+    if (first_ == &view)
+        first_ = nullptr;
+    if (clearsMarks_)
+        ViewAccess::needsDisplay(view) = false;
+    return !first_;
+}
+
+void Painter::drawOwn(NSView& view, const AxisTransform& toWindow, NSRect visible)
 {
     const std::vector<NSRect> parts = partsIn(visible);
     if (parts.empty())
         return;
-    if (first_ == &view)
-        first_ = nullptr;
-    ViewAccess::needsDisplay(view) = false;
-    if (!first_) {
-        attempt([&] {
-            const Focus focus(view, toWindow, parts);
-            view.drawRect(focus.box());
-        });
-    }
+    attempt([&] {
+        const Focus focus(view, backing_, toWindow, parts);
+        view.drawRect(focus.box());
+    });
+}
+
+void Painter::paintSubviews(NSView& view, const AxisTransform& toWindow, NSRect visible)
+{
+    if (!NSIntersectsRect(visible, box_))
+        return;
     const std::vector<Ref<NSView>> inside
         = ViewAccess::subviews(view); // drawing may change the list
     for (const Ref<NSView>& subview : inside) {

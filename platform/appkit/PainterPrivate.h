@@ -8,6 +8,7 @@
 #include "NSGraphicsContextPrivate.h"
 #include "NSViewPrivate.h"
 #include "NSWindowPrivate.h"
+#include "ViewLayerPrivate.h"
 #include "quartz/ContextState.h"
 
 namespace brindle {
@@ -31,11 +32,12 @@ public:
 
     /// Answers the rectangle around the parts.
     NSRect box() const;
+    /// The same in any pixels; `toWindow` and the parts are then in the coordinates of its context.
+    Focus(NSView& view, const Backing& backing, const AxisTransform& toWindow,
+        std::span<const NSRect> clip);
 
 private:
     static std::vector<Focus*>& stack();
-    Focus(NSView& view, const Backing& backing, const AxisTransform& toWindow,
-        std::span<const NSRect> clip);
 
     Ref<NSView> view_;
     Ref<CGContext> context_;
@@ -51,10 +53,15 @@ class Painter {
 public:
     /// - parts: what is to be drawn, in window coordinates.
     Painter(NSWindow& window, std::vector<NSRect> parts);
+    /// Draws into any context, in its present state.
+    /// - look: which values layers are drawn with.
+    Painter(CGContext* context, std::vector<NSRect> parts, quartz::LayerLook look);
     /// Finds the view that hides all before it. Sends `isOpaque`.
     void plan(NSView& root) { first_ = coveringView(root, {}, ViewAccess::frame(root)); }
     /// Draws what `plan` has left, also while some view is locked.
     void paint(NSView& root);
+    /// Draws a view and what is in it by its own coordinates, wherever it is. Its marks stay.
+    void paintAlone(NSView& view);
     /// Sends `viewWillDraw` to the marked views among those that will be drawn.
     void announce(NSView& root) { announce(root, {}, ViewAccess::frame(root)); }
     /// Answers the first exception that a view raised; null when none did.
@@ -65,12 +72,20 @@ private:
     NSView* coveringView(NSView& view, const AxisTransform& outer, NSRect clip) const;
     void paint(NSView& view, const AxisTransform& outer, NSRect clip);
     void announce(NSView& view, const AxisTransform& outer, NSRect clip);
-    void paintVisible(NSView& view, const AxisTransform& toWindow, NSRect visible);
+    void paintAt(NSView& view, const AxisTransform& toWindow, NSRect clip);
+    void paintLayered(NSView& view, ViewLayer& shower, const AxisTransform& toWindow, NSRect clip);
+    bool beginView(NSView& view);
+    void drawOwn(NSView& view, const AxisTransform& toWindow, NSRect visible);
+    void paintSubviews(NSView& view, const AxisTransform& toWindow, NSRect visible);
+    NSRect areaOf(NSView& view) const;
     std::vector<NSRect> partsIn(NSRect visible) const;
 
-    NSWindow& window_;
+    Backing own_; // of a painter without a window
+    const Backing& backing_;
     std::vector<NSRect> parts_;
     NSRect box_;
+    quartz::LayerLook look_ = quartz::LayerLook::shown;
+    bool clearsMarks_ = true;
     const NSView* first_ = nullptr; // nothing before this view shows; null once it has been reached
     std::exception_ptr raised_;
 };

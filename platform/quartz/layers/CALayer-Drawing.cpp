@@ -387,13 +387,13 @@ template <> struct CALayer::Methods<struct Drawing> {
         CALayer& model = state.model ? *state.model : self;
         const quartz::StateScope scope(context);
         CGContextConcatCTM(context, LayerAccess::flipping(state.values));
+        const auto look = state.model ? quartz::LayerLook::shown : quartz::LayerLook::model;
         if (quartz::LayerHost* const host = of(model).host) {
-            host->render(context);
+            host->render(context, look);
             return;
         }
         model.layoutIfNeeded();
-        quartz::HostedDrawing drawing(
-            model, context, state.model ? quartz::LayerLook::shown : quartz::LayerLook::model);
+        quartz::HostedDrawing drawing(model, context, look);
         drawing.drawSublayers();
     }
 

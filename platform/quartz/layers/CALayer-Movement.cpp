@@ -7,7 +7,7 @@
 
 #include "AnimationPrivate.h"
 #include "FrameClock.h"
-#include "TransactionsPrivate.h"
+#include "Transactions.h"
 #include "foundation/NSNull.h"
 #include "foundation/NSObject+KeyValueCoding.h"
 #include "foundation/NSThread.h"
@@ -139,11 +139,10 @@ double LayerAccess::step(CALayer& layer, double now)
             }
             continue;
         }
-        if (rate > 0)
-            next = std::min(next,
-                now
-                    + std::max(
-                        seen ? std::min(left / rate, quartz::kFrameSeconds) : left / rate, 0.0));
+        if (rate > 0) {
+            const double due = now + std::max(left / rate, 0.0);
+            next = std::min(next, seen ? quartz::nextFrame(now, due) : due);
+        }
         ++i;
     }
     if (moved)

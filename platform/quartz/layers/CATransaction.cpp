@@ -3,7 +3,7 @@
 
 #include <utility>
 
-#include "TransactionsPrivate.h"
+#include "Transactions.h"
 #include "foundation/NSNumber.h"
 #include "foundation/NSRunLoop.h"
 #include "foundation/NSThread.h"
@@ -71,10 +71,10 @@ void TransactionGroup::settle()
         block();
 }
 
-TransactionGroup& Transactions::current()
+std::shared_ptr<TransactionGroup> Transactions::shared()
 {
     ensureOutermost();
-    return *stack().groups.back();
+    return stack().groups.back();
 }
 
 std::vector<std::shared_ptr<TransactionGroup>> Transactions::enter()

@@ -12,6 +12,13 @@ namespace brindle::quartz {
 /// Seconds from one picture to the next.
 inline constexpr double kFrameSeconds = 1.0 / 60;
 
+/// Answers when the picture after the one of now is due, for what ends at a moment. The last one comes at the end itself,
+/// and none so shortly before it that a timer could not tell them apart.
+constexpr double nextFrame(double now, double end)
+{
+    return end < now + kFrameSeconds + 0.001 ? end : now + kFrameSeconds;
+}
+
 /// Something that moves.
 class FrameClient {
 public:

@@ -7,6 +7,9 @@
 
 namespace brindle::quartz {
 
+/// Which values are drawn: those that were set, or those that are seen while something moves.
+enum class LayerLook { model, shown };
+
 /// Shows a tree of layers: a view for its own layer.
 class LayerHost {
 public:
@@ -14,14 +17,11 @@ public:
     /// Told after each change in the tree that may be seen, and for each step of a movement.
     virtual void layersChanged() = 0;
     /// Draws the whole of what the layer belongs to, in the layer's coordinates.
-    virtual void render(CGContextRef context) = 0;
+    virtual void render(CGContextRef context, LayerLook look) = 0;
 };
 
 /// - host: outlives the layer, or is taken back by nullptr.
 BRINDLE_EXPORT void setLayerHost(CALayer& layer, LayerHost* host);
-
-/// Which values are drawn: those that were set, or those that are seen while something moves.
-enum class LayerLook { model, shown };
 
 /// Draws a layer in its superlayer's coordinates with all that is in it.
 BRINDLE_EXPORT void drawLayer(CALayer& layer, CGContextRef context, LayerLook look);

@@ -7,10 +7,12 @@
 #include "CATransaction.h"
 #include "foundation/NSMutableDictionary.h"
 
+/// The inside of transactions, for what moves without being a layer.
+
 namespace brindle {
 
 /// One transaction, as long as anything waits for it.
-struct TransactionGroup {
+struct BRINDLE_EXPORT TransactionGroup {
     double duration = 0.25;
     Ref<CAMediaTimingFunction> function;
     bool disablesActions = false;
@@ -23,9 +25,10 @@ struct TransactionGroup {
     void settle();
 };
 
-struct Transactions {
+struct BRINDLE_EXPORT Transactions {
     /// Answers the innermost transaction of this thread.
-    static TransactionGroup& current();
+    static TransactionGroup& current() { return *shared(); }
+    static std::shared_ptr<TransactionGroup> shared();
     /// Counts a movement in all open transactions and answers them.
     static std::vector<std::shared_ptr<TransactionGroup>> enter();
     static void leave(std::vector<std::shared_ptr<TransactionGroup>>& groups);

@@ -1,0 +1,160 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "PropertyMovementPrivate.h"
+
+#include <algorithm>
+#include <limits>
+#include <memory>
+#include <string_view>
+#include <vector>
+
+#include "quartz/layers/FrameClock.h"
+#include "quartz/layers/MediaTiming.h"
+#include "quartz/layers/Transactions.h"
+
+namespace brindle {
+
+namespace {
+
+    /// One property on its way.
+    struct Movement {
+        Ref<NSObject> object;
+        const MovingProperty* property = nullptr;
+        MovingNumbers from {};
+        MovingNumbers to {};
+        double duration = 0;
+        Ref<CAMediaTimingFunction> function;
+        std::vector<std::shared_ptr<TransactionGroup>> groups;
+        double start = 0;
+        bool started = false;
+
+        bool isOf(const NSObject& other, const MovingProperty& wanted) const
+        {
+            return object == &other && std::string_view(property->name) == wanted.name;
+        }
+        /// Answers when it wants to be shown next; infinity at its end.
+        double show(double now)
+        {
+            const double passed = now - start;
+            if (passed >= duration - quartz::kTimeTolerance) {
+                property->write(*object, to);
+                return std::numeric_limits<double>::infinity();
+            }
+            const double progress
+                = CAMediaTimingFunction::progress(function.get(), passed / duration);
+            MovingNumbers between {};
+            for (std::size_t i = 0; i < between.size(); ++i)
+                between[i] = from[i] + (to[i] - from[i]) * progress;
+            property->write(*object, between);
+            return quartz::nextFrame(now, start + duration);
+        }
+    };
+    using Movements = std::vector<std::shared_ptr<Movement>>;
+
+    class MovingProperties : public quartz::FrameClient {
+    public:
+        static std::shared_ptr<MovingProperties>& shared()
+        {
+            static auto* const all
+                = new std::shared_ptr<MovingProperties>(std::make_shared<MovingProperties>());
+            return *all;
+        }
+
+        void add(std::shared_ptr<Movement> movement)
+        {
+            movements_.push_back(std::move(movement));
+            if (holds_ == 0)
+                start();
+        }
+        /// Takes a movement away; the property stays where it is.
+        void cancel(const NSObject& object, const MovingProperty& property)
+        {
+            const Movements present = movements_;
+            for (const std::shared_ptr<Movement>& movement : present) {
+                if (movement->isOf(object, property))
+                    end(movement);
+            }
+        }
+        void hold() { ++holds_; }
+        bool letGo()
+        {
+            if (holds_ == 0)
+                return false;
+            if (--holds_ == 0)
+                start();
+            return true;
+        }
+
+        double frame(double now) override
+        {
+            constexpr double kNever = std::numeric_limits<double>::infinity();
+            double next = kNever;
+            const Movements present
+                = movements_; // what is set may tell others, who change the list
+            for (const std::shared_ptr<Movement>& movement : present) {
+                if (!movement->started || !isPresent(movement))
+                    continue;
+                const double wish = movement->show(now);
+                if (wish == kNever)
+                    end(movement);
+                next = std::min(next, wish);
+            }
+            return next;
+        }
+
+    private:
+        void start()
+        {
+            const double now = CACurrentMediaTime();
+            for (const std::shared_ptr<Movement>& movement : movements_) {
+                if (movement->started)
+                    continue;
+                movement->started = true;
+                movement->start = now;
+                movement->from = movement->property->read(*movement->object);
+            }
+            if (!movements_.empty())
+                quartz::runFrames(shared());
+        }
+        bool isPresent(const std::shared_ptr<Movement>& movement) const
+        {
+            return std::find(movements_.begin(), movements_.end(), movement) != movements_.end();
+        }
+        void end(const std::shared_ptr<Movement>& movement)
+        {
+            if (std::erase(movements_, movement) > 0)
+                Transactions::leave(movement->groups);
+        }
+
+        Movements movements_;
+        std::size_t holds_ = 0;
+    };
+
+}
+
+void PropertyMovements::move(
+    NSObject& object, const MovingProperty& property, const MovingNumbers& to)
+{
+    const TransactionGroup& group = Transactions::current();
+    const double duration = group.duration;
+    auto movement = std::make_shared<Movement>();
+    movement->object = &object;
+    movement->property = &property;
+    movement->to = to;
+    movement->duration = duration;
+    movement->function = group.function
+        ? group.function
+        : CAMediaTimingFunction::cls().functionWithName(kCAMediaTimingFunctionDefault);
+    MovingProperties::shared()->cancel(object, property);
+    if (!(duration > 0)) {
+        property.write(object, to);
+        return;
+    }
+    movement->groups = Transactions::enter();
+    MovingProperties::shared()->add(std::move(movement));
+}
+
+void PropertyMovements::hold() { MovingProperties::shared()->hold(); }
+
+bool PropertyMovements::letGo() { return MovingProperties::shared()->letGo(); }
+
+}

@@ -1,0 +1,30 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <array>
+
+#include "runtime/NSObject.h"
+
+namespace brindle {
+
+/// The numbers of a value that moves: an alpha, a point, a rectangle.
+using MovingNumbers = std::array<double, 4>;
+
+/// A property of a view or a window that can move by degrees.
+struct MovingProperty {
+    const char* name; // movements of one name take each other's place
+    MovingNumbers (*read)(NSObject& object);
+    void (*write)(NSObject& object, const MovingNumbers& numbers);
+};
+
+/// Movements of properties that are no layer's, as the current transaction says.
+struct PropertyMovements {
+    /// Moves a property from what it is to a value, or sets it at once when the transaction has no duration.
+    static void move(NSObject& object, const MovingProperty& property, const MovingNumbers& to);
+    /// Keeps new movements from starting until the outermost hold is let go.
+    static void hold();
+    /// Answers NO when nothing was held.
+    static bool letGo();
+};
+
+}

@@ -1,0 +1,215 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "appkit/NSAnimationContext.h"
+
+#include <gtest/gtest.h>
+
+#include "appkit/NSView.h"
+#include "runtime/NSException.h"
+#include "support/VirtualClock.h"
+
+namespace brindle {
+namespace {
+
+    using test::VirtualClock;
+
+    Ref<NSView> box() { return alloc<NSView>()->initWithFrame({ { 0, 0 }, { 10, 10 } }); }
+
+    void linear(double seconds)
+    {
+        const auto context = NSAnimationContext::cls().currentContext();
+        context->setDuration(seconds);
+        context->setTimingFunction(
+            CAMediaTimingFunction::cls().functionWithName(kCAMediaTimingFunctionLinear).get());
+    }
+
+    TEST(AnimationContext, TakesAQuarterOfASecondUnlessTold)
+    {
+        EXPECT_EQ(NSAnimationContext::cls().currentContext()->duration(), 0.25);
+        EXPECT_EQ(NSAnimationContext::cls().currentContext()->timingFunction(), nullptr);
+        EXPECT_FALSE(NSAnimationContext::cls().currentContext()->allowsImplicitAnimation());
+    }
+
+    TEST(AnimationContext, FadesAViewByTheCurve)
+    {
+        VirtualClock clock;
+        const Ref<NSView> view = box();
+        NSAnimationContext::cls().beginGrouping();
+        const auto context = NSAnimationContext::cls().currentContext();
+        context->setDuration(0.2356);
+        context->setTimingFunction(
+            CAMediaTimingFunction::cls().functionWithName(kCAMediaTimingFunctionEaseIn).get());
+        view->animator()->setAlphaValue(0);
+        NSAnimationContext::cls().endGrouping();
+        EXPECT_EQ(view->alphaValue(), 1);
+        clock.advance(0.1178);
+        EXPECT_NEAR(view->alphaValue(), 1 - 0.3153568, 0.08); // of the last frame
+        clock.advance(0.1178);
+        EXPECT_EQ(view->alphaValue(), 0);
+    }
+
+    TEST(AnimationContext, StartsWhenTheOuterGroupEnds)
+    {
+        VirtualClock clock;
+        const Ref<NSView> view = box();
+        NSAnimationContext::cls().beginGrouping();
+        NSAnimationContext::cls().beginGrouping();
+        linear(1);
+        view->animator()->setAlphaValue(0);
+        NSAnimationContext::cls().endGrouping();
+        clock.advance(5);
+        EXPECT_EQ(view->alphaValue(), 1);
+        NSAnimationContext::cls().endGrouping();
+        clock.advance(0.5);
+        EXPECT_NEAR(view->alphaValue(), 0.5, 0.02);
+        clock.advance(0.5);
+        EXPECT_EQ(view->alphaValue(), 0);
+    }
+
+    TEST(AnimationContext, InnerGroupsInheritAndForget)
+    {
+        NSAnimationContext::cls().beginGrouping();
+        NSAnimationContext::cls().currentContext()->setDuration(2);
+        NSAnimationContext::cls().beginGrouping();
+        EXPECT_EQ(NSAnimationContext::cls().currentContext()->duration(), 2);
+        NSAnimationContext::cls().currentContext()->setDuration(3);
+        NSAnimationContext::cls().endGrouping();
+        EXPECT_EQ(NSAnimationContext::cls().currentContext()->duration(), 2);
+        NSAnimationContext::cls().endGrouping();
+        EXPECT_EQ(NSAnimationContext::cls().currentContext()->duration(), 0.25);
+    }
+
+    TEST(AnimationContext, OneEndTooManyBreaksNothing)
+    {
+        NSAnimationContext::cls().endGrouping();
+        NSAnimationContext::cls().endGrouping();
+        EXPECT_EQ(NSAnimationContext::cls().currentContext()->duration(), 0.25);
+    }
+
+    TEST(AnimationContext, NoDurationChangesAtOnce)
+    {
+        VirtualClock clock;
+        const Ref<NSView> view = box();
+        NSAnimationContext::cls().beginGrouping();
+        NSAnimationContext::cls().currentContext()->setDuration(0);
+        view->animator()->setAlphaValue(0.5);
+        EXPECT_EQ(view->alphaValue(), 0.5);
+        NSAnimationContext::cls().endGrouping();
+    }
+
+    TEST(AnimationContext, ANewMovementGoesOnFromWhatIsSeen)
+    {
+        VirtualClock clock;
+        const Ref<NSView> view = box();
+        NSAnimationContext::cls().beginGrouping();
+        linear(1);
+        view->animator()->setAlphaValue(0);
+        NSAnimationContext::cls().endGrouping();
+        clock.advance(0.5);
+        const double seen = view->alphaValue();
+        NSAnimationContext::cls().beginGrouping();
+        linear(1);
+        view->animator()->setAlphaValue(1);
+        NSAnimationContext::cls().endGrouping();
+        clock.advance(0.1);
+        EXPECT_NEAR(view->alphaValue(), seen + (1 - seen) * 0.1, 0.02);
+        clock.advance(0.9);
+        EXPECT_EQ(view->alphaValue(), 1);
+    }
+
+    TEST(AnimationContext, MovesFrameOriginAndSize)
+    {
+        VirtualClock clock;
+        const Ref<NSView> view = box();
+        NSAnimationContext::cls().beginGrouping();
+        linear(1);
+        view->animator()->setFrame({ { 100, 50 }, { 30, 20 } });
+        NSAnimationContext::cls().endGrouping();
+        clock.advance(0.5);
+        EXPECT_NEAR(view->frame().origin.x, 50, 2);
+        EXPECT_NEAR(view->frame().size.width, 20, 1);
+        clock.advance(0.5);
+        EXPECT_EQ(view->frame(), NSMakeRect(100, 50, 30, 20));
+        view->animator()->setFrameOrigin({ 1, 2 });
+        clock.advance(0.25);
+        EXPECT_EQ(view->frame(), NSMakeRect(1, 2, 30, 20));
+    }
+
+    TEST(AnimationContext, TellsWhenAllOfAGroupHasEnded)
+    {
+        VirtualClock clock;
+        const Ref<NSView> view = box();
+        const Ref<NSView> other = box();
+        int told = 0;
+        NSAnimationContext::cls().runAnimationGroup_completionHandler(
+            [&](NSAnimationContext* context) {
+                context->setDuration(0.5);
+                view->animator()->setAlphaValue(0);
+                context->setDuration(1);
+                other->animator()->setAlphaValue(0);
+            },
+            [&] { ++told; });
+        clock.advance(0.75);
+        EXPECT_EQ(told, 0);
+        EXPECT_EQ(view->alphaValue(), 0);
+        clock.advance(0.25);
+        EXPECT_EQ(told, 1);
+        EXPECT_EQ(other->alphaValue(), 0);
+    }
+
+    TEST(AnimationContext, TellsAtOnceWithoutMovements)
+    {
+        int told = 0;
+        NSAnimationContext::cls().runAnimationGroup_completionHandler(
+            [](NSAnimationContext*) {}, [&] { ++told; });
+        EXPECT_EQ(told, 1);
+    }
+
+    TEST(AnimationContext, AGroupEndsWhenItsChangesRaise)
+    {
+        EXPECT_THROW(NSAnimationContext::cls().runAnimationGroup([](NSAnimationContext* context) {
+            context->setDuration(9);
+            raise("Fault", "on purpose");
+        }),
+            Exception);
+        EXPECT_EQ(NSAnimationContext::cls().currentContext()->duration(), 0.25);
+        EXPECT_THROW(NSAnimationContext::cls().runAnimationGroup({}), Exception);
+    }
+
+    TEST(Animator, HandsOtherMessagesOn)
+    {
+        const Ref<NSView> view = box();
+        const Ref<NSView> animator = view->animator();
+        animator->setHidden(true);
+        EXPECT_TRUE(view->isHidden());
+        EXPECT_EQ(animator->frame(), view->frame());
+        EXPECT_EQ(animator->animator(), animator);
+        EXPECT_TRUE(animator->respondsToSelector(selector<"setNeedsDisplay:">));
+    }
+
+    TEST(Animator, OfAWindowMovesAlphaAndFrame)
+    {
+        VirtualClock clock;
+        const Ref<NSWindow> window = alloc<NSWindow>()->initWithContentRect_styleMask_backing_defer(
+            NSMakeRect(0, 0, 100, 100), NSBorderlessWindowMask, NSBackingStoreBuffered, true);
+        NSAnimationContext::cls().beginGrouping();
+        linear(1);
+        animator(*window)->setAlphaValue(0);
+        animator(*window)->setFrame_display(NSMakeRect(40, 0, 200, 100), true);
+        NSAnimationContext::cls().endGrouping();
+        clock.advance(0.5);
+        EXPECT_NEAR(window->alphaValue(), 0.5, 0.02);
+        EXPECT_NEAR(window->frame().size.width, 150, 2);
+        clock.advance(0.5);
+        EXPECT_EQ(window->alphaValue(), 0);
+        EXPECT_EQ(window->frame(), NSMakeRect(40, 0, 200, 100));
+    }
+
+    TEST(Animator, OfNothingAnswersNil)
+    {
+        const Ref<NSObject> animator = objc_getClass("NSAnimator")->send<"new", Ref<NSObject>>();
+        animator->send<"setAlphaValue:">(0.5);
+        animator->send<"setFrame:">(NSZeroRect);
+    }
+
+}
+}
