@@ -102,6 +102,22 @@ Ref<NSImageRep> ImageAccess::best(NSImage& image, NSSize points, DeviceScale sca
     return best;
 }
 
+std::vector<Ref<NSImageRep>> ImageAccess::bitmaps(NSImage& image)
+{
+    std::vector<Ref<NSImageRep>> bitmaps;
+    for (const Ref<NSImageRep>& rep : reps(image)) {
+        const bool isBitmap = rep->isKindOfClass(NSBitmapImageRep::cls());
+        const Ref<CGImage> drawn = isBitmap
+            ? nullptr
+            : rep->CGImageForProposedRect_context_hints(nullptr, nullptr, nullptr);
+        if (drawn)
+            bitmaps.push_back(BitmapAccess::bitmap(drawn, rep->size()));
+        else if (isBitmap)
+            bitmaps.push_back(rep);
+    }
+    return bitmaps;
+}
+
 template <> struct NSImage::Methods<struct Making> {
 
     static Ref<NSImage> started(NSImage& self)
@@ -264,18 +280,8 @@ template <> struct NSImage::Methods<struct Facts> {
     }
     static Ref<NSData> tiff(NSImage& self)
     {
-        std::vector<Ref<NSImageRep>> bitmaps;
-        for (const Ref<NSImageRep>& rep : ImageAccess::reps(self)) {
-            const bool isBitmap = rep->isKindOfClass(NSBitmapImageRep::cls());
-            const Ref<CGImage> drawn = isBitmap
-                ? nullptr
-                : rep->CGImageForProposedRect_context_hints(nullptr, nullptr, nullptr);
-            if (drawn)
-                bitmaps.push_back(BitmapAccess::bitmap(drawn, rep->size()));
-            else if (isBitmap)
-                bitmaps.push_back(rep);
-        }
-        return NSBitmapImageRep::cls().TIFFRepresentationOfImageRepsInArray(arrayOf(bitmaps).get());
+        return NSBitmapImageRep::cls().TIFFRepresentationOfImageRepsInArray(
+            arrayOf(ImageAccess::bitmaps(self)).get());
     }
     static void recache(NSImage&) { }
 

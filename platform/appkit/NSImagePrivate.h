@@ -111,6 +111,8 @@ struct ImageAccess {
     static std::vector<Ref<NSImageRep>> readVariants(const std::string& path);
     /// Answers the representation whose pixels fit a rectangle best; nil for an empty image.
     static Ref<NSImageRep> best(NSImage& image, NSSize points, DeviceScale scale);
+    /// Answers the representations as bitmaps, those that are none drawn.
+    static std::vector<Ref<NSImageRep>> bitmaps(NSImage& image);
     /// Gives an image the name under which it was found.
     static void setFoundName(NSImage& image, NSString* name) { image.name_ = name; }
 };
