@@ -50,11 +50,15 @@ namespace {
 
 void blur(FilterPixels& pixels, double deviation)
 {
-    // Three averages of width w have the variance of (w * w - 1) / 4.
-    const auto reach = static_cast<std::ptrdiff_t>(
-        std::lround((std::sqrt(4 * deviation * deviation + 1) - 1) / 2));
+    // Three averages of width w have the variance (w * w - 1) / 4. Widths are odd: some take the one below, the others
+    // the one above, so that the variance is met as nearly as can be.
+    const double variance = deviation * deviation;
+    const auto below = static_cast<std::ptrdiff_t>((std::sqrt(4 * variance + 1) - 1) / 2);
+    const auto width = static_cast<double>(2 * below + 1);
+    const double narrow = (3 * width * width + 12 * width + 9 - 12 * variance) / (4 * width + 4);
     std::vector<std::uint32_t> copy;
-    for (int pass = 0; pass < 3 && reach > 0; ++pass) {
+    for (int pass = 0; pass < 3; ++pass) {
+        const std::ptrdiff_t reach = pass < std::lround(narrow) ? below : below + 1;
         for (std::ptrdiff_t y = 0; y < pixels.height; ++y)
             average(pixels.words.data() + y * pixels.width, pixels.width, 1, reach, copy);
         for (std::ptrdiff_t x = 0; x < pixels.width; ++x)
