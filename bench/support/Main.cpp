@@ -48,6 +48,7 @@ namespace {
         addEscapes(plan);
         addUniqueObjects(plan);
         addPaths(plan);
+        addImages(plan);
         addText(plan);
         addTextMeasures(plan);
         addIntervals(plan);

@@ -32,5 +32,6 @@ void addPython(Plan& plan);
 void addDefaults(Plan& plan);
 void addUniqueObjects(Plan& plan);
 void addPaths(Plan& plan);
+void addImages(Plan& plan);
 
 }
