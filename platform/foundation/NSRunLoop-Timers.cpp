@@ -16,13 +16,13 @@ std::int64_t momentAfter(std::int64_t moment, double seconds)
 
 // ---- the heap: four children a node, entries know their places
 
-void TimerLane::put(std::size_t place, const Slot& slot)
+void TimerLane::put(std::size_t place, Slot slot)
 {
     heap_[place] = slot;
     slot.entry->place = place;
 }
 
-void TimerLane::rise(std::size_t place, const Slot& slot)
+void TimerLane::rise(std::size_t place, Slot slot)
 {
     while (place > 0) {
         const std::size_t parent = (place - 1) / 4;
@@ -34,7 +34,7 @@ void TimerLane::rise(std::size_t place, const Slot& slot)
     put(place, slot);
 }
 
-void TimerLane::sink(std::size_t place, const Slot& slot)
+void TimerLane::sink(std::size_t place, Slot slot)
 {
     for (;;) {
         const std::size_t begin = place * 4 + 1;
@@ -56,7 +56,7 @@ void TimerLane::sink(std::size_t place, const Slot& slot)
 
 void TimerLane::add(Scheduled& entry)
 {
-    const Slot slot { entry.due, entry.order, &entry };
+    const Slot slot { entry.due, &entry };
     heap_.push_back(slot);
     entry.lane = this;
     rise(heap_.size() - 1, slot);
@@ -78,7 +78,7 @@ void TimerLane::remove(Scheduled& entry)
 
 void TimerLane::moved(Scheduled& entry)
 {
-    const Slot slot { entry.due, entry.order, &entry };
+    const Slot slot { entry.due, &entry };
     if (slot.before(heap_[entry.place]))
         rise(entry.place, slot);
     else

@@ -172,18 +172,18 @@ public:
     std::size_t size() const { return heap_.size(); }
 
 private:
+    /// Two words, handed on in registers.
     struct Slot {
         std::int64_t due;
-        std::uint64_t order;
         Scheduled* entry;
-        bool before(const Slot& other) const
+        bool before(Slot other) const
         {
-            return due != other.due ? due < other.due : order < other.order;
+            return due != other.due ? due < other.due : entry->order < other.entry->order;
         }
     };
-    void put(std::size_t place, const Slot& slot);
-    void rise(std::size_t place, const Slot& slot);
-    void sink(std::size_t place, const Slot& slot);
+    void put(std::size_t place, Slot slot);
+    void rise(std::size_t place, Slot slot);
+    void sink(std::size_t place, Slot slot);
 
     std::vector<Slot> heap_;
 };
