@@ -68,7 +68,7 @@ struct BitmapLayout {
 /// A bitmap's pixels: a picture as drawing wants it, or bytes of some layout once somebody asked for them.
 struct BitmapState {
     struct Free {
-        void operator()(unsigned char* memory) const { std::free(memory); }
+        void operator()(unsigned char* bytes) const { std::free(bytes); }
     };
 
     BitmapLayout layout;

@@ -54,7 +54,9 @@ namespace {
     FilterStep controlsStep(const Inputs& inputs)
     {
         return { 0, [inputs](FilterPixels& pixels) {
-                    const auto [saturation, brightness, contrast] = inputs.numbers;
+                    const double saturation = inputs.numbers[0];
+                    const double brightness = inputs.numbers[1];
+                    const double contrast = inputs.numbers[2];
                     quartz::eachColor(pixels, [&](FilterColor& c) {
                         const double grey = c.luminance();
                         for (double* part : { &c.red, &c.green, &c.blue })
