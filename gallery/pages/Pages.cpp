@@ -4,6 +4,7 @@
 #include "colour/ColourPage.h"
 #include "defaults/DefaultsPage.h"
 #include "ground/GroundPage.h"
+#include "measures/MeasuresPage.h"
 #include "objects/ObjectsPage.h"
 #include "text/TextPage.h"
 #include "unique/UniquePage.h"
@@ -24,6 +25,7 @@ namespace {
         { "Defaults", makePage<DefaultsPage>, tourDefaults },
         { "Intervals and URLs", makePage<TextPage>, tourText },
         { "Colour", makePage<ColourPage>, tourColour },
+        { "Text", makePage<MeasuresPage>, tourMeasures },
     };
 
 }
