@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "NSFont.h"
 
+#include "foundation/NSCoder.h"
 #include "runtime/Table.h"
 
 #include <cmath>
@@ -139,10 +140,29 @@ template <> struct NSFont::Methods<struct Measures> {
 
     static Ref<NSObject> copyWithZone(NSFont& self, void*) { return &self; }
 
+    // - Shape: "NSName", the PostScript name; "NSSize".
+    static bool isSecure(Class&) { return true; }
+    static void encode(NSFont& self, NSCoder* coder)
+    {
+        coder->encodeObject_forKey(self.fontName().get(), "NSName"_ns);
+        coder->encodeDouble_forKey(self.font_.size, "NSSize"_ns);
+    }
+    /// A font that this machine lacks comes back as the interface's font of its size.
+    static Ref<NSObject> initWithCoder(NSFont&, NSCoder* coder)
+    {
+        const Ref<NSString> name = decode<NSString>(coder, "NSName"_ns);
+        const double size = coder->decodeDoubleForKey("NSSize"_ns);
+        Ref<NSFont> font = NSFont::cls().fontWithName_size(name.get(), size);
+        return font ? font : NSFont::cls().systemFontOfSize(size);
+    }
+
     static void table(Builder& t)
     {
-        t.conformsTo({ "NSCopying" });
+        t.conformsTo({ "NSCopying", "NSCoding", "NSSecureCoding" });
+        t.classMethods({ { "supportsSecureCoding", imp<isSecure> } });
         t.methods({
+            { "encodeWithCoder:", imp<coding<encode>> },
+            { "initWithCoder:", imp<coding<initWithCoder>> },
             { "fontName", imp<fontName> },
             { "familyName", imp<familyName> },
             { "displayName", imp<fontName> },

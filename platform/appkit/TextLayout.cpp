@@ -11,6 +11,7 @@ namespace {
 
     constexpr NSUInteger kWindow = 4096; // units of the text that are read at a time
     constexpr double kSlack = 0.001;
+    constexpr std::size_t kUsualLines = 8;
 
     // Beyond this a position could not tell lines apart: text stands at its leading edge as if nobody had asked.
     constexpr double kWidestAligned = 1e12;
@@ -332,6 +333,8 @@ bool Layout::layOutNext()
     const Paragraph paragraph = paragraphAt(at_);
     if (runs_.capacity() == 0)
         runs_.swap(scratch.runs);
+    if (fragments_.capacity() == 0)
+        fragments_.reserve(kUsualLines);
     readRuns(*text_, NSMakeRange(paragraph.start, paragraph.contentLength), runs_);
     const Ref<NSDictionary> attributes = text_->attributesAtIndex_effectiveRange(at_, nullptr);
     const Ref<NSParagraphStyle> style = paragraphStyleIn(attributes.get());

@@ -43,12 +43,6 @@ NSFont* defaultFont()
     return font;
 }
 
-Ref<NSFont> fontIn(const NSDictionary* attributes)
-{
-    Ref<NSFont> font = attribute<NSFont>(attributes, NSFontAttributeName);
-    return font && NSFont::textFont(font.get()).face ? font : Ref<NSFont>(defaultFont());
-}
-
 Ref<NSParagraphStyle> paragraphStyleIn(const NSDictionary* attributes)
 {
     Ref<NSParagraphStyle> style
@@ -60,10 +54,12 @@ text::StyledRun styledRun(const NSDictionary* attributes, NSRange range)
 {
     text::StyledRun run;
     run.range = range;
-    run.font = NSFont::textFont(fontIn(attributes).get());
-    const bool hasOnlyFont
-        = attributes->count() == 1 && Ref<NSObject>(attributes->objectForKey(NSFontAttributeName));
-    if (hasOnlyFont || attributes->count() == 0)
+    const NSUInteger count = attributes->count();
+    const Ref<NSFont> font = attribute<NSFont>(attributes, NSFontAttributeName);
+    run.font = NSFont::textFont(font ? font.get() : defaultFont());
+    if (!run.font.face)
+        run.font = NSFont::textFont(defaultFont());
+    if (count == (font ? 1u : 0u))
         return run;
     run.kern = numberAttribute(attributes, NSKernAttributeName);
     run.raise = numberAttribute(attributes, NSBaselineOffsetAttributeName)

@@ -23,7 +23,6 @@ double numberAttribute(const NSDictionary* attributes, NSString* name);
 
 /// Answers the font of text without one, Helvetica 12.
 NSFont* defaultFont();
-Ref<NSFont> fontIn(const NSDictionary* attributes);
 /// Answers the style of a paragraph that begins with these attributes.
 Ref<NSParagraphStyle> paragraphStyleIn(const NSDictionary* attributes);
 

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "NSString.h"
 
+#include <algorithm>
 #include <cstring>
 
 #include "NSMutableString.h"
@@ -77,8 +78,11 @@ template <> struct NSString::Methods<struct StringBasics> {
         strings::checkRange(self, "getCharacters:range:", range, text->size());
         if (range.length)
             strings::checkArgument(self, "getCharacters:range:", buffer);
-        for (std::size_t i = 0; i < range.length; ++i)
-            buffer[i] = text.view()[range.location + i];
+        const View part = text->part(range);
+        if (part.isNarrow())
+            std::copy(part.narrow().begin(), part.narrow().end(), buffer);
+        else
+            std::copy(part.wide().begin(), part.wide().end(), buffer);
     }
     static Ref<NSString> substringToIndex(NSString& self, NSUInteger index)
     {

@@ -148,6 +148,8 @@ bool isPlainLatin(std::u16string_view text)
 bool mayRunRightToLeft(std::u16string_view text)
 {
     return std::ranges::any_of(text, [](char16_t unit) {
+        if (unit < 0x0590)
+            return false;
         const bool letter = (unit >= 0x0590 && unit < 0x0900) || (unit >= 0xFB1D && unit < 0xFE00)
             || (unit >= 0xFE70 && unit < 0xFF00);
         const bool mark = unit == 0x200F || unit == 0x202B || unit == 0x202E || unit == 0x2067;
