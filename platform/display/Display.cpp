@@ -3,12 +3,16 @@
 
 #include <atomic>
 
+#include "Clipboard.h"
 #include "SurfaceNumber.h"
 
 namespace brindle::display {
 
 Display::~Display() = default;
 Surface::~Surface() = default;
+Clipboard::~Clipboard() = default;
+
+Clipboard* Display::clipboard() { return nullptr; }
 
 SurfaceId nextSurfaceNumber()
 {

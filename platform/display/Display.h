@@ -13,6 +13,8 @@
 
 namespace brindle::display {
 
+class Clipboard;
+
 /// A connection to something that shows surfaces and sends events. Surfaces go before their display.
 ///
 /// To wait for events: call `pollEvent` until it answers false, and only then wait for `fileDescriptor()` to become
@@ -59,6 +61,9 @@ public:
     /// Sets the pointer's shape over surfaces that have not set their own.
     virtual void setCursor(Cursor cursor) = 0;
     virtual void beep() = 0;
+
+    /// - Nil: null where programs have nothing in common that they could hand each other.
+    virtual Clipboard* clipboard();
 
     virtual const Counters& counters() const = 0;
 
