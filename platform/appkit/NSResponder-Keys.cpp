@@ -17,6 +17,8 @@ namespace {
 
     constexpr NSEventModifierFlags kShift = NSShiftKeyMask;
     constexpr NSEventModifierFlags kCommand = NSCommandKeyMask;
+    constexpr NSEventModifierFlags kOption = NSAlternateKeyMask;
+    constexpr NSEventModifierFlags kControl = NSControlKeyMask;
     constexpr NSEventModifierFlags kHeld
         = NSShiftKeyMask | NSControlKeyMask | NSAlternateKeyMask | NSCommandKeyMask;
 
@@ -33,6 +35,14 @@ namespace {
         { NSUpArrowFunctionKey, kShift, "moveUpAndModifySelection:" },
         { NSDownArrowFunctionKey, 0, "moveDown:" },
         { NSDownArrowFunctionKey, kShift, "moveDownAndModifySelection:" },
+        { NSUpArrowFunctionKey, kCommand, "moveParagraphBackward:" },
+        { NSUpArrowFunctionKey, kCommand | kShift, "moveParagraphBackwardAndModifySelection:" },
+        { NSDownArrowFunctionKey, kCommand, "moveParagraphForward:" },
+        { NSDownArrowFunctionKey, kCommand | kShift, "moveParagraphForwardAndModifySelection:" },
+        { NSLeftArrowFunctionKey, kOption, "moveWordLeft:" },
+        { NSLeftArrowFunctionKey, kOption | kShift, "moveWordLeftAndModifySelection:" },
+        { NSRightArrowFunctionKey, kOption, "moveWordRight:" },
+        { NSRightArrowFunctionKey, kOption | kShift, "moveWordRightAndModifySelection:" },
         { NSHomeFunctionKey, 0, "moveToBeginningOfLine:" },
         { NSHomeFunctionKey, kShift, "moveToBeginningOfLineAndModifySelection:" },
         { NSHomeFunctionKey, kCommand, "moveToBeginningOfDocument:" },
@@ -61,11 +71,31 @@ namespace {
         { 0x09, kShift, "insertBacktab:" },
         { 0x19, 0, "insertBacktab:" },
         { 0x19, kShift, "insertBacktab:" },
+        { 0x7F, kOption, "deleteWordBackward:" },
+        { 0x08, kOption, "deleteWordBackward:" },
+        { NSDeleteFunctionKey, kOption, "deleteWordForward:" },
+        { NSDeleteFunctionKey, kShift, "cut:" },
+        { NSInsertFunctionKey, kShift, "paste:" },
+        { NSInsertFunctionKey, kCommand, "copy:" },
+        { 0x0D, kOption, "insertNewlineIgnoringFieldEditor:" },
+        { 0x09, kOption, "insertTabIgnoringFieldEditor:" },
+        { 'a', kControl, "moveToBeginningOfParagraph:" },
+        { 'b', kControl, "moveBackward:" },
+        { 'd', kControl, "deleteForward:" },
+        { 'e', kControl, "moveToEndOfParagraph:" },
+        { 'f', kControl, "moveForward:" },
+        { 'h', kControl, "deleteBackward:" },
+        { 'k', kControl, "deleteToEndOfParagraph:" },
+        { 'n', kControl, "moveDown:" },
+        { 'p', kControl, "moveUp:" },
+        { 't', kControl, "transpose:" },
+        { 'y', kControl, "yank:" },
         { 0x1B, 0, "cancelOperation:" },
         { 'a', kCommand, "selectAll:" },
         { 'c', kCommand, "copy:" },
         { 'x', kCommand, "cut:" },
         { 'v', kCommand, "paste:" },
+        { 'y', kCommand, "redo:" },
         { 'z', kCommand, "undo:" },
         { 'Z', kCommand | kShift, "redo:" },
         { 'z', kCommand | kShift, "redo:" },

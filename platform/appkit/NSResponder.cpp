@@ -2,6 +2,7 @@
 #include "NSResponder.h"
 
 #include "foundation/NSBeep.h"
+#include "foundation/NSUndoManager.h"
 #include "runtime/Table.h"
 
 namespace brindle {
@@ -62,6 +63,11 @@ template <> struct NSResponder::Methods<struct Chain> {
             NSBeep();
     }
 
+    static Ref<NSUndoManager> undoManager(NSResponder& self)
+    {
+        return maybe(self.nextResponder())->undoManager();
+    }
+
     // The menu's class is not known here; to the runtime it is an object like any other.
     static Ref<NSMenu> menu(NSResponder& self)
     {
@@ -103,6 +109,7 @@ template <> struct NSResponder::Methods<struct Chain> {
             { "performKeyEquivalent:", imp<performKeyEquivalent> },
             { "doCommandBySelector:", imp<doCommandBySelector> },
             { "insertText:", imp<insertText> },
+            { "undoManager", imp<undoManager> },
             { "menu", imp<menu> },
             { "setMenu:", imp<setMenu> },
         });

@@ -10,6 +10,7 @@ namespace brindle {
 class NSArray;
 class NSEvent;
 class NSMenu;
+class NSUndoManager;
 
 /// Anything that can be asked to handle an event or an action: views, windows, the application.
 ///
@@ -75,6 +76,9 @@ public:
     /// Turns key presses into `insertText:` and into commands such as `moveLeft:` or `deleteBackward:`.
     /// - events: an array of `NSEvent`.
     void interpretKeyEvents(NSArray* events) { send<"interpretKeyEvents:">(events); }
+
+    /// Answers what takes changes back here: the next responder's unless overridden; windows have one.
+    Ref<NSUndoManager> undoManager() const { return send<"undoManager", Ref<NSUndoManager>>(); }
 
     Ref<NSMenu> menu() const { return send<"menu", Ref<NSMenu>>(); }
     void setMenu(NSMenu* menu) { send<"setMenu:">(menu); }

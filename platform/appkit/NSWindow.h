@@ -9,6 +9,7 @@
 
 namespace brindle {
 
+class NSText;
 class NSColor;
 class NSDate;
 class NSGraphicsContext;
@@ -305,6 +306,15 @@ public:
         return send<"initialFirstResponder", Ref<NSView>>();
     }
     void setInitialFirstResponder(NSView* view) { send<"setInitialFirstResponder:">(view); }
+    /// Answers the editor that all fields of the window share, or the one that the delegate answers to
+    /// `windowWillReturnFieldEditor:toObject:`.
+    /// - create: makes the shared one when it is not there yet. - client: who wants to use it.
+    Ref<NSText> fieldEditor_forObject(bool create, NSObject* client)
+    {
+        return send<"fieldEditor:forObject:", Ref<NSText>>(create, client);
+    }
+    /// Ends the editing of a field, or of whatever is edited for nil, even where somebody does not agree.
+    void endEditingFor(NSObject* client) { send<"endEditingFor:">(client); }
     void selectNextKeyView(NSObject* sender) { send<"selectNextKeyView:">(sender); }
     void selectPreviousKeyView(NSObject* sender) { send<"selectPreviousKeyView:">(sender); }
     void recalculateKeyViewLoop() { send<"recalculateKeyViewLoop">(); }

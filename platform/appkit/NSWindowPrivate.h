@@ -60,6 +60,8 @@ struct WindowState {
     Ref<NSView> contentView;
     Ref<NSResponder> firstResponder; // nil is the window itself
     WeakRef<NSView> initialFirstResponder;
+    Ref<NSObject> fieldEditor; // NSText; none before a field asks for it
+    Ref<NSObject> undoManager; // NSUndoManager; none before somebody asks for it
     std::array<Ref<NSView>, 3> pressed; // who got the press of the left, right and other buttons
     std::vector<Ref<NSTrackingArea>> inside; // areas the pointer is in
     NSPoint pointer; // where it was last, window coordinates
