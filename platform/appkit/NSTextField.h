@@ -121,9 +121,11 @@ public:
 private:
     WeakRef<NSObject> delegate_;
     Ref<NSText> editor_; // while the window's editor lies here
+    Ref<NSObject> original_; // the value before this editing
     CGFloat preferredWidth_ = 0;
     bool editsAttributes_ = false;
-    bool hasTyped_ = false; // in this editing
+    bool hasTyped_ = false; // what the cell does not know yet
+    bool hasChanged_ = false; // in this editing
 };
 
 }

@@ -28,7 +28,10 @@ struct EditingDesk {
         return view;
     }
     void type(std::u16string_view text) { screen.keyboard().type(text); }
-    void press(char16_t key, NSEventModifierFlags flags = 0) { screen.keyboard().press(key, flags); }
+    void press(char16_t key, NSEventModifierFlags flags = 0)
+    {
+        screen.keyboard().press(key, flags);
+    }
     /// Answers the place on the screen of a point of a view.
     static NSPoint onScreen(NSView& view, NSPoint point)
     {
