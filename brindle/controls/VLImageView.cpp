@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "VLImageView.h"
 
-#include "appkit/NSImage.h"
+#include "graphics/NSImage+ContentMode.h"
 #include "runtime/Table.h"
 
 namespace brindle {
@@ -25,11 +25,11 @@ template <> struct VLImageView::Methods<struct Picture> {
     static void drawRect(VLImageView& self, NSRect dirty)
     {
         super<VLImageView, "drawRect:">(self, dirty);
-        constexpr NSInteger kAspectFill = 2;
         const NSRect bounds = self.bounds();
-        if (NSIntersectsRect(dirty, bounds))
-            maybe(self.image())
-                ->send<"drawInRect:contentMode:alpha:">(bounds, kAspectFill, self.imageAlpha());
+        const Ref<NSImage> image = self.image();
+        if (image && NSIntersectsRect(dirty, bounds))
+            drawInRect_contentMode_alpha(
+                image, bounds, BRContentModeScaleAspectFill, self.imageAlpha());
     }
     // A method of its own: what a host exchanges here reaches no other view.
     static void mouseDown(VLImageView& self, NSEvent* event)

@@ -106,6 +106,16 @@ namespace {
         EXPECT_EQ(screen.pixels().at(50, 50), kWhite);
     }
 
+    Ref<NSImage> redImage(NSSize size)
+    {
+        Ref<NSImage> image = alloc<NSImage>()->initWithSize(size);
+        image->lockFocus();
+        NSColor::cls().redColor()->set();
+        NSRectFill({ {}, size });
+        image->unlockFocus();
+        return image;
+    }
+
     TEST(VLImageView, ANewOneHasNoImageAndFullAlpha)
     {
         const Ref<VLImageView> view = make<VLImageView>();
@@ -142,6 +152,29 @@ namespace {
         HeadlessScreen screen { 100, 100 };
         screen.add<VLImageView>(NSMakeRect(0, 0, 100, 100));
         EXPECT_EQ(screen.pixels().at(50, 50), kWhite);
+    }
+
+    TEST(VLImageView, TheImageCoversTheWholeView)
+    {
+        HeadlessScreen screen { 100, 100 };
+        const auto view = screen.add<VLImageView>(NSMakeRect(0, 20, 100, 50));
+        view->setImage(redImage({ 20, 20 }).get());
+        const display::Snapshot seen = screen.pixels();
+        EXPECT_EQ(seen.at(1, 31), kRed);
+        EXPECT_EQ(seen.at(98, 78), kRed);
+        EXPECT_NE(seen.at(50, 29), kRed); // nothing outside
+        EXPECT_NE(seen.at(50, 80), kRed);
+    }
+
+    TEST(VLImageView, ItsAlphaBlendsTheImageWithTheBackground)
+    {
+        HeadlessScreen screen { 100, 100 };
+        const auto view = screen.add<VLImageView>(NSMakeRect(0, 0, 100, 100));
+        view->setImage(redImage({ 20, 20 }).get());
+        view->setImageAlpha(0.5);
+        const std::uint32_t seen = screen.pixels().at(50, 50);
+        EXPECT_EQ(seen >> 16 & 0xFF, 0xFFu);
+        EXPECT_NEAR(static_cast<int>(seen & 0xFF), 0x80, 1);
     }
 
 }
