@@ -5,6 +5,7 @@
 #include "NSApplication.h"
 #include "NSButtonPrivate.h"
 #include "NSEvent.h"
+#include "TrackingIndexPrivate.h"
 #include "runtime/Table.h"
 
 namespace brindle {
@@ -25,18 +26,10 @@ Ref<NSImage> markImage(NSButtonType type)
     return type == NSRadioButton ? disc : box;
 }
 
-void ButtonAccess::setHovered(WeakRef<NSView>& last, NSView* now)
+void ButtonAccess::setHovered(NSButton& button, bool hovered)
 {
-    const Ref<NSView> before = last.get();
-    if (before == now)
-        return;
-    last = now;
-    for (NSView* view : { before.get(), now }) {
-        NSButton* const button = buttonOf(view);
-        if (button && std::exchange(button->hovered_, view == now) != (view == now)
-            && button->isEnabled())
-            button->setNeedsDisplay(true);
-    }
+    if (std::exchange(button.hovered_, hovered) != hovered && button.isEnabled())
+        button.setNeedsDisplay(true);
 }
 
 template <> struct NSButton::Methods<struct Basics> {
@@ -45,6 +38,21 @@ template <> struct NSButton::Methods<struct Basics> {
     {
         if (&self == static_cast<Class*>(NSButton::cls()))
             NSButton::cls().setCellClass(NSButtonCell::cls());
+    }
+
+    static Ref<NSView> initWithFrame(NSButton& self, NSRect frame)
+    {
+        Ref<NSView> made = super<NSButton, "initWithFrame:", Ref<NSView>>(self, frame);
+        if (!made)
+            return nullptr;
+        const Ref<NSTrackingArea> area
+            = alloc<NSTrackingArea>()->initWithRect_options_owner_userInfo({},
+                NSTrackingMouseEnteredAndExited | NSTrackingActiveInActiveApp
+                    | NSTrackingInVisibleRect,
+                &self, nullptr);
+        TrackingAccess::isHover(*area) = true;
+        super<NSButton, "addTrackingArea:">(self, area.get());
+        return made;
     }
 
     // ---- ready-made
@@ -157,6 +165,7 @@ template <> struct NSButton::Methods<struct Basics> {
             { "radioButtonWithTitle:target:action:", imp<radio> },
         });
         t.methods({
+            { "initWithFrame:", imp<initWithFrame> },
             { "setButtonType:", imp<tell<"setButtonType:", NSButtonType>> },
             { "bezelStyle", imp<ask<"bezelStyle", NSBezelStyle>> },
             { "setBezelStyle:", imp<tell<"setBezelStyle:", NSBezelStyle>> },

@@ -36,7 +36,7 @@ template <> struct NSButtonCell::Methods<struct Drawing> {
     static bool isHovered(NSButtonCell& self, NSView* view)
     {
         NSButton* const button = ButtonAccess::buttonOf(view);
-        return of(self).pointerInside || (button && ButtonAccess::hovered(*button));
+        return of(self).pointerInside || (button && ButtonAccess::isHovered(*button));
     }
     static Look lookIn(NSButtonCell& self, NSView* view)
     {

@@ -44,7 +44,7 @@ struct ButtonAccess {
         const NSButtonType type = of(cell).type;
         return type == NSSwitchButton || type == NSRadioButton;
     }
-    static bool& hovered(NSButton& button) { return button.hovered_; }
+    static bool isHovered(NSButton& button) { return button.hovered_; }
     static bool& focusedByPointer(NSButton& button) { return button.focusedByPointer_; }
     /// Answers the control view where it is a button.
     static NSButton* buttonOf(NSView* view)
@@ -52,8 +52,8 @@ struct ButtonAccess {
         return view && view->isKindOfClass(NSButton::cls()) ? static_cast<NSButton*>(view)
                                                             : nullptr;
     }
-    /// Tells the button under the pointer so, and the one that was; nil for none.
-    static void setHovered(WeakRef<NSView>& last, NSView* now);
+    /// Told by the window when the pointer comes or goes.
+    static void setHovered(NSButton& button, bool hovered);
 };
 
 /// Answers the image that stands for the mark of check boxes or radio buttons; the cell draws it itself.

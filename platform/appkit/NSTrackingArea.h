@@ -56,6 +56,7 @@ private:
     NSUInteger number_ = 0; // position in the view's list
     bool inside_ = false;
     bool silent_ = false; // the next entry is not reported
+    bool hover_ = false; // a button's own: not listed, and told to the button alone
 };
 
 }

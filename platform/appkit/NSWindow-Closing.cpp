@@ -27,6 +27,27 @@ void WindowAccess::stateChangedByDesktop(NSWindow& window, display::SurfaceState
         notify(window, NSWindowDidExitFullScreenNotification, "windowDidExitFullScreen:");
 }
 
+namespace {
+
+    bool agrees(NSWindow& window)
+    {
+        if (const Ref<NSObject> delegate = window.delegate();
+            delegate && delegate->respondsToSelector(selector<"windowShouldClose:">))
+            return delegate->send<"windowShouldClose:", bool>(&window);
+        if (window.respondsToSelector(selector<"windowShouldClose:">))
+            return window.send<"windowShouldClose:", bool>(&window);
+        return true;
+    }
+
+}
+
+void WindowAccess::closeIfAgreed(NSWindow& window)
+{
+    const Ref<NSWindow> alive(&window);
+    if (agrees(window))
+        window.close();
+}
+
 template <> struct NSWindow::Methods<struct Closing> {
 
     static WindowState& of(NSWindow& self) { return WindowAccess::state(self); }
@@ -50,22 +71,11 @@ template <> struct NSWindow::Methods<struct Closing> {
         if (counts)
             ApplicationAccess::lastWindowClosed();
     }
-    static bool agrees(NSWindow& self)
-    {
-        if (const Ref<NSObject> delegate = self.delegate();
-            delegate && delegate->respondsToSelector(selector<"windowShouldClose:">))
-            return delegate->send<"windowShouldClose:", bool>(&self);
-        if (self.respondsToSelector(selector<"windowShouldClose:">))
-            return self.send<"windowShouldClose:", bool>(&self);
-        return true;
-    }
     static void performClose(NSWindow& self, NSObject*)
     {
         if (!(of(self).style & NSClosableWindowMask) || WindowAccess::attachedSheet(self))
             return NSBeep();
-        const Ref<NSWindow> alive(&self);
-        if (agrees(self))
-            self.close();
+        WindowAccess::closeIfAgreed(self);
     }
 
     static void miniaturize(NSWindow& self, NSObject*)

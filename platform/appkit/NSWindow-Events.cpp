@@ -134,7 +134,7 @@ template <> struct NSWindow::Methods<struct Events> {
         const Ref<NSView> views = of(self).frameView;
         return views->performKeyEquivalent(event);
     }
-    // A key that nobody wanted: Tab moves the focus, everything else ends the chain.
+    // A key that nobody wanted: Tab moves the focus, a button may wait for it, everything else ends the chain.
     static void keyDown(NSWindow& self, NSEvent* event)
     {
         const Ref<NSString> typed = maybe(event)->charactersIgnoringModifiers();
@@ -145,7 +145,7 @@ template <> struct NSWindow::Methods<struct Events> {
             self.selectPreviousKeyView(&self);
         else if (key == 0x09 && !held)
             self.selectNextKeyView(&self);
-        else
+        else if (held || !self.performKeyEquivalent(event))
             super<NSWindow, "keyDown:">(self, event);
     }
 

@@ -304,12 +304,12 @@ template <> struct NSWindow::Methods<struct Order> {
     }
     static void becomeKey(NSWindow& self)
     {
-        frameLookChanged(self);
+        WindowAccess::keyLookChanged(self);
         WindowAccess::notify(self, NSWindowDidBecomeKeyNotification, "windowDidBecomeKey:");
     }
     static void resignKey(NSWindow& self)
     {
-        frameLookChanged(self);
+        WindowAccess::keyLookChanged(self);
         WindowAccess::notify(self, NSWindowDidResignKeyNotification, "windowDidResignKey:");
     }
     static void becomeMain(NSWindow& self)

@@ -2,6 +2,7 @@
 #include <algorithm>
 
 #include "NSApplicationPrivate.h"
+#include "NSButtonPrivate.h"
 #include "NSEventPrivate.h"
 #include "NSViewPrivate.h"
 #include "NSWindowPrivate.h"
@@ -71,9 +72,20 @@ namespace {
             owner->send<S>(event);
     }
 
+    /// Tells a button whether the pointer is over it. Answers false for areas of others.
+    bool toldButton(NSTrackingArea& area, bool inside)
+    {
+        if (!TrackingAccess::isHover(area))
+            return false;
+        const Ref<NSObject> button = area.owner();
+        if (button)
+            ButtonAccess::setHovered(static_cast<NSButton&>(*button), inside);
+        return true;
+    }
+
     void exit(NSWindow& window, NSTrackingArea& area, NSEvent* cause)
     {
-        if (!std::exchange(TrackingAccess::isInside(area), false))
+        if (!std::exchange(TrackingAccess::isInside(area), false) || toldButton(area, false))
             return;
         if (TrackingAccess::options(area) & NSTrackingMouseEnteredAndExited)
             tell<"mouseExited:">(area, crossing(NSMouseExited, window, area, cause).get());
@@ -84,7 +96,7 @@ namespace {
         if (std::exchange(TrackingAccess::isInside(area), true))
             return;
         WindowAccess::state(window).inside.emplace_back(&area);
-        if (std::exchange(TrackingAccess::isSilent(area), false))
+        if (std::exchange(TrackingAccess::isSilent(area), false) || toldButton(area, true))
             return;
         const NSTrackingAreaOptions options = TrackingAccess::options(area);
         if (options & NSTrackingMouseEnteredAndExited)
@@ -140,7 +152,6 @@ void WindowAccess::trackPointer(NSWindow& window, NSEvent& event, bool dragging)
     settleTracking(window);
     s.pointer = event.locationInWindow();
     s.pointerInside = NSPointInRect(s.pointer, { {}, s.frame.size }) && !s.ignoresMouse;
-    framePointerMoved(window, s.pointerInside && !dragging);
     Areas now = s.pointerInside ? areasAt(window, s.pointer) : Areas();
     std::erase_if(now, [&](const Ref<NSTrackingArea>& area) { return !isActive(*area, window); });
     const auto silenced = [dragging](NSTrackingArea& area) {
@@ -169,7 +180,6 @@ void WindowAccess::pointerLeft(NSWindow& window, NSEvent* event)
     WindowState& s = state(window);
     const Ref<NSWindow> alive(&window);
     s.pointerInside = false;
-    framePointerMoved(window, false);
     const Areas before = std::exchange(s.inside, {});
     for (std::size_t i = before.size(); i-- > 0;) {
         if (isStillThere(*before[i], window))

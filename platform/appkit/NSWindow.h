@@ -9,10 +9,12 @@
 
 namespace brindle {
 
-class NSText;
+class NSButton;
+class NSButtonCell;
 class NSColor;
 class NSDate;
 class NSGraphicsContext;
+class NSText;
 class NSScreen;
 struct WindowState;
 
@@ -139,6 +141,13 @@ public:
         }
         /// Forgets the frame that was saved under a name.
         void removeFrameUsingName(NSString* name) const { send<"removeFrameUsingName:">(name); }
+        /// Answers a new button that closes, minimises or zooms the window it is put into, a title bar or not. It is
+        /// disabled at first. - Nil: for the other kinds, which frames do not have.
+        Ref<NSButton> standardWindowButton_forStyleMask(
+            NSWindowButton kind, NSWindowStyleMask style) const
+        {
+            return send<"standardWindowButton:forStyleMask:", Ref<NSButton>>(kind, style);
+        }
     };
 
     /// The designated initialiser. `init` makes a titled, closable, resizable window of no particular size.
@@ -401,6 +410,27 @@ public:
     void becomeMainWindow() { send<"becomeMainWindow">(); }
     void resignMainWindow() { send<"resignMainWindow">(); }
     bool worksWhenModal() const { return send<"worksWhenModal", bool>(); }
+
+    /// Answers a button of the window's own frame; nil where it has none.
+    Ref<NSButton> standardWindowButton(NSWindowButton kind) const
+    {
+        return send<"standardWindowButton:", Ref<NSButton>>(kind);
+    }
+    /// Answers the cell of the button that Return presses, or nil.
+    Ref<NSButtonCell> defaultButtonCell() const
+    {
+        return send<"defaultButtonCell", Ref<NSButtonCell>>();
+    }
+    /// Gives a cell the key equivalent Return and takes it from the one before.
+    void setDefaultButtonCell(NSButtonCell* cell) { send<"setDefaultButtonCell:">(cell); }
+    void enableKeyEquivalentForDefaultButtonCell()
+    {
+        send<"enableKeyEquivalentForDefaultButtonCell">();
+    }
+    void disableKeyEquivalentForDefaultButtonCell()
+    {
+        send<"disableKeyEquivalentForDefaultButtonCell">();
+    }
 
     // What the user does.
 

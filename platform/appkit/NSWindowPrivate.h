@@ -62,6 +62,7 @@ struct WindowState {
     WeakRef<NSView> initialFirstResponder;
     Ref<NSObject> fieldEditor; // NSText; none before a field asks for it
     Ref<NSObject> undoManager; // NSUndoManager; none before somebody asks for it
+    WeakRef<NSObject> defaultButtonCell; // NSButtonCell
     std::array<Ref<NSView>, 3> pressed; // who got the press of the left, right and other buttons
     std::vector<Ref<NSTrackingArea>> inside; // areas the pointer is in
     NSPoint pointer; // where it was last, window coordinates
@@ -117,6 +118,11 @@ struct WindowAccess {
     static void resignHidden(NSWindow& window, NSView& view);
     static void viewMoved(NSWindow& window, NSView& view);
     static void addDamage(NSWindow& window, NSRect rect);
+
+    /// Closes a window when it or its delegate agrees; NSWindow-Closing.cpp.
+    static void closeIfAgreed(NSWindow& window);
+    /// Marks the controls of a window, which look different in the key window.
+    static void keyLookChanged(NSWindow& window);
 
     // Tracking; NSWindow-Tracking.cpp.
     static void trackingAreaAdded(NSWindow& window, NSView& view, NSTrackingArea& area);
@@ -191,7 +197,9 @@ struct WindowAccess {
 Ref<NSView> makeFrameView(NSWindow& window, NSRect frame);
 /// Marks what a frame view draws differently for key windows and others.
 void frameLookChanged(NSWindow& window);
-/// Tells the buttons of a frame where the pointer is.
-void framePointerMoved(NSWindow& window, bool inside);
+/// Answers a button of a frame, or nil.
+Ref<NSButton> frameButton(NSWindow& window, NSWindowButton kind);
+/// Makes a button that closes, minimises or zooms the window that it sits in.
+Ref<NSButton> makeFrameButton(NSWindowButton kind);
 
 }

@@ -115,7 +115,7 @@ std::vector<Ref<NSObject>> TrackingIndex::all() const
     std::vector<Ref<NSObject>> areas;
     areas.reserve(living_);
     for (const Ref<NSTrackingArea>& area : slots_) {
-        if (area)
+        if (area && !TrackingAccess::isHover(*area))
             areas.emplace_back(area);
     }
     return areas;

@@ -19,7 +19,7 @@ public:
     void remove(NSTrackingArea& area);
     bool isEmpty() const { return living_ == 0; }
     std::size_t count() const { return living_; }
-    /// Answers the areas in the order in which they were added.
+    /// Answers the areas in the order in which they were added, without those of hovering.
     std::vector<Ref<NSObject>> all() const;
     /// Calls `visit(NSTrackingArea&)` for each area at a point. The areas must not change meanwhile.
     template <class Visit> void at(NSPoint point, Visit&& visit)
@@ -102,6 +102,7 @@ struct TrackingAccess {
     static NSObject* userInfo(const NSTrackingArea& area) { return area.userInfo_.get(); }
     static bool& isInside(NSTrackingArea& area) { return area.inside_; }
     static bool& isSilent(NSTrackingArea& area) { return area.silent_; }
+    static bool& isHover(NSTrackingArea& area) { return area.hover_; }
 };
 
 }

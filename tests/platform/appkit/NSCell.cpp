@@ -8,6 +8,9 @@
 #include "appkit/NSParagraphStyle.h"
 #include "foundation/Exceptions.h"
 #include "foundation/NSAttributedString.h"
+#include "foundation/NSData.h"
+#include "foundation/NSKeyedArchiver.h"
+#include "foundation/NSKeyedUnarchiver.h"
 #include "foundation/NSNumber.h"
 #include "foundation/NSNumberFormatter.h"
 #include "runtime/Table.h"
@@ -265,6 +268,28 @@ TEST(NSButtonCell, ATitleOfAnotherKindIsRefused)
     const Ref<NSNumber> number = NSNumber::cls().numberWithInt(1);
     EXPECT_THROW(cell->send<"setTitle:">(static_cast<NSObject*>(number.get())), Exception);
     EXPECT_EQ(utf8Of(cell->title().get()), "Button");
+}
+
+TEST(NSButtonCell, AnArchiveKeepsItsSettings)
+{
+    const Ref<NSButtonCell> cell = make<NSButtonCell>();
+    cell->setButtonType(NSSwitchButton);
+    cell->setAllowsMixedState(true);
+    cell->setState(NSMixedState);
+    cell->setTitle("Remember"_ns);
+    cell->setKeyEquivalent("r"_ns);
+    cell->setTag(12);
+    cell->setAction(selector<"act:">);
+    const Ref<NSData> archive = NSKeyedArchiver::cls().archivedDataWithRootObject(cell.get());
+    const Ref<NSButtonCell> back
+        = cast<NSButtonCell>(NSKeyedUnarchiver::cls().unarchiveObjectWithData(archive.get()));
+    EXPECT_EQ(utf8Of(back->title().get()), "Remember");
+    EXPECT_EQ(back->state(), NSMixedState);
+    EXPECT_EQ(back->imagePosition(), NSImageLeft);
+    EXPECT_NE(back->image(), nullptr);
+    EXPECT_EQ(utf8Of(back->keyEquivalent().get()), "r");
+    EXPECT_EQ(back->tag(), 12);
+    EXPECT_TRUE(back->action() == selector<"act:">);
 }
 
 }

@@ -1,0 +1,171 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "NSActionCell.h"
+#include "NSButtonPrivate.h"
+#include "NSView.h"
+#include "foundation/NSCoder.h"
+#include "foundation/NSObjCRuntime.h"
+#include "runtime/Table.h"
+
+#include <type_traits>
+
+namespace brindle {
+
+namespace {
+
+    /// Writes or reads numbers under their keys, so that each is named once.
+    struct NumberCoding {
+        NSCoder* coder;
+        bool reads;
+
+        template <class T> void operator()(NSString* key, T& value) const
+        {
+            if (!reads)
+                coder->encodeInteger_forKey(static_cast<NSInteger>(value), key);
+            else if (coder->containsValueForKey(key))
+                value = static_cast<T>(coder->decodeIntegerForKey(key));
+        }
+        /// The same for a choice: a number past the last one keeps what is there.
+        template <class T> void operator()(NSString* key, T& value, T last) const
+        {
+            if (reads && static_cast<NSUInteger>(coder->decodeIntegerForKey(key)) > last)
+                return;
+            (*this)(key, value);
+        }
+    };
+
+    void code(const NumberCoding& number, CellAttributes& cell)
+    {
+        number("NSCellType"_ns, cell.type, NSImageCellType);
+        number("NSState"_ns, cell.state);
+        number("NSSendActionOn"_ns, cell.sendsOn);
+        number("NSControlSize"_ns, cell.controlSize, NSControlSizeLarge);
+        number("NSFocusRingType"_ns, cell.focusRingType, NSFocusRingTypeExterior);
+        number("NSTextAlignment"_ns, cell.alignment, NSTextAlignmentNatural);
+        number("NSLineBreakMode"_ns, cell.lineBreakMode, NSLineBreakByTruncatingMiddle);
+        number("NSEnabled"_ns, cell.enabled);
+        number("NSAllowsMixedState"_ns, cell.allowsMixed);
+        number("NSRefusesFirstResponder"_ns, cell.refusesFirstResponder);
+        number("NSBordered"_ns, cell.bordered);
+        number("NSBezeled"_ns, cell.bezeled);
+        number("NSEditable"_ns, cell.editable);
+        number("NSSelectable"_ns, cell.selectable);
+        number("NSScrollable"_ns, cell.scrollable);
+        number("NSWraps"_ns, cell.wraps);
+        number("NSSingleLine"_ns, cell.singleLine);
+        number("NSTruncatesLastLine"_ns, cell.truncatesLastLine);
+    }
+    void code(const NumberCoding& number, ButtonAttributes& button)
+    {
+        number("NSButtonType"_ns, button.type, NSMomentaryPushInButton);
+        number("NSHighlightsBy"_ns, button.highlightsBy);
+        number("NSShowsStateBy"_ns, button.showsStateBy);
+        number("NSBezelStyle"_ns, button.bezel, NSInlineBezelStyle);
+        number("NSImagePosition"_ns, button.imagePosition, NSImageTrailing);
+        number("NSImageScaling"_ns, button.imageScaling, NSImageScaleProportionallyUpOrDown);
+        number("NSKeyModifiers"_ns, button.keyModifiers);
+        number("NSTransparent"_ns, button.transparent);
+        number("NSBorderOnlyInside"_ns, button.borderOnlyInside);
+    }
+
+}
+
+// - Shape: the value under "NSContents", the font under "NSFontName" and "NSFontSize", a number for every setting.
+template <> struct NSCell::Methods<struct Coding> {
+
+    static bool isSecure(Class&) { return true; }
+    static void encode(NSCell& self, NSCoder* coder)
+    {
+        CellAttributes& attributes = CellAccess::of(self);
+        coder->encodeObject_forKey(attributes.contents.get(), "NSContents"_ns);
+        if (attributes.font) {
+            coder->encodeObject_forKey(attributes.font->fontName().get(), "NSFontName"_ns);
+            coder->encodeDouble_forKey(attributes.font->pointSize(), "NSFontSize"_ns);
+        }
+        code({ coder, false }, attributes);
+    }
+    static Ref<NSObject> initWithCoder(NSCell& self, NSCoder* coder)
+    {
+        CellAttributes& attributes = CellAccess::of(self);
+        attributes.contents = coder->decodeObjectForKey("NSContents"_ns);
+        if (const Ref<NSString> name = decode<NSString>(coder, "NSFontName"_ns))
+            attributes.font = NSFont::cls().fontWithName_size(
+                name.get(), coder->decodeDoubleForKey("NSFontSize"_ns));
+        code({ coder, true }, attributes);
+        return &self;
+    }
+
+    static void table(Builder& t)
+    {
+        t.conformsTo({ "NSCoding", "NSSecureCoding" });
+        t.classMethods({ { "supportsSecureCoding", imp<isSecure> } });
+        t.methods({
+            { "encodeWithCoder:", imp<coding<encode>> },
+            { "initWithCoder:", imp<coding<initWithCoder>> },
+        });
+    }
+};
+BRINDLE_RECORD(NSCell, Coding)
+
+template <> struct NSActionCell::Methods<struct Coding> {
+
+    static void encode(NSActionCell& self, NSCoder* coder)
+    {
+        super<NSActionCell, "encodeWithCoder:">(self, coder);
+        coder->encodeInteger_forKey(self.tag_, "NSTag"_ns);
+        coder->encodeConditionalObject_forKey(self.target_.get().get(), "NSTarget"_ns);
+        if (self.action_)
+            coder->encodeObject_forKey(NSStringFromSelector(self.action_).get(), "NSAction"_ns);
+    }
+    static Ref<NSObject> initWithCoder(NSActionCell& self, NSCoder* coder)
+    {
+        Ref<NSObject> made = super<NSActionCell, "initWithCoder:", Ref<NSObject>>(self, coder);
+        self.tag_ = coder->decodeIntegerForKey("NSTag"_ns);
+        self.target_ = coder->decodeObjectForKey("NSTarget"_ns);
+        if (const Ref<NSString> action = decode<NSString>(coder, "NSAction"_ns))
+            self.action_ = NSSelectorFromString(action.get());
+        return made;
+    }
+
+    static void table(Builder& t)
+    {
+        t.methods({
+            { "encodeWithCoder:", imp<coding<encode>> },
+            { "initWithCoder:", imp<coding<initWithCoder>> },
+        });
+    }
+};
+BRINDLE_RECORD(NSActionCell, Coding)
+
+template <> struct NSButtonCell::Methods<struct Coding> {
+
+    static void encode(NSButtonCell& self, NSCoder* coder)
+    {
+        super<NSButtonCell, "encodeWithCoder:">(self, coder);
+        ButtonAttributes& attributes = ButtonAccess::of(self);
+        coder->encodeObject_forKey(attributes.alternateTitle.get(), "NSAlternateTitle"_ns);
+        coder->encodeObject_forKey(attributes.key.get(), "NSKeyEquivalent"_ns);
+        code({ coder, false }, attributes);
+    }
+    static Ref<NSObject> initWithCoder(NSButtonCell& self, NSCoder* coder)
+    {
+        Ref<NSObject> made = super<NSButtonCell, "initWithCoder:", Ref<NSObject>>(self, coder);
+        ButtonAttributes& attributes = ButtonAccess::of(self);
+        attributes.alternateTitle = decode<NSString>(coder, "NSAlternateTitle"_ns);
+        attributes.key = decode<NSString>(coder, "NSKeyEquivalent"_ns);
+        code({ coder, true }, attributes);
+        if (ButtonAccess::isMark(self))
+            attributes.image = markImage(attributes.type);
+        return made;
+    }
+
+    static void table(Builder& t)
+    {
+        t.methods({
+            { "encodeWithCoder:", imp<coding<encode>> },
+            { "initWithCoder:", imp<coding<initWithCoder>> },
+        });
+    }
+};
+BRINDLE_RECORD(NSButtonCell, Coding)
+
+}
