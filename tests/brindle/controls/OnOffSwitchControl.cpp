@@ -1,0 +1,266 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "controls/OnOffSwitchControl.h"
+
+#include <gtest/gtest.h>
+
+#include "appkit/NSCell.h"
+#include "controls/OnOffSwitchControlCell.h"
+#include "foundation/NSBeep.h"
+#include "foundation/NSTimer.h"
+#include "support/ActionLog.h"
+#include "support/HeadlessScreen.h"
+
+namespace brindle {
+
+namespace {
+
+    /// A switch of 60 by 20 points at (20, 20) of the screen, with a target.
+    struct OnOffSwitch : testing::Test {
+        OnOffSwitch()
+        {
+            control->setTarget(log.get());
+            control->setAction(selector<"act:">);
+        }
+        void allowMixed(NSCellStateValue state)
+        {
+            control->setAllowsMixedState(true);
+            control->setState(state);
+        }
+        /// Drags from the thumb so that its middle is let go of at a part of the width.
+        void dragThumbTo(double part, double pause = 1)
+        {
+            const double middle = cell()->centerXForThumbWithFrame(control->bounds());
+            screen.pointer().press({ 20 + middle, 30 });
+            screen.pointer().dragTo({ 20 + 60 * part, 30 });
+            releaseAfter(pause);
+        }
+        // The pause passes while the cell tracks: a timer of its loop lets go.
+        void releaseAfter(double seconds)
+        {
+            const Ref<NSTimer> timer = NSTimer::cls().timerWithTimeInterval_repeats_block(
+                seconds, false, [this](NSTimer*) { screen.display().releaseButton(0); });
+            NSRunLoop::cls().mainRunLoop()->addTimer_forMode(
+                timer.get(), NSEventTrackingRunLoopMode);
+            screen.advance(seconds + 1);
+        }
+        Ref<OnOffSwitchControlCell> cell() { return cast<OnOffSwitchControlCell>(control->cell()); }
+        void key(unichar character)
+        {
+            const Ref<NSString> text = NSString::cls().stringWithCharacters_length(&character, 1);
+            for (const NSEventType type : { NSKeyDown, NSKeyUp }) {
+                const Ref<NSEvent> event
+                    = NSEvent::cls()
+                          .keyEventWithType_location_modifierFlags_timestamp_windowNumber_context_characters_charactersIgnoringModifiers_isARepeat_keyCode(
+                              type, {}, 0, 0, 0, nullptr, text.get(), text.get(), false, 0);
+                if (type == NSKeyDown)
+                    control->keyDown(event.get());
+                else
+                    control->keyUp(event.get());
+            }
+        }
+
+        HeadlessScreen screen { 200, 100 };
+        Ref<ActionLog> log = make<ActionLog>();
+        Ref<OnOffSwitchControl> control
+            = screen.add<OnOffSwitchControl>(NSMakeRect(20, 20, 60, 20));
+    };
+
+}
+
+TEST_F(OnOffSwitch, ItsCellIsASwitchCell)
+{
+    EXPECT_TRUE(control->cell()->isKindOfClass(OnOffSwitchControlCell::cls()));
+    EXPECT_NE(NSButton::cls().cellClass(), static_cast<Class*>(OnOffSwitchControlCell::cls()));
+}
+
+TEST_F(OnOffSwitch, WakingFromAnArchiveSetsTheCellClassAgain)
+{
+    OnOffSwitchControl::cls().setCellClass(NSButtonCell::cls());
+    control->awakeFromNib();
+    EXPECT_EQ(
+        OnOffSwitchControl::cls().cellClass(), static_cast<Class*>(OnOffSwitchControlCell::cls()));
+}
+
+TEST_F(OnOffSwitch, AClickTurnsItOnAndOff)
+{
+    screen.pointer().click({ 30, 30 });
+    EXPECT_EQ(control->state(), NSOnState);
+    screen.pointer().click({ 30, 30 });
+    EXPECT_EQ(control->state(), NSOffState);
+    EXPECT_EQ(log->count_, 2);
+}
+
+TEST_F(OnOffSwitch, ClicksGoThroughThreeStates)
+{
+    allowMixed(NSOnState);
+    std::string way;
+    for (int i = 0; i < 3; ++i) {
+        screen.pointer().click({ 30, 30 });
+        way += std::to_string(control->state()) + " ";
+    }
+    EXPECT_EQ(way, "0 -1 1 ");
+}
+
+TEST_F(OnOffSwitch, AQuickReleaseOutsideIsAClickToo)
+{
+    screen.pointer().press({ 50, 30 });
+    screen.pointer().dragTo({ 2, 30 });
+    screen.pointer().release();
+    EXPECT_EQ(control->state(), NSOnState);
+    EXPECT_EQ(log->count_, 1);
+}
+
+TEST_F(OnOffSwitch, SixPointsToTheRightAreADrag)
+{
+    control->setState(NSOffState);
+    screen.pointer().press({ 30, 30 });
+    screen.pointer().dragTo({ 36, 30 });
+    screen.pointer().release();
+    EXPECT_EQ(control->state(), NSOffState) << "the thumb is nearer to the left end";
+    EXPECT_EQ(log->count_, 1);
+}
+
+TEST_F(OnOffSwitch, LessThanSixPointsToTheRightAreAClick)
+{
+    screen.pointer().press({ 30, 30 });
+    screen.pointer().dragTo({ 35, 30 });
+    screen.pointer().release();
+    EXPECT_EQ(control->state(), NSOnState);
+}
+
+TEST_F(OnOffSwitch, SixPointsDownwardAreADrag)
+{
+    screen.pointer().press({ 30, 35 });
+    screen.pointer().dragTo({ 30, 29 });
+    screen.pointer().release();
+    EXPECT_EQ(control->state(), NSOffState);
+}
+
+TEST_F(OnOffSwitch, SixPointsUpwardAreAClick)
+{
+    screen.pointer().press({ 30, 25 });
+    screen.pointer().dragTo({ 30, 38 });
+    screen.pointer().release();
+    EXPECT_EQ(control->state(), NSOnState);
+}
+
+TEST_F(OnOffSwitch, ALongPressWithoutMovementIsADragToWhereItIs)
+{
+    screen.pointer().press({ 30, 30 });
+    releaseAfter(1);
+    EXPECT_EQ(control->state(), NSOffState);
+    EXPECT_EQ(log->count_, 1);
+}
+
+TEST_F(OnOffSwitch, ThePauseCountsFromTheLastMovement)
+{
+    control->setState(NSOnState);
+    screen.pointer().press({ 60, 30 });
+    const Ref<NSTimer> timer
+        = NSTimer::cls().timerWithTimeInterval_repeats_block(2, false, [this](NSTimer*) {
+              screen.display().movePointer({ 62, 30 });
+              screen.display().releaseButton(0);
+          });
+    NSRunLoop::cls().mainRunLoop()->addTimer_forMode(timer.get(), NSEventTrackingRunLoopMode);
+    screen.advance(3);
+    EXPECT_EQ(control->state(), NSOffState) << "a click two seconds after the press";
+}
+
+TEST_F(OnOffSwitch, LetGoAtFortyPercentTheTwoStateSwitchIsOff)
+{
+    control->setState(NSOnState);
+    dragThumbTo(0.4);
+    EXPECT_EQ(control->state(), NSOffState);
+}
+
+TEST_F(OnOffSwitch, LetGoAtFortyPercentTheThreeStateSwitchIsMixed)
+{
+    allowMixed(NSOnState);
+    dragThumbTo(0.4);
+    EXPECT_EQ(control->state(), NSMixedState);
+}
+
+TEST_F(OnOffSwitch, LetGoInTheRightHalfTheTwoStateSwitchIsOn)
+{
+    dragThumbTo(0.6);
+    EXPECT_EQ(control->state(), NSOnState);
+}
+
+TEST_F(OnOffSwitch, LetGoInTheThirdsTheThreeStateSwitchIsOffOrOn)
+{
+    allowMixed(NSMixedState);
+    dragThumbTo(0.3);
+    EXPECT_EQ(control->state(), NSOffState);
+    dragThumbTo(0.7);
+    EXPECT_EQ(control->state(), NSOnState);
+}
+
+TEST_F(OnOffSwitch, ADragSendsTheActionOnceAfterTheState)
+{
+    log->setReaction([this](NSObject*) { EXPECT_EQ(control->state(), NSOnState); });
+    dragThumbTo(0.9);
+    EXPECT_EQ(log->count_, 1);
+}
+
+TEST_F(OnOffSwitch, TheArrowsMoveTheThumbWithoutAnAction)
+{
+    key(NSRightArrowFunctionKey);
+    EXPECT_EQ(control->state(), NSOnState);
+    key(NSLeftArrowFunctionKey);
+    EXPECT_EQ(control->state(), NSOffState);
+    EXPECT_EQ(log->count_, 0);
+}
+
+TEST_F(OnOffSwitch, TheArrowsStopInTheMiddleOfThreeStates)
+{
+    allowMixed(NSOffState);
+    std::string way;
+    for (const unichar arrow : { NSRightArrowFunctionKey, NSRightArrowFunctionKey,
+             NSLeftArrowFunctionKey, NSLeftArrowFunctionKey }) {
+        key(arrow);
+        way += std::to_string(control->state()) + " ";
+    }
+    EXPECT_EQ(way, "-1 1 -1 0 ");
+}
+
+TEST_F(OnOffSwitch, AnArrowAtItsEndBeeps)
+{
+    const auto before = beepCount();
+    key(NSLeftArrowFunctionKey);
+    EXPECT_EQ(beepCount(), before + 1);
+    control->setState(NSOnState);
+    key(NSRightArrowFunctionKey);
+    EXPECT_EQ(beepCount(), before + 2);
+    EXPECT_EQ(control->state(), NSOnState);
+}
+
+TEST_F(OnOffSwitch, SpaceClicksIt)
+{
+    key(' ');
+    EXPECT_EQ(control->state(), NSOnState);
+    EXPECT_EQ(log->count_, 1);
+}
+
+TEST_F(OnOffSwitch, ADisabledSwitchStaysAsItIs)
+{
+    control->setEnabled(false);
+    screen.pointer().click({ 30, 30 });
+    EXPECT_EQ(control->state(), NSOffState);
+    EXPECT_EQ(log->count_, 0);
+}
+
+TEST_F(OnOffSwitch, ItIsHitInsideItsCellOnly)
+{
+    const auto hit = [this](NSPoint place) {
+        const Ref<NSEvent> event
+            = NSEvent::cls()
+                  .mouseEventWithType_location_modifierFlags_timestamp_windowNumber_context_eventNumber_clickCount_pressure(
+                      NSLeftMouseDown, place, 0, 0, screen.window().windowNumber(), nullptr, 1, 1,
+                      1);
+        return cell()->hitTestForEvent_inRect_ofView(event.get(), control->bounds(), control.get());
+    };
+    EXPECT_EQ(hit({ 30, 30 }), 5U);
+    EXPECT_EQ(hit({ 90, 30 }), 0U);
+}
+
+}

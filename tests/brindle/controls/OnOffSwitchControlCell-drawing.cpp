@@ -1,0 +1,113 @@
+// SPDX-License-Identifier: Apache-2.0
+#include <gtest/gtest.h>
+
+#include "appkit/NSGraphicsContext.h"
+#include "appkit/NSView.h"
+#include "controls/OnOffSwitchControl.h"
+#include "controls/OnOffSwitchControlCell.h"
+#include "support/HeadlessScreen.h"
+#include "support/Pixels.h"
+
+namespace brindle {
+
+namespace {
+
+    constexpr NSRect kFrame { { 0, 0 }, { 60, 20 } };
+
+    /// Draws in a white picture of 60 by 20 points, as an unflipped view would.
+    template <class Draw> test::Picture pictureOf(Draw draw)
+    {
+        const test::Picture picture(60, 20);
+        picture.fillWhite();
+        const GraphicsStateGuard saved;
+        NSGraphicsContext::cls().setCurrentContext(
+            NSGraphicsContext::cls().graphicsContextWithCGContext_flipped(picture, false).get());
+        draw();
+        return picture;
+    }
+    test::Picture switchPicture(NSCellStateValue state, bool enabled = true)
+    {
+        return pictureOf([=] {
+            const Ref<OnOffSwitchControlCell> cell = make<OnOffSwitchControlCell>();
+            cell->setAllowsMixedState(true);
+            cell->setState(state);
+            cell->setEnabled(enabled);
+            cell->drawWithFrame_inView(kFrame, make<NSView>().get());
+        });
+    }
+    bool isThumb(const test::Rgba& pixel) { return pixel.red > 222; }
+
+}
+
+TEST(OnOffSwitchDrawing, TheThumbStandsWhereTheStateSays)
+{
+    const test::Picture off = switchPicture(NSOffState);
+    EXPECT_TRUE(isThumb(off.at(10, 10)));
+    EXPECT_FALSE(isThumb(off.at(30, 10)));
+    EXPECT_FALSE(isThumb(off.at(50, 10)));
+    const test::Picture on = switchPicture(NSOnState);
+    EXPECT_FALSE(isThumb(on.at(10, 10)));
+    EXPECT_TRUE(isThumb(on.at(50, 10)));
+    const test::Picture mixed = switchPicture(NSMixedState);
+    EXPECT_FALSE(isThumb(mixed.at(10, 10)));
+    EXPECT_TRUE(isThumb(mixed.at(30, 10)));
+}
+
+TEST(OnOffSwitchDrawing, TheTrackGetsLighterDownward)
+{
+    const test::Picture off = switchPicture(NSOffState);
+    EXPECT_LT(off.at(40, 8).red, off.at(40, 18).red + 1);
+    EXPECT_LT(off.at(40, 2).red, off.at(40, 8).red) << "the inner shadow lies along the top";
+}
+
+TEST(OnOffSwitchDrawing, TheThumbGetsDarkerDownward)
+{
+    const test::Picture off = switchPicture(NSOffState);
+    EXPECT_GT(off.at(10, 3).red, off.at(10, 17).red);
+}
+
+TEST(OnOffSwitchDrawing, ADisabledSwitchIsWashedOut)
+{
+    EXPECT_GT(switchPicture(NSOffState, false).at(40, 10).red,
+        switchPicture(NSOffState).at(40, 10).red + 40);
+}
+
+TEST(OnOffSwitchDrawing, ATintColoursBothSidesOfTheThumb)
+{
+    const test::Picture picture = pictureOf([] {
+        const Ref<OnOffSwitchControlCell> cell = make<OnOffSwitchControlCell>();
+        cell->setAllowsMixedState(true);
+        cell->setState(NSMixedState);
+        cell->setShowsOnOffLabels(false);
+        cell->setOnOffSwitchControlColors(OnOffSwitchControlGreenRedColors);
+        cell->tintBackgroundWithFrame_inView(kFrame, make<NSView>().get());
+    });
+    EXPECT_GT(picture.at(10, 10).green, picture.at(10, 10).red + 50);
+    EXPECT_GT(picture.at(50, 10).red, picture.at(50, 10).green + 50);
+}
+
+TEST(OnOffSwitchDrawing, WithoutACustomColourThereIsNoTint)
+{
+    const test::Picture picture = pictureOf([] {
+        const Ref<OnOffSwitchControlCell> cell = make<OnOffSwitchControlCell>();
+        cell->setShowsOnOffLabels(false);
+        cell->setOnOffSwitchControlColors(OnOffSwitchControlCustomColors);
+        cell->setCustomOnColor(NSColor::cls().redColor().get());
+        cell->tintBackgroundWithFrame_inView(kFrame, make<NSView>().get());
+    });
+    EXPECT_EQ(picture.at(10, 10), (test::Rgba { 255, 255, 255, 255 }));
+}
+
+TEST(OnOffSwitchDrawing, ASwitchInAWindowLooksLikeOneInAPicture)
+{
+    HeadlessScreen screen { 100, 60 };
+    const Ref<OnOffSwitchControl> control
+        = screen.add<OnOffSwitchControl>(NSMakeRect(20, 20, 60, 20));
+    const auto pixels = screen.pixels();
+    const auto redAt = [&](int x, int y) { return static_cast<int>(pixels.at(x, y) >> 16 & 0xFF); };
+    EXPECT_GT(redAt(30, 30), 222);
+    EXPECT_LT(redAt(60, 30), 222);
+    EXPECT_LT(redAt(60, 22), redAt(60, 28)) << "upright in a flipped view";
+}
+
+}
