@@ -2,10 +2,12 @@
 #include "Pages.h"
 
 #include "colour/ColourPage.h"
+#include "controls/ControlsPage.h"
 #include "defaults/DefaultsPage.h"
 #include "ground/GroundPage.h"
 #include "measures/MeasuresPage.h"
 #include "objects/ObjectsPage.h"
+#include "switches/SwitchesPage.h"
 #include "text/TextPage.h"
 #include "unique/UniquePage.h"
 
@@ -26,6 +28,8 @@ namespace {
         { "Intervals and URLs", makePage<TextPage>, tourText },
         { "Colour", makePage<ColourPage>, tourColour },
         { "Text", makePage<MeasuresPage>, tourMeasures },
+        { "Controls", makePage<ControlsPage>, tourControls },
+        { "Switches", makePage<SwitchesPage>, tourSwitches },
     };
 
 }
