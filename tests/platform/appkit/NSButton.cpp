@@ -3,7 +3,7 @@
 
 #include <gtest/gtest.h>
 
-#include "foundation/NSAttributedString.h"
+#include "foundation/NSArray.h"
 #include "support/ActionLog.h"
 #include "support/HeadlessScreen.h"
 #include "support/Strings.h"
