@@ -72,6 +72,8 @@ void TextViewAccess::relayout(NSTextView& view)
 
 template <> struct NSTextView::Methods<struct Layout> {
 
+    static constexpr CGFloat kUnbounded = 1e7;
+
     static TextViewState& of(NSTextView& self) { return TextViewAccess::of(self); }
 
     static Ref<NSTextContainer> container(NSTextView& self) { return of(self).container; }
@@ -99,9 +101,7 @@ template <> struct NSTextView::Methods<struct Layout> {
             size.width = std::max(room.width - 2 * s.inset.width, 1.0);
         if (s.container->heightTracksTextView())
             size.height = std::max(room.height - 2 * s.inset.height, 1.0);
-        const NSSize present = s.container->containerSize();
-        if (size.width != present.width || size.height != present.height)
-            s.container->setContainerSize(size);
+        setContainer(s, size);
     }
     static void setFrameSize(NSTextView& self, NSSize size)
     {
@@ -113,11 +113,28 @@ template <> struct NSTextView::Methods<struct Layout> {
     {
         return std::max(std::min(value, most), least);
     }
+    // A line without end has no right end or middle to stand at: one that does not begin at the left gets the room that is
+    // there, or as much as it needs.
+    static void fitLine(const TextViewState& s)
+    {
+        setContainer(s, { kUnbounded, kUnbounded });
+        const NSRect used = s.layout->usedRectForTextContainer(s.container.get());
+        if (used.origin.x > 0)
+            setContainer(s, { std::max(s.minSize.width, std::ceil(used.size.width)), kUnbounded });
+    }
+    static void setContainer(const TextViewState& s, NSSize size)
+    {
+        const NSSize present = s.container->containerSize();
+        if (size.width != present.width || size.height != present.height)
+            s.container->setContainerSize(size);
+    }
     static void sizeToFit(NSTextView& self)
     {
         const TextViewState& s = of(self);
         if (!s.verticallyResizable && !s.horizontallyResizable)
             return;
+        if (s.singleLine && s.horizontallyResizable)
+            fitLine(s);
         const NSSize used = TextViewAccess::usedSize(self);
         NSSize size = self.frame().size;
         if (s.horizontallyResizable)

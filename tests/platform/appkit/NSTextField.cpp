@@ -351,6 +351,22 @@ namespace {
         EXPECT_EQ(clip->bounds().origin.x, 0);
     }
 
+    TEST_F(NSTextFieldTest, TypesAtTheRightWhereTheTextStandsThere)
+    {
+        first->setAlignment(NSTextAlignmentRight);
+        first->selectText(nullptr);
+        desk.type(u"ab");
+        const Ref<NSText> editor = first->currentEditor();
+        EXPECT_LE(editor->frame().size.width, 100);
+        const NSRect caret = cast<NSTextView>(editor)->firstRectForCharacterRange_actualRange(
+            NSMakeRange(2, 0), nullptr);
+        EXPECT_NEAR(caret.origin.x, 50 + 10 + 100 - 5, 2);
+        desk.type(u" and much more than fits into the field");
+        const CGFloat end
+            = editor->superview()->bounds().origin.x + editor->superview()->bounds().size.width;
+        EXPECT_NEAR(end, editor->frame().size.width, 1);
+    }
+
     TEST_F(NSTextFieldTest, ReadsNumbersWithItsFormatter)
     {
         first->setFormatter(make<NSNumberFormatter>().get());
