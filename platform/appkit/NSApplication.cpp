@@ -7,6 +7,7 @@
 #include "NSEventPrivate.h"
 #include "NSViewPrivate.h"
 #include "NSWindowPrivate.h"
+#include "display/Clipboard.h"
 #include "foundation/NSDate.h"
 #include "runtime/NSException.h"
 #include "runtime/Table.h"
@@ -109,6 +110,9 @@ template <> struct NSApplication::Methods<struct Running> {
     {
         ApplicationAccess::notify(
             NSApplicationWillTerminateNotification, "applicationWillTerminate:");
+        display::Display* const display = ApplicationAccess::displayOrNull();
+        if (display && display->clipboard())
+            display->clipboard()->handOver();
         std::exit(0);
     }
     static void terminate(NSApplication& self, NSObject*)

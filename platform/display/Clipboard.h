@@ -43,6 +43,8 @@ public:
     virtual std::vector<std::string> types(Selection selection) = 0;
     /// Answers another program's data. - Nil: nothing when it does not answer, or has none of this type.
     virtual std::optional<std::string> read(Selection selection, const std::string& type) = 0;
+    /// Lets the desktop keep what this program has to give, where somebody does; for a program that is about to end.
+    virtual void handOver() = 0;
 
 protected:
     Clipboard() = default;

@@ -85,6 +85,8 @@ bool X11Display::pollEvent(Event& event)
 
 void X11Display::handle(const xcb_generic_event_t& event)
 {
+    if (clipboard_ && clipboard_->handle(event))
+        return;
     switch (kindOf(event)) {
     case 0:
         ++connection_->counters().errors;

@@ -53,7 +53,20 @@ X11Display::X11Display(std::unique_ptr<Connection> connection, const Environment
 {
 }
 
-X11Display::~X11Display() { assert(order_.empty()); }
+X11Display::~X11Display()
+{
+    assert(order_.empty());
+    if (clipboard_)
+        clipboard_->handOver();
+}
+
+Clipboard* X11Display::clipboard()
+{
+    if (!clipboard_)
+        clipboard_ = std::make_unique<X11Clipboard>(
+            *connection_, [this](const xcb_generic_event_t& event) { handle(event); });
+    return clipboard_.get();
+}
 
 std::unique_ptr<Surface> X11Display::createSurface(const SurfaceOptions& options)
 {

@@ -12,6 +12,7 @@
 #include "PresenterPrivate.h"
 #include "ScreensPrivate.h"
 #include "WindowManagerPrivate.h"
+#include "X11ClipboardPrivate.h"
 #include "display/Display.h"
 
 namespace brindle::display {
@@ -38,6 +39,7 @@ public:
     void ungrab() override;
     void setCursor(Cursor cursor) override;
     void beep() override;
+    Clipboard* clipboard() override;
     const Counters& counters() const override { return connection_->counters(); }
 
     // For surfaces.
@@ -117,6 +119,7 @@ private:
     bool screensDirty_ = false;
     bool resourcesDirty_ = false;
     bool toldEnd_ = false;
+    std::unique_ptr<X11Clipboard> clipboard_; // made when somebody asks; ends before all else
 };
 
 }

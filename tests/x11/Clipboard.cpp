@@ -1,0 +1,139 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "display/Clipboard.h"
+
+#include <gtest/gtest.h>
+
+#include <atomic>
+#include <thread>
+
+#include "XDriver.h"
+
+namespace brindle::display {
+namespace {
+
+    using Selection = Clipboard::Selection;
+
+    /// Another program with something to give. It answers on a thread of its own.
+    class OtherProgram {
+    public:
+        OtherProgram(Selection selection, std::string type, std::string data)
+        {
+            thread_ = std::thread([this, selection, type, data] {
+                const auto display = openDisplay(Choice::x11, processEnvironment(), [](auto) {});
+                display->clipboard()->offer(selection,
+                    { .types = [type] { return std::vector { type }; },
+                        .provide = [data](std::string_view) { return data; },
+                        .lost = [this] { lost_ = true; } });
+                display->flush();
+                Event event;
+                ready_ = true;
+                while (!stop_) {
+                    display->pollEvent(event);
+                    std::this_thread::yield();
+                }
+            });
+            while (!ready_)
+                std::this_thread::yield();
+        }
+        ~OtherProgram()
+        {
+            stop_ = true;
+            thread_.join();
+        }
+        bool lost() const { return lost_; }
+
+    private:
+        std::atomic<bool> ready_ { false };
+        std::atomic<bool> stop_ { false };
+        std::atomic<bool> lost_ { false };
+        std::thread thread_;
+    };
+
+    struct ClipboardTest : X11Test {
+        void offer(std::string data)
+        {
+            display->clipboard()->offer(Selection::clipboard,
+                { .types = [] { return std::vector<std::string> { "UTF8_STRING" }; },
+                    .provide = [data](std::string_view) { return data; },
+                    .lost = [this] { ++lost; } });
+        }
+        /// Reads our clipboard as another program does, while we answer.
+        std::optional<std::string> readElsewhere(const std::string& type)
+        {
+            std::optional<std::string> data;
+            std::atomic<bool> done { false };
+            std::thread reader([&] {
+                const auto other = openDisplay(Choice::x11, processEnvironment(), [](auto) {});
+                data = other->clipboard()->read(Selection::clipboard, type);
+                done = true;
+            });
+            Event event;
+            while (!done) {
+                display->pollEvent(event);
+                std::this_thread::yield();
+            }
+            reader.join();
+            return data;
+        }
+        int lost = 0;
+    };
+
+    TEST_F(ClipboardTest, ReadsWhatAnotherProgramHas)
+    {
+        const OtherProgram other(Selection::clipboard, "UTF8_STRING", "Grüße");
+        Clipboard& ours = *display->clipboard();
+        const auto types = ours.types(Selection::clipboard);
+        EXPECT_NE(std::find(types.begin(), types.end(), "UTF8_STRING"), types.end());
+        EXPECT_EQ(ours.read(Selection::clipboard, "UTF8_STRING"), "Grüße");
+        EXPECT_EQ(ours.read(Selection::clipboard, "image/png"), std::nullopt);
+    }
+
+    TEST_F(ClipboardTest, ReadsLargeDataInPieces)
+    {
+        std::string large;
+        for (int i = 0; large.size() < 1000000; ++i)
+            large += std::to_string(i);
+        const OtherProgram other(Selection::primary, "text/plain", large);
+        EXPECT_TRUE(display->clipboard()->read(Selection::primary, "text/plain") == large);
+    }
+
+    TEST_F(ClipboardTest, GivesToAnotherProgram)
+    {
+        offer("ours");
+        EXPECT_TRUE(display->clipboard()->isOurs(Selection::clipboard));
+        EXPECT_EQ(readElsewhere("UTF8_STRING"), "ours");
+        EXPECT_EQ(readElsewhere("text/html"), std::nullopt);
+    }
+
+    TEST_F(ClipboardTest, GivesLargeDataInPieces)
+    {
+        const std::string large(700001, 'x');
+        offer(large);
+        EXPECT_TRUE(readElsewhere("UTF8_STRING") == large);
+    }
+
+    TEST_F(ClipboardTest, IsToldWhenAnotherProgramTakesIt)
+    {
+        offer("ours");
+        const auto before = display->clipboard()->changes(Selection::clipboard);
+        const OtherProgram other(Selection::clipboard, "UTF8_STRING", "theirs");
+        Event event;
+        for (int i = 0; i < 1000000 && !lost; ++i)
+            display->pollEvent(event);
+        EXPECT_EQ(lost, 1);
+        EXPECT_FALSE(display->clipboard()->isOurs(Selection::clipboard));
+        EXPECT_GT(display->clipboard()->changes(Selection::clipboard), before);
+        EXPECT_EQ(display->clipboard()->read(Selection::clipboard, "UTF8_STRING"), "theirs");
+    }
+
+    TEST_F(ClipboardTest, AnswersNothingWhereNobodyHasIt)
+    {
+        {
+            const OtherProgram gone(Selection::primary, "UTF8_STRING", "x");
+        }
+        EXPECT_TRUE(display->clipboard()->types(Selection::primary).empty());
+        EXPECT_EQ(display->clipboard()->read(Selection::primary, "UTF8_STRING"), std::nullopt);
+    }
+
+}
+}
