@@ -1,0 +1,285 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "appkit/NSWindow.h"
+
+#include <gtest/gtest.h>
+
+#include "appkit/NSColor.h"
+#include "foundation/NSArray.h"
+#include "runtime/Table.h"
+#include "support/HeadlessScreen.h"
+
+namespace brindle {
+
+/// Agrees to closing and zooming or not.
+class StubbornDelegate : public NSObject {
+    BRINDLE_OBJECT(StubbornDelegate, NSObject)
+
+public:
+    bool agrees_ = false;
+    int asked_ = 0;
+    NSRect zoomedTo_ {};
+};
+template <> struct StubbornDelegate::Methods<struct Asked> {
+    static bool shouldClose(StubbornDelegate& self, NSObject*)
+    {
+        ++self.asked_;
+        return self.agrees_;
+    }
+    static bool shouldZoom(StubbornDelegate& self, NSWindow*, NSRect frame)
+    {
+        self.zoomedTo_ = frame;
+        return self.agrees_;
+    }
+    static void table(Builder& t)
+    {
+        t.methods({
+            { "windowShouldClose:", imp<shouldClose> },
+            { "windowShouldZoom:toFrame:", imp<shouldZoom> },
+        });
+    }
+};
+BRINDLE_RECORD(StubbornDelegate, Asked)
+
+namespace {
+
+    constexpr NSWindowStyleMask kOrdinary = NSTitledWindowMask | NSClosableWindowMask
+        | NSMiniaturizableWindowMask | NSResizableWindowMask;
+
+    Ref<NSWindow> windowOf(NSRect content, NSWindowStyleMask style = NSBorderlessWindowMask)
+    {
+        return alloc<NSWindow>()->initWithContentRect_styleMask_backing_defer(
+            content, style, NSBackingStoreBuffered, true);
+    }
+
+    /// A red and a blue window in one place, the blue one in front.
+    struct Pair {
+        HeadlessScreen screen { 200, 200 };
+        Ref<NSWindow> red = windowOf(NSMakeRect(50, 50, 100, 100));
+        Ref<NSWindow> blue = windowOf(NSMakeRect(50, 50, 100, 100));
+
+        Pair()
+        {
+            red->setBackgroundColor(NSColor::cls().redColor().get());
+            blue->setBackgroundColor(NSColor::cls().blueColor().get());
+            red->orderFront(nullptr);
+            blue->orderFront(nullptr);
+        }
+        ~Pair()
+        {
+            red->close();
+            blue->close();
+        }
+        Pair(const Pair&) = delete;
+        Pair& operator=(const Pair&) = delete;
+        bool showsRed() { return screen.pixels().at(100, 100) == 0xFFFF0000; }
+        bool showsBlue() { return screen.pixels().at(100, 100) == 0xFF0000FF; }
+    };
+
+    TEST(NSWindowOrder, FrontAndBackAreWithinALevel)
+    {
+        Pair p;
+        EXPECT_TRUE(p.showsBlue());
+        p.red->orderFront(nullptr);
+        EXPECT_TRUE(p.showsRed());
+        p.red->orderBack(nullptr);
+        EXPECT_TRUE(p.showsBlue());
+    }
+
+    TEST(NSWindowOrder, AHigherLevelStaysInFront)
+    {
+        Pair p;
+        p.red->setLevel(NSFloatingWindowLevel);
+        EXPECT_TRUE(p.showsRed());
+        p.blue->orderFront(nullptr);
+        EXPECT_TRUE(p.showsRed());
+        p.red->setLevel(NSNormalWindowLevel);
+        p.blue->orderFront(nullptr);
+        EXPECT_TRUE(p.showsBlue());
+    }
+
+    TEST(NSWindowOrder, TheLevelsOfTheBarLieBetweenPanelsAndMenus)
+    {
+        Pair p;
+        p.blue->setLevel(NSModalPanelWindowLevel);
+        p.red->setLevel(26);
+        p.blue->orderFront(nullptr);
+        EXPECT_TRUE(p.showsRed());
+        p.blue->setLevel(NSPopUpMenuWindowLevel);
+        p.red->orderFront(nullptr);
+        EXPECT_TRUE(p.showsBlue());
+    }
+
+    TEST(NSWindowOrder, AWindowIsOrderedBeneathAnother)
+    {
+        Pair p;
+        p.blue->orderWindow_relativeTo(NSWindowBelow, p.red->windowNumber());
+        EXPECT_TRUE(p.showsRed());
+        p.blue->orderWindow_relativeTo(NSWindowOut, 0);
+        EXPECT_FALSE(p.blue->isVisible());
+    }
+
+    TEST(NSWindowOrder, WindowsHiddenWithTheApplicationReturnInTheirOldOrder)
+    {
+        Pair p;
+        p.red->setHidesOnDeactivate(true);
+        p.blue->setHidesOnDeactivate(true);
+        p.screen.application().deactivate();
+        EXPECT_FALSE(p.red->isVisible());
+        EXPECT_FALSE(p.blue->isVisible());
+        p.screen.application().activateIgnoringOtherApps(true);
+        EXPECT_TRUE(p.red->isVisible());
+        EXPECT_TRUE(p.showsBlue());
+    }
+
+    TEST(NSWindowOrder, SuchAWindowWaitsForTheApplication)
+    {
+        Pair p;
+        p.red->orderOut(nullptr);
+        p.red->setHidesOnDeactivate(true);
+        p.screen.application().deactivate();
+        p.red->orderFront(nullptr);
+        EXPECT_FALSE(p.red->isVisible());
+        p.screen.application().activateIgnoringOtherApps(true);
+        EXPECT_TRUE(p.red->isVisible());
+    }
+
+    TEST(NSWindowOrder, RegardlessItDoesNotWait)
+    {
+        Pair p;
+        p.red->orderOut(nullptr);
+        p.red->setHidesOnDeactivate(true);
+        p.screen.application().deactivate();
+        p.red->orderFrontRegardless();
+        EXPECT_TRUE(p.red->isVisible());
+    }
+
+    TEST(NSWindowOrder, AChildBelowLiesBelow)
+    {
+        Pair p;
+        p.red->addChildWindow_ordered(p.blue.get(), NSWindowBelow);
+        EXPECT_TRUE(p.showsRed());
+        p.red->addChildWindow_ordered(p.blue.get(), NSWindowAbove);
+        EXPECT_TRUE(p.showsBlue());
+        EXPECT_EQ(p.red->childWindows()->count(), 1u);
+    }
+
+    TEST(NSWindowOrder, ARemovedChildStaysWhereItIs)
+    {
+        Pair p;
+        p.red->addChildWindow_ordered(p.blue.get(), NSWindowAbove);
+        p.red->removeChildWindow(p.blue.get());
+        p.red->setFrameOrigin({ 0, 0 });
+        EXPECT_EQ(p.blue->frame().origin, NSMakePoint(50, 50));
+        EXPECT_EQ(p.blue->parentWindow(), nullptr);
+    }
+
+    TEST(NSWindowOrder, AWindowIsNoChildOfItsOwnChild)
+    {
+        Pair p;
+        p.red->addChildWindow_ordered(p.blue.get(), NSWindowAbove);
+        p.blue->addChildWindow_ordered(p.red.get(), NSWindowAbove);
+        p.red->addChildWindow_ordered(p.red.get(), NSWindowAbove);
+        EXPECT_EQ(p.red->parentWindow(), nullptr);
+        EXPECT_EQ(p.red->childWindows()->count(), 1u);
+    }
+
+    TEST(NSWindowOrder, AlphaFadesTheWholeWindow)
+    {
+        Pair p;
+        p.blue->setAlphaValue(0.5);
+        const std::uint32_t seen = p.screen.pixels().at(100, 100);
+        EXPECT_NEAR(static_cast<int>(seen >> 16 & 0xFF), 0x80, 2);
+        EXPECT_NEAR(static_cast<int>(seen & 0xFF), 0x80, 2);
+        p.blue->setAlphaValue(-3);
+        EXPECT_EQ(p.blue->alphaValue(), 0);
+        EXPECT_TRUE(p.showsRed());
+    }
+
+    TEST(NSWindowOrder, ClicksGoThroughAWindowThatIgnoresThem)
+    {
+        Pair p;
+        p.blue->setIgnoresMouseEvents(true);
+        p.red->setMovableByWindowBackground(true);
+        p.screen.process();
+        p.screen.pointer().press({ 100, 100 });
+        p.screen.pointer().dragTo({ 110, 100 });
+        p.screen.pointer().release();
+        EXPECT_EQ(p.red->frame().origin, NSMakePoint(60, 50));
+        EXPECT_EQ(p.blue->frame().origin, NSMakePoint(50, 50));
+    }
+
+    TEST(NSWindowOrder, AnImmovableWindowIsNotDragged)
+    {
+        Pair p;
+        p.blue->setMovableByWindowBackground(true);
+        p.blue->setMovable(false);
+        p.screen.process();
+        p.screen.pointer().press({ 100, 100 });
+        p.screen.pointer().dragTo({ 110, 100 });
+        p.screen.pointer().release();
+        EXPECT_EQ(p.blue->frame().origin, NSMakePoint(50, 50));
+    }
+
+    TEST(NSWindowOrder, TheUserClosesOnlyWhatTheDelegateLetsGo)
+    {
+        HeadlessScreen screen;
+        const Ref<NSWindow> window = windowOf(NSMakeRect(0, 0, 100, 100), kOrdinary);
+        const Ref<StubbornDelegate> delegate = make<StubbornDelegate>();
+        window->setDelegate(delegate.get());
+        window->orderFront(nullptr);
+        window->performClose(nullptr);
+        EXPECT_TRUE(window->isVisible());
+        delegate->agrees_ = true;
+        window->performClose(nullptr);
+        EXPECT_FALSE(window->isVisible());
+        EXPECT_EQ(delegate->asked_, 2);
+    }
+
+    TEST(NSWindowOrder, TheDelegateIsAskedBeforeAZoom)
+    {
+        HeadlessScreen screen(400, 300);
+        const Ref<NSWindow> window = windowOf(NSMakeRect(10, 10, 100, 100), kOrdinary);
+        const Ref<StubbornDelegate> delegate = make<StubbornDelegate>();
+        window->setDelegate(delegate.get());
+        window->orderFront(nullptr);
+        window->performZoom(nullptr);
+        EXPECT_FALSE(window->isZoomed());
+        EXPECT_EQ(delegate->zoomedTo_, NSMakeRect(0, 0, 400, 300));
+        delegate->agrees_ = true;
+        const NSRect before = window->frame();
+        window->performZoom(nullptr);
+        EXPECT_TRUE(window->isZoomed());
+        window->performZoom(nullptr);
+        EXPECT_EQ(delegate->zoomedTo_, before);
+        window->close();
+    }
+
+    TEST(NSWindowOrder, CascadedWindowsLieBelowAndToTheRight)
+    {
+        HeadlessScreen screen(400, 300);
+        const Ref<NSWindow> window = windowOf(NSMakeRect(10, 10, 100, 100));
+        const NSPoint next = window->cascadeTopLeftFromPoint({});
+        EXPECT_EQ(next, NSMakePoint(32, 88));
+        EXPECT_EQ(window->frame().origin, NSMakePoint(10, 10));
+        EXPECT_EQ(window->cascadeTopLeftFromPoint(next), NSMakePoint(54, 66));
+        EXPECT_EQ(window->frame().origin, NSMakePoint(32, -12));
+    }
+
+    TEST(NSWindowOrder, AViewThatDoesNotSayItMovesTheWindowIsNoStrip)
+    {
+        HeadlessScreen screen;
+        const Ref<NSWindow> window = windowOf(NSMakeRect(50, 50, 100, 100));
+        const Ref<NSView> view = alloc<NSView>()->initWithFrame(NSMakeRect(0, 80, 100, 20));
+        window->contentView()->superview()->addSubview(view.get());
+        window->orderFront(nullptr);
+        screen.process();
+        screen.pointer().press({ 100, 140 });
+        screen.pointer().dragTo({ 110, 140 });
+        screen.pointer().release();
+        EXPECT_EQ(window->frame().origin, NSMakePoint(50, 50));
+        window->close();
+    }
+
+}
+
+}
