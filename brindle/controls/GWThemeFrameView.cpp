@@ -91,9 +91,8 @@ template <> struct GWThemeFrameView::Methods<struct Strip> {
 
     static void addCloseButton(GWThemeFrameView& self, GWOverlayHoverView& overlay)
     {
-        self.closeButton_
-            = NSWindow::cls().send<"standardWindowButton:forStyleMask:", Ref<NSButton>>(
-                NSWindowCloseButton, NSTitledWindowMask);
+        self.closeButton_ = NSWindow::cls().standardWindowButton_forStyleMask(
+            NSWindowCloseButton, NSTitledWindowMask);
         if (!self.closeButton_)
             return;
         NSRect place = self.closeButton_->frame();

@@ -3,6 +3,9 @@
 
 #include <gtest/gtest.h>
 
+#include <cmath>
+
+#include "appkit/NSButton.h"
 #include "appkit/NSColor.h"
 #include "appkit/NSTrackingArea.h"
 #include "controls/GWOverlayHoverView.h"
@@ -322,6 +325,28 @@ namespace {
         Themed t;
         t.add();
         EXPECT_EQ(t.overlay()->subviews()->count(), 0u);
+    }
+
+    TEST(ThemeFrameView, AWindowWithoutATitleBarGetsACloseButtonInTheBand)
+    {
+        Themed t(NSBorderlessWindowMask);
+        t.view->setTitlebarOverlay(true);
+        t.view->setTitlebarOverlayHeight(40);
+        t.addAndTrack();
+        ASSERT_EQ(t.overlay()->subviews()->count(), 1u);
+        const auto button = cast<NSButton>(t.overlay()->subviews()->objectAtIndex(0));
+        EXPECT_TRUE(button->isEnabled());
+        const NSRect frame = button->frame();
+        EXPECT_EQ(frame.origin.x, 8);
+        const double middle = NSMaxY(t.overlay()->bounds()) - 40 * 0.62 * 0.5;
+        EXPECT_EQ(frame.origin.y,
+            static_cast<double>(std::round(static_cast<float>(middle - frame.size.height * 0.5))));
+        t.screen.pointer().moveTo({ 300, 440 });
+        t.fade();
+        EXPECT_EQ(t.overlay()->alphaValue(), 1);
+        const NSRect inWindow = t.overlay()->convertRect_toView(frame, nullptr);
+        t.screen.pointer().click({ 50 + NSMidX(inWindow), 50 + NSMidY(inWindow) });
+        EXPECT_FALSE(t.window->isVisible());
     }
 
     TEST(ThemeFrameView, InAnotherWindowTheZoneIsTheSame)
