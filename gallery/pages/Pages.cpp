@@ -7,9 +7,11 @@
 #include "ground/GroundPage.h"
 #include "measures/MeasuresPage.h"
 #include "objects/ObjectsPage.h"
+#include "strip/StripPage.h"
 #include "switches/SwitchesPage.h"
 #include "text/TextPage.h"
 #include "unique/UniquePage.h"
+#include "views/ViewsPage.h"
 
 namespace gallery {
 
@@ -30,6 +32,8 @@ namespace {
         { "Text", makePage<MeasuresPage>, tourMeasures },
         { "Controls", makePage<ControlsPage>, tourControls },
         { "Switches", makePage<SwitchesPage>, tourSwitches },
+        { "Views and borders", makePage<ViewsPage>, tourViews },
+        { "Title strip", makePage<StripPage>, tourStrip },
     };
 
 }
