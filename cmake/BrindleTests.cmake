@@ -29,9 +29,11 @@ if(EXISTS "${fonts}")
 endif()
 
 # brindle_test_program(<name> <sources>...): an executable over the static library, so that a test may also
-# reach what the shared library keeps to itself.
+# reach what the shared library keeps to itself. Started by itself it sees the pinned fonts too.
+set_source_files_properties(Surroundings.cpp PROPERTIES
+    COMPILE_DEFINITIONS BRINDLE_TESTS="${CMAKE_CURRENT_SOURCE_DIR}")
 function(brindle_test_program name)
-    add_executable(${name} ${ARGN})
+    add_executable(${name} ${ARGN} Surroundings.cpp)
     brindle_compile(${name})
     target_link_libraries(${name} PRIVATE
         brindle_test_support brindle_static GTest::gmock GTest::gtest_main)
