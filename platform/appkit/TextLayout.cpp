@@ -11,7 +11,6 @@ namespace {
 
     constexpr NSUInteger kWindow = 4096; // units of the text that are read at a time
     constexpr double kSlack = 0.001;
-    constexpr std::size_t kUsualLines = 8;
 
     // Beyond this a position could not tell lines apart: text stands at its leading edge as if nobody had asked.
     constexpr double kWidestAligned = 1e12;
@@ -23,13 +22,15 @@ namespace {
 
     bool endsLine(char16_t unit)
     {
-        return unit == u'\n' || unit == u'\r' || unit == 0x2028 || unit == 0x2029 || unit == 0x85;
+        return unit <= u'\r' ? unit == u'\n' || unit == u'\r'
+                             : unit >= 0x85 && (unit == 0x85 || unit == 0x2028 || unit == 0x2029);
     }
 
     /// Memory that layouts use one after the other.
     struct Scratch {
         std::u16string units;
         std::vector<text::StyledRun> runs;
+        std::vector<Fragment> fragments;
     };
     thread_local Scratch scratch;
 
@@ -41,6 +42,10 @@ Layout::~Layout()
         scratch.units.swap(buffer_);
     if (runs_.capacity() > scratch.runs.capacity() && runs_.capacity() <= kWindow / 16)
         scratch.runs.swap(runs_);
+    fragments_.clear();
+    if (fragments_.capacity() > scratch.fragments.capacity()
+        && fragments_.capacity() <= kWindow / 16)
+        scratch.fragments.swap(fragments_);
 }
 
 void Layout::setText(NSAttributedString* text)
@@ -151,10 +156,11 @@ Layout::Paragraph Layout::paragraphAt(NSUInteger start)
     if (!isInside)
         load(start, window);
     NSUInteger at = start;
+    bool hasTabs = false;
     for (;;) {
         const NSUInteger end = bufferStart_ + buffer_.size();
-        while (at < end && !endsLine(buffer_[at - bufferStart_]))
-            ++at;
+        for (; at < end && !endsLine(buffer_[at - bufferStart_]); ++at)
+            hasTabs = hasTabs || buffer_[at - bufferStart_] == u'\t';
         // A carriage return at the very end of the window may have its line feed behind it.
         if (at + 1 < end || (end == length_ && bufferStart_ <= start))
             break;
@@ -169,7 +175,7 @@ Layout::Paragraph Layout::paragraphAt(NSUInteger start)
             && buffer_[at + 1 - bufferStart_] == u'\n';
         length += isPair ? 2 : 1;
     }
-    return { start, content, length };
+    return { start, content, length, hasTabs };
 }
 
 // ---- lines
@@ -177,10 +183,9 @@ Layout::Paragraph Layout::paragraphAt(NSUInteger start)
 /// Places the lines of one paragraph.
 class Layout::Lines final : public text::LineTaker {
 public:
-    Lines(
-        Layout& layout, const NSParagraphStyle& style, const Paragraph& paragraph, bool rightToLeft)
+    Lines(Layout& layout, const ParagraphShape& shape, const Paragraph& paragraph, bool rightToLeft)
         : layout_(layout)
-        , style_(style)
+        , shape_(shape)
         , paragraph_(paragraph)
         , rightToLeft_(rightToLeft)
         , isContinuing_(layout.isContinuing_)
@@ -189,12 +194,12 @@ public:
 
     double headIndent(std::size_t number) const
     {
-        return number == 0 && !isContinuing_ ? style_.firstLineHeadIndent() : style_.headIndent();
+        return number == 0 && !isContinuing_ ? shape_.firstLineHeadIndent : shape_.headIndent;
     }
 
     double roomForLine(std::size_t number) override
     {
-        const double tail = style_.tailIndent();
+        const double tail = shape_.tailIndent;
         const double whole = inner();
         indent_ = headIndent(number);
         const double end = tail > 0 ? std::min(tail, whole) : whole + tail;
@@ -215,7 +220,7 @@ public:
         fragment.indent = indent_;
         fragment.room = room_;
         const double top = start == paragraph_.start && start > 0 && !isContinuing_
-            ? style_.paragraphSpacingBefore()
+            ? shape_.paragraphSpacingBefore
             : 0;
         const double height = heightOf(line);
         const Container& container = layout_.containers_[layout_.container_];
@@ -242,10 +247,10 @@ private:
         const double natural
             = line.ascent + line.descent + (layout_.usesFontLeading ? line.leading : 0);
         double height = natural;
-        if (const double multiple = style_.lineHeightMultiple(); multiple > 0)
+        if (const double multiple = shape_.lineHeightMultiple; multiple > 0)
             height *= multiple;
-        height = std::max(height, style_.minimumLineHeight());
-        if (const double most = style_.maximumLineHeight(); most > 0)
+        height = std::max(height, shape_.minimumLineHeight);
+        if (const double most = shape_.maximumLineHeight; most > 0)
             height = std::min(height, most);
         baseline_ = line.ascent + height - natural; // what is added stands above the letters
         return height;
@@ -257,7 +262,7 @@ private:
         const double free = room_ - width;
         const bool isBounded = inner() < kWidestAligned;
         double share = 0;
-        switch (style_.alignment()) {
+        switch (shape_.alignment) {
         case NSTextAlignmentRight:
             share = 1;
             break;
@@ -278,21 +283,21 @@ private:
     void place(Fragment& fragment, const text::LineBox& line, double top, double height)
     {
         const Container& container = layout_.containers_[layout_.container_];
-        const NSLineBreakMode mode = style_.lineBreakMode();
+        const NSLineBreakMode mode = shape_.lineBreakMode;
         double width = line.width;
         if (mode >= NSLineBreakByClipping && width > room_ + kSlack) {
             fragment.cut = mode;
             width = std::max(room_, 0.0);
         }
-        fragment.justified = style_.alignment() == NSTextAlignmentJustified && line.wrapped
+        fragment.justified = shape_.alignment == NSTextAlignmentJustified && line.wrapped
             && inner() < kWidestAligned;
         if (fragment.justified)
             width = std::max(room_, width);
         const double x = alignedX(width);
         const bool isEnd = NSMaxRange(fragment.range) >= layout_.length_;
-        const double bottom = line.wrapped ? style_.lineSpacing()
+        const double bottom = line.wrapped ? shape_.lineSpacing
             : isEnd                        ? 0
-                                           : style_.paragraphSpacing();
+                                           : shape_.paragraphSpacing;
         fragment.textX = container.padding + x;
         fragment.baseline = top + baseline_;
         fragment.rect = NSMakeRect(0, layout_.y_, container.width, top + height + bottom);
@@ -304,7 +309,7 @@ private:
     }
 
     Layout& layout_;
-    const NSParagraphStyle& style_;
+    const ParagraphShape& shape_;
     Paragraph paragraph_;
     bool rightToLeft_;
     bool isContinuing_;
@@ -334,7 +339,7 @@ bool Layout::layOutNext()
     if (runs_.capacity() == 0)
         runs_.swap(scratch.runs);
     if (fragments_.capacity() == 0)
-        fragments_.reserve(kUsualLines);
+        fragments_.swap(scratch.fragments);
     readRuns(*text_, NSMakeRange(paragraph.start, paragraph.contentLength), runs_);
     const Ref<NSDictionary> attributes = text_->attributesAtIndex_effectiveRange(at_, nullptr);
     const Ref<NSParagraphStyle> style = paragraphStyleIn(attributes.get());
@@ -342,17 +347,18 @@ bool Layout::layOutNext()
     const bool rightToLeft = text::isRightToLeft(content, directionOf(*style));
 
     text::ParagraphRules rules;
-    rules.wrapping = wrappingOf(style->lineBreakMode());
+    const ParagraphShape shape = shapeOf(*style);
+    rules.wrapping = wrappingOf(shape.lineBreakMode);
     rules.direction
         = rightToLeft ? text::BaseDirection::rightToLeft : text::BaseDirection::leftToRight;
     std::vector<text::TabStop> tabs;
-    if (content.find(u'\t') != content.npos)
+    if (paragraph.hasTabs)
         tabs = tabsOf(*style);
     rules.tabs = tabs;
     rules.tabInterval = style->defaultTabInterval();
-    Lines lines(*this, *style, paragraph, rightToLeft);
+    Lines lines(*this, shape, paragraph, rightToLeft);
     rules.firstIndent = lines.headIndent(0);
-    rules.indent = style->headIndent();
+    rules.indent = shape.headIndent;
     if (text::breakParagraph(content, runs_, rules, lines)) {
         isContinuing_ = false;
         return true;

@@ -108,6 +108,7 @@ private:
         NSUInteger start = 0;
         NSUInteger contentLength = 0;
         NSUInteger length = 0; // with its line break
+        bool hasTabs = false;
     };
 
     void clear();

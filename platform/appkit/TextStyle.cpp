@@ -97,6 +97,14 @@ double lineHeight(const text::Font& font, bool usesLeading)
         + (usesLeading ? std::round(font.leading()) : 0);
 }
 
+ParagraphShape shapeOf(const NSParagraphStyle& style)
+{
+    return { style.alignment(), style.lineBreakMode(), style.lineSpacing(),
+        style.paragraphSpacing(), style.paragraphSpacingBefore(), style.lineHeightMultiple(),
+        style.minimumLineHeight(), style.maximumLineHeight(), style.firstLineHeadIndent(),
+        style.headIndent(), style.tailIndent() };
+}
+
 text::BaseDirection directionOf(const NSParagraphStyle& style)
 {
     switch (style.baseWritingDirection()) {

@@ -35,6 +35,22 @@ void readRuns(NSAttributedString& text, NSRange range, std::vector<text::StyledR
 /// Answers how high a line of a font is: each measure is rounded by itself.
 double lineHeight(const text::Font& font, bool usesLeading = true);
 
+/// What every line asks of its paragraph's style, asked once.
+struct ParagraphShape {
+    NSTextAlignment alignment = NSTextAlignmentNatural;
+    NSLineBreakMode lineBreakMode = NSLineBreakByWordWrapping;
+    double lineSpacing = 0;
+    double paragraphSpacing = 0;
+    double paragraphSpacingBefore = 0;
+    double lineHeightMultiple = 0;
+    double minimumLineHeight = 0;
+    double maximumLineHeight = 0;
+    double firstLineHeadIndent = 0;
+    double headIndent = 0;
+    double tailIndent = 0;
+};
+ParagraphShape shapeOf(const NSParagraphStyle& style);
+
 text::BaseDirection directionOf(const NSParagraphStyle& style);
 std::vector<text::TabStop> tabsOf(const NSParagraphStyle& style);
 

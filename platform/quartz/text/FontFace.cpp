@@ -175,6 +175,10 @@ void FontFace::readCoverage()
 {
     for (char32_t codePoint = 0; codePoint < quickCoverage_.size(); ++codePoint)
         quickCoverage_[codePoint] = glyphFor(codePoint) != 0;
+    bool& coversAscii = handles_->coversAscii;
+    coversAscii = true;
+    for (std::size_t codePoint = 0x20; codePoint < 0x7F; ++codePoint)
+        coversAscii = coversAscii && quickCoverage_[codePoint];
 }
 
 GlyphId FontFace::glyphFor(char32_t codePoint) const

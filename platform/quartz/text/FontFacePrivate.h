@@ -33,7 +33,7 @@ struct HarfBuzzDeleter {
 
 template <typename T> using HarfBuzz = std::unique_ptr<T, HarfBuzzDeleter>;
 
-/// The libraries' views of a face.
+/// The libraries' views of a face, and what they said of it.
 ///
 /// The shaping font is scaled to the face's own units, so that one shaping serves every size, and
 /// is never changed after opening: any thread may use it. The drawing face is opened when the first
@@ -41,6 +41,7 @@ template <typename T> using HarfBuzz = std::unique_ptr<T, HarfBuzzDeleter>;
 struct FontFace::Handles {
     HarfBuzz<hb_face_t> face;
     HarfBuzz<hb_font_t> font;
+    bool coversAscii = false; // everything in ASCII that shows
     FT_Face drawing = nullptr;
     bool drawingFailed = false;
 };

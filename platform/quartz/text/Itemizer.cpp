@@ -125,7 +125,10 @@ namespace {
 
 bool isSingleItem(std::u16string_view text, const Font& font)
 {
+    constexpr char16_t kAsciiEnd = 0x80;
     const FontFace& face = *font.face;
+    if (face.handles().coversAscii && bitsOf(text) < kAsciiEnd)
+        return true;
     return std::ranges::all_of(text, [&face](char16_t unit) {
         return isPlainLatin(unit) && (face.covers(unit) || isHiddenControl(unit) || unit == 0x09);
     });
@@ -135,6 +138,14 @@ std::vector<Item> itemize(
     std::u16string_view text, std::span<const FontRun> fonts, BaseDirection direction)
 {
     std::vector<Item> items;
+    itemize(text, fonts, direction, items);
+    return items;
+}
+
+void itemize(std::u16string_view text, std::span<const FontRun> fonts, BaseDirection direction,
+    std::vector<Item>& items)
+{
+    items.clear();
     const bool leftToRight = direction != BaseDirection::rightToLeft && !mayRunRightToLeft(text);
     const Directions directions = leftToRight ? Directions {} : directionsOfText(text, direction);
     StretchItemizer itemizer(text, directions, items);
@@ -150,7 +161,6 @@ std::vector<Item> itemize(
         else
             itemizer.add(start, end, run.font);
     }
-    return items;
 }
 
 }

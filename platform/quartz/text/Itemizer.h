@@ -30,6 +30,9 @@ struct Item {
 /// Cuts text where its font, script, direction or fallback font changes; in the text's order.
 std::vector<Item> itemize(
     std::u16string_view text, std::span<const FontRun> fonts, BaseDirection direction);
+/// The same in place of what `items` holds, for memory that is used again.
+void itemize(std::u16string_view text, std::span<const FontRun> fonts, BaseDirection direction,
+    std::vector<Item>& items);
 
 /// Answers whether text in a font is a single left-to-right item in that very font.
 bool isSingleItem(std::u16string_view text, const Font& font);

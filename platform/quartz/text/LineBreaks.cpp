@@ -47,59 +47,30 @@ namespace {
 
     Plain classOf(char16_t unit) { return unit < kClasses.size() ? kClasses[unit] : Plain::other; }
 
-    struct WordKind {
-        bool isPlain = true;
-        bool hasHyphen = false;
-    };
-
-    /// Looks at a word: letters and digits with marks behind them, and hyphens between letters.
-    WordKind kindOf(std::u16string_view word)
+    /// What may stand in front of each class within plain words; a word begins and ends with a space.
+    constexpr std::array<std::uint8_t, 8> makePredecessors()
     {
-        WordKind kind;
-        Plain last = Plain::space;
-        for (const char16_t unit : word) {
-            const Plain now = classOf(unit);
-            switch (now) {
-            case Plain::letter:
-                kind.isPlain = last != Plain::ending;
-                break;
-            case Plain::digit:
-                kind.isPlain = last != Plain::ending && last != Plain::hyphen;
-                break;
-            case Plain::apostrophe:
-                kind.isPlain = last == Plain::letter;
-                break;
-            case Plain::infix:
-            case Plain::ending:
-                kind.isPlain = last != Plain::space && last != Plain::hyphen;
-                break;
-            case Plain::hyphen:
-                kind.isPlain = last == Plain::letter;
-                kind.hasHyphen = true;
-                break;
-            default:
-                kind.isPlain = false;
-            }
-            last = now;
-            if (!kind.isPlain)
-                return kind;
-        }
-        kind.isPlain = last != Plain::hyphen;
-        return kind;
+        const auto bits = [](auto... classes) {
+            return static_cast<std::uint8_t>((0u | ... | (1u << static_cast<unsigned>(classes))));
+        };
+        using enum Plain;
+        std::array<std::uint8_t, 8> before {};
+        const auto set = [&](Plain plain, std::uint8_t mask) {
+            before[static_cast<std::size_t>(plain)] = mask;
+        };
+        set(letter, bits(letter, digit, apostrophe, infix, hyphen, space));
+        set(digit, bits(letter, digit, apostrophe, infix, space));
+        set(apostrophe, bits(letter));
+        set(infix, bits(letter, digit, apostrophe, infix, ending));
+        set(ending, bits(letter, digit, apostrophe, infix, ending));
+        set(hyphen, bits(letter));
+        set(space, bits(letter, digit, apostrophe, infix, ending, space));
+        return before;
     }
 
-    std::size_t endOfSpaces(std::u16string_view text, std::size_t at)
-    {
-        while (at < text.size() && text[at] == u' ')
-            ++at;
-        return at;
-    }
-    std::size_t endOfWord(std::u16string_view text, std::size_t at)
-    {
-        while (at < text.size() && text[at] != u' ')
-            ++at;
-        return at;
-    }
+    constexpr std::array<std::uint8_t, 8> kPredecessors = makePredecessors();
+
+    constexpr unsigned bitOf(Plain plain) { return 1u << static_cast<unsigned>(plain); }
 
 }
 
@@ -108,23 +79,42 @@ LineBreaks::LineBreaks(std::u16string_view text)
 {
     // A stretch to ask for goes from the word before the first that is not plain to the word behind the last one.
     constexpr std::size_t kNone = ~std::size_t {};
-    std::size_t previous = 0;
     std::size_t asked = kNone;
-    for (std::size_t at = endOfSpaces(text, 0); at < text.size();) {
-        const std::size_t end = endOfWord(text, at);
-        const WordKind kind = kindOf(text.substr(at, end - at));
-        hasInnerBreaks_ = hasInnerBreaks_ || kind.hasHyphen;
-        if (!kind.isPlain && asked == kNone)
+    std::size_t previous = 0;
+    std::size_t start = 0; // of the word
+    unsigned isPlain = 1;
+    unsigned seen = 0;
+    Plain last = Plain::space;
+    const auto take = [&](Plain now) {
+        isPlain &= unsigned { kPredecessors[static_cast<std::size_t>(now)] }
+            >> static_cast<unsigned>(last);
+        seen |= bitOf(now);
+        last = now;
+    };
+    const auto endWord = [&](std::size_t end) {
+        if (end == start)
+            return;
+        if (!isPlain && asked == kNone)
             asked = previous;
-        if (kind.isPlain && asked != kNone) {
+        if (isPlain && asked != kNone) {
             askForWords(asked, end);
             asked = kNone;
         }
-        previous = at;
-        at = endOfSpaces(text, end);
+        previous = start;
+        isPlain = 1;
+    };
+    for (std::size_t at = 0; at < text.size(); ++at) {
+        take(classOf(text[at]));
+        if (last != Plain::space)
+            continue;
+        endWord(at);
+        start = at + 1;
     }
+    take(Plain::space);
+    endWord(text.size());
     if (asked != kNone)
         askForWords(asked, text.size());
+    hasInnerBreaks_ = hasInnerBreaks_ || (seen & bitOf(Plain::hyphen)) != 0;
 }
 
 bool LineBreaks::isPlainBreak(std::size_t index) const

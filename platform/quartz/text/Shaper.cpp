@@ -90,7 +90,7 @@ namespace {
 
         void run(std::u16string_view text, Shaping& result);
         void fillBuffer(std::u16string_view text);
-        void hideControls();
+        void hideControls(std::u16string_view text);
         void shapeAlone(const NewWord& word, ShapingSink& sink);
         void shapeMissing(ShapingSink& sink);
         void shapeTogether(ShapingSink& sink);
@@ -121,8 +121,12 @@ namespace {
     }
 
     /// Turns control characters into ones that shaping leaves blank, and tabs into spaces.
-    void WordShaper::hideControls()
+    void WordShaper::hideControls(std::u16string_view text)
     {
+        constexpr auto isControl
+            = [](char16_t unit) { return unit == 0x09 || isHiddenControl(unit); };
+        if (std::ranges::none_of(text, isControl))
+            return;
         constexpr hb_codepoint_t kZeroWidthSpace = 0x200B;
         unsigned count = 0;
         hb_glyph_info_t* infos = hb_buffer_get_glyph_infos(buffer_.get(), &count);
@@ -138,7 +142,7 @@ namespace {
     void WordShaper::run(std::u16string_view text, Shaping& result)
     {
         fillBuffer(text);
-        hideControls();
+        hideControls(text);
         hb_shape(style_.face->handles().font.get(), buffer_.get(), nullptr, 0);
         unsigned count = 0;
         const hb_glyph_info_t* infos = hb_buffer_get_glyph_infos(buffer_.get(), &count);

@@ -147,6 +147,9 @@ bool isPlainLatin(std::u16string_view text)
 
 bool mayRunRightToLeft(std::u16string_view text)
 {
+    constexpr char16_t kOnlyLeftToRight = 0x0400;
+    if (bitsOf(text) < kOnlyLeftToRight)
+        return false;
     return std::ranges::any_of(text, [](char16_t unit) {
         if (unit < 0x0590)
             return false;

@@ -3,6 +3,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <cstring>
 #include <string_view>
 #include <vector>
 
@@ -25,6 +26,24 @@ constexpr bool isPlainLatin(char16_t unit)
 {
     return unit < 0x0300 || (unit >= 0x2010 && unit <= 0x2027)
         || (unit >= 0x2030 && unit <= 0x205E);
+}
+
+/// Answers all bits that are set in any unit: a quick first look at a text.
+inline char16_t bitsOf(std::u16string_view text)
+{
+    std::uint64_t bits = 0;
+    std::size_t index = 0;
+    constexpr std::size_t kUnits = sizeof bits / sizeof(char16_t);
+    for (; index + kUnits <= text.size(); index += kUnits) {
+        std::uint64_t units = 0;
+        std::memcpy(&units, text.data() + index, sizeof units);
+        bits |= units;
+    }
+    bits |= bits >> 32;
+    bits |= bits >> 16;
+    for (; index < text.size(); ++index)
+        bits |= text[index];
+    return static_cast<char16_t>(bits);
 }
 
 /// Answers whether every unit is so: then each is a character, and all can be of one script.

@@ -5,14 +5,16 @@
 #include <bit>
 #include <cstring>
 #include <new>
+#include <utility>
 
 namespace brindle::text {
 
 namespace {
 
-    constexpr std::size_t kSlots = 8192;
+    // Both generations together lie in a processor's own memory, or looking for new words would cost as much again.
+    constexpr std::size_t kSlots = 4096;
     constexpr std::size_t kWordsPerGeneration = kSlots / 2;
-    constexpr std::size_t kBlocksPerGeneration = 12;
+    constexpr std::size_t kBlocksPerGeneration = 6;
 
     // A word of the longest kind has a few glyphs a unit at most; more is not worth remembering.
     constexpr std::size_t kMostGlyphs = 256;
@@ -24,6 +26,8 @@ namespace {
         return roundedUp(sizeof(CachedWord)) + roundedUp(glyphCount * sizeof(ShapedGlyph))
             + roundedUp(key.text.size() * sizeof(char16_t));
     }
+
+    std::uint32_t tagOf(std::uint64_t hash) { return static_cast<std::uint32_t>(hash >> 32); }
 
     std::uint64_t mixed(std::uint64_t hash, std::uint64_t value)
     {
@@ -52,33 +56,40 @@ std::uint64_t WordCache::hashOf(const WordKey& key)
     return mixed(mixed(hash, rest), 0);
 }
 
+/// Answers the slot of a word, or the empty one where it belongs.
+std::size_t WordCache::Generation::slotFor(const WordKey& key, std::uint64_t hash) const
+{
+    std::size_t slot = hash % kSlots;
+    for (; slots[slot].place != Slot::kEmpty; slot = (slot + 1) % kSlots) {
+        if (slots[slot].tag == tagOf(hash)
+            && reinterpret_cast<const CachedWord*>(at(slots[slot].place))->key == key)
+            break;
+    }
+    return slot;
+}
+
 const CachedWord* WordCache::Generation::find(const WordKey& key, std::uint64_t hash) const
 {
     if (slots.empty())
         return nullptr;
-    for (std::size_t slot = hash % kSlots; slots[slot]; slot = (slot + 1) % kSlots) {
-        if (slots[slot]->hash == hash && slots[slot]->key == key)
-            return slots[slot];
-    }
-    return nullptr;
+    const std::uint32_t place = slots[slotFor(key, hash)].place;
+    return place == Slot::kEmpty ? nullptr : reinterpret_cast<const CachedWord*>(at(place));
 }
 
 bool WordCache::Generation::hasRoomFor(std::size_t bytes) const
 {
-    if (count >= kWordsPerGeneration)
-        return false;
-    return blocks.size() < kBlocksPerGeneration || used + bytes <= kBlockBytes;
+    const std::size_t block = used / kBlockBytes;
+    const std::size_t whole = block + (used % kBlockBytes + bytes <= kBlockBytes ? 0 : 1);
+    return count < kWordsPerGeneration && whole < kBlocksPerGeneration;
 }
 
-void* WordCache::Generation::allocate(std::size_t bytes)
+std::size_t WordCache::Generation::allocate(std::size_t bytes)
 {
-    if (used + bytes > kBlockBytes) {
+    if (used % kBlockBytes + bytes > kBlockBytes)
+        used = (used / kBlockBytes + 1) * kBlockBytes;
+    if (used / kBlockBytes == blocks.size())
         blocks.push_back(std::make_unique_for_overwrite<std::byte[]>(kBlockBytes));
-        used = 0;
-    }
-    void* place = blocks.back().get() + used;
-    used += roundedUp(bytes);
-    return place;
+    return std::exchange(used, used + bytes);
 }
 
 void WordCache::Generation::insert(std::uint64_t hash, const WordKey& key, std::int64_t advance,
@@ -86,13 +97,12 @@ void WordCache::Generation::insert(std::uint64_t hash, const WordKey& key, std::
 {
     if (slots.empty())
         slots.resize(kSlots);
-    std::size_t slot = hash % kSlots;
-    for (; slots[slot]; slot = (slot + 1) % kSlots) {
-        if (slots[slot]->hash == hash && slots[slot]->key == key)
-            return;
-    }
-    auto* place = static_cast<std::byte*>(allocate(bytesFor(key, glyphs.size())));
-    auto* word = new (place) CachedWord { hash, key, advance, {} };
+    const std::size_t slot = slotFor(key, hash);
+    if (slots[slot].place != Slot::kEmpty)
+        return;
+    const std::size_t start = allocate(bytesFor(key, glyphs.size()));
+    std::byte* place = at(start);
+    auto* word = new (place) CachedWord { key, advance, {} };
     place += roundedUp(sizeof(CachedWord));
     auto* keptGlyphs = reinterpret_cast<ShapedGlyph*>(place);
     std::uninitialized_copy(glyphs.begin(), glyphs.end(), keptGlyphs);
@@ -100,8 +110,15 @@ void WordCache::Generation::insert(std::uint64_t hash, const WordKey& key, std::
     auto* keptText = reinterpret_cast<char16_t*>(place + roundedUp(glyphs.size_bytes()));
     std::uninitialized_copy(key.text.begin(), key.text.end(), keptText);
     word->key.text = { keptText, key.text.size() };
-    slots[slot] = word;
+    slots[slot] = { static_cast<std::uint32_t>(start), tagOf(hash) };
     ++count;
+}
+
+void WordCache::Generation::forget()
+{
+    std::ranges::fill(slots, Slot {});
+    used = 0;
+    count = 0;
 }
 
 const CachedWord* WordCache::find(const WordKey& key, std::uint64_t hash)
@@ -123,8 +140,8 @@ void WordCache::insert(const WordKey& key, std::uint64_t hash, std::int64_t adva
     if (key.text.size() > kLongestWord || glyphs.size() > kMostGlyphs)
         return;
     if (!young_.hasRoomFor(bytesFor(key, glyphs.size()))) {
-        old_ = std::move(young_);
-        young_ = Generation {};
+        std::swap(old_, young_);
+        young_.forget();
     }
     young_.insert(hash, key, advance, glyphs);
 }
@@ -138,7 +155,7 @@ void WordCache::clear()
 std::size_t WordCache::byteCount() const
 {
     return (young_.blocks.size() + old_.blocks.size()) * kBlockBytes
-        + (young_.slots.size() + old_.slots.size()) * sizeof(void*);
+        + (young_.slots.size() + old_.slots.size()) * sizeof(Slot);
 }
 
 }

@@ -3,6 +3,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <cstring>
 #include <memory>
 #include <span>
 #include <string_view>
@@ -18,12 +19,16 @@ struct WordKey {
     bool beforeSpace = false; // a space follows, which may pull the last letter closer
     std::u16string_view text;
 
-    friend bool operator==(const WordKey&, const WordKey&) = default;
+    friend bool operator==(const WordKey& a, const WordKey& b)
+    {
+        return a.style == b.style && a.beforeSpace == b.beforeSpace
+            && a.text.size() == b.text.size()
+            && std::memcmp(a.text.data(), b.text.data(), a.text.size() * sizeof(char16_t)) == 0;
+    }
 };
 
 /// A remembered word. Its text and glyphs lie in the cache's memory.
 struct CachedWord {
-    std::uint64_t hash = 0;
     WordKey key;
     std::int64_t advance = 0;
     std::span<const ShapedGlyph> glyphs;
@@ -33,7 +38,7 @@ struct CachedWord {
 ///
 /// There are two generations. New words and words that are used again go to the young one; when
 /// that is full, it becomes the old one and the words that nobody asked for since are forgotten
-/// together. Thread: one at a time.
+/// together; its memory then serves the new one. Thread: one at a time.
 class WordCache {
 public:
     /// Longer words are not worth remembering.
@@ -56,17 +61,30 @@ public:
 private:
     static constexpr std::size_t kBlockBytes = 64 * 1024;
 
+    /// Where a word lies, with a part of its hash, so that other words are passed over without a look at them.
+    struct Slot {
+        static constexpr std::uint32_t kEmpty = ~std::uint32_t {};
+        std::uint32_t place = kEmpty;
+        std::uint32_t tag = 0;
+    };
+
     struct Generation {
-        std::vector<const CachedWord*> slots; // a power of two, or none
-        std::vector<std::unique_ptr<std::byte[]>> blocks;
-        std::size_t used = kBlockBytes; // of the last block
+        std::vector<Slot> slots; // a power of two, or none
+        std::vector<std::unique_ptr<std::byte[]>> blocks; // kept when their words are forgotten
+        std::size_t used = 0; // bytes of the blocks, up to a place in the last one that is used
         std::size_t count = 0;
 
         const CachedWord* find(const WordKey& key, std::uint64_t hash) const;
+        std::size_t slotFor(const WordKey& key, std::uint64_t hash) const;
+        std::byte* at(std::size_t place) const
+        {
+            return blocks[place / kBlockBytes].get() + place % kBlockBytes;
+        }
         bool hasRoomFor(std::size_t bytes) const;
-        void* allocate(std::size_t bytes);
+        std::size_t allocate(std::size_t bytes);
         void insert(std::uint64_t hash, const WordKey& key, std::int64_t advance,
             std::span<const ShapedGlyph> glyphs);
+        void forget();
     };
 
     Generation young_;

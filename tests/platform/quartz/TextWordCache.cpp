@@ -87,6 +87,22 @@ TEST(TextWordCache, MemoryIsBounded)
     EXPECT_EQ(find(cache, key(numbered(0))), nullptr);
 }
 
+TEST(TextWordCache, ForgottenWordsGiveTheirMemoryToNewOnes)
+{
+    WordCache cache;
+    const std::vector<ShapedGlyph> glyphs(40);
+    std::size_t number = 0;
+    const auto fill = [&](std::size_t words) {
+        for (const std::size_t end = number + words; number < end; ++number)
+            insert(cache, key(numbered(number)), 1, glyphs);
+        return cache.byteCount();
+    };
+    const std::size_t full = fill(20'000);
+    EXPECT_EQ(fill(1), full);
+    EXPECT_EQ(fill(777), full);
+    EXPECT_EQ(fill(20'000), full);
+}
+
 TEST(TextWordCache, WordsInUseSurvive)
 {
     WordCache cache;

@@ -1,0 +1,145 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "LineFiller.h"
+
+#include <cmath>
+
+namespace brindle::text {
+
+namespace {
+
+    // Widths were added up in another order, or went through single precision, since somebody measured them.
+    constexpr double kSlack = 0.001;
+    constexpr double kRelativeSlack = 1e-6;
+
+    double slackFor(double room) { return kSlack + std::min(room, 1e6) * kRelativeSlack; }
+
+    bool isEmpty(const LineHeights& heights) { return heights.ascent == 0 && heights.descent == 0; }
+
+}
+
+double tabWidth(const ParagraphRules& rules, double position, double following)
+{
+    constexpr double kLeast = 0.01;
+    for (const TabStop& stop : rules.tabs) {
+        if (stop.location > position + kLeast)
+            return std::max(stop.location - following * stop.share - position, 0.0);
+    }
+    if (rules.tabInterval < 1)
+        return 0;
+    const double last = rules.tabs.empty() ? 0 : rules.tabs.back().location;
+    const double steps = std::floor((position + kLeast - last) / rules.tabInterval) + 1;
+    return std::max(last + steps * rules.tabInterval - position, 0.0);
+}
+
+LineFiller::LineFiller(
+    const ParagraphRules& rules, const std::vector<LineHeights>& heights, LineTaker& taker)
+    : rules_(rules)
+    , heights_(heights)
+    , taker_(taker)
+{
+    askForRoom();
+}
+
+void LineFiller::add(std::span<const Part> parts)
+{
+    for (std::size_t i = 0; i < parts.size() && wanted_; ++i) {
+        if (parts[i].kind == Part::tab)
+            addTab(parts[i], parts.subspan(i + 1));
+        else
+            addPart(parts[i]);
+    }
+}
+
+void LineFiller::finish(std::size_t end, const LineHeights& whenEmpty)
+{
+    if (!wanted_)
+        return;
+    at_ = end;
+    commit();
+    if (end == 0 || (isEmpty(committed_) && start_ < end))
+        committed_.include(whenEmpty);
+    // What stands at the end of a paragraph counts as far as there is room for it.
+    emit(end, std::max(visible_, std::min(total_, room_)), false);
+}
+
+void LineFiller::askForRoom()
+{
+    room_ = std::max(taker_.roomForLine(number_), 0.0);
+    slack_ = slackFor(room_);
+}
+
+void LineFiller::addPart(const Part& part)
+{
+    if (part.kind != Part::space)
+        makeRoom(part);
+    if (!wanted_)
+        return;
+    total_ += part.width;
+    if (part.kind != Part::space)
+        visible_ = total_;
+    at_ = part.end;
+    pending_.include(heights_[part.heights]);
+    if (part.breakAfter)
+        commit();
+}
+
+void LineFiller::makeRoom(const Part& part)
+{
+    if (!fits(part.width) && break_ > start_)
+        wrap();
+    if (fits(part.width) || at_ <= start_)
+        return;
+    // Even alone the word is too wide: it is broken where it is full.
+    commit();
+    wrap();
+}
+
+void LineFiller::addTab(const Part& part, std::span<const Part> following)
+{
+    double width = 0;
+    for (const Part& next : following) {
+        if (next.kind == Part::tab)
+            break;
+        width += next.width;
+    }
+    Part tab = part;
+    tab.width = tabWidth(rules_, indent() + total_, width);
+    if (wraps() && total_ > 0 && total_ + tab.width > room_ + slack_) {
+        commit();
+        wrap();
+        tab.width = tabWidth(rules_, indent() + total_, width);
+    }
+    tab.kind = Part::word;
+    tab.breakAfter = true;
+    addPart(tab);
+}
+
+void LineFiller::commit()
+{
+    break_ = at_;
+    totalAtBreak_ = total_;
+    visibleAtBreak_ = visible_;
+    committed_.include(pending_);
+    pending_ = {};
+}
+
+void LineFiller::wrap()
+{
+    const double rest = total_ - totalAtBreak_;
+    emit(break_, visibleAtBreak_, true);
+    start_ = break_;
+    total_ = visible_ = rest;
+    totalAtBreak_ = visibleAtBreak_ = 0;
+    ++number_;
+    if (wanted_)
+        askForRoom();
+}
+
+void LineFiller::emit(std::size_t end, double width, bool wrapped)
+{
+    wanted_ = taker_.addLine({ NSMakeRange(start_, end - start_), width, committed_.ascent,
+        committed_.descent, committed_.leading, wrapped });
+    committed_ = {};
+}
+
+}

@@ -1,0 +1,86 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <algorithm>
+#include <cstddef>
+#include <cstdint>
+#include <span>
+#include <vector>
+
+#include "Typesetter.h"
+
+namespace brindle::text {
+
+/// How far a line reaches around its baseline, in whole points.
+struct LineHeights {
+    double ascent = 0;
+    double descent = 0;
+    double leading = 0;
+
+    void include(const LineHeights& other)
+    {
+        ascent = std::max(ascent, other.ascent);
+        descent = std::max(descent, other.descent);
+        leading = std::max(leading, other.leading);
+    }
+};
+
+/// A part of a paragraph that is not divided any further.
+struct Part {
+    enum Kind : std::uint8_t { space, word, cluster, tab };
+    std::size_t end = 0;
+    double width = 0;
+    std::uint32_t heights = 0; // which
+    Kind kind = word;
+    bool breakAfter = false;
+};
+
+/// Answers how wide a tab is that stands at a position and leads to the next stop behind it.
+/// - following: the width of the text between this tab and the next one.
+double tabWidth(const ParagraphRules& rules, double position, double following);
+
+/// Fills lines with parts, as many as fit.
+class LineFiller {
+public:
+    LineFiller(
+        const ParagraphRules& rules, const std::vector<LineHeights>& heights, LineTaker& taker);
+
+    double room() const { return room_; }
+    bool wraps() const { return rules_.wrapping != Wrapping::none; }
+    bool isWanted() const { return wanted_; }
+
+    void add(std::span<const Part> parts);
+    /// - end: the length of the text. - whenEmpty: of a paragraph without letters.
+    void finish(std::size_t end, const LineHeights& whenEmpty);
+
+private:
+    bool fits(double width) const { return !wraps() || total_ + width <= room_ + slack_; }
+    double indent() const { return number_ == 0 ? rules_.firstIndent : rules_.indent; }
+
+    void askForRoom();
+    void addPart(const Part& part);
+    void makeRoom(const Part& part);
+    void addTab(const Part& part, std::span<const Part> following);
+    void commit();
+    void wrap();
+    void emit(std::size_t end, double width, bool wrapped);
+
+    const ParagraphRules& rules_;
+    const std::vector<LineHeights>& heights_;
+    LineTaker& taker_;
+    double room_ = 0;
+    double slack_ = 0;
+    bool wanted_ = true;
+    std::size_t number_ = 0;
+    std::size_t start_ = 0;
+    std::size_t break_ = 0; // the last place where the line may end
+    std::size_t at_ = 0;
+    double total_ = 0;
+    double visible_ = 0; // without white space at the end
+    double totalAtBreak_ = 0;
+    double visibleAtBreak_ = 0;
+    LineHeights committed_;
+    LineHeights pending_; // behind the last place
+};
+
+}
