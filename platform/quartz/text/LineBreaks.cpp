@@ -68,9 +68,31 @@ namespace {
         return before;
     }
 
-    constexpr std::array<std::uint8_t, 8> kPredecessors = makePredecessors();
+    /// A unit's class as a bit, and the bits of those that may stand in front of it.
+    struct Step {
+        std::uint8_t own = 0;
+        std::uint8_t before = 0;
+    };
 
-    constexpr unsigned bitOf(Plain plain) { return 1u << static_cast<unsigned>(plain); }
+    constexpr Step stepFor(Plain plain)
+    {
+        constexpr std::array<std::uint8_t, 8> predecessors = makePredecessors();
+        const auto place = static_cast<std::size_t>(plain);
+        return { static_cast<std::uint8_t>(1u << place), predecessors[place] };
+    }
+
+    constexpr std::array<Step, kClasses.size()> makeSteps()
+    {
+        std::array<Step, kClasses.size()> steps {};
+        for (std::size_t unit = 0; unit < steps.size(); ++unit)
+            steps[unit] = stepFor(kClasses[unit]);
+        return steps;
+    }
+
+    constexpr std::array<Step, kClasses.size()> kSteps = makeSteps();
+    constexpr Step kOther = stepFor(Plain::other);
+    constexpr Step kSpace = stepFor(Plain::space);
+    constexpr Step kHyphen = stepFor(Plain::hyphen);
 
 }
 
@@ -82,14 +104,13 @@ LineBreaks::LineBreaks(std::u16string_view text)
     std::size_t asked = kNone;
     std::size_t previous = 0;
     std::size_t start = 0; // of the word
-    unsigned isPlain = 1;
+    bool isPlain = true;
     unsigned seen = 0;
-    Plain last = Plain::space;
-    const auto take = [&](Plain now) {
-        isPlain &= unsigned { kPredecessors[static_cast<std::size_t>(now)] }
-            >> static_cast<unsigned>(last);
-        seen |= bitOf(now);
-        last = now;
+    unsigned last = kSpace.own;
+    const auto take = [&](Step now) {
+        isPlain &= (now.before & last) != 0;
+        last = now.own;
+        seen |= last;
     };
     const auto endWord = [&](std::size_t end) {
         if (end == start)
@@ -101,20 +122,20 @@ LineBreaks::LineBreaks(std::u16string_view text)
             asked = kNone;
         }
         previous = start;
-        isPlain = 1;
+        isPlain = true;
     };
     for (std::size_t at = 0; at < text.size(); ++at) {
-        take(classOf(text[at]));
-        if (last != Plain::space)
+        take(text[at] < kSteps.size() ? kSteps[text[at]] : kOther);
+        if (last != kSpace.own)
             continue;
         endWord(at);
         start = at + 1;
     }
-    take(Plain::space);
+    take(kSpace);
     endWord(text.size());
     if (asked != kNone)
         askForWords(asked, text.size());
-    hasInnerBreaks_ = hasInnerBreaks_ || (seen & bitOf(Plain::hyphen)) != 0;
+    hasInnerBreaks_ = hasInnerBreaks_ || (seen & kHyphen.own) != 0;
 }
 
 bool LineBreaks::isPlainBreak(std::size_t index) const
