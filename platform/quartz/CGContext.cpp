@@ -360,6 +360,12 @@ double quartz::alpha(CGContextRef context)
     return data ? data->state.alpha : 1;
 }
 
+double quartz::baseScale(CGContextRef context)
+{
+    const ContextData* const data = dataOf(context);
+    return data ? data->scale : 1;
+}
+
 bool quartz::shouldAntialias(CGContextRef context)
 {
     const ContextData* const data = dataOf(context);

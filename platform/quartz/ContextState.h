@@ -9,6 +9,8 @@ namespace brindle::quartz {
 
 BRINDLE_EXPORT CGBlendMode blendMode(CGContextRef context);
 BRINDLE_EXPORT double alpha(CGContextRef context);
+/// Answers the pixels of a point of the base space, in which shadows are told.
+BRINDLE_EXPORT double baseScale(CGContextRef context);
 BRINDLE_EXPORT bool shouldAntialias(CGContextRef context);
 
 /// Makes the whole canvas, or the present group's, the clip.

@@ -203,7 +203,9 @@ struct quartz::HostedDrawing::Parts {
         const LayerValues& v = values();
         const bool shadows = v.shadowOpacity > 0 && paints(v.shadowColor) && !v.masksToBounds;
         if (shadows) {
-            const CGAffineTransform ctm = CGContextGetCTM(context);
+            const double points = 1 / quartz::baseScale(context);
+            const CGAffineTransform ctm = CGAffineTransformConcat(
+                CGContextGetCTM(context), CGAffineTransformMakeScale(points, points));
             const CGSize offset = CGSizeApplyAffineTransform(v.shadowOffset, ctm);
             const double scale = std::sqrt(std::abs(ctm.a * ctm.d - ctm.b * ctm.c));
             CGContextSetShadowWithColor(context, offset, v.shadowRadius * 2 * scale,

@@ -111,9 +111,16 @@ struct LayerAccess {
     /// Changes a field that a setter stands for.
     template <class T> static void set(CALayer& layer, T& field, const T& value, NSString* key)
     {
-        if (field == value)
-            return;
-        change(layer, key, [&] { field = value; });
+        if (isSame(field, value))
+            field = value; // the object that was given, though it shows nothing new
+        else
+            change(layer, key, [&] { field = value; });
+    }
+    template <class T> static bool isSame(const T& a, const T& b) { return a == b; }
+    /// Equal colours, texts and lists are the same value.
+    template <class T> static bool isSame(const Ref<T>& a, const Ref<T>& b)
+    {
+        return a == b || (a && b && a->isEqual(b.get()));
     }
 
     /// Tells the host of the tree that something in it looks different.
