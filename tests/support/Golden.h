@@ -55,4 +55,24 @@ inline testing::AssertionResult isGolden(
         << ") at " << difference.x << ", " << difference.y << "; see " << out << "-diff.png";
 }
 
+/// A sheet of small drawings on white, at one and two pixels a point.
+template <class Draw> void expectSheet(const std::string& name, int width, int height, Draw draw)
+{
+    for (const int scale : { 1, 2 }) {
+        const Picture picture(width * scale, height * scale, scale);
+        picture.fillWhite();
+        draw(picture.context());
+        EXPECT_TRUE(isGolden(picture.image().get(), name + (scale == 2 ? "@2x" : "")));
+    }
+}
+
+/// Brackets a drawing in a cell of the sheet, counted from the lower left.
+template <class Draw> void inCell(CGContextRef context, double x, double y, Draw draw)
+{
+    CGContextSaveGState(context);
+    CGContextTranslateCTM(context, x, y);
+    draw();
+    CGContextRestoreGState(context);
+}
+
 }

@@ -7,28 +7,10 @@
 #include "support/Golden.h"
 
 using namespace brindle;
+using test::expectSheet;
+using test::inCell;
 
 namespace {
-
-/// A sheet of small drawings on white, at one and two pixels a point.
-template <class Draw> void expectSheet(const std::string& name, int width, int height, Draw draw)
-{
-    for (const int scale : { 1, 2 }) {
-        const test::Picture picture(width * scale, height * scale, scale);
-        picture.fillWhite();
-        draw(picture.context());
-        EXPECT_TRUE(test::isGolden(picture.image().get(), name + (scale == 2 ? "@2x" : "")));
-    }
-}
-
-/// Brackets a drawing in a cell of the sheet, counted from the lower left.
-template <class Draw> void inCell(CGContextRef context, double x, double y, Draw draw)
-{
-    CGContextSaveGState(context);
-    CGContextTranslateCTM(context, x, y);
-    draw();
-    CGContextRestoreGState(context);
-}
 
 void addRounded(CGContextRef context, CGRect rect, double radius)
 {
