@@ -56,10 +56,38 @@ void layOutRow(std::initializer_list<NSView*> views, NSRect row)
 {
     const auto count = static_cast<double>(views.size());
     const double width = (row.size.width - (count - 1) * kCardGap) / count;
-    for (NSView* view : views) {
-        view->setFrame(NSMakeRect(row.origin.x, row.origin.y, width, row.size.height));
-        row.origin.x += width + kCardGap;
-    }
+    for (NSView* view : views)
+        view->setFrame(takeLeft(row, width));
+}
+
+void layOutColumn(std::initializer_list<NSView*> views, NSRect column)
+{
+    const auto count = static_cast<double>(views.size());
+    const double height = (column.size.height - (count - 1) * kCardGap) / count;
+    for (NSView* view : views)
+        view->setFrame(takeTop(column, height));
+}
+
+NSRect takeTop(NSRect& room, double height)
+{
+    const NSRect piece = NSMakeRect(room.origin.x, room.origin.y, room.size.width, height);
+    room.origin.y += height + kCardGap;
+    room.size.height -= height + kCardGap;
+    return piece;
+}
+
+NSRect takeBottom(NSRect& room, double height)
+{
+    room.size.height -= height + kCardGap;
+    return NSMakeRect(room.origin.x, NSMaxY(room) + kCardGap, room.size.width, height);
+}
+
+NSRect takeLeft(NSRect& room, double width)
+{
+    const NSRect piece = NSMakeRect(room.origin.x, room.origin.y, width, room.size.height);
+    room.origin.x += width + kCardGap;
+    room.size.width -= width + kCardGap;
+    return piece;
 }
 
 }

@@ -44,14 +44,31 @@ inline brindle::NSUInteger placeInRing(
     return static_cast<brindle::NSUInteger>(sum % whole);
 }
 
-/// Gives views an even share of a row.
+/// Gives views an even share of a row, from left to right.
 void layOutRow(std::initializer_list<brindle::NSView*> views, brindle::NSRect row);
+/// Gives views an even share of a column, from top to bottom.
+void layOutColumn(std::initializer_list<brindle::NSView*> views, brindle::NSRect column);
+
+// Each takes a piece of this size off a side of the room, with the gap behind it, and answers the piece.
+brindle::NSRect takeTop(brindle::NSRect& room, double height);
+brindle::NSRect takeBottom(brindle::NSRect& room, double height);
+brindle::NSRect takeLeft(brindle::NSRect& room, double width);
 
 /// Makes a card and adds it to a page.
 template <class Card> brindle::Ref<Card> addCard(brindle::NSView& page)
 {
     brindle::Ref<Card> card = brindle::make<Card>();
     page.addSubview(card.get());
+    return card;
+}
+/// The same for a card that does not head itself.
+template <class Card>
+brindle::Ref<Card> addCard(
+    brindle::NSView& page, brindle::NSString* heading, brindle::NSString* caption)
+{
+    brindle::Ref<Card> card = addCard<Card>(page);
+    card->setHeading(heading);
+    card->setCaption(caption);
     return card;
 }
 

@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "Palette.h"
 #include "appkit/NSGraphicsContext.h"
 #include "appkit/NSStringDrawing.h"
 #include "core/BRGeometry.h"
@@ -89,6 +90,15 @@ void drawCentered(NSString* text, NSRect rect, Style style, NSColor* color)
     const NSPoint place { rect.origin.x + BRGetMidXRectAndSize(rect, size),
         rect.origin.y + BRGetMidYRectAndSize(rect, size) };
     drawText(text, place, style, color);
+}
+
+NSRect labelled(NSString* label, NSRect cell)
+{
+    constexpr double kHeight = 18;
+    cell.size.height -= kHeight;
+    drawCentered(label, NSMakeRect(cell.origin.x, NSMaxY(cell), cell.size.width, kHeight),
+        Style::caption, palette().quietText.get());
+    return cell;
 }
 
 void fillRounded(NSRect rect, double radius, NSColor* color)

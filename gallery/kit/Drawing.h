@@ -24,6 +24,9 @@ brindle::NSSize sizeOf(brindle::NSString* text, Style style);
 void drawCentered(
     brindle::NSString* text, brindle::NSRect rect, Style style, brindle::NSColor* color);
 
+/// Writes a caption at the bottom of a rectangle and answers the room above it.
+brindle::NSRect labelled(brindle::NSString* label, brindle::NSRect cell);
+
 void fillRounded(brindle::NSRect rect, double radius, brindle::NSColor* color);
 /// Strokes a hairline just inside the rectangle's edge.
 void strokeRounded(brindle::NSRect rect, double radius, brindle::NSColor* color);

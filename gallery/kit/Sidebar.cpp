@@ -16,6 +16,7 @@ template <> struct GallerySidebar::Methods<struct List> {
     static constexpr double kTop = 64;
     static constexpr double kRowHeight = 30;
     static constexpr double kMargin = 12;
+    static constexpr NSUInteger kKeys = 9; // digits that turn to a page
 
     static bool isFlipped(GallerySidebar&) { return true; }
     static bool isOpaque(GallerySidebar&) { return true; }
@@ -55,6 +56,8 @@ template <> struct GallerySidebar::Methods<struct List> {
             drawText(name.get(),
                 { row.origin.x + 10, row.origin.y + (row.size.height - size.height) / 2 },
                 chosen ? Style::heading : Style::body, colors.text.get());
+            if (i >= kKeys)
+                continue;
             const auto key = NSString::cls().stringWithFormat("%lu"_ns, i + 1);
             drawCentered(key.get(), NSMakeRect(NSMaxX(row) - 24, row.origin.y, 16, row.size.height),
                 Style::caption, colors.quietText.get());

@@ -24,12 +24,22 @@ template <> struct GalleryPage::Methods<struct Frame> {
     static bool isOpaque(GalleryPage&) { return true; }
     static bool acceptsFirstResponder(GalleryPage&) { return true; }
     static Ref<NSString> noText(GalleryPage&) { return ""_ns; }
+    static void addCards(GalleryPage&) { }
     static void layOutIn(GalleryPage&, NSRect) { }
     static void chooseNext(GalleryPage&, NSInteger) { }
+
+    static Ref<NSView> initWithFrame(GalleryPage& self, NSRect frame)
+    {
+        Ref<NSView> page = super<GalleryPage, "initWithFrame:", Ref<NSView>>(self, frame);
+        self.addCards();
+        return page;
+    }
 
     static void setFrameSize(GalleryPage& self, NSSize size)
     {
         super<GalleryPage, "setFrameSize:">(self, size);
+        if (self.subviews()->count() == 0)
+            return;
         self.layOutIn(NSMakeRect(kMargin, kHeaderHeight, size.width - 2 * kMargin,
             size.height - kHeaderHeight - kMargin));
     }
@@ -52,8 +62,10 @@ template <> struct GalleryPage::Methods<struct Frame> {
             { "acceptsFirstResponder", imp<acceptsFirstResponder> },
             { "pageTitle", imp<noText> },
             { "pageCaption", imp<noText> },
+            { "addCards", imp<addCards> },
             { "layOutIn:", imp<layOutIn> },
             { "chooseNext:", imp<chooseNext> },
+            { "initWithFrame:", imp<initWithFrame> },
             { "setFrameSize:", imp<setFrameSize> },
             { "drawRect:", imp<drawRect> },
         });

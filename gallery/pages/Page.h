@@ -7,7 +7,7 @@ namespace gallery {
 
 /// One page: a title, a line about it, and cards that the page lays out below them. Flipped.
 ///
-/// Subclasses override `pageTitle`, `pageCaption`, `layOutIn:` and `chooseNext:`. Left and Right choose; a letter
+/// Subclasses override `addCards`, `pageTitle`, `pageCaption`, `layOutIn:` and `chooseNext:`. Left and Right choose; a letter
 /// presses the chip that shows it; D switches light and dark; digits, Page Up and Page Down turn to another page.
 /// A page with other keys overrides `keyDown:` and hands the rest on.
 class GalleryPage : public brindle::NSView {
@@ -22,7 +22,9 @@ public:
     {
         return send<"pageCaption", brindle::Ref<brindle::NSString>>();
     }
-    /// Places the cards in the room below the title; called whenever the page's size changes.
+    /// Makes the cards and adds them; called once, when the page is made.
+    void addCards() { send<"addCards">(); }
+    /// Places the cards in the room below the title; called with the cards there, whenever the page's size changes.
     void layOutIn(brindle::NSRect room) { send<"layOutIn:">(room); }
     /// Chooses what stands so many places further in the page's list of choices; a page without choices does nothing.
     void chooseNext(brindle::NSInteger places) { send<"chooseNext:">(places); }

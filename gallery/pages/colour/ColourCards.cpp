@@ -40,13 +40,6 @@ template <> struct HexCard::Methods<struct Reading> {
     static constexpr double kGap = 20;
     static constexpr double kLineHeight = 30;
 
-    static Ref<NSView> initWithFrame(HexCard& self, NSRect frame)
-    {
-        self.setHeading("As text"_ns);
-        self.setCaption("Type # and six letters from a to f"_ns);
-        return super<HexCard, "initWithFrame:", Ref<NSView>>(self, frame);
-    }
-
     static void setEntry(HexCard& self, NSString* entry)
     {
         self.entry_ = entry;
@@ -92,7 +85,6 @@ template <> struct HexCard::Methods<struct Reading> {
     static void table(Builder& t)
     {
         t.methods({
-            { "initWithFrame:", imp<initWithFrame> },
             { "setEntry:", imp<setEntry> },
             { "drawBody:", imp<drawBody> },
         });
@@ -107,13 +99,6 @@ template <> struct GroundsCard::Methods<struct Writing> {
     static constexpr std::size_t kColumns = 4;
     static constexpr std::size_t kRows = 3;
     static constexpr double kGap = 8;
-
-    static Ref<NSView> initWithFrame(GroundsCard& self, NSRect frame)
-    {
-        self.setHeading("On a ground"_ns);
-        self.setCaption("Text by brightness at the left, by luminosity at the right"_ns);
-        return super<GroundsCard, "initWithFrame:", Ref<NSView>>(self, frame);
-    }
 
     static std::array<Ref<NSColor>, kColumns * kRows> grounds(const Ref<NSColor>& color)
     {
@@ -152,7 +137,6 @@ template <> struct GroundsCard::Methods<struct Writing> {
     static void table(Builder& t)
     {
         t.methods({
-            { "initWithFrame:", imp<initWithFrame> },
             { "drawBody:", imp<drawBody> },
         });
     }
@@ -171,13 +155,6 @@ template <> struct MixturesCard::Methods<struct Mixing> {
         NSString* label;
         Ref<NSColor> (*mixed)(const Ref<NSColor>& color, NSColor* other, double part);
     };
-
-    static Ref<NSView> initWithFrame(MixturesCard& self, NSRect frame)
-    {
-        self.setHeading("Mixtures"_ns);
-        self.setCaption("With the accent colour, from nothing to all of it"_ns);
-        return super<MixturesCard, "initWithFrame:", Ref<NSView>>(self, frame);
-    }
 
     static std::array<Row, 6> rows()
     {
@@ -237,7 +214,6 @@ template <> struct MixturesCard::Methods<struct Mixing> {
     static void table(Builder& t)
     {
         t.methods({
-            { "initWithFrame:", imp<initWithFrame> },
             { "drawBody:", imp<drawBody> },
         });
     }

@@ -14,17 +14,17 @@ using namespace brindle;
 
 template <> struct ColourPage::Methods<struct Cards> {
 
-    static constexpr double kGap = 16;
     static constexpr double kTopHeight = 226;
     static constexpr double kHexShare = 0.46;
 
-    static Ref<NSView> initWithFrame(ColourPage& self, NSRect frame)
+    static void addCards(ColourPage& self)
     {
-        self.hex_ = addCard<HexCard>(self);
-        self.grounds_ = addCard<GroundsCard>(self);
-        self.mixtures_ = addCard<MixturesCard>(self);
+        self.hex_ = addCard<HexCard>(self, "As text"_ns, "Type # and six letters from a to f"_ns);
+        self.grounds_ = addCard<GroundsCard>(self, "On a ground"_ns,
+            "Text by brightness at the left, by luminosity at the right"_ns);
+        self.mixtures_ = addCard<MixturesCard>(
+            self, "Mixtures"_ns, "With the accent colour, from nothing to all of it"_ns);
         self.chooseNext(0);
-        return super<ColourPage, "initWithFrame:", Ref<NSView>>(self, frame);
     }
 
     static Ref<NSString> pageTitle(ColourPage&) { return "Colour"_ns; }
@@ -35,15 +35,10 @@ template <> struct ColourPage::Methods<struct Cards> {
 
     static void layOutIn(ColourPage& self, NSRect room)
     {
-        if (!self.mixtures_)
-            return;
-        const double hex = std::round(room.size.width * kHexShare);
-        const double below = kTopHeight + kGap;
-        self.hex_->setFrame(NSMakeRect(room.origin.x, room.origin.y, hex, kTopHeight));
-        self.grounds_->setFrame(NSMakeRect(
-            room.origin.x + hex + kGap, room.origin.y, room.size.width - hex - kGap, kTopHeight));
-        self.mixtures_->setFrame(NSMakeRect(
-            room.origin.x, room.origin.y + below, room.size.width, room.size.height - below));
+        NSRect top = takeTop(room, kTopHeight);
+        self.hex_->setFrame(takeLeft(top, std::round(room.size.width * kHexShare)));
+        self.grounds_->setFrame(top);
+        self.mixtures_->setFrame(room);
     }
 
     static void setColor(ColourPage& self, NSColor* color)
@@ -95,7 +90,7 @@ template <> struct ColourPage::Methods<struct Cards> {
     static void table(Builder& t)
     {
         t.methods({
-            { "initWithFrame:", imp<initWithFrame> },
+            { "addCards", imp<addCards> },
             { "pageTitle", imp<pageTitle> },
             { "pageCaption", imp<pageCaption> },
             { "layOutIn:", imp<layOutIn> },

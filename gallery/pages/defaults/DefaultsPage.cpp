@@ -13,13 +13,12 @@ template <> struct DefaultsPage::Methods<struct Cards> {
 
     static constexpr double kBottomHeight = 168;
 
-    static Ref<NSView> initWithFrame(DefaultsPage& self, NSRect frame)
+    static void addCards(DefaultsPage& self)
     {
         self.search_ = addCard<SearchCard>(self);
         self.settings_ = addCard<SettingsCard>(self);
         self.burst_ = addCard<BurstCard>(self);
         self.changes_ = addCard<ChangesCard>(self);
-        return super<DefaultsPage, "initWithFrame:", Ref<NSView>>(self, frame);
     }
 
     static Ref<NSString> pageTitle(DefaultsPage&) { return "Defaults"_ns; }
@@ -30,13 +29,9 @@ template <> struct DefaultsPage::Methods<struct Cards> {
 
     static void layOutIn(DefaultsPage& self, NSRect room)
     {
-        if (!self.changes_)
-            return;
-        const double top = room.size.height - kBottomHeight - kCardGap;
-        self.search_->setFrame(NSMakeRect(room.origin.x, room.origin.y, room.size.width, top));
         layOutRow({ self.settings_.get(), self.burst_.get(), self.changes_.get() },
-            NSMakeRect(
-                room.origin.x, room.origin.y + top + kCardGap, room.size.width, kBottomHeight));
+            takeBottom(room, kBottomHeight));
+        self.search_->setFrame(room);
     }
 
     static void chooseNext(DefaultsPage& self, NSInteger places)
@@ -62,7 +57,7 @@ template <> struct DefaultsPage::Methods<struct Cards> {
     static void table(Builder& t)
     {
         t.methods({
-            { "initWithFrame:", imp<initWithFrame> },
+            { "addCards", imp<addCards> },
             { "pageTitle", imp<pageTitle> },
             { "pageCaption", imp<pageCaption> },
             { "layOutIn:", imp<layOutIn> },

@@ -18,15 +18,15 @@ template <> struct GroundPage::Methods<struct Cards> {
     static constexpr double kLeastStandard = 12;
     static constexpr double kMostStandard = 60;
 
-    static Ref<NSView> initWithFrame(GroundPage& self, NSRect frame)
+    static void addCards(GroundPage& self)
     {
         self.rows_ = addCard<RowsCard>(self);
         self.grid_ = addCard<GridCard>(self);
         self.job_ = addCard<JobCard>(self);
-        self.strokes_ = addCard<StrokesCard>(self);
+        self.strokes_
+            = addCard<StrokesCard>(self, "Debounced redraw"_ns, "timeoutToSelector:afterDelay:"_ns);
         self.exchange_ = addCard<ExchangeCard>(self);
         self.standardHeight_ = 22;
-        return super<GroundPage, "initWithFrame:", Ref<NSView>>(self, frame);
     }
 
     static Ref<NSString> pageTitle(GroundPage&) { return "The ground"_ns; }
@@ -37,15 +37,10 @@ template <> struct GroundPage::Methods<struct Cards> {
 
     static void layOutIn(GroundPage& self, NSRect room)
     {
-        if (!self.exchange_)
-            return;
-        const double top = room.size.height - kBottomHeight - kCardGap;
-        self.rows_->setFrame(NSMakeRect(room.origin.x, room.origin.y, kLeftWidth, top));
-        self.grid_->setFrame(NSMakeRect(room.origin.x + kLeftWidth + kCardGap, room.origin.y,
-            room.size.width - kLeftWidth - kCardGap, top));
         layOutRow({ self.job_.get(), self.strokes_.get(), self.exchange_.get() },
-            NSMakeRect(
-                room.origin.x, room.origin.y + top + kCardGap, room.size.width, kBottomHeight));
+            takeBottom(room, kBottomHeight));
+        self.rows_->setFrame(takeLeft(room, kLeftWidth));
+        self.grid_->setFrame(room);
     }
 
     static void changeStandard(GroundPage& self, double step)
@@ -76,7 +71,7 @@ template <> struct GroundPage::Methods<struct Cards> {
     static void table(Builder& t)
     {
         t.methods({
-            { "initWithFrame:", imp<initWithFrame> },
+            { "addCards", imp<addCards> },
             { "pageTitle", imp<pageTitle> },
             { "pageCaption", imp<pageCaption> },
             { "layOutIn:", imp<layOutIn> },

@@ -19,13 +19,6 @@ template <> struct StrokesCard::Methods<struct Debounce> {
 
     static constexpr double kRest = 0.4; // seconds
 
-    static Ref<NSView> initWithFrame(StrokesCard& self, NSRect frame)
-    {
-        self.setHeading("Debounced redraw"_ns);
-        self.setCaption("timeoutToSelector:afterDelay:"_ns);
-        return super<StrokesCard, "initWithFrame:", Ref<NSView>>(self, frame);
-    }
-
     static void updateTrackingAreas(StrokesCard& self)
     {
         const Ref<NSArray> areas = self.trackingAreas();
@@ -72,7 +65,6 @@ template <> struct StrokesCard::Methods<struct Debounce> {
     static void table(Builder& t)
     {
         t.methods({
-            { "initWithFrame:", imp<initWithFrame> },
             { "updateTrackingAreas", imp<updateTrackingAreas> },
             { "mouseMoved:", imp<mouseMoved> },
             { "settle", imp<settle> },

@@ -61,13 +61,6 @@ namespace {
 
 template <> struct ScriptsCard::Methods<struct Drawing> {
 
-    static Ref<NSView> initWithFrame(ScriptsCard& self, NSRect frame)
-    {
-        self.setHeading("Measured boxes"_ns);
-        self.setCaption("Each text wrapped in the same width; the frame is its measure"_ns);
-        return super<ScriptsCard, "initWithFrame:", Ref<NSView>>(self, frame);
-    }
-
     static void drawBody(ScriptsCard&, NSRect body)
     {
         NSString* const texts[] = {
@@ -89,7 +82,6 @@ template <> struct ScriptsCard::Methods<struct Drawing> {
     static void table(Builder& t)
     {
         t.methods({
-            { "initWithFrame:", imp<initWithFrame> },
             { "drawBody:", imp<drawBody> },
         });
     }
@@ -97,13 +89,6 @@ template <> struct ScriptsCard::Methods<struct Drawing> {
 BRINDLE_RECORD(ScriptsCard, Drawing)
 
 template <> struct AlignmentsCard::Methods<struct Drawing> {
-
-    static Ref<NSView> initWithFrame(AlignmentsCard& self, NSRect frame)
-    {
-        self.setHeading("Alignment"_ns);
-        self.setCaption("Left, right, centred and justified"_ns);
-        return super<AlignmentsCard, "initWithFrame:", Ref<NSView>>(self, frame);
-    }
 
     static void drawBody(AlignmentsCard&, NSRect body)
     {
@@ -124,7 +109,6 @@ template <> struct AlignmentsCard::Methods<struct Drawing> {
     static void table(Builder& t)
     {
         t.methods({
-            { "initWithFrame:", imp<initWithFrame> },
             { "drawBody:", imp<drawBody> },
         });
     }
@@ -135,13 +119,6 @@ template <> struct CutsCard::Methods<struct Drawing> {
 
     static constexpr double kLabelWidth = 90;
     static constexpr double kRow = 24;
-
-    static Ref<NSView> initWithFrame(CutsCard& self, NSRect frame)
-    {
-        self.setHeading("Too long"_ns);
-        self.setCaption("What gives way when a line has no more room"_ns);
-        return super<CutsCard, "initWithFrame:", Ref<NSView>>(self, frame);
-    }
 
     static void drawBody(CutsCard&, NSRect body)
     {
@@ -171,7 +148,6 @@ template <> struct CutsCard::Methods<struct Drawing> {
     static void table(Builder& t)
     {
         t.methods({
-            { "initWithFrame:", imp<initWithFrame> },
             { "drawBody:", imp<drawBody> },
         });
     }
@@ -179,13 +155,6 @@ template <> struct CutsCard::Methods<struct Drawing> {
 BRINDLE_RECORD(CutsCard, Drawing)
 
 template <> struct AttributesCard::Methods<struct Drawing> {
-
-    static Ref<NSView> initWithFrame(AttributesCard& self, NSRect frame)
-    {
-        self.setHeading("Attributes"_ns);
-        self.setCaption("Fonts, colours, rules, kerning and tabs in one text"_ns);
-        return super<AttributesCard, "initWithFrame:", Ref<NSView>>(self, frame);
-    }
 
     static void drawBody(AttributesCard&, NSRect body)
     {
@@ -211,7 +180,6 @@ template <> struct AttributesCard::Methods<struct Drawing> {
     static void table(Builder& t)
     {
         t.methods({
-            { "initWithFrame:", imp<initWithFrame> },
             { "drawBody:", imp<drawBody> },
         });
     }

@@ -15,13 +15,16 @@ template <> struct MeasuresPage::Methods<struct Cards> {
 
     static constexpr double kLeftShare = 0.5;
 
-    static Ref<NSView> initWithFrame(MeasuresPage& self, NSRect frame)
+    static void addCards(MeasuresPage& self)
     {
-        self.scripts_ = addCard<ScriptsCard>(self);
-        self.alignments_ = addCard<AlignmentsCard>(self);
-        self.cuts_ = addCard<CutsCard>(self);
-        self.attributes_ = addCard<AttributesCard>(self);
-        return super<MeasuresPage, "initWithFrame:", Ref<NSView>>(self, frame);
+        self.scripts_ = addCard<ScriptsCard>(self, "Measured boxes"_ns,
+            "Each text wrapped in the same width; the frame is its measure"_ns);
+        self.alignments_ = addCard<AlignmentsCard>(
+            self, "Alignment"_ns, "Left, right, centred and justified"_ns);
+        self.cuts_ = addCard<CutsCard>(
+            self, "Too long"_ns, "What gives way when a line has no more room"_ns);
+        self.attributes_ = addCard<AttributesCard>(
+            self, "Attributes"_ns, "Fonts, colours, rules, kerning and tabs in one text"_ns);
     }
 
     static Ref<NSString> pageTitle(MeasuresPage&) { return "Text"_ns; }
@@ -32,26 +35,14 @@ template <> struct MeasuresPage::Methods<struct Cards> {
 
     static void layOutIn(MeasuresPage& self, NSRect room)
     {
-        if (!self.attributes_)
-            return;
-        const double left = std::round(room.size.width * kLeftShare);
-        const double right = room.origin.x + left + kCardGap;
-        const double width = room.size.width - left - kCardGap;
-        const double third = std::round((room.size.height - 2 * kCardGap) / 3);
-        self.scripts_->setFrame(NSMakeRect(room.origin.x, room.origin.y, left, room.size.height));
-        double y = room.origin.y;
-        for (NSView* card :
-            { static_cast<NSView*>(self.alignments_.get()), static_cast<NSView*>(self.cuts_.get()),
-                static_cast<NSView*>(self.attributes_.get()) }) {
-            card->setFrame(NSMakeRect(right, y, width, third));
-            y += third + kCardGap;
-        }
+        self.scripts_->setFrame(takeLeft(room, std::round(room.size.width * kLeftShare)));
+        layOutColumn({ self.alignments_.get(), self.cuts_.get(), self.attributes_.get() }, room);
     }
 
     static void table(Builder& t)
     {
         t.methods({
-            { "initWithFrame:", imp<initWithFrame> },
+            { "addCards", imp<addCards> },
             { "pageTitle", imp<pageTitle> },
             { "pageCaption", imp<pageCaption> },
             { "layOutIn:", imp<layOutIn> },

@@ -20,13 +20,6 @@ template <> struct ArchiveCard::Methods<struct Printing> {
     static constexpr double kLineHeight = 15;
     static constexpr double kIndent = 16;
 
-    static Ref<NSView> initWithFrame(ArchiveCard& self, NSRect frame)
-    {
-        self.setHeading("The archive"_ns);
-        self.setCaption("Nothing archived yet"_ns);
-        return super<ArchiveCard, "initWithFrame:", Ref<NSView>>(self, frame);
-    }
-
     /// References stand alone and in arrays.
     static bool isReference(NSObject* value)
     {
@@ -138,7 +131,6 @@ template <> struct ArchiveCard::Methods<struct Printing> {
     static void table(Builder& t)
     {
         t.methods({
-            { "initWithFrame:", imp<initWithFrame> },
             { "setArchive:", imp<setArchive> },
             { "scrollWheel:", imp<scrollWheel> },
             { "drawBody:", imp<drawBody> },

@@ -15,14 +15,13 @@ template <> struct ObjectsPage::Methods<struct Cards> {
     static constexpr double kLeftShare = 0.58;
     static constexpr double kBikeHeight = 204;
 
-    static Ref<NSView> initWithFrame(ObjectsPage& self, NSRect frame)
+    static void addCards(ObjectsPage& self)
     {
         self.properties_ = addCard<PropertiesCard>(self);
         self.bike_ = addCard<BikeCard>(self);
-        self.archive_ = addCard<ArchiveCard>(self);
+        self.archive_ = addCard<ArchiveCard>(self, "The archive"_ns, "Nothing archived yet"_ns);
         self.bike_->setOnArchived([weak = WeakRef<ArchiveCard>(self.archive_.get())](
                                       NSData* data) { maybe(weak.get())->setArchive(data); });
-        return super<ObjectsPage, "initWithFrame:", Ref<NSView>>(self, frame);
     }
 
     static Ref<NSString> pageTitle(ObjectsPage&) { return "Objects"_ns; }
@@ -33,15 +32,10 @@ template <> struct ObjectsPage::Methods<struct Cards> {
 
     static void layOutIn(ObjectsPage& self, NSRect room)
     {
-        if (!self.archive_)
-            return;
-        const double left = std::round(room.size.width * kLeftShare);
-        const double top = room.size.height - kBikeHeight - kCardGap;
-        self.properties_->setFrame(NSMakeRect(room.origin.x, room.origin.y, left, top));
-        self.bike_->setFrame(
-            NSMakeRect(room.origin.x, room.origin.y + top + kCardGap, left, kBikeHeight));
-        self.archive_->setFrame(NSMakeRect(room.origin.x + left + kCardGap, room.origin.y,
-            room.size.width - left - kCardGap, room.size.height));
+        NSRect left = takeLeft(room, std::round(room.size.width * kLeftShare));
+        self.bike_->setFrame(takeBottom(left, kBikeHeight));
+        self.properties_->setFrame(left);
+        self.archive_->setFrame(room);
     }
 
     static void chooseNext(ObjectsPage& self, NSInteger places)
@@ -52,7 +46,7 @@ template <> struct ObjectsPage::Methods<struct Cards> {
     static void table(Builder& t)
     {
         t.methods({
-            { "initWithFrame:", imp<initWithFrame> },
+            { "addCards", imp<addCards> },
             { "pageTitle", imp<pageTitle> },
             { "pageCaption", imp<pageCaption> },
             { "layOutIn:", imp<layOutIn> },

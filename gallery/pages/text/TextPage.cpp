@@ -15,12 +15,12 @@ template <> struct TextPage::Methods<struct Cards> {
     static constexpr double kLeftShare = 0.47;
     static constexpr double kScannerHeight = 168;
 
-    static Ref<NSView> initWithFrame(TextPage& self, NSRect frame)
+    static void addCards(TextPage& self)
     {
         self.ages_ = addCard<AgesCard>(self);
-        self.urls_ = addCard<URLCard>(self);
+        self.urls_
+            = addCard<URLCard>(self, "URLs"_ns, "What a user typed, and what is made of it"_ns);
         self.scanner_ = addCard<ScannerCard>(self);
-        return super<TextPage, "initWithFrame:", Ref<NSView>>(self, frame);
     }
 
     static Ref<NSString> pageTitle(TextPage&) { return "Intervals and URLs"_ns; }
@@ -31,16 +31,9 @@ template <> struct TextPage::Methods<struct Cards> {
 
     static void layOutIn(TextPage& self, NSRect room)
     {
-        if (!self.scanner_)
-            return;
-        const double left = std::round(room.size.width * kLeftShare);
-        const double right = room.origin.x + left + kCardGap;
-        const double width = room.size.width - left - kCardGap;
-        const double top = room.size.height - kScannerHeight - kCardGap;
-        self.ages_->setFrame(NSMakeRect(room.origin.x, room.origin.y, left, room.size.height));
-        self.urls_->setFrame(NSMakeRect(right, room.origin.y, width, top));
-        self.scanner_->setFrame(
-            NSMakeRect(right, room.origin.y + top + kCardGap, width, kScannerHeight));
+        self.ages_->setFrame(takeLeft(room, std::round(room.size.width * kLeftShare)));
+        self.scanner_->setFrame(takeBottom(room, kScannerHeight));
+        self.urls_->setFrame(room);
     }
 
     static void chooseNext(TextPage& self, NSInteger places) { self.urls_->chooseNext(places); }
@@ -48,7 +41,7 @@ template <> struct TextPage::Methods<struct Cards> {
     static void table(Builder& t)
     {
         t.methods({
-            { "initWithFrame:", imp<initWithFrame> },
+            { "addCards", imp<addCards> },
             { "pageTitle", imp<pageTitle> },
             { "pageCaption", imp<pageCaption> },
             { "layOutIn:", imp<layOutIn> },

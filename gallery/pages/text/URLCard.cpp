@@ -34,13 +34,6 @@ template <> struct URLCard::Methods<struct Reading> {
         return samples[index];
     }
 
-    static Ref<NSView> initWithFrame(URLCard& self, NSRect frame)
-    {
-        self.setHeading("URLs"_ns);
-        self.setCaption("What a user typed, and what is made of it"_ns);
-        return super<URLCard, "initWithFrame:", Ref<NSView>>(self, frame);
-    }
-
     static NSRect rowRect(URLCard& self, NSUInteger index)
     {
         const NSRect body = self.bodyRect();
@@ -114,7 +107,6 @@ template <> struct URLCard::Methods<struct Reading> {
     static void table(Builder& t)
     {
         t.methods({
-            { "initWithFrame:", imp<initWithFrame> },
             { "chooseNext:", imp<chooseNext> },
             { "mouseDown:", imp<mouseDown> },
             { "drawBody:", imp<drawBody> },

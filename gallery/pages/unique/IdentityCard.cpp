@@ -20,13 +20,6 @@ template <> struct IdentityCard::Methods<struct Finding> {
     static constexpr double kLabelWidth = 104;
     static constexpr double kLineHeight = 17;
 
-    static Ref<NSView> initWithFrame(IdentityCard& self, NSRect frame)
-    {
-        self.setHeading("The registry"_ns);
-        self.setCaption("An identity finds its object"_ns);
-        return super<IdentityCard, "initWithFrame:", Ref<NSView>>(self, frame);
-    }
-
     static void setList(IdentityCard& self, GalleryPlaylist* list)
     {
         self.list_ = Ref<GalleryPlaylist>(list);
@@ -73,7 +66,6 @@ template <> struct IdentityCard::Methods<struct Finding> {
     static void table(Builder& t)
     {
         t.methods({
-            { "initWithFrame:", imp<initWithFrame> },
             { "setList:", imp<setList> },
             { "drawBody:", imp<drawBody> },
         });

@@ -15,11 +15,12 @@ template <> struct UniquePage::Methods<struct Cards> {
     static constexpr double kBottomHeight = 154;
     static constexpr double kStoreShare = 0.45;
 
-    static Ref<NSView> initWithFrame(UniquePage& self, NSRect frame)
+    static void addCards(UniquePage& self)
     {
         self.graph_ = addCard<GraphCard>(self);
         self.store_ = addCard<StoreCard>(self);
-        self.identity_ = addCard<IdentityCard>(self);
+        self.identity_
+            = addCard<IdentityCard>(self, "The registry"_ns, "An identity finds its object"_ns);
         self.store_->setGraph(self.graph_.get());
         const auto show = [weak = WeakRef<IdentityCard>(self.identity_.get()),
                               graph = WeakRef<GraphCard>(self.graph_.get())] {
@@ -27,7 +28,6 @@ template <> struct UniquePage::Methods<struct Cards> {
         };
         self.graph_->setOnChange(show);
         show();
-        return super<UniquePage, "initWithFrame:", Ref<NSView>>(self, frame);
     }
 
     static Ref<NSString> pageTitle(UniquePage&) { return "Unique objects"_ns; }
@@ -38,15 +38,10 @@ template <> struct UniquePage::Methods<struct Cards> {
 
     static void layOutIn(UniquePage& self, NSRect room)
     {
-        if (!self.identity_)
-            return;
-        const double top = room.size.height - kBottomHeight - kCardGap;
-        const double store = std::round(room.size.width * kStoreShare);
-        const double bottom = room.origin.y + top + kCardGap;
-        self.graph_->setFrame(NSMakeRect(room.origin.x, room.origin.y, room.size.width, top));
-        self.store_->setFrame(NSMakeRect(room.origin.x, bottom, store, kBottomHeight));
-        self.identity_->setFrame(NSMakeRect(room.origin.x + store + kCardGap, bottom,
-            room.size.width - store - kCardGap, kBottomHeight));
+        NSRect bottom = takeBottom(room, kBottomHeight);
+        self.store_->setFrame(takeLeft(bottom, std::round(room.size.width * kStoreShare)));
+        self.identity_->setFrame(bottom);
+        self.graph_->setFrame(room);
     }
 
     static void chooseNext(UniquePage& self, NSInteger places) { self.graph_->selectNext(places); }
@@ -54,7 +49,7 @@ template <> struct UniquePage::Methods<struct Cards> {
     static void table(Builder& t)
     {
         t.methods({
-            { "initWithFrame:", imp<initWithFrame> },
+            { "addCards", imp<addCards> },
             { "pageTitle", imp<pageTitle> },
             { "pageCaption", imp<pageCaption> },
             { "layOutIn:", imp<layOutIn> },
