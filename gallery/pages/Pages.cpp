@@ -5,8 +5,11 @@
 #include "controls/ControlsPage.h"
 #include "defaults/DefaultsPage.h"
 #include "ground/GroundPage.h"
+#include "images/ImagesPage.h"
+#include "layers/LayersPage.h"
 #include "measures/MeasuresPage.h"
 #include "objects/ObjectsPage.h"
+#include "paths/PathsPage.h"
 #include "strip/StripPage.h"
 #include "switches/SwitchesPage.h"
 #include "text/TextPage.h"
@@ -29,6 +32,9 @@ namespace {
         { "Defaults", makePage<DefaultsPage>, tourDefaults },
         { "Intervals and URLs", makePage<TextPage>, tourText },
         { "Colour", makePage<ColourPage>, tourColour },
+        { "Images", makePage<ImagesPage>, tourImages },
+        { "Paths", makePage<PathsPage>, tourPaths },
+        { "Layers", makePage<LayersPage>, tourLayers },
         { "Text", makePage<MeasuresPage>, tourMeasures },
         { "Controls", makePage<ControlsPage>, tourControls },
         { "Switches", makePage<SwitchesPage>, tourSwitches },
