@@ -10,16 +10,13 @@ using namespace brindle;
 
 template <> struct StripPage::Methods<struct Cards> {
 
-    static Ref<NSView> initWithFrame(StripPage& self, NSRect frame)
+    static void addCards(StripPage& self)
     {
-        self.plain_ = addCard<StripCard>(self);
-        self.plain_->setHeading("Widgets"_ns);
-        self.plain_->setCaption("Under the pointer the widgets fade out"_ns);
-        self.banded_ = addCard<StripCard>(self);
-        self.banded_->setHeading("Overlay"_ns);
-        self.banded_->setCaption("A dark band with a close button fades in"_ns);
+        self.plain_
+            = addCard<StripCard>(self, "Widgets"_ns, "Under the pointer the widgets fade out"_ns);
+        self.banded_
+            = addCard<StripCard>(self, "Overlay"_ns, "A dark band with a close button fades in"_ns);
         self.banded_->setOverlay(true);
-        return super<StripPage, "initWithFrame:", Ref<NSView>>(self, frame);
     }
 
     static Ref<NSString> pageTitle(StripPage&) { return "Title strip"_ns; }
@@ -30,14 +27,13 @@ template <> struct StripPage::Methods<struct Cards> {
 
     static void layOutIn(StripPage& self, NSRect room)
     {
-        if (self.banded_)
-            layOutRow({ self.plain_.get(), self.banded_.get() }, room);
+        layOutRow({ self.plain_.get(), self.banded_.get() }, room);
     }
 
     static void table(Builder& t)
     {
         t.methods({
-            { "initWithFrame:", imp<initWithFrame> },
+            { "addCards", imp<addCards> },
             { "pageTitle", imp<pageTitle> },
             { "pageCaption", imp<pageCaption> },
             { "layOutIn:", imp<layOutIn> },

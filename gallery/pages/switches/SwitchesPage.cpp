@@ -12,11 +12,10 @@ using namespace brindle;
 
 template <> struct SwitchesPage::Methods<struct Cards> {
 
-    static Ref<NSView> initWithFrame(SwitchesPage& self, NSRect frame)
+    static void addCards(SwitchesPage& self)
     {
         self.switches_ = addCard<SwitchesCard>(self);
         self.tints_ = addCard<TintsCard>(self);
-        return super<SwitchesPage, "initWithFrame:", Ref<NSView>>(self, frame);
     }
     static Ref<NSString> pageTitle(SwitchesPage&) { return "Switches"_ns; }
     static Ref<NSString> pageCaption(SwitchesPage&)
@@ -25,16 +24,14 @@ template <> struct SwitchesPage::Methods<struct Cards> {
     }
     static void layOutIn(SwitchesPage& self, NSRect room)
     {
-        if (self.tints_)
-            layOutRow({ self.switches_.get(), self.tints_.get() },
-                NSMakeRect(room.origin.x, room.origin.y, room.size.width,
-                    std::min(room.size.height, 320.0)));
+        room.size.height = std::min(room.size.height, 320.0);
+        layOutRow({ self.switches_.get(), self.tints_.get() }, room);
     }
 
     static void table(Builder& t)
     {
         t.methods({
-            { "initWithFrame:", imp<initWithFrame> },
+            { "addCards", imp<addCards> },
             { "pageTitle", imp<pageTitle> },
             { "pageCaption", imp<pageCaption> },
             { "layOutIn:", imp<layOutIn> },

@@ -10,13 +10,12 @@ using namespace brindle;
 
 template <> struct ViewsPage::Methods<struct Cards> {
 
-    static Ref<NSView> initWithFrame(ViewsPage& self, NSRect frame)
+    static void addCards(ViewsPage& self)
     {
         self.borders_ = addCard<BorderCard>(self);
         self.grounds_ = addCard<GroundCard>(self);
         self.covers_ = addCard<CoverCard>(self);
         self.controls_ = addCard<ControlsCard>(self);
-        return super<ViewsPage, "initWithFrame:", Ref<NSView>>(self, frame);
     }
 
     static Ref<NSString> pageTitle(ViewsPage&) { return "Views and borders"_ns; }
@@ -27,19 +26,15 @@ template <> struct ViewsPage::Methods<struct Cards> {
 
     static void layOutIn(ViewsPage& self, NSRect room)
     {
-        if (!self.controls_)
-            return;
-        const double height = (room.size.height - kCardGap) / 2;
-        room.size.height = height;
-        layOutRow({ self.borders_.get(), self.grounds_.get() }, room);
-        room.origin.y += height + kCardGap;
+        layOutRow({ self.borders_.get(), self.grounds_.get() },
+            takeTop(room, (room.size.height - kCardGap) / 2));
         layOutRow({ self.covers_.get(), self.controls_.get() }, room);
     }
 
     static void table(Builder& t)
     {
         t.methods({
-            { "initWithFrame:", imp<initWithFrame> },
+            { "addCards", imp<addCards> },
             { "pageTitle", imp<pageTitle> },
             { "pageCaption", imp<pageCaption> },
             { "layOutIn:", imp<layOutIn> },
