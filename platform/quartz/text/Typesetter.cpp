@@ -16,6 +16,7 @@ namespace {
 
     constexpr char16_t kTab = u'\t';
     constexpr std::size_t kWindowUnits = 2048;
+    constexpr std::size_t kKeptStretches = 1024;
 
     LineHeights heightsOf(const Font& font, double raise)
     {
@@ -148,6 +149,10 @@ namespace {
         }
         ~ParagraphBreaker()
         {
+            // A paragraph of very many stretches must not leave its memory behind.
+            if (std::max({ heights_.capacity(), fonts_.capacity(), items_.capacity() })
+                > kKeptStretches)
+                return;
             heights_.clear();
             sink_.parts.clear();
             fonts_.clear();
