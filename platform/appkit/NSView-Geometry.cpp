@@ -16,6 +16,20 @@ namespace {
 
 }
 
+void ViewAccess::moveBounds(NSView& view, NSPoint origin, bool marks)
+{
+    view.bounds_.origin = origin;
+    if (marks)
+        invalidate(view, view.bounds_);
+    geometryChanged(view);
+}
+
+void ViewAccess::postBoundsChange(NSView& view)
+{
+    if (view.postsBoundsChanges_)
+        post(NSViewBoundsDidChangeNotification, view);
+}
+
 template <> struct NSView::Methods<struct Geometry> {
 
     static NSRect frame(NSView& self) { return self.frame_; }
@@ -108,8 +122,7 @@ template <> struct NSView::Methods<struct Geometry> {
             return;
         ViewAccess::invalidate(self, self.bounds_);
         ViewAccess::geometryChanged(self);
-        if (self.postsBoundsChanges_)
-            post(NSViewBoundsDidChangeNotification, self);
+        ViewAccess::postBoundsChange(self);
     }
     static void setBounds(NSView& self, NSRect bounds)
     {

@@ -43,6 +43,9 @@ struct ViewAccess {
     static void setRootOf(NSView& view, NSWindow* window);
     /// Tells a view's window that tracking areas lie elsewhere now, and its layer where it is.
     static void geometryChanged(NSView& view);
+    /// Moves the origin of the bounds; what shows is marked for drawing or left to the caller.
+    static void moveBounds(NSView& view, NSPoint origin, bool marks);
+    static void postBoundsChange(NSView& view);
     /// Marks a part as if it were drawn; `rect` is in the view's coordinates.
     static void invalidate(NSView& view, NSRect rect);
     /// Removes every mark from a view and what is in it.

@@ -66,6 +66,7 @@ void WindowAccess::damageAll(NSWindow& window)
 {
     WindowState& s = state(window);
     s.damage.clear();
+    s.moved.clear();
     if (s.backing)
         s.damage.add({ 0, 0, s.backing->size.width, s.backing->size.height });
 }
@@ -97,7 +98,8 @@ template <> struct NSWindow::Methods<struct Drawing> {
 
     static bool viewsNeedDisplay(NSWindow& self)
     {
-        return !of(self).backing || !of(self).damage.isEmpty();
+        const WindowState& state = of(self);
+        return !state.backing || !state.damage.isEmpty() || !state.moved.isEmpty();
     }
     static void setViewsNeedDisplay(NSWindow& self, bool needs)
     {
@@ -136,7 +138,7 @@ template <> struct NSWindow::Methods<struct Drawing> {
             return;
         const Ref<NSWindow> alive(&self);
         Backing& backing = WindowAccess::backing(self);
-        if (state.damage.isEmpty())
+        if (state.damage.isEmpty() && state.moved.isEmpty())
             return;
         const DrawingScope scope(state);
         Painter announcing(self, partsOf(state));
@@ -147,7 +149,10 @@ template <> struct NSWindow::Methods<struct Drawing> {
         for (const display::PixelRect& rect : rects)
             clearPixels(backing, rect);
         painter.paint(*state.frameView);
-        WindowAccess::present(self, rects);
+        Damage changed = std::exchange(state.moved, {});
+        for (const display::PixelRect& rect : rects)
+            changed.add(rect);
+        WindowAccess::present(self, changed.rects());
         if (const std::exception_ptr& raised
             = announcing.raised() ? announcing.raised() : painter.raised())
             std::rethrow_exception(raised);

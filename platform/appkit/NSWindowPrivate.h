@@ -71,6 +71,7 @@ struct WindowState {
     std::unique_ptr<display::Surface> surface;
     std::unique_ptr<Backing> backing;
     Damage damage;
+    Damage moved; // pixels that were moved by scrolling: to be shown, not drawn
 
     Ref<NSString> autosaveName; // nil or text
     std::vector<Ref<NSWindow>> sheets; // the first is shown, the others wait
@@ -138,6 +139,9 @@ struct WindowAccess {
     static void damageAll(NSWindow& window);
     static void drawIfVisible(NSWindow& window);
     static void present(NSWindow& window, std::span<const display::PixelRect> rects);
+    /// Moves what a view has drawn in the window's pixels and marks what comes into view, before the view's bounds move.
+    /// - by: how far the content goes, in the view's coordinates. - Returns: NO where all must be drawn anew instead.
+    static bool copyForScrolling(NSView& view, NSSize by);
 
     // The native window; NSWindow-Order.cpp.
     static display::Surface& surface(NSWindow& window);
