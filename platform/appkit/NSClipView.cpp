@@ -118,7 +118,8 @@ template <> struct NSClipView::Methods<struct Content> {
     // Something is larger, smaller or elsewhere now: the position may be outside, the knobs stand elsewhere.
     static void settle(NSClipView& self)
     {
-        self.setBoundsOrigin(self.bounds().origin);
+        if (self.documentView_)
+            self.setBoundsOrigin(self.bounds().origin);
         maybe(self.superview())->send<"reflectScrolledClipView:">(&self);
     }
     static void documentChanged(NSClipView& self, NSNotification*)

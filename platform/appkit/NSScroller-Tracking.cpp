@@ -2,8 +2,9 @@
 #include "NSScroller.h"
 
 #include "NSApplication.h"
-#include "foundation/Clock.h"
 #include "foundation/NSDate.h"
+#include "foundation/NSRunLoop.h"
+#include "foundation/NSTimer.h"
 #include "runtime/Table.h"
 
 namespace brindle {
@@ -111,28 +112,48 @@ template <> struct NSScroller::Methods<struct Tracking> {
         moveKnob(self, along(self, press) - grip);
         followKnob(self, grip);
     }
+    /// Turns pages again and again while it lives, until the knob is under the pointer.
+    class PageTurner {
+    public:
+        PageTurner(NSScroller& scroller, NSScrollerPart part, NSPoint place)
+            : scroller_(scroller)
+            , part_(part)
+            , place_(place)
+            , timer_(alloc<NSTimer>()->initWithFireDate_interval_repeats_block(
+                  NSDate::cls().dateWithTimeIntervalSinceNow(kFirstRepeat).get(), kRepeat, true,
+                  [this](NSTimer*) { turn(); }))
+        {
+            NSRunLoop::cls().mainRunLoop()->addTimer_forMode(
+                timer_.get(), NSEventTrackingRunLoopMode);
+        }
+        ~PageTurner() { timer_->invalidate(); }
+        PageTurner(const PageTurner&) = delete;
+        PageTurner& operator=(const PageTurner&) = delete;
+        void moveTo(NSPoint place) { place_ = place; }
+
+    private:
+        void turn()
+        {
+            const double before = scroller_.doubleValue();
+            if (scroller_.testPart(place_) == part_)
+                sendAction(scroller_);
+            if (scroller_.doubleValue() == before)
+                timer_->invalidate(); // the knob is there, or at the end
+        }
+        NSScroller& scroller_;
+        NSScrollerPart part_;
+        NSPoint place_; // of the pointer, in the window
+        Ref<NSTimer> timer_;
+    };
     static void turnPages(NSScroller& self, NSEvent& press, NSScrollerPart part)
     {
         const Held held(self, part);
-        NSPoint place = press.locationInWindow();
-        double wait = kFirstRepeat;
         sendAction(self);
-        while (true) {
-            const bool arrived = self.testPart(place) != part;
-            const Ref<NSDate> until = arrived ? NSDate::cls().distantFuture()
-                                              : NSDate::cls().dateWithTimeIntervalSinceNow(wait);
-            const double asked = Clock::uptime();
-            const Ref<NSEvent> event = nextEvent(until.get());
-            if (event && event->type() == NSLeftMouseUp)
+        PageTurner turner(self, part, press.locationInWindow());
+        while (const Ref<NSEvent> event = nextEvent(NSDate::cls().distantFuture().get())) {
+            if (event->type() == NSLeftMouseUp)
                 return;
-            if (event) {
-                place = event->locationInWindow();
-                continue;
-            }
-            if (arrived || Clock::uptime() - asked < wait / 2)
-                return; // nothing more will come
-            wait = kRepeat;
-            sendAction(self);
+            turner.moveTo(event->locationInWindow());
         }
     }
     static void mouseDown(NSScroller& self, NSEvent* press)

@@ -121,8 +121,9 @@ template <> struct NSScroller::Methods<struct Basics> {
     }
     static NSUsableScrollerParts usableParts(NSScroller& self)
     {
-        const bool moves = self.knobProportion() < 1 && slot(self).length >= 2;
-        return moves && self.isEnabled() ? NSAllScrollerParts : NSNoScrollerParts;
+        const bool fits = slot(self).length >= 2 && !NSIsEmptyRect(self.bounds());
+        return fits && self.knobProportion() < 1 && self.isEnabled() ? NSAllScrollerParts
+                                                                     : NSNoScrollerParts;
     }
     static NSRect rectForPart(NSScroller& self, NSScrollerPart part)
     {

@@ -1,8 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-#include <cmath>
-
 #include "NSClipView.h"
-#include "NSViewPrivate.h"
 #include "runtime/Table.h"
 
 namespace brindle {
@@ -25,7 +22,7 @@ template <> struct NSView::Methods<struct Scrolling> {
         if (!clip)
             return;
         NSPoint origin = clip->convertPoint_fromView(point, &self);
-        if (ViewAccess::toSuperview(self).scaleY < 0)
+        if (self.isFlipped() != clip->isFlipped())
             origin.y -= clip->bounds().size.height;
         clip->scrollToPoint(origin);
     }

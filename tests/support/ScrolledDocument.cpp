@@ -17,7 +17,7 @@ template <> struct ScrolledDocument::Methods<struct Drawing> {
         ++self.drawings_;
         self.drawn_ = rect;
         for (CGFloat y = std::floor(NSMinY(rect)); y < NSMaxY(rect); ++y) {
-            const double shade = std::fmod(y * 0.37, 1);
+            const double shade = std::fmod(y * 94, 256) / 255; // a whole number of steps
             NSColor::cls().colorWithCalibratedRed_green_blue_alpha(shade, 1 - shade, 0.5, 1)->set();
             NSRectFill(NSMakeRect(NSMinX(rect), y, rect.size.width, 1));
         }
@@ -41,5 +41,10 @@ template <> struct ScrolledDocument::Methods<struct Drawing> {
     }
 };
 BRINDLE_RECORD(ScrolledDocument, Drawing)
+
+Ref<ScrolledDocument> test::scrolledDocument(NSSize size)
+{
+    return cast<ScrolledDocument>(alloc<ScrolledDocument>()->initWithFrame({ NSZeroPoint, size }));
+}
 
 }

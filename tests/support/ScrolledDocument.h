@@ -24,13 +24,14 @@ public:
 
 namespace test {
 
+    Ref<ScrolledDocument> scrolledDocument(NSSize size);
+
     /// A scroll view without border whose document is larger than itself.
     struct Scrolled {
         explicit Scrolled(NSRect frame = NSMakeRect(0, 0, 100, 200),
             NSSize size = NSMakeSize(100, 1000), bool upright = false)
             : view(cast<NSScrollView>(alloc<NSScrollView>()->initWithFrame(frame)))
-            , document(cast<ScrolledDocument>(
-                  alloc<ScrolledDocument>()->initWithFrame({ NSZeroPoint, size })))
+            , document(scrolledDocument(size))
         {
             document->upright_ = upright;
             view->setDocumentView(document.get());

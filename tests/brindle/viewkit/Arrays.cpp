@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <gtest/gtest.h>
 
+#include "foundation/Exceptions.h"
 #include "foundation/NSMutableArray.h"
 #include "foundation/NSString.h"
-#include "runtime/NSException.h"
 #include "support/Strings.h"
 #include "viewkit/NSArray+Reverse.h"
 #include "viewkit/NSMutableArray+GWExtensions.h"
@@ -42,7 +42,7 @@ namespace {
     TEST(ObjectsOnce, NilIsRefused)
     {
         const auto array = letters({});
-        EXPECT_THROW(addObjectOnce(*array, nullptr), NSException);
+        EXPECT_THROW(addObjectOnce(*array, nullptr), Exception);
     }
 
     TEST(ObjectsOnce, InsertingMovesToTheFront)
@@ -62,16 +62,21 @@ namespace {
     TEST(ObjectsOnce, TheIndexCountsAfterTheRemoval)
     {
         const auto array = letters({ "a"_ns, "b"_ns });
-        EXPECT_THROW(insertObjectOnce_atIndex(*array, "a"_ns, 2), NSException);
+        EXPECT_THROW(insertObjectOnce_atIndex(*array, "a"_ns, 2), Exception);
         EXPECT_EQ(joined(array), "b");
     }
 
     TEST(ReversedArray, TurnsTheOrder)
     {
-        EXPECT_EQ(joined(reversedArray(*letters({ "a"_ns, "b"_ns, "c"_ns }))), "c b a");
+        const auto array = letters({ "a"_ns, "b"_ns, "c"_ns });
+        EXPECT_EQ(joined(reversedArray(*array)), "c b a");
     }
 
-    TEST(ReversedArray, OfNothingIsEmpty) { EXPECT_EQ(reversedArray(*letters({}))->count(), 0u); }
+    TEST(ReversedArray, OfNothingIsEmpty)
+    {
+        const auto array = letters({});
+        EXPECT_EQ(reversedArray(*array)->count(), 0u);
+    }
 
     TEST(ReversedArray, IsANewMutableArray)
     {

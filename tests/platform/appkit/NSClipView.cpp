@@ -7,7 +7,7 @@
 #include <limits>
 
 #include "appkit/NSAnimationContext.h"
-#include "runtime/NSException.h"
+#include "foundation/Exceptions.h"
 #include "support/HeadlessScreen.h"
 #include "support/ScrolledDocument.h"
 
@@ -185,7 +185,7 @@ namespace {
         const Ref<NSView> outer = alloc<NSView>()->initWithFrame(NSMakeRect(0, 0, 10, 10));
         const Ref<NSClipView> clip = make<NSClipView>();
         outer->addSubview(clip.get());
-        EXPECT_THROW(clip->setDocumentView(outer.get()), NSException);
+        EXPECT_THROW(clip->setDocumentView(outer.get()), Exception);
         EXPECT_FALSE(clip->documentView());
     }
 

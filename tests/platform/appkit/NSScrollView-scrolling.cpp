@@ -219,16 +219,6 @@ namespace {
         EXPECT_EQ(s.y(), 610);
     }
 
-    TEST_F(ScrollingTest, APressThatIsHeldTurnsPagesUntilTheKnobIsThere)
-    {
-        screen.pointer().press({ 95, 100 });
-        screen.process();
-        screen.pointer().release();
-        const Ref<NSScroller> scroller = s.view->verticalScroller();
-        EXPECT_EQ(scroller->testPart({ 95, 100 }), NSScrollerKnob);
-        EXPECT_EQ(s.y(), 380);
-    }
-
     TEST_F(ScrollingTest, AKnobInHandIsOneLiveScroll)
     {
         const Notes notes(s.view.get(),
@@ -260,6 +250,8 @@ namespace {
                   .defaultCenter()
                   ->addObserverForName_object_queue_usingBlock(NSViewBoundsDidChangeNotification,
                       s.view->contentView().get(), nullptr, [&](NSNotification*) {
+                          if (!s.view)
+                              return;
                           s.view->removeFromSuperview();
                           s.view->setDocumentView(nullptr);
                           s.view = nullptr;

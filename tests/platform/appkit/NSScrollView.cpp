@@ -6,7 +6,7 @@
 #include <limits>
 
 #include "appkit/NSColor.h"
-#include "runtime/NSException.h"
+#include "foundation/Exceptions.h"
 #include "support/HeadlessScreen.h"
 #include "support/ScrolledDocument.h"
 
@@ -87,8 +87,8 @@ namespace {
     {
         const Scrolled s;
         const Ref<NSView> other = make<NSView>();
-        EXPECT_THROW(s.view->send<"setContentView:">(other.get()), NSException);
-        EXPECT_THROW(s.view->send<"setVerticalScroller:">(other.get()), NSException);
+        EXPECT_THROW(s.view->send<"setContentView:">(other.get()), Exception);
+        EXPECT_THROW(s.view->send<"setVerticalScroller:">(other.get()), Exception);
     }
 
     // ---- laying out

@@ -94,7 +94,7 @@ namespace {
 
     TEST(Scroller, AScrollerWithoutRoomHasNoParts)
     {
-        for (const NSSize size : { NSMakeSize(0, 0), NSMakeSize(15, 1), NSMakeSize(-5, -5) }) {
+        for (const NSSize size : { NSMakeSize(0, 0), NSMakeSize(3, 5), NSMakeSize(-5, -5) }) {
             const Ref<NSScroller> scroller = scrollerOf(size);
             scroller->setKnobProportion(0.5);
             EXPECT_EQ(scroller->usableParts(), NSNoScrollerParts);
