@@ -4,6 +4,8 @@
 #include <array>
 #include <cmath>
 
+#include "appkit/NSAffineTransform.h"
+#include "appkit/NSGraphicsContext.h"
 #include "controls/OnOffSwitchControlCell.h"
 #include "kit/Drawing.h"
 #include "kit/Palette.h"
@@ -15,9 +17,8 @@ using namespace brindle;
 
 namespace {
 
-    constexpr double kNameWidth = 128;
+    constexpr double kNameWidth = 92;
     constexpr double kRowHeight = 46;
-    constexpr double kColumn = 108;
     constexpr std::array kStates { NSOffState, NSMixedState, NSOnState };
 
     Ref<NSString> text(const char* characters)
@@ -26,7 +27,8 @@ namespace {
     }
     double columnAt(NSRect body, std::size_t column)
     {
-        return body.origin.x + kNameWidth + kColumn * static_cast<double>(column);
+        const double width = std::floor((body.size.width - kNameWidth) / kStates.size());
+        return body.origin.x + kNameWidth + width * static_cast<double>(column);
     }
     double rowAt(NSRect body, std::size_t row)
     {
@@ -149,7 +151,7 @@ template <> struct TintsCard::Methods<struct Rows> {
             cell->setOnOffSwitchControlColors(kPairs[row].scheme);
             for (std::size_t column = 0; column < kStates.size(); ++column)
                 drawOne(self, *cell, kStates[column],
-                    NSMakeRect(columnAt(body, column), rowAt(body, row) + 3, 92, 24));
+                    NSMakeRect(columnAt(body, column), rowAt(body, row) + 3, 76, 24));
         }
     }
     static void drawOne(
@@ -159,7 +161,14 @@ template <> struct TintsCard::Methods<struct Rows> {
         const Ref<NSColor> ground
             = NSColor::cls().colorWithCalibratedWhite_alpha(isDark() ? 0.34 : 0.62, 1);
         fillRounded(frame, 2.5, ground.get());
-        cell.tintBackgroundWithFrame_inView(frame, &self);
+        // A mixed thumb is in the middle only where its frame begins at 0, as it does in a control.
+        const Ref<NSAffineTransform> place = NSAffineTransform::cls().transform();
+        place->translateXBy_yBy(frame.origin.x, frame.origin.y);
+        NSGraphicsContext::cls().saveGraphicsState();
+        place->concat();
+        cell.tintBackgroundWithFrame_inView(
+            NSMakeRect(0, 0, frame.size.width, frame.size.height), &self);
+        NSGraphicsContext::cls().restoreGraphicsState();
     }
 
     static void table(Builder& t)

@@ -279,7 +279,7 @@ TEST(NSButtonCell, AnArchiveKeepsItsSettings)
     cell->setTitle("Remember"_ns);
     cell->setKeyEquivalent("r"_ns);
     cell->setTag(12);
-    cell->setAction(selector<"act:">);
+    cell->setAction(sel_registerName("act:")); // archives hold names
     const Ref<NSData> archive = NSKeyedArchiver::cls().archivedDataWithRootObject(cell.get());
     const Ref<NSButtonCell> back
         = cast<NSButtonCell>(NSKeyedUnarchiver::cls().unarchiveObjectWithData(archive.get()));
