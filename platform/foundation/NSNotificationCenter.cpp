@@ -26,6 +26,7 @@ namespace {
         Ref<NSOperationQueue> queue;
         Ref<NSString> name;
         const NSObject* object = nullptr;
+        WeakRef<NSObject> life; // of the object: another one may come to lie where it lay
         std::atomic<bool> ended { false };
     };
     using Shared = std::shared_ptr<Observation>;
@@ -66,7 +67,7 @@ namespace {
 
     void deliver(const Observation& each, NSNotification* notification)
     {
-        if (each.ended.load(std::memory_order_acquire))
+        if (each.ended.load(std::memory_order_acquire) || (each.object && !each.life.get()))
             return;
         if (!each.block) {
             if (const Ref<NSObject> observer = each.observer.get())
@@ -194,6 +195,7 @@ template <> struct NSNotificationCenter::Methods<struct Posting> {
         if (name)
             each->name = cast<NSString>(name->copy());
         each->object = object;
+        each->life = WeakRef<NSObject>(object);
         return each;
     }
     static void addObserver(NSNotificationCenter& self, NSObject* observer, SEL selector,

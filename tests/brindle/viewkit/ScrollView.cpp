@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <vector>
 
 #include "support/ScrolledDocument.h"
 #include "support/VirtualClock.h"
@@ -212,6 +213,19 @@ namespace {
         setScrollingBlock(*s.view, [&log](NSRect) { log += "second "; });
         scrollTo(100);
         EXPECT_EQ(log, "first second ");
+    }
+
+    TEST_F(ScrollViewExtension, TheLiveClosureOfAViewThatIsGoneIsNotThatOfTheNext)
+    {
+        int calls = 0;
+        {
+            const Scrolled gone;
+            setScrollingBlock(*gone.view, [&calls](NSRect) { ++calls; });
+        }
+        std::vector<Scrolled> others(50); // some come to lie where it lay
+        for (const Scrolled& other : others)
+            other.view->contentView()->scrollToPoint({ 0, 10 });
+        EXPECT_EQ(calls, 0);
     }
 
     TEST_F(ScrollViewExtension, WithTheScrollViewGoneTheLiveClosureGetsTheZeroRectangle)
