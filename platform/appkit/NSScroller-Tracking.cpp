@@ -97,6 +97,8 @@ template <> struct NSScroller::Methods<struct Tracking> {
     }
     static void trackKnob(NSScroller& self, NSEvent* press)
     {
+        if (!press)
+            return;
         const Ref<NSScroller> alive(&self);
         const Held held(self, NSScrollerKnob);
         followKnob(self, along(self, *press) - startOf(self, self.rectForPart(NSScrollerKnob)));

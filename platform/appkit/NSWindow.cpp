@@ -30,6 +30,8 @@ template <> struct NSWindow::Methods<struct Basics> {
     static Ref<NSWindow> initWithContentRect(
         NSWindow& self, NSRect content, NSWindowStyleMask style, NSBackingStoreType, bool)
     {
+        if (WindowAccess::isReady(self))
+            return &self; // it has its number and its place among the windows
         if (!super<NSWindow, "init", Ref<NSObject>>(self))
             return nullptr;
         WindowAccess::install(self, std::make_shared<WindowState>());

@@ -127,7 +127,8 @@ template <> struct NSSortDescriptor::Methods<struct Rule> {
                 placeOf(&self, "encodeWithCoder:") + "a block cannot be encoded");
         coder->encodeObject_forKey(self.key_.get(), "NSKey"_ns);
         coder->encodeBool_forKey(self.ascending_, "NSAscending"_ns);
-        coder->encodeObject_forKey(stringFrom(sel_getName(self.selector_)).get(), "NSSelector"_ns);
+        if (const char* const name = sel_getName(self.selector_))
+            coder->encodeObject_forKey(stringFrom(name).get(), "NSSelector"_ns);
     }
     static Ref<NSObject> initWithCoder(NSSortDescriptor& self, NSCoder* coder)
     {

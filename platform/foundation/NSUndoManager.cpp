@@ -61,14 +61,16 @@ public:
 template <> struct UndoRecorder::Methods<struct Recording> {
     static Ref<NSMethodSignature> signature(UndoRecorder& self, SEL sel)
     {
-        return self.target_->methodSignatureForSelector(sel);
+        return maybe(self.target_)->methodSignatureForSelector(sel);
     }
     static bool responds(UndoRecorder& self, SEL sel)
     {
-        return self.target_->respondsToSelector(sel);
+        return maybe(self.target_)->respondsToSelector(sel);
     }
     static void forward(UndoRecorder& self, NSInvocation* message)
     {
+        if (!self.manager_ || !message)
+            return;
         const Ref<NSInvocation> kept(message);
         kept->setTarget(nullptr); // known to the manager, which does not keep it
         kept->retainArguments();

@@ -43,6 +43,13 @@ namespace {
         EXPECT_EQ(scroller->knobProportion(), 1);
     }
 
+    TEST(Scroller, IsNotTrackedWithoutAPress)
+    {
+        const Ref<NSScroller> scroller = make<NSScroller>();
+        scroller->trackKnob(nullptr);
+        EXPECT_EQ(scroller->doubleValue(), 0);
+    }
+
     TEST(Scroller, NaNChangesNothing)
     {
         const Ref<NSScroller> scroller = scrollerOf({ 15, 100 });

@@ -75,6 +75,21 @@ namespace {
         bool showsBlue() { return screen.pixels().at(100, 100) == 0xFF0000FF; }
     };
 
+    TEST(NSWindowOrder, AWindowInitializedTwiceKeepsItsNumber)
+    {
+        const HeadlessScreen screen { 100, 100 };
+        NSInteger number = 0;
+        {
+            const Ref<NSWindow> window = make<NSWindow>();
+            number = window->windowNumber();
+            EXPECT_EQ(window->init(), window);
+            EXPECT_EQ(window->windowNumber(), number);
+        }
+        const Ref<NSWindow> other = make<NSWindow>();
+        other->orderWindow_relativeTo(NSWindowAbove, number); // a number of no window any more
+        EXPECT_TRUE(other->isVisible());
+    }
+
     TEST(NSWindowOrder, FrontAndBackAreWithinALevel)
     {
         Pair p;

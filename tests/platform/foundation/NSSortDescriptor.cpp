@@ -3,7 +3,9 @@
 
 #include <gtest/gtest.h>
 
+#include "foundation/NSData.h"
 #include "foundation/NSDictionary.h"
+#include "foundation/NSKeyedArchiver.h"
 #include "foundation/NSMutableArray.h"
 #include "foundation/NSNumber.h"
 #include "foundation/NSSet.h"
@@ -97,6 +99,14 @@ TEST(NSSortDescriptor, ComparesByABlock)
         });
     EXPECT_EQ(rule->compareObject_toObject("zz"_ns, "aaa"_ns), NSOrderedAscending);
     EXPECT_FALSE(rule->selector());
+}
+
+TEST(NSSortDescriptor, IsArchivedWithoutAnOperationThatNobodyNamed)
+{
+    constexpr SEL unnamed { 1ull << 63 | 4711 };
+    const auto rule
+        = alloc<NSSortDescriptor>()->initWithKey_ascending_selector("name"_ns, true, unnamed);
+    EXPECT_TRUE(NSKeyedArchiver::cls().archivedDataWithRootObject(rule.get()));
 }
 
 TEST(NSSortDescriptor, TurnsRound)
