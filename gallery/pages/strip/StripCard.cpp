@@ -17,28 +17,24 @@ namespace {
 
 }
 
-/// What the sample windows show: some lines of something.
+/// What the sample windows show: some lines of something. Not flipped: a strip's zone is placed in its coordinates.
 class StripContent : public NSView {
     BRINDLE_OBJECT(StripContent, NSView)
 };
 template <> struct StripContent::Methods<struct Lines> {
-    static bool isFlipped(StripContent&) { return true; }
     static void drawRect(StripContent& self, NSRect)
     {
         const NSRect bounds = self.bounds();
         fill(bounds, palette().card.get());
         constexpr double kShares[] = { 0.5, 0.82, 0.7, 0.9, 0.64, 0.78 };
-        double y = 76;
+        double y = NSMaxY(bounds) - 88;
         for (const double share : kShares) {
             fillRounded(
                 NSMakeRect(28, y, (bounds.size.width - 56) * share, 12), 6, palette().soft.get());
-            y += 30;
+            y -= 30;
         }
     }
-    static void table(Builder& t)
-    {
-        t.methods({ { "isFlipped", imp<isFlipped> }, { "drawRect:", imp<drawRect> } });
-    }
+    static void table(Builder& t) { t.methods({ { "drawRect:", imp<drawRect> } }); }
 };
 BRINDLE_RECORD(StripContent, Lines)
 
