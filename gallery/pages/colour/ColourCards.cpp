@@ -115,9 +115,10 @@ template <> struct GroundsCard::Methods<struct Writing> {
         const double height = (body.size.height - kGap * (kRows - 1)) / kRows;
         std::size_t i = 0;
         for (const Ref<NSColor>& ground : grounds(self.color())) {
-            const NSRect cell = NSMakeRect(
-                body.origin.x + static_cast<double>(i % kColumns) * (width + kGap),
-                body.origin.y + static_cast<double>(i / kColumns) * (height + kGap), width, height);
+            const std::size_t row = i / kColumns;
+            const NSRect cell
+                = NSMakeRect(body.origin.x + static_cast<double>(i % kColumns) * (width + kGap),
+                    body.origin.y + static_cast<double>(row) * (height + kGap), width, height);
             drawGround(ground, cell);
             ++i;
         }

@@ -86,8 +86,9 @@ template <> struct ContentModesCard::Methods<struct Modes> {
         const double height = (body.size.height - kChipHeight) / 2;
         int mode = 0;
         for (NSString* name : names) {
+            const int row = mode / kColumns;
             const NSRect cell = NSMakeRect(body.origin.x + width * (mode % kColumns),
-                body.origin.y + height * (mode / kColumns), width, height - kCardGap / 2);
+                body.origin.y + height * row, width, height - kCardGap / 2);
             const NSRect frame = centered(kFrame, labelled(name, cell));
             const double radius = self.round_->isOn() ? kRadius : 0;
             fillRounded(frame, radius, palette().soft.get());

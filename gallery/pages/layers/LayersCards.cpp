@@ -214,8 +214,9 @@ template <> struct LooksCard::Methods<struct Samples> {
         const double width = body.size.width / kColumns;
         const double height
             = (body.size.height - kChipHeight - kCardGap) / (double { count } / kColumns);
+        const std::size_t row = index / kColumns;
         return NSMakeRect(body.origin.x + static_cast<double>(index % kColumns) * width,
-            body.origin.y + static_cast<double>(index / kColumns) * height, width, height);
+            body.origin.y + static_cast<double>(row) * height, width, height);
     }
 
     static void setFrameSize(LooksCard& self, NSSize size)

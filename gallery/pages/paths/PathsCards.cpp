@@ -111,10 +111,12 @@ template <> struct CornersCard::Methods<struct Corners> {
 
     static void drawBody(CornersCard& self, NSRect body)
     {
-        const double height = (body.size.height - kGap * (kAll / kColumns - 1)) * kColumns / kAll;
+        constexpr int kRows = kAll / kColumns;
+        const double height = (body.size.height - kGap * (kRows - 1)) / kRows;
         for (int corners = 0; corners < kAll; ++corners) {
             NSRect row = body;
-            row.origin.y += corners / kColumns * (height + kGap);
+            const int above = corners / kColumns;
+            row.origin.y += above * (height + kGap);
             row.size.height = height;
             const NSRect cell = inset(partOf(row, corners % kColumns, kColumns), 0.5);
             const auto path
