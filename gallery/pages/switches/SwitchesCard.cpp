@@ -53,7 +53,7 @@ template <> struct SwitchesCard::Methods<struct Rows> {
     };
     static constexpr std::array kRows {
         Row { "Regular", { 60, 22 }, true },
-        Row { "Large", { 84, 30 }, true },
+        Row { "Large", { 76, 28 }, true },
         Row { "Small", { 44, 16 }, true },
         Row { "Disabled", { 60, 22 }, false },
     };
@@ -151,7 +151,7 @@ template <> struct TintsCard::Methods<struct Rows> {
             cell->setOnOffSwitchControlColors(kPairs[row].scheme);
             for (std::size_t column = 0; column < kStates.size(); ++column)
                 drawOne(self, *cell, kStates[column],
-                    NSMakeRect(columnAt(body, column), rowAt(body, row) + 3, 76, 24));
+                    NSMakeRect(columnAt(body, column), rowAt(body, row) + 3, 70, 24));
         }
     }
     static void drawOne(
@@ -161,14 +161,15 @@ template <> struct TintsCard::Methods<struct Rows> {
         const Ref<NSColor> ground
             = NSColor::cls().colorWithCalibratedWhite_alpha(isDark() ? 0.34 : 0.62, 1);
         fillRounded(frame, 2.5, ground.get());
-        // A mixed thumb is in the middle only where its frame begins at 0, as it does in a control.
+        // As in a control of its own: there the frame begins at 0, where alone a mixed thumb is in the middle, and labels
+        // end at the edges.
+        const GraphicsStateGuard guard;
+        NSRectClip(frame);
         const Ref<NSAffineTransform> place = NSAffineTransform::cls().transform();
         place->translateXBy_yBy(frame.origin.x, frame.origin.y);
-        NSGraphicsContext::cls().saveGraphicsState();
         place->concat();
         cell.tintBackgroundWithFrame_inView(
             NSMakeRect(0, 0, frame.size.width, frame.size.height), &self);
-        NSGraphicsContext::cls().restoreGraphicsState();
     }
 
     static void table(Builder& t)
