@@ -3,7 +3,7 @@
 
 #include "NSBezierPath.h"
 #include "NSGraphicsContext.h"
-#include "foundation/NSCoder.h"
+#include "foundation/CodingTable.h"
 #include "foundation/NSString.h"
 #include "runtime/Table.h"
 
@@ -162,8 +162,6 @@ template <> struct NSAffineTransform::Methods<struct Values> {
         return copy;
     }
 
-    static bool isSecure(Class&) { return true; }
-
     // - Shape: one number a key.
     static constexpr std::pair<const char*, CGFloat CGAffineTransform::*> kNumbers[]
         = { { "m11", &CGAffineTransform::a }, { "m12", &CGAffineTransform::b },
@@ -189,14 +187,12 @@ template <> struct NSAffineTransform::Methods<struct Values> {
 
     static void table(Builder& t)
     {
-        t.conformsTo({ "NSCopying", "NSCoding", "NSSecureCoding" });
-        t.classMethods({ { "supportsSecureCoding", imp<isSecure> } });
+        t.conformsTo({ "NSCopying" });
+        declareCoding<encode, initWithCoder>(t);
         t.methods({
             { "isEqual:", imp<isEqual> },
             { "hash", imp<hash> },
             { "copyWithZone:", imp<copyWithZone> },
-            { "encodeWithCoder:", imp<coding<encode>> },
-            { "initWithCoder:", imp<coding<initWithCoder>> },
         });
     }
 };

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "NSBezierPath.h"
 
-#include "foundation/NSCoder.h"
+#include "foundation/CodingTable.h"
 #include "foundation/NSString.h"
 #include "runtime/Table.h"
 
@@ -14,8 +14,6 @@ using quartz::PathData;
 // - Shape: "NSElements" has a byte an element, numbered as a Quartz path's; "NSPoints" and "NSDashes" are rows of doubles as
 //   they lie in memory.
 template <> struct NSBezierPath::Methods<struct Coding> {
-
-    static bool isSecure(Class&) { return true; }
 
     template <class T>
     static void encodeRow(NSCoder* coder, const std::vector<T>& row, NSString* key)
@@ -99,15 +97,7 @@ template <> struct NSBezierPath::Methods<struct Coding> {
         return &self;
     }
 
-    static void table(Builder& t)
-    {
-        t.conformsTo({ "NSCoding", "NSSecureCoding" });
-        t.classMethods({ { "supportsSecureCoding", imp<isSecure> } });
-        t.methods({
-            { "encodeWithCoder:", imp<coding<encode>> },
-            { "initWithCoder:", imp<coding<initWithCoder>> },
-        });
-    }
+    static void table(Builder& t) { declareCoding<encode, initWithCoder>(t); }
 };
 BRINDLE_RECORD(NSBezierPath, Coding)
 

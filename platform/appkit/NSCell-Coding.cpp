@@ -2,7 +2,7 @@
 #include "NSActionCell.h"
 #include "NSButtonPrivate.h"
 #include "NSView.h"
-#include "foundation/NSCoder.h"
+#include "foundation/CodingTable.h"
 #include "foundation/NSObjCRuntime.h"
 #include "runtime/Table.h"
 
@@ -72,7 +72,6 @@ namespace {
 // - Shape: the value under "NSContents", the font under "NSFontName" and "NSFontSize", a number for every setting.
 template <> struct NSCell::Methods<struct Coding> {
 
-    static bool isSecure(Class&) { return true; }
     static void encode(NSCell& self, NSCoder* coder)
     {
         CellAttributes& attributes = CellAccess::of(self);
@@ -94,15 +93,7 @@ template <> struct NSCell::Methods<struct Coding> {
         return &self;
     }
 
-    static void table(Builder& t)
-    {
-        t.conformsTo({ "NSCoding", "NSSecureCoding" });
-        t.classMethods({ { "supportsSecureCoding", imp<isSecure> } });
-        t.methods({
-            { "encodeWithCoder:", imp<coding<encode>> },
-            { "initWithCoder:", imp<coding<initWithCoder>> },
-        });
-    }
+    static void table(Builder& t) { declareCoding<encode, initWithCoder>(t); }
 };
 BRINDLE_RECORD(NSCell, Coding)
 

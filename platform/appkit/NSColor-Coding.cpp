@@ -2,8 +2,8 @@
 #include <charconv>
 
 #include "NSColorPrivate.h"
+#include "foundation/CodingTable.h"
 #include "foundation/Exceptions.h"
-#include "foundation/NSCoder.h"
 #include "foundation/NSError.h"
 #include "foundation/NSString.h"
 #include "runtime/Table.h"
@@ -23,8 +23,6 @@ template <> struct NSColor::Methods<struct Coding> {
         kCatalog = 6,
         kPattern = 10
     };
-
-    static bool isSecure(Class&) { return true; }
 
     static void encodeNumbers(NSColor& self, NSCoder* coder, NSString* key, std::size_t count)
     {
@@ -137,15 +135,7 @@ template <> struct NSColor::Methods<struct Coding> {
         return nullptr;
     }
 
-    static void table(Builder& t)
-    {
-        t.conformsTo({ "NSCoding", "NSSecureCoding" });
-        t.classMethods({ { "supportsSecureCoding", imp<isSecure> } });
-        t.methods({
-            { "encodeWithCoder:", imp<coding<encode>> },
-            { "initWithCoder:", imp<coding<initWithCoder>> },
-        });
-    }
+    static void table(Builder& t) { declareCoding<encode, initWithCoder>(t); }
 };
 BRINDLE_RECORD(NSColor, Coding)
 

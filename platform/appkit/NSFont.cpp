@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "NSFont.h"
 
-#include "foundation/NSCoder.h"
+#include "foundation/CodingTable.h"
 #include "runtime/Table.h"
 
 #include <cmath>
@@ -141,7 +141,6 @@ template <> struct NSFont::Methods<struct Measures> {
     static Ref<NSObject> copyWithZone(NSFont& self, void*) { return &self; }
 
     // - Shape: "NSName", the PostScript name; "NSSize".
-    static bool isSecure(Class&) { return true; }
     static void encode(NSFont& self, NSCoder* coder)
     {
         coder->encodeObject_forKey(self.fontName().get(), "NSName"_ns);
@@ -158,11 +157,9 @@ template <> struct NSFont::Methods<struct Measures> {
 
     static void table(Builder& t)
     {
-        t.conformsTo({ "NSCopying", "NSCoding", "NSSecureCoding" });
-        t.classMethods({ { "supportsSecureCoding", imp<isSecure> } });
+        t.conformsTo({ "NSCopying" });
+        declareCoding<encode, initWithCoder>(t);
         t.methods({
-            { "encodeWithCoder:", imp<coding<encode>> },
-            { "initWithCoder:", imp<coding<initWithCoder>> },
             { "fontName", imp<fontName> },
             { "familyName", imp<familyName> },
             { "displayName", imp<fontName> },

@@ -5,9 +5,9 @@
 #include "NSBezierPathPrivate.h"
 #include "NSColor.h"
 #include "NSGraphicsContext.h"
+#include "foundation/CodingTable.h"
 #include "foundation/Exceptions.h"
 #include "foundation/NSArray.h"
-#include "foundation/NSCoder.h"
 #include "foundation/NSString.h"
 #include "runtime/Table.h"
 
@@ -280,8 +280,6 @@ template <> struct NSGradient::Methods<struct Coding> {
 
     static constexpr std::size_t kNumbers = 5;
 
-    static bool isSecure(Class&) { return true; }
-
     static void encode(NSGradient& self, NSCoder* coder)
     {
         std::vector<double> row;
@@ -305,15 +303,7 @@ template <> struct NSGradient::Methods<struct Coding> {
         return &self;
     }
 
-    static void table(Builder& t)
-    {
-        t.conformsTo({ "NSCoding", "NSSecureCoding" });
-        t.classMethods({ { "supportsSecureCoding", imp<isSecure> } });
-        t.methods({
-            { "encodeWithCoder:", imp<coding<encode>> },
-            { "initWithCoder:", imp<coding<initWithCoder>> },
-        });
-    }
+    static void table(Builder& t) { declareCoding<encode, initWithCoder>(t); }
 };
 BRINDLE_RECORD(NSGradient, Coding)
 

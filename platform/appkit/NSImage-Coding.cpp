@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "NSImagePrivate.h"
-#include "foundation/NSCoder.h"
+#include "foundation/CodingTable.h"
 #include "foundation/NSData.h"
 #include "foundation/NSSet.h"
 #include "runtime/Table.h"
@@ -9,8 +9,6 @@ namespace brindle {
 
 // - Shape: "NSTIFFRepresentation" is the bitmap as a TIFF file, "NSSize" its size in points.
 template <> struct NSBitmapImageRep::Methods<struct Coding> {
-
-    static bool isSecure(Class&) { return true; }
 
     static void encode(NSBitmapImageRep& self, NSCoder* coder)
     {
@@ -27,23 +25,13 @@ template <> struct NSBitmapImageRep::Methods<struct Coding> {
         return &self;
     }
 
-    static void table(Builder& t)
-    {
-        t.conformsTo({ "NSCoding", "NSSecureCoding" });
-        t.classMethods({ { "supportsSecureCoding", imp<isSecure> } });
-        t.methods({
-            { "encodeWithCoder:", imp<coding<encode>> },
-            { "initWithCoder:", imp<coding<initWithCoder>> },
-        });
-    }
+    static void table(Builder& t) { declareCoding<encode, initWithCoder>(t); }
 };
 BRINDLE_RECORD(NSBitmapImageRep, Coding)
 
 // - Shape: "NSReps" is an array of bitmaps, in which everything else was drawn; "NSSize", "NSTemplate" and the margins
 //   "NSCapInsets" (a rectangle of left, bottom, right, top) with "NSResizingMode" are the image's own.
 template <> struct NSImage::Methods<struct Coding> {
-
-    static bool isSecure(Class&) { return true; }
 
     static void encode(NSImage& self, NSCoder* coder)
     {
@@ -82,15 +70,7 @@ template <> struct NSImage::Methods<struct Coding> {
         return &self;
     }
 
-    static void table(Builder& t)
-    {
-        t.conformsTo({ "NSCoding", "NSSecureCoding" });
-        t.classMethods({ { "supportsSecureCoding", imp<isSecure> } });
-        t.methods({
-            { "encodeWithCoder:", imp<coding<encode>> },
-            { "initWithCoder:", imp<coding<initWithCoder>> },
-        });
-    }
+    static void table(Builder& t) { declareCoding<encode, initWithCoder>(t); }
 };
 BRINDLE_RECORD(NSImage, Coding)
 

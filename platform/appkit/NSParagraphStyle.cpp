@@ -7,10 +7,10 @@
 
 #include "NSMutableParagraphStyle.h"
 #include "NSTextTab.h"
+#include "foundation/CodingTable.h"
 #include "foundation/Each.h"
 #include "foundation/Exceptions.h"
 #include "foundation/NSArray.h"
-#include "foundation/NSCoder.h"
 #include "foundation/NSSet.h"
 #include "runtime/Table.h"
 
@@ -184,7 +184,6 @@ template <> struct NSParagraphStyle::Methods<struct Coding> {
         { "NSDefaultTabInterval", &NSParagraphStyle::defaultTabInterval_, false },
     };
 
-    static bool isSecure(Class&) { return true; }
     static Ref<NSString> keyOf(const Measure& measure)
     {
         return stringFrom(std::string_view(measure.key));
@@ -251,15 +250,7 @@ template <> struct NSParagraphStyle::Methods<struct Coding> {
         return &self;
     }
 
-    static void table(Builder& t)
-    {
-        t.conformsTo({ "NSCoding", "NSSecureCoding" });
-        t.classMethods({ { "supportsSecureCoding", imp<isSecure> } });
-        t.methods({
-            { "encodeWithCoder:", imp<coding<encode>> },
-            { "initWithCoder:", imp<coding<initWithCoder>> },
-        });
-    }
+    static void table(Builder& t) { declareCoding<encode, initWithCoder>(t); }
 };
 BRINDLE_RECORD(NSParagraphStyle, Coding)
 

@@ -3,7 +3,7 @@
 
 #include "NSColor.h"
 #include "NSGraphicsContext.h"
-#include "foundation/NSCoder.h"
+#include "foundation/CodingTable.h"
 #include "foundation/NSString.h"
 #include "runtime/Table.h"
 
@@ -71,8 +71,6 @@ BRINDLE_RECORD(NSShadow, Values)
 // - Shape: "NSShadowHoriz", "NSShadowVert" and "NSShadowBlurRadius" are numbers, "NSShadowColor" is a colour.
 template <> struct NSShadow::Methods<struct Coding> {
 
-    static bool isSecure(Class&) { return true; }
-
     static void encode(NSShadow& self, NSCoder* coder)
     {
         coder->encodeDouble_forKey(self.shadowOffset_.width, "NSShadowHoriz"_ns);
@@ -89,15 +87,7 @@ template <> struct NSShadow::Methods<struct Coding> {
         return &self;
     }
 
-    static void table(Builder& t)
-    {
-        t.conformsTo({ "NSCoding", "NSSecureCoding" });
-        t.classMethods({ { "supportsSecureCoding", imp<isSecure> } });
-        t.methods({
-            { "encodeWithCoder:", imp<coding<encode>> },
-            { "initWithCoder:", imp<coding<initWithCoder>> },
-        });
-    }
+    static void table(Builder& t) { declareCoding<encode, initWithCoder>(t); }
 };
 BRINDLE_RECORD(NSShadow, Coding)
 

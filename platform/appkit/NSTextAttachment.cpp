@@ -2,7 +2,7 @@
 #include "NSTextAttachment.h"
 
 #include "NSStringDrawing.h"
-#include "foundation/NSCoder.h"
+#include "foundation/CodingTable.h"
 #include "foundation/NSDictionary.h"
 #include "runtime/Table.h"
 
@@ -31,20 +31,16 @@ template <> struct NSTextAttachment::Methods<struct Values> {
         self.bounds_ = coder->decodeRectForKey("NSBounds"_ns);
         return &self;
     }
-    static bool isSecure(Class&) { return true; }
 
     static void table(Builder& t)
     {
-        t.conformsTo({ "NSCoding", "NSSecureCoding" });
-        t.classMethods({ { "supportsSecureCoding", imp<isSecure> } });
+        declareCoding<encode, initWithCoder>(t);
         t.properties({
             property<&NSTextAttachment::image_>("image", nonatomic),
             property<&NSTextAttachment::bounds_>("bounds", nonatomic),
         });
         t.methods({
             { "attachmentBounds", imp<attachmentBounds> },
-            { "encodeWithCoder:", imp<coding<encode>> },
-            { "initWithCoder:", imp<coding<initWithCoder>> },
         });
     }
 };

@@ -3,7 +3,7 @@
 
 #include <cmath>
 
-#include "foundation/NSCoder.h"
+#include "foundation/CodingTable.h"
 #include "foundation/NSDictionary.h"
 #include "runtime/Table.h"
 
@@ -52,7 +52,6 @@ template <> struct NSTextTab::Methods<struct Values> {
     static std::uint64_t hash(NSTextTab& self) { return std::hash<double>()(self.location_); }
     static Ref<NSObject> copyWithZone(NSTextTab& self, void*) { return &self; }
 
-    static bool isSecure(Class&) { return true; }
     static void encode(NSTextTab& self, NSCoder* coder)
     {
         coder->encodeInteger_forKey(static_cast<NSInteger>(self.alignment_), "NSAlignment"_ns);
@@ -68,8 +67,8 @@ template <> struct NSTextTab::Methods<struct Values> {
 
     static void table(Builder& t)
     {
-        t.conformsTo({ "NSCopying", "NSCoding", "NSSecureCoding" });
-        t.classMethods({ { "supportsSecureCoding", imp<isSecure> } });
+        t.conformsTo({ "NSCopying" });
+        declareCoding<encode, initWithCoder>(t);
         t.properties({
             property<&NSTextTab::alignment_>("alignment", readonly, nonatomic),
             property<&NSTextTab::location_>("location", readonly, nonatomic),
@@ -82,8 +81,6 @@ template <> struct NSTextTab::Methods<struct Values> {
             { "isEqual:", imp<isEqual> },
             { "hash", imp<hash> },
             { "copyWithZone:", imp<copyWithZone> },
-            { "encodeWithCoder:", imp<coding<encode>> },
-            { "initWithCoder:", imp<coding<initWithCoder>> },
         });
     }
 };

@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
+#include "CodingTable.h"
 #include "CollectionsPrivate.h"
 #include "foundation/archives/KeyedArchivePrivate.h"
 #include "runtime/Table.h"
@@ -29,15 +30,7 @@ template <> struct NSArray::Methods<struct Coding> {
         return &self;
     }
 
-    static void table(Builder& t)
-    {
-        t.conformsTo({ "NSCoding", "NSSecureCoding" });
-        t.classMethods({ { "supportsSecureCoding", imp<archives::isSecure> } });
-        t.methods({
-            { "encodeWithCoder:", imp<coding<encode>> },
-            { "initWithCoder:", imp<coding<initWithCoder>> },
-        });
-    }
+    static void table(Builder& t) { declareCoding<encode, initWithCoder>(t); }
 };
 BRINDLE_RECORD(NSArray, Coding)
 

@@ -2,6 +2,7 @@
 #include <algorithm>
 
 #include "AttributedStringPrivate.h"
+#include "CodingTable.h"
 #include "NSMutableString.h"
 #include "archives/KeyedArchivePrivate.h"
 #include "runtime/Table.h"
@@ -110,15 +111,7 @@ template <> struct NSAttributedString::Methods<struct Coding> {
         return string;
     }
 
-    static void table(Builder& t)
-    {
-        t.conformsTo({ "NSCoding", "NSSecureCoding" });
-        t.classMethods({ { "supportsSecureCoding", imp<archives::isSecure> } });
-        t.methods({
-            { "encodeWithCoder:", imp<coding<encode>> },
-            { "initWithCoder:", imp<coding<initWithCoder>> },
-        });
-    }
+    static void table(Builder& t) { declareCoding<encode, initWithCoder>(t); }
 };
 BRINDLE_RECORD(NSAttributedString, Coding)
 

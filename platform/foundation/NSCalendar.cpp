@@ -5,7 +5,7 @@
 #include <string_view>
 
 #include "CalendarPrivate.h"
-#include "NSCoder.h"
+#include "CodingTable.h"
 #include "runtime/Table.h"
 
 namespace brindle {
@@ -131,7 +131,6 @@ template <> struct NSCalendar::Methods<struct Settings> {
         return copy;
     }
 
-    static bool supportsSecureCoding(Class&) { return true; }
     static void encodeWithCoder(NSCalendar& self, NSCoder* coder)
     {
         coder->encodeObject_forKey(self.identifier_.get(), "NS.identifier"_ns);
@@ -160,16 +159,14 @@ template <> struct NSCalendar::Methods<struct Settings> {
 
     static void table(Builder& t)
     {
-        t.conformsTo({ "NSCopying", "NSSecureCoding" });
+        t.conformsTo({ "NSCopying" });
+        declareCoding<encodeWithCoder, initWithCoder>(t);
         t.classMethods({
-            { "supportsSecureCoding", imp<supportsSecureCoding> },
             { "currentCalendar", imp<current> },
             { "autoupdatingCurrentCalendar", imp<current> },
             { "calendarWithIdentifier:", imp<withIdentifier> },
         });
         t.methods({
-            { "encodeWithCoder:", imp<coding<encodeWithCoder>> },
-            { "initWithCoder:", imp<coding<initWithCoder>> },
             { "init", imp<init> },
             { "initWithCalendarIdentifier:", imp<initWithIdentifier> },
             { "calendarIdentifier", imp<identifier> },

@@ -3,7 +3,7 @@
 
 #include <algorithm>
 
-#include "NSCoder.h"
+#include "CodingTable.h"
 #include "NSData.h"
 #include "NSStringPrivate.h"
 #include "URLText.h"
@@ -262,14 +262,13 @@ template <> struct NSCharacterSet::Methods<struct Members> {
         self.codes_ = std::move(*read);
         return &self;
     }
-    static bool supportsSecureCoding(Class&) { return true; }
 
     static void table(Builder& t)
     {
         using namespace unicode;
-        t.conformsTo({ "NSCopying", "NSMutableCopying", "NSCoding", "NSSecureCoding" });
+        t.conformsTo({ "NSCopying", "NSMutableCopying" });
+        declareCoding<encodeWithCoder, initWithCoder>(t);
         t.classMethods({
-            { "supportsSecureCoding", imp<supportsSecureCoding> },
             { "controlCharacterSet", imp<named<categories<kControls>>> },
             { "whitespaceCharacterSet", imp<named<spaces>> },
             { "whitespaceAndNewlineCharacterSet", imp<named<spacesAndNewlines>> },
@@ -307,8 +306,6 @@ template <> struct NSCharacterSet::Methods<struct Members> {
             { "hash", imp<hash> },
             { "copyWithZone:", imp<copyWithZone> },
             { "mutableCopyWithZone:", imp<mutableCopyWithZone> },
-            { "encodeWithCoder:", imp<coding<encodeWithCoder>> },
-            { "initWithCoder:", imp<coding<initWithCoder>> },
         });
     }
 };

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "NSData.h"
+#include "CodingTable.h"
 #include "foundation/archives/KeyedArchivePrivate.h"
 #include "runtime/Table.h"
 
@@ -24,15 +25,7 @@ template <> struct NSData::Methods<struct Coding> {
         return archives::charge(coder, length) ? self.initWithBytes_length(bytes, length) : nullptr;
     }
 
-    static void table(Builder& t)
-    {
-        t.conformsTo({ "NSCoding", "NSSecureCoding" });
-        t.classMethods({ { "supportsSecureCoding", imp<archives::isSecure> } });
-        t.methods({
-            { "encodeWithCoder:", imp<coding<encode>> },
-            { "initWithCoder:", imp<coding<initWithCoder>> },
-        });
-    }
+    static void table(Builder& t) { declareCoding<encode, initWithCoder>(t); }
 };
 BRINDLE_RECORD(NSData, Coding)
 

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <cmath>
 
+#include "CodingTable.h"
 #include "NSDate.h"
 #include "foundation/archives/KeyedArchivePrivate.h"
 #include "runtime/Table.h"
@@ -24,15 +25,7 @@ template <> struct NSDate::Methods<struct Coding> {
         return self.initWithTimeIntervalSinceReferenceDate(seconds);
     }
 
-    static void table(Builder& t)
-    {
-        t.conformsTo({ "NSCoding", "NSSecureCoding" });
-        t.classMethods({ { "supportsSecureCoding", imp<archives::isSecure> } });
-        t.methods({
-            { "encodeWithCoder:", imp<coding<encode>> },
-            { "initWithCoder:", imp<coding<initWithCoder>> },
-        });
-    }
+    static void table(Builder& t) { declareCoding<encode, initWithCoder>(t); }
 };
 BRINDLE_RECORD(NSDate, Coding)
 

@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
+#include "CodingTable.h"
 #include "CollectionsPrivate.h"
 #include "foundation/archives/KeyedArchivePrivate.h"
 #include "runtime/Table.h"
@@ -40,15 +41,7 @@ template <> struct NSDictionary::Methods<struct Coding> {
             lentObjects.data(), lentKeys.data(), lentKeys.size());
     }
 
-    static void table(Builder& t)
-    {
-        t.conformsTo({ "NSCoding", "NSSecureCoding" });
-        t.classMethods({ { "supportsSecureCoding", imp<archives::isSecure> } });
-        t.methods({
-            { "encodeWithCoder:", imp<coding<encode>> },
-            { "initWithCoder:", imp<coding<initWithCoder>> },
-        });
-    }
+    static void table(Builder& t) { declareCoding<encode, initWithCoder>(t); }
 };
 BRINDLE_RECORD(NSDictionary, Coding)
 

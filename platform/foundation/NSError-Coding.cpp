@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "NSError.h"
+#include "CodingTable.h"
 #include "NSArray.h"
 #include "NSData.h"
 #include "NSDate.h"
@@ -36,15 +37,7 @@ template <> struct NSError::Methods<struct Coding> {
             isDictionary ? static_cast<NSDictionary*>(info.get()) : nullptr);
     }
 
-    static void table(Builder& t)
-    {
-        t.conformsTo({ "NSCoding", "NSSecureCoding" });
-        t.classMethods({ { "supportsSecureCoding", imp<archives::isSecure> } });
-        t.methods({
-            { "encodeWithCoder:", imp<coding<encode>> },
-            { "initWithCoder:", imp<coding<initWithCoder>> },
-        });
-    }
+    static void table(Builder& t) { declareCoding<encode, initWithCoder>(t); }
 };
 BRINDLE_RECORD(NSError, Coding)
 

@@ -10,9 +10,9 @@
 #include <unicode/ulocdata.h>
 #include <unicode/unum.h>
 
+#include "CodingTable.h"
 #include "LocalePrivate.h"
 #include "NSArray.h"
-#include "NSCoder.h"
 #include "NSNumber.h"
 #include "UserLocale.h"
 #include "foundation/unicode/UnicodeCallsPrivate.h"
@@ -156,7 +156,6 @@ template <> struct NSLocale::Methods<struct Identity> {
         return NSString::cls().stringWithFormat("<NSLocale: \"%@\">"_ns, self.localeIdentifier());
     }
 
-    static bool supportsSecureCoding(Class&) { return true; }
     static void encodeWithCoder(NSLocale& self, NSCoder* coder)
     {
         coder->encodeObject_forKey(self.localeIdentifier().get(), "NS.identifier"_ns);
@@ -168,9 +167,9 @@ template <> struct NSLocale::Methods<struct Identity> {
 
     static void table(Builder& t)
     {
-        t.conformsTo({ "NSCopying", "NSSecureCoding" });
+        t.conformsTo({ "NSCopying" });
+        declareCoding<encodeWithCoder, initWithCoder>(t);
         t.classMethods({
-            { "supportsSecureCoding", imp<supportsSecureCoding> },
             { "currentLocale", imp<current> },
             { "autoupdatingCurrentLocale", imp<current> },
             { "systemLocale", imp<system> },
@@ -180,8 +179,6 @@ template <> struct NSLocale::Methods<struct Identity> {
             { "canonicalLocaleIdentifierFromString:", imp<canonical> },
         });
         t.methods({
-            { "encodeWithCoder:", imp<coding<encodeWithCoder>> },
-            { "initWithCoder:", imp<coding<initWithCoder>> },
             { "init", imp<init> },
             { "initWithLocaleIdentifier:", imp<initWithIdentifier> },
             { "localeIdentifier", imp<identifier> },

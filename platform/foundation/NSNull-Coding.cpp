@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "NSNull.h"
+#include "CodingTable.h"
 #include "foundation/archives/KeyedArchivePrivate.h"
 #include "runtime/Table.h"
 
@@ -10,14 +11,7 @@ template <> struct NSNull::Methods<struct Coding> {
     static void encode(NSNull&, NSCoder*) { }
     static Ref<NSObject> initWithCoder(NSNull& self, NSCoder*) { return &self; }
 
-    static void table(Builder& t)
-    {
-        t.classMethods({ { "supportsSecureCoding", imp<archives::isSecure> } });
-        t.methods({
-            { "encodeWithCoder:", imp<coding<encode>> },
-            { "initWithCoder:", imp<coding<initWithCoder>> },
-        });
-    }
+    static void table(Builder& t) { declareCoding<encode, initWithCoder>(t); }
 };
 BRINDLE_RECORD(NSNull, Coding)
 

@@ -25,7 +25,7 @@ template <> struct NSNull::Methods<struct NullObject> {
 
     static void table(Builder& t)
     {
-        t.conformsTo({ "NSCopying", "NSCoding", "NSSecureCoding" });
+        t.conformsTo({ "NSCopying" });
         t.classMethods({
             { "null", imp<null> },
             { "alloc", imp<alloc> },

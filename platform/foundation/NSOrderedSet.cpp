@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "NSOrderedSet.h"
 
+#include "CodingTable.h"
 #include "CollectionsPrivate.h"
-#include "NSCoder.h"
 #include "NSIndexSet.h"
 #include "NSMutableArray.h"
 #include "runtime/NSException.h"
@@ -199,7 +199,8 @@ template <> struct NSOrderedSet::Methods<struct Ordered> {
 
     static void table(Builder& t)
     {
-        t.conformsTo({ "NSCopying", "NSMutableCopying", "NSCoding", "NSSecureCoding" });
+        t.conformsTo({ "NSCopying", "NSMutableCopying" });
+        declareCoding<encodeWithCoder, initWithCoder>(t);
         t.classMethods({
             { "orderedSet", imp<empty> },
             { "orderedSetWithObject:", imp<withObject> },
@@ -241,8 +242,6 @@ template <> struct NSOrderedSet::Methods<struct Ordered> {
             { "description", imp<description> },
             { "descriptionWithLocale:", imp<descriptionWithLocale> },
             { "descriptionWithLocale:indent:", imp<descriptionWithLocaleIndent> },
-            { "encodeWithCoder:", imp<coding<encodeWithCoder>> },
-            { "initWithCoder:", imp<coding<initWithCoder>> },
         });
     }
 };

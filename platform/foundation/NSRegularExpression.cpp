@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "NSRegularExpression.h"
 
+#include "CodingTable.h"
 #include "CollectionsPrivate.h"
-#include "NSCoder.h"
 #include "NSError.h"
 #include "NSMutableArray.h"
 #include "NSMutableString.h"
@@ -332,16 +332,15 @@ template <> struct NSRegularExpression::Methods<struct Expression> {
         return pattern ? self.initWithPattern_options_error(pattern.get(), options, nullptr)
                        : nullptr;
     }
-    static bool supportsSecureCoding(Class&) { return true; }
 
     static void table(Builder& t)
     {
-        t.conformsTo({ "NSCopying", "NSCoding", "NSSecureCoding" });
+        t.conformsTo({ "NSCopying" });
+        declareCoding<encodeWithCoder, initWithCoder>(t);
         t.classMethods({
             { "regularExpressionWithPattern:options:error:", imp<make> },
             { "escapedPatternForString:", imp<escapedPattern> },
             { "escapedTemplateForString:", imp<escapedTemplate> },
-            { "supportsSecureCoding", imp<supportsSecureCoding> },
         });
         t.methods({
             { "initWithPattern:options:error:", imp<init> },
@@ -359,8 +358,6 @@ template <> struct NSRegularExpression::Methods<struct Expression> {
             { "isEqual:", imp<isEqual> },
             { "hash", imp<hash> },
             { "copyWithZone:", imp<copyWithZone> },
-            { "encodeWithCoder:", imp<coding<encodeWithCoder>> },
-            { "initWithCoder:", imp<coding<initWithCoder>> },
         });
     }
 };

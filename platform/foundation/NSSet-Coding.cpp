@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
+#include "CodingTable.h"
 #include "CollectionsPrivate.h"
 #include "foundation/archives/KeyedArchivePrivate.h"
 #include "runtime/Table.h"
@@ -26,15 +27,7 @@ template <> struct NSSet::Methods<struct Coding> {
         return self.initWithObjects_count(lent.data(), lent.size());
     }
 
-    static void table(Builder& t)
-    {
-        t.conformsTo({ "NSCoding", "NSSecureCoding" });
-        t.classMethods({ { "supportsSecureCoding", imp<archives::isSecure> } });
-        t.methods({
-            { "encodeWithCoder:", imp<coding<encode>> },
-            { "initWithCoder:", imp<coding<initWithCoder>> },
-        });
-    }
+    static void table(Builder& t) { declareCoding<encode, initWithCoder>(t); }
 };
 BRINDLE_RECORD(NSSet, Coding)
 

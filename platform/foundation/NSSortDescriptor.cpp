@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "NSSortDescriptor.h"
 
+#include "CodingTable.h"
 #include "CollectionsPrivate.h"
-#include "NSCoder.h"
 #include "NSError.h"
 #include "NSMutableArray.h"
 #include "runtime/NSException.h"
@@ -146,7 +146,8 @@ template <> struct NSSortDescriptor::Methods<struct Rule> {
 
     static void table(Builder& t)
     {
-        t.conformsTo({ "NSCopying", "NSCoding", "NSSecureCoding" });
+        t.conformsTo({ "NSCopying" });
+        declareCoding<encodeWithCoder, initWithCoder>(t);
         t.classMethods({
             { "sortDescriptorWithKey:ascending:", imp<make> },
             { "sortDescriptorWithKey:ascending:selector:", imp<makeSelector> },
@@ -165,8 +166,6 @@ template <> struct NSSortDescriptor::Methods<struct Rule> {
             { "isEqual:", imp<isEqual> },
             { "hash", imp<hash> },
             { "copyWithZone:", imp<copyWithZone> },
-            { "encodeWithCoder:", imp<coding<encodeWithCoder>> },
-            { "initWithCoder:", imp<coding<initWithCoder>> },
         });
     }
 };

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <cstring>
 
+#include "CodingTable.h"
 #include "NSStringPrivate.h"
 #include "foundation/archives/KeyedArchivePrivate.h"
 #include "runtime/Table.h"
@@ -41,14 +42,7 @@ template <> struct NSString::Methods<struct Coding> {
         return self.initWithCharacters_length(units.data(), units.size());
     }
 
-    static void table(Builder& t)
-    {
-        t.classMethods({ { "supportsSecureCoding", imp<archives::isSecure> } });
-        t.methods({
-            { "encodeWithCoder:", imp<coding<encode>> },
-            { "initWithCoder:", imp<coding<initWithCoder>> },
-        });
-    }
+    static void table(Builder& t) { declareCoding<encode, initWithCoder>(t); }
 };
 BRINDLE_RECORD(NSString, Coding)
 

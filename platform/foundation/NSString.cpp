@@ -174,7 +174,7 @@ template <> struct NSString::Methods<struct StringBasics> {
 
     static void table(Builder& t)
     {
-        t.conformsTo({ "NSCopying", "NSMutableCopying", "NSCoding", "NSSecureCoding" });
+        t.conformsTo({ "NSCopying", "NSMutableCopying" });
         t.classMethods({
             { "string", imp<string> },
             { "stringWithString:", imp<stringWithString> },

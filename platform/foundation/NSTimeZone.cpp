@@ -8,8 +8,8 @@
 
 #include "CalendarPrivate.h"
 #include "Clock.h"
+#include "CodingTable.h"
 #include "NSArray.h"
-#include "NSCoder.h"
 #include "runtime/Table.h"
 
 namespace brindle {
@@ -284,7 +284,6 @@ template <> struct NSTimeZone::Methods<struct Identity> {
             "%@ (%@) offset %ld"_ns, self.name(), self.abbreviation(), self.secondsFromGMT());
     }
 
-    static bool supportsSecureCoding(Class&) { return true; }
     static void encodeWithCoder(NSTimeZone& self, NSCoder* coder)
     {
         coder->encodeObject_forKey(self.name().get(), "NS.name"_ns);
@@ -296,9 +295,9 @@ template <> struct NSTimeZone::Methods<struct Identity> {
 
     static void table(Builder& t)
     {
-        t.conformsTo({ "NSCopying", "NSSecureCoding" });
+        t.conformsTo({ "NSCopying" });
+        declareCoding<encodeWithCoder, initWithCoder>(t);
         t.classMethods({
-            { "supportsSecureCoding", imp<supportsSecureCoding> },
             { "timeZoneWithName:", imp<withName> },
             { "timeZoneWithAbbreviation:", imp<withAbbreviation> },
             { "timeZoneForSecondsFromGMT:", imp<withSeconds> },
@@ -309,8 +308,6 @@ template <> struct NSTimeZone::Methods<struct Identity> {
             { "knownTimeZoneNames", imp<knownNames> },
         });
         t.methods({
-            { "encodeWithCoder:", imp<coding<encodeWithCoder>> },
-            { "initWithCoder:", imp<coding<initWithCoder>> },
             { "init", imp<init> },
             { "initWithName:", imp<initWithName> },
             { "name", imp<name> },

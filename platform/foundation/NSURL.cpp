@@ -8,7 +8,7 @@
 
 #include <sys/stat.h>
 
-#include "NSCoder.h"
+#include "CodingTable.h"
 #include "NSNumber.h"
 #include "NSStringPrivate.h"
 #include "PercentEscapesPrivate.h"
@@ -286,18 +286,17 @@ template <> struct NSURL::Methods<struct Pieces> {
         const Ref<NSString> text = decode<NSString>(coder, "NS.relative"_ns);
         return text ? self.initWithString_relativeToURL(text.get(), base.get()) : nullptr;
     }
-    static bool supportsSecureCoding(Class&) { return true; }
 
     static void table(Builder& t)
     {
-        t.conformsTo({ "NSCopying", "NSCoding", "NSSecureCoding" });
+        t.conformsTo({ "NSCopying" });
+        declareCoding<encodeWithCoder, initWithCoder>(t);
         t.classMethods({
             { "URLWithString:", imp<withString> },
             { "URLWithString:relativeToURL:", imp<withStringAndBase> },
             { "fileURLWithPath:", imp<withPath> },
             { "fileURLWithPath:isDirectory:", imp<withPathAndKind> },
             { "fileURLWithPathComponents:", imp<withComponents> },
-            { "supportsSecureCoding", imp<supportsSecureCoding> },
         });
         t.methods({
             { "initWithString:", imp<initWithString> },
@@ -326,8 +325,6 @@ template <> struct NSURL::Methods<struct Pieces> {
             { "hash", imp<hash> },
             { "copyWithZone:", imp<copyWithZone> },
             { "description", imp<description> },
-            { "encodeWithCoder:", imp<coding<encodeWithCoder>> },
-            { "initWithCoder:", imp<coding<initWithCoder>> },
         });
     }
 };

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "NSURLQueryItem.h"
 
-#include "NSCoder.h"
+#include "CodingTable.h"
 #include "runtime/Table.h"
 
 namespace brindle {
@@ -51,14 +51,13 @@ template <> struct NSURLQueryItem::Methods<struct Item> {
         return self.initWithName_value(decode<NSString>(coder, "NS.name"_ns).get(),
             decode<NSString>(coder, "NS.value"_ns).get());
     }
-    static bool supportsSecureCoding(Class&) { return true; }
 
     static void table(Builder& t)
     {
-        t.conformsTo({ "NSCopying", "NSCoding", "NSSecureCoding" });
+        t.conformsTo({ "NSCopying" });
+        declareCoding<encodeWithCoder, initWithCoder>(t);
         t.classMethods({
             { "queryItemWithName:value:", imp<make> },
-            { "supportsSecureCoding", imp<supportsSecureCoding> },
         });
         t.methods({
             { "initWithName:value:", imp<init> },
@@ -66,8 +65,6 @@ template <> struct NSURLQueryItem::Methods<struct Item> {
             { "hash", imp<hash> },
             { "copyWithZone:", imp<copyWithZone> },
             { "description", imp<description> },
-            { "encodeWithCoder:", imp<coding<encodeWithCoder>> },
-            { "initWithCoder:", imp<coding<initWithCoder>> },
         });
         t.properties({
             property<&NSURLQueryItem::name_>("name", readonly, copied, nonatomic),

@@ -8,8 +8,8 @@
 
 #include <sys/random.h>
 
+#include "CodingTable.h"
 #include "HashingPrivate.h"
-#include "NSCoder.h"
 #include "NSString.h"
 #include "StringConstant.h"
 #include "runtime/NSException.h"
@@ -141,7 +141,6 @@ template <> struct NSUUID::Methods<struct Identity> {
     static std::uint64_t hash(NSUUID& self) { return hashing::ofBytes(self.bytes_); }
     static Ref<NSObject> copyWithZone(NSUUID& self, void*) { return &self; }
 
-    static bool supportsSecureCoding(Class&) { return true; }
     static void encodeWithCoder(NSUUID& self, NSCoder* coder)
     {
         maybe(coder)->encodeBytes_length_forKey(self.bytes_.data(), self.bytes_.size(), kBytesKey);
@@ -157,10 +156,10 @@ template <> struct NSUUID::Methods<struct Identity> {
 
     static void table(Builder& t)
     {
-        t.conformsTo({ "NSCopying", "NSCoding", "NSSecureCoding" });
+        t.conformsTo({ "NSCopying" });
+        declareCoding<encodeWithCoder, initWithCoder>(t);
         t.classMethods({
             { "UUID", imp<UUID> },
-            { "supportsSecureCoding", imp<supportsSecureCoding> },
         });
         t.methods({
             { "init", imp<init> },
@@ -173,8 +172,6 @@ template <> struct NSUUID::Methods<struct Identity> {
             { "isEqual:", imp<isEqual> },
             { "hash", imp<hash> },
             { "copyWithZone:", imp<copyWithZone> },
-            { "encodeWithCoder:", imp<coding<encodeWithCoder>> },
-            { "initWithCoder:", imp<coding<initWithCoder>> },
         });
     }
 };

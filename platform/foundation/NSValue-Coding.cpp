@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
+#include "CodingTable.h"
 #include "Exceptions.h"
 #include "NSNumber.h"
 #include "foundation/archives/KeyedArchivePrivate.h"
@@ -71,14 +72,7 @@ template <> struct NSValue::Methods<struct Coding> {
             static_cast<NSUInteger>(coder->decodeIntegerForKey("NS.rangeval.length"_ns)) };
     }
 
-    static void table(Builder& t)
-    {
-        t.classMethods({ { "supportsSecureCoding", imp<archives::isSecure> } });
-        t.methods({
-            { "encodeWithCoder:", imp<coding<encode>> },
-            { "initWithCoder:", imp<coding<initWithCoder>> },
-        });
-    }
+    static void table(Builder& t) { declareCoding<encode, initWithCoder>(t); }
 };
 BRINDLE_RECORD(NSValue, Coding)
 

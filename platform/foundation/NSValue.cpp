@@ -170,7 +170,7 @@ template <> struct NSValue::Methods<struct Boxes> {
 
     static void table(Builder& t)
     {
-        t.conformsTo({ "NSCopying", "NSCoding", "NSSecureCoding" });
+        t.conformsTo({ "NSCopying" });
         t.classMethods({
             { "valueWithBytes:objCType:", imp<valueWithBytes> },
             { "value:withObjCType:", imp<valueWithBytes> },

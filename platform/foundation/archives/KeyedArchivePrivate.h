@@ -86,7 +86,4 @@ bool takeNumber(std::span<const std::uint8_t>& bytes, NSUInteger& number);
 /// Tells the coder that what it read makes no sense.
 void refuse(NSCoder* coder, const std::string& reason);
 
-/// `+supportsSecureCoding` of the foundation's classes.
-inline bool isSecure(Class&) { return true; }
-
 }
