@@ -121,9 +121,18 @@ def _text(value):
     raise TypeError(f"text is expected, not {value!r}")
 
 
-def _address(value):
+def _array(pointee, items):
+    """Numbers or structures in a row, as C sees them."""
+    shape = types.structure(pointee) if pointee[:1] == "{" else None
+    kind = types.ctype(pointee)
+    return (kind * len(items))(*[shape.to_native(item) if shape else item for item in items])
+
+
+def _address(value, pointee):
     if value is None or isinstance(value, (bytes, ctypes.Array)):
         return value
+    if isinstance(value, (list, tuple)) and pointee[:1] in _IN_ROWS:
+        return _array(pointee, value)
     if isinstance(value, (types.Pointer, int)) and not isinstance(value, bool):
         return int(value)
     if isinstance(value, types.Out):
@@ -132,7 +141,7 @@ def _address(value):
         return (ctypes.c_char * len(value)).from_buffer(value)
     if isinstance(value, ctypes._SimpleCData) or isinstance(value, ctypes.Structure):
         return ctypes.addressof(value)
-    raise TypeError(f"an address is expected (bytes, a ctypes array, brindle.Out), not {value!r}")
+    raise TypeError(f"an address is expected (bytes, a list of numbers, a ctypes array, brindle.Out), not {value!r}")
 
 
 make_block = None  # set by the module of bodies
@@ -166,8 +175,9 @@ def own(value):
 _ARGUMENTS = {
     "B": "{a} if {a} is True or {a} is False else _boolean({a})",
     "d": "{a}", "f": "{a}",
-    "#": "_class({a})", ":": "_selector({a})", "*": "_text({a})", "^": "_address({a})",
+    "#": "_class({a})", ":": "_selector({a})", "*": "_text({a})",
 }
+_IN_ROWS = (*types.INTEGERS, "d", "f", "{")
 
 
 def _argument_lines(index, encoding, detail, scope):
@@ -195,6 +205,8 @@ def _argument_lines(index, encoding, detail, scope):
     if letter in "{(":
         scope[f"shape{index}"] = types.structure(encoding).to_native
         return [f"{p} = shape{index}({a})"], None
+    if letter == "^":
+        return [f"{p} = _address({a}, {encoding[1:]!r})"], None
     return [f"{p} = " + _ARGUMENTS[letter].format(a=a)], None
 
 

@@ -40,6 +40,12 @@ class Messages(unittest.TestCase):
             with self.assertRaisesRegex(TypeError, r"setFrame:.*v@:\{CGRect"):
                 self.view.setFrame_(wrong)
 
+    def test_a_list_of_other_things_is_no_address(self):
+        black = brindle.NSColor.rgbBlack()
+        for wrong in (["a", 1, 1, 1], [None] * 4, [black] * 4, "text", 0.5):
+            with self.assertRaisesRegex(TypeError, r"blendingAmounts:.*\^d"):
+                black.colorWithRGBBlendFrom_blendingAmounts_(black, wrong)
+
     def test_an_object_of_a_wrong_class_is_refused(self):
         for wrong in ("text", 3.5, [1], brindle.NSWindow.alloc(), brindle.NSView, object()):
             with self.assertRaisesRegex(TypeError, "addSubview:"):

@@ -30,6 +30,16 @@ class Values(unittest.TestCase):
     def test_not_a_number_stays_not_a_number(self):
         self.assertTrue(math.isnan(through(math.nan)))
 
+    def test_a_list_of_numbers_stands_where_an_address_of_numbers_is_expected(self):
+        black, white = brindle.NSColor.rgbBlack(), brindle.NSColor.rgbWhite()
+        blend = black.colorWithRGBBlendFrom_blendingAmounts_(white, [0.25, 0.5, 1, 0])
+        self.assertEqual((blend.redComponent(), blend.greenComponent(), blend.blueComponent()), (0.25, 0.5, 1))
+
+    def test_a_list_of_points_stands_where_an_address_of_points_is_expected(self):
+        path = brindle.NSBezierPath.bezierPath()
+        path.appendBezierPathWithPoints_count_([(0, 0), brindle.Point(3, 0), (3, 4)], 3)
+        self.assertEqual(path.bounds(), ((0, 0), (3, 4)))
+
     def test_booleans_are_not_numbers(self):
         self.assertIs(through(True), True)
         self.assertIs(through(False), False)
