@@ -6,6 +6,7 @@
 #include "NSButtonPrivate.h"
 #include "NSEvent.h"
 #include "TrackingIndexPrivate.h"
+#include "foundation/NSCoder.h"
 #include "runtime/Table.h"
 
 namespace brindle {
@@ -43,8 +44,19 @@ template <> struct NSButton::Methods<struct Basics> {
     static Ref<NSView> initWithFrame(NSButton& self, NSRect frame)
     {
         Ref<NSView> made = super<NSButton, "initWithFrame:", Ref<NSView>>(self, frame);
-        if (!made)
-            return nullptr;
+        if (made)
+            feelPointer(self);
+        return made;
+    }
+    static Ref<NSObject> initWithCoder(NSButton& self, NSCoder* coder)
+    {
+        Ref<NSObject> made = super<NSButton, "initWithCoder:", Ref<NSObject>>(self, coder);
+        if (made)
+            feelPointer(self);
+        return made;
+    }
+    static void feelPointer(NSButton& self)
+    {
         const Ref<NSTrackingArea> area
             = alloc<NSTrackingArea>()->initWithRect_options_owner_userInfo({},
                 NSTrackingMouseEnteredAndExited | NSTrackingActiveInActiveApp
@@ -52,7 +64,6 @@ template <> struct NSButton::Methods<struct Basics> {
                 &self, nullptr);
         TrackingAccess::isHover(*area) = true;
         super<NSButton, "addTrackingArea:">(self, area.get());
-        return made;
     }
 
     // ---- ready-made
@@ -166,6 +177,7 @@ template <> struct NSButton::Methods<struct Basics> {
         });
         t.methods({
             { "initWithFrame:", imp<initWithFrame> },
+            { "initWithCoder:", imp<coding<initWithCoder>> },
             { "setButtonType:", imp<tell<"setButtonType:", NSButtonType>> },
             { "bezelStyle", imp<ask<"bezelStyle", NSBezelStyle>> },
             { "setBezelStyle:", imp<tell<"setBezelStyle:", NSBezelStyle>> },

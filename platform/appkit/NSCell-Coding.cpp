@@ -1,37 +1,17 @@
 // SPDX-License-Identifier: Apache-2.0
+#include "CodingPrivate.h"
 #include "NSActionCell.h"
 #include "NSButtonPrivate.h"
 #include "NSView.h"
-#include "foundation/CodingTable.h"
+#include "foundation/NSAttributedString.h"
+#include "foundation/NSDate.h"
+#include "foundation/NSNumber.h"
 #include "foundation/NSObjCRuntime.h"
-#include "runtime/Table.h"
-
-#include <type_traits>
+#include "foundation/NSURL.h"
 
 namespace brindle {
 
 namespace {
-
-    /// Writes or reads numbers under their keys, so that each is named once.
-    struct NumberCoding {
-        NSCoder* coder;
-        bool reads;
-
-        template <class T> void operator()(NSString* key, T& value) const
-        {
-            if (!reads)
-                coder->encodeInteger_forKey(static_cast<NSInteger>(value), key);
-            else if (coder->containsValueForKey(key))
-                value = static_cast<T>(coder->decodeIntegerForKey(key));
-        }
-        /// The same for a choice: a number past the last one keeps what is there.
-        template <class T> void operator()(NSString* key, T& value, T last) const
-        {
-            if (reads && static_cast<NSUInteger>(coder->decodeIntegerForKey(key)) > last)
-                return;
-            (*this)(key, value);
-        }
-    };
 
     void code(const NumberCoding& number, CellAttributes& cell)
     {
@@ -53,6 +33,19 @@ namespace {
         number("NSWraps"_ns, cell.wraps);
         number("NSSingleLine"_ns, cell.singleLine);
         number("NSTruncatesLastLine"_ns, cell.truncatesLastLine);
+        number("NSControlTint"_ns, cell.controlTint);
+        number("NSBackgroundStyle"_ns, cell.backgroundStyle, NSBackgroundStyleLowered);
+        number("NSAllowsUndo"_ns, cell.allowsUndo);
+    }
+    /// What a cell can have as its value.
+    Ref<NSObject> decodeValue(NSCoder* coder, NSString* key)
+    {
+        const Ref<NSSet> kinds = NSSet::cls().setWithArray(makeArray(
+            { Ref<NSObject>(classOf<NSString>()), Ref<NSObject>(classOf<NSAttributedString>()),
+                Ref<NSObject>(classOf<NSNumber>()), Ref<NSObject>(classOf<NSDate>()),
+                Ref<NSObject>(classOf<NSURL>()) })
+                                                               .get());
+        return coder->decodeObjectOfClasses_forKey(kinds.get(), key);
     }
     void code(const NumberCoding& number, ButtonAttributes& button)
     {
@@ -69,13 +62,14 @@ namespace {
 
 }
 
-// - Shape: the value under "NSContents", the font under "NSFontName" and "NSFontSize", a number for every setting.
+// - Shape: the value under "NSContents", a picture under "NSImage", the font under "NSFontName" and "NSFontSize", a number for every setting.
 template <> struct NSCell::Methods<struct Coding> {
 
     static void encode(NSCell& self, NSCoder* coder)
     {
         CellAttributes& attributes = CellAccess::of(self);
         coder->encodeObject_forKey(attributes.contents.get(), "NSContents"_ns);
+        coder->encodeObject_forKey(attributes.image.get(), "NSImage"_ns);
         if (attributes.font) {
             coder->encodeObject_forKey(attributes.font->fontName().get(), "NSFontName"_ns);
             coder->encodeDouble_forKey(attributes.font->pointSize(), "NSFontSize"_ns);
@@ -85,7 +79,8 @@ template <> struct NSCell::Methods<struct Coding> {
     static Ref<NSObject> initWithCoder(NSCell& self, NSCoder* coder)
     {
         CellAttributes& attributes = CellAccess::of(self);
-        attributes.contents = coder->decodeObjectForKey("NSContents"_ns);
+        attributes.contents = decodeValue(coder, "NSContents"_ns);
+        attributes.image = decode<NSImage>(coder, "NSImage"_ns);
         if (const Ref<NSString> name = decode<NSString>(coder, "NSFontName"_ns))
             attributes.font = NSFont::cls().fontWithName_size(
                 name.get(), coder->decodeDoubleForKey("NSFontSize"_ns));
@@ -117,13 +112,7 @@ template <> struct NSActionCell::Methods<struct Coding> {
         return made;
     }
 
-    static void table(Builder& t)
-    {
-        t.methods({
-            { "encodeWithCoder:", imp<coding<encode>> },
-            { "initWithCoder:", imp<coding<initWithCoder>> },
-        });
-    }
+    static void table(Builder& t) { extendCoding<encode, initWithCoder>(t); }
 };
 BRINDLE_RECORD(NSActionCell, Coding)
 
@@ -135,6 +124,9 @@ template <> struct NSButtonCell::Methods<struct Coding> {
         ButtonAttributes& attributes = ButtonAccess::of(self);
         coder->encodeObject_forKey(attributes.alternateTitle.get(), "NSAlternateTitle"_ns);
         coder->encodeObject_forKey(attributes.key.get(), "NSKeyEquivalent"_ns);
+        if (attributes.image != markImage(attributes.type))
+            coder->encodeObject_forKey(attributes.image.get(), "NSNormalImage"_ns);
+        coder->encodeObject_forKey(attributes.alternateImage.get(), "NSAlternateImage"_ns);
         code({ coder, false }, attributes);
     }
     static Ref<NSObject> initWithCoder(NSButtonCell& self, NSCoder* coder)
@@ -143,19 +135,15 @@ template <> struct NSButtonCell::Methods<struct Coding> {
         ButtonAttributes& attributes = ButtonAccess::of(self);
         attributes.alternateTitle = decode<NSString>(coder, "NSAlternateTitle"_ns);
         attributes.key = decode<NSString>(coder, "NSKeyEquivalent"_ns);
+        attributes.image = decode<NSImage>(coder, "NSNormalImage"_ns);
+        attributes.alternateImage = decode<NSImage>(coder, "NSAlternateImage"_ns);
         code({ coder, true }, attributes);
-        if (ButtonAccess::isMark(self))
+        if (ButtonAccess::isMark(self) && !attributes.image)
             attributes.image = markImage(attributes.type);
         return made;
     }
 
-    static void table(Builder& t)
-    {
-        t.methods({
-            { "encodeWithCoder:", imp<coding<encode>> },
-            { "initWithCoder:", imp<coding<initWithCoder>> },
-        });
-    }
+    static void table(Builder& t) { extendCoding<encode, initWithCoder>(t); }
 };
 BRINDLE_RECORD(NSButtonCell, Coding)
 

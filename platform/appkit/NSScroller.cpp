@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "CodingPrivate.h"
 #include "ControlDrawingPrivate.h"
 #include "NSColor.h"
 #include "NSGraphicsContext.h"
@@ -37,15 +38,40 @@ template <> struct NSScroller::Methods<struct Basics> {
 
     static Ref<NSView> initWithFrame(NSScroller& self, NSRect frame)
     {
-        const Ref<NSView> made = super<NSScroller, "initWithFrame:", Ref<NSView>>(self, frame);
+        Ref<NSView> made = super<NSScroller, "initWithFrame:", Ref<NSView>>(self, frame);
         if (made)
-            made->addTrackingArea(alloc<NSTrackingArea>()
-                                      ->initWithRect_options_owner_userInfo(NSZeroRect,
-                                          NSTrackingMouseEnteredAndExited | NSTrackingActiveAlways
-                                              | NSTrackingInVisibleRect,
-                                          made.get(), nullptr)
-                                      .get());
+            feelPointer(self);
         return made;
+    }
+    static Ref<NSObject> initWithCoder(NSScroller& self, NSCoder* coder)
+    {
+        Ref<NSObject> made = super<NSScroller, "initWithCoder:", Ref<NSObject>>(self, coder);
+        if (!made)
+            return nullptr;
+        code({ coder, true }, self);
+        feelPointer(self);
+        return made;
+    }
+    static void encode(NSScroller& self, NSCoder* coder)
+    {
+        super<NSScroller, "encodeWithCoder:">(self, coder);
+        code({ coder, false }, self);
+    }
+    static void code(const NumberCoding& number, NSScroller& self)
+    {
+        number("NSCurValue"_ns, self.value_);
+        number("NSPercent"_ns, self.knobProportion_);
+        number("NSScrollerStyle"_ns, self.scrollerStyle_, NSScrollerStyleOverlay);
+        number("NSKnobStyle"_ns, self.knobStyle_, NSScrollerKnobStyleLight);
+    }
+    static void feelPointer(NSScroller& self)
+    {
+        self.addTrackingArea(alloc<NSTrackingArea>()
+                                 ->initWithRect_options_owner_userInfo(NSZeroRect,
+                                     NSTrackingMouseEnteredAndExited | NSTrackingActiveAlways
+                                         | NSTrackingInVisibleRect,
+                                     &self, nullptr)
+                                 .get());
     }
 
     // ---- value
@@ -250,6 +276,8 @@ template <> struct NSScroller::Methods<struct Basics> {
         });
         t.methods({
             { "initWithFrame:", imp<initWithFrame> },
+            { "initWithCoder:", imp<coding<initWithCoder>> },
+            { "encodeWithCoder:", imp<coding<encode>> },
             { "doubleValue", imp<doubleValue> },
             { "setDoubleValue:", imp<setDoubleValue> },
             { "floatValue", imp<floatValue> },

@@ -12,7 +12,10 @@
 #include "appkit/NSSecureTextField.h"
 #include "appkit/NSStringDrawing.h"
 #include "foundation/Exceptions.h"
+#include "foundation/NSData.h"
 #include "foundation/NSDictionary.h"
+#include "foundation/NSKeyedArchiver.h"
+#include "foundation/NSKeyedUnarchiver.h"
 #include "foundation/NSNumber.h"
 #include "foundation/NSNumberFormatter.h"
 #include "foundation/NSUndoManager.h"
@@ -199,6 +202,24 @@ namespace {
         const auto copy = cast<NSTextFieldCell>(first->cell()->copy());
         EXPECT_TRUE(copy->textColor()->isEqual(NSColor::cls().redColor().get()));
         EXPECT_EQ(utf8Of(copy->placeholderString().get()), "Name");
+    }
+
+    TEST_F(NSTextFieldTest, AnArchiveKeepsTheLookOfACell)
+    {
+        const Ref<NSTextFieldCell> cell = make<NSTextFieldCell>();
+        cell->setStringValue("x"_ns);
+        cell->setTextColor(NSColor::cls().redColor().get());
+        cell->setPlaceholderString("Name"_ns);
+        cell->setBezelStyle(NSTextFieldRoundedBezel);
+        cell->setDrawsBackground(true);
+        const Ref<NSData> archive = NSKeyedArchiver::cls().archivedDataWithRootObject(cell.get());
+        const Ref<NSTextFieldCell> back = cast<NSTextFieldCell>(
+            NSKeyedUnarchiver::cls().unarchiveObjectWithData(archive.get()));
+        EXPECT_EQ(utf8Of(back->stringValue().get()), "x");
+        EXPECT_TRUE(back->textColor()->isEqual(NSColor::cls().redColor().get()));
+        EXPECT_EQ(utf8Of(back->placeholderString().get()), "Name");
+        EXPECT_EQ(back->bezelStyle(), NSTextFieldRoundedBezel);
+        EXPECT_TRUE(back->drawsBackground());
     }
 
     // ---- typing
