@@ -42,9 +42,9 @@ namespace {
             NSDate::cls().dateWithTimeIntervalSinceNow(seconds).get());
     }
 
-    void useServerOfTheEnvironment()
+    display::Display& useServerOfTheEnvironment()
     {
-        installDisplay(
+        return *installDisplay(
             display::openDisplay(display::Choice::x11, display::processEnvironment(), [](auto) {}));
     }
 
@@ -118,7 +118,7 @@ namespace {
 
     TEST(ApplicationOnX, MinimisesZoomsAndFillsTheScreenAndComesBack)
     {
-        useServerOfTheEnvironment();
+        display::Display& display = useServerOfTheEnvironment();
         const Ref<NSApplication> application = NSApplication::cls().sharedApplication();
         const auto window = alloc<NSWindow>()->initWithContentRect_styleMask_backing_defer(
             NSMakeRect(200, 300, 300, 200),
@@ -149,7 +149,7 @@ namespace {
         window->deminiaturize(nullptr);
         EXPECT_TRUE(becomes([&] { return !window->isMiniaturized(); }));
         window->close();
-        installDisplay(nullptr);
+        display::X11Test::endInstalled(display);
     }
 
     TEST(ApplicationOnX, DoesNotWakeUpOverFiveIdleSeconds)
@@ -197,8 +197,7 @@ namespace {
         const char* const manager = std::getenv("BRINDLE_TEST_WM");
         if (!manager || std::string_view(manager) == "none")
             return; // without one the window follows the pointer itself
-        installDisplay(
-            display::openDisplay(display::Choice::x11, display::processEnvironment(), [](auto) {}));
+        display::Display& display = useServerOfTheEnvironment();
         display::XDriver driver;
         const Ref<NSApplication> application = NSApplication::cls().sharedApplication();
         const auto window = alloc<NSWindow>()->initWithContentRect_styleMask_backing_defer(
@@ -222,7 +221,7 @@ namespace {
             runFor(0.02);
         EXPECT_FALSE(window->inLiveResize()) << "without any event of the pointer";
         window->close();
-        installDisplay(nullptr);
+        display::X11Test::endInstalled(display);
     }
 
     TEST(ApplicationOnX, KnowsTheServersScreenInPoints)

@@ -24,7 +24,7 @@ namespace {
                     { .types = [type] { return std::vector { type }; },
                         .provide = [data](std::string_view) { return data; },
                         .lost = [this] { lost_ = true; } });
-                display->flush();
+                display->pointerLocation(); // an answer: the server knows whom to ask
                 Event event;
                 ready_ = true;
                 while (!stop_) {

@@ -83,7 +83,7 @@ namespace {
         // pointer is by then: so it goes to and fro, and the window is looked for on both sides.
         constexpr std::uint32_t kColor = 0x336699;
         bool moved = !hasManager();
-        for (int i = 0; i < 10000 && !moved; ++i) {
+        for (int i = 0; i < 100000 && !moved; ++i) {
             driver.movePointer(i % 2 ? 200 : 280, 500);
             moved = driver.pixel(402, 500) == kColor || driver.pixel(98, 500) == kColor;
         }

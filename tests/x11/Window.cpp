@@ -49,10 +49,14 @@ namespace {
         void SetUp() override
         {
             app_ = NSApplication::cls().sharedApplication();
-            installDisplay(display::openDisplay(
+            installed_ = installDisplay(display::openDisplay(
                 display::Choice::x11, display::processEnvironment(), [](auto) {}));
         }
-        void TearDown() override { installDisplay(nullptr); }
+        void TearDown() override
+        {
+            window_ = nullptr;
+            endInstalled(*installed_);
+        }
 
         void show(NSWindowStyleMask style)
         {
@@ -86,6 +90,7 @@ namespace {
         }
 
         Ref<NSApplication> app_;
+        display::Display* installed_ = nullptr;
         Ref<NSWindow> window_;
         Ref<BlueView> view_;
     };

@@ -12,6 +12,7 @@
 #include <unistd.h>
 #include <xcb/xtest.h>
 
+#include "appkit/NSApplication.h"
 #include "support/DisplayLog.h"
 
 namespace brindle::display {
@@ -325,6 +326,19 @@ void X11Test::retire(std::unique_ptr<Display> old)
     if (old)
         old->flush();
     retired.push_back(std::move(old));
+}
+
+void X11Test::endInstalled(Display& installed)
+{
+    installed.pointerLocation(); // an answer: the server has taken the windows away
+    if (hasManager()) {
+        auto other = openDisplay(Choice::x11, processEnvironment(), [](std::string_view) {});
+        const auto surface = other->createSurface({ .frame = { { 0, 0 }, { 10, 10 } } });
+        surface->show();
+        display::waitFor(*other, Event::Kind::exposed); // the manager has come as far as this
+        retire(std::move(other));
+    }
+    installDisplay(nullptr);
 }
 
 bool X11Test::hasManager()

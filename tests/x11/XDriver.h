@@ -81,6 +81,11 @@ private:
 
 /// The display under test on the server of the environment, and a driver beside it.
 class X11Test : public testing::Test {
+public:
+    /// Ends the application's display, whose windows are closed, once the window manager has heard of that. The server gives
+    /// their numbers to the next connection, which would get what the manager still says of the old ones.
+    static void endInstalled(Display& installed);
+
 protected:
     X11Test();
     ~X11Test() override;
