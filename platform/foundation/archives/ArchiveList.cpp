@@ -10,6 +10,26 @@ namespace {
     constexpr std::string_view kHeader = "bplist00";
     constexpr std::size_t kReference = sizeof(ArchiveList::Index); // bytes of one, until the end
 
+    /// Answers a hash of a value's ends, the same in every process: which values are shared must not depend on chance.
+    /// Nobody gains by making hashes equal, for only one value of a hash is looked at.
+    std::uint32_t markOf(const unsigned char* bytes, std::size_t length)
+    {
+        const std::uint64_t first = hashing::rest(bytes, length);
+        const std::uint64_t last = length > 8 ? hashing::rest(bytes + length - 8, 8) : length;
+        return static_cast<std::uint32_t>(
+            hashing::mixed(first ^ hashing::kFactor, last ^ 0xe7037ed1a0b428dbu));
+    }
+
+    template <class Word>
+    unsigned char* storeAll(unsigned char* to, const Row<std::uint32_t>& offsets)
+    {
+        for (const std::uint32_t offset : offsets) {
+            storeAs<Word>(to, offset);
+            to += sizeof(Word);
+        }
+        return to;
+    }
+
     void storeReferences(unsigned char* to, std::span<const ArchiveList::Index> references)
     {
         for (const ArchiveList::Index reference : references) {
@@ -22,13 +42,10 @@ namespace {
 
 ArchiveList::ArchiveList() { bytes_.put(kHeader); }
 
-ArchiveList::Index ArchiveList::place(std::size_t start)
+void ArchiveList::refuseSize()
 {
-    if (start > ~Index {} || offsets_.size() >= ~Index {} - 1) [[unlikely]]
-        raise("NSInvalidArchiveOperationException",
-            "*** -[NSKeyedArchiver encodeObject:forKey:]: the archive is larger than 4 GB");
-    offsets_.add(static_cast<std::uint32_t>(start));
-    return static_cast<Index>(offsets_.size() - 1);
+    raise("NSInvalidArchiveOperationException",
+        "*** -[NSKeyedArchiver encodeObject:forKey:]: the archive is larger than 4 GB");
 }
 
 /// Keeps the value whose bytes begin at `start`, or takes them back and answers one that was equal recently.
@@ -36,7 +53,7 @@ ArchiveList::Index ArchiveList::keep(std::size_t start)
 {
     const unsigned char* const bytes = bytes_.bytes();
     const std::size_t length = bytes_.size() - start;
-    const std::uint32_t hash = hashOf(bytes + start, length);
+    const std::uint32_t hash = markOf(bytes + start, length);
     Recent& recent = recent_[hash % recent_.size()];
     // A value's bytes say how many they are, so the equal one needs no length.
     if (recent.indexAndOne && recent.hash == hash
@@ -104,10 +121,10 @@ Ref<NSData> ArchiveList::finish(Index top)
     const std::size_t table = bytes_.size();
     const std::size_t offsetSize = sizeFor(table - 1);
     unsigned char* to = bytes_.room(offsets_.size() * offsetSize + kTrailer);
-    for (const std::uint32_t offset : offsets_) {
-        store(to, offset, offsetSize);
-        to += offsetSize;
-    }
+    to = offsetSize == 1  ? storeAll<std::uint8_t>(to, offsets_)
+        : offsetSize == 2 ? storeAll<std::uint16_t>(to, offsets_)
+        : offsetSize == 4 ? storeAll<std::uint32_t>(to, offsets_)
+                          : storeAll<std::uint64_t>(to, offsets_);
     std::memset(to, 0, kTrailer);
     to[6] = static_cast<unsigned char>(offsetSize);
     to[7] = static_cast<unsigned char>(referenceSize);

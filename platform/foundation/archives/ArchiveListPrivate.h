@@ -24,7 +24,11 @@ public:
 
     ArchiveList();
 
-    Index boolean(bool value) { return keep(writeBoolean(value)); }
+    Index boolean(bool value)
+    {
+        Index& known = booleans_[value];
+        return known ? known : known = place(writeBoolean(value));
+    }
     Index integer(std::int64_t value) { return keep(writeInteger(value)); }
     Index natural(std::uint64_t value) { return keep(writeNatural(value)); }
     Index real(double value) { return keep(writeReal(value)); }
@@ -48,12 +52,21 @@ private:
         Index indexAndOne = 0;
     };
 
-    Index place(std::size_t start);
+    /// Answers the index of the value whose bytes begin at `start`.
+    Index place(std::size_t start)
+    {
+        if (start > ~Index {}) [[unlikely]]
+            refuseSize();
+        offsets_.add(static_cast<std::uint32_t>(start));
+        return static_cast<Index>(offsets_.size() - 1);
+    }
+    [[noreturn]] static void refuseSize();
     Index keep(std::size_t start);
     void shortenReferences(std::size_t size);
 
     Row<std::uint32_t> offsets_;
     std::array<Recent, 2048> recent_ {};
+    std::array<Index, 2> booleans_ {}; // 0 before they are written; a first one is written twice
 };
 
 }

@@ -23,17 +23,6 @@ namespace {
             (reinterpret_cast<std::uintptr_t>(pointer) * 0x9e3779b97f4a7c15u) >> 32);
     }
 
-    /// Answers 32 bits that tell objects apart, near each other for objects that lie near each other: those are most
-    /// often made, and archived, one after the other.
-    std::size_t placeOf(const NSObject* object)
-    {
-        constexpr std::size_t kNear
-            = 512; // larger pieces with gaps between objects would cover each other
-        const auto address = reinterpret_cast<std::uintptr_t>(object);
-        return static_cast<std::uint32_t>(address % kNear / 16
-            + hashing::mixed(address / kNear ^ hashing::kFactor, 0xe7037ed1a0b428dbu));
-    }
-
     [[noreturn]] void refuseToEncode(const std::string& reason)
     {
         raise("NSInvalidArchiveOperationException",
@@ -46,46 +35,6 @@ namespace {
             != class_getMethodImplementation(classOf<NSObject>(), selector<Selector>);
     }
 
-}
-
-// ---- identity
-
-std::uint32_t IdentityTable::find(const NSObject* object) const
-{
-    if (!slots_.size())
-        return kNowhere;
-    const std::size_t hash = placeOf(object);
-    const std::size_t mask = slots_.size() - 1;
-    for (std::size_t at = hash & mask; slots_[at]; at = (at + 1) & mask) {
-        if (slots_[at] >> 32 != hash)
-            continue;
-        const Entry& entry = entries_[static_cast<std::uint32_t>(slots_[at]) - 1];
-        if (entry.object.get() == object)
-            return entry.value;
-    }
-    return kNowhere;
-}
-
-void IdentityTable::add(NSObject* object, std::uint32_t value)
-{
-    entries_.push_back({ Ref<NSObject>(object), value });
-    if (2 * entries_.size() > slots_.size()) {
-        const lists::Row<Slot> old
-            = std::exchange(slots_, lists::Row<Slot>(std::max<std::size_t>(64, slots_.size() * 2)));
-        for (const Slot slot : old) {
-            if (slot)
-                enter(slot);
-        }
-    }
-    enter(Slot { placeOf(object) } << 32 | entries_.size());
-}
-
-void IdentityTable::enter(Slot slot)
-{
-    std::size_t at = (slot >> 32) & (slots_.size() - 1);
-    while (slots_[at])
-        at = (at + 1) & (slots_.size() - 1);
-    slots_[at] = slot;
 }
 
 // ---- the way in and out of an object
@@ -121,9 +70,16 @@ Writer::Writer(NSKeyedArchiver& owner)
     , null_(list_.string(std::string_view("$null")))
     , classKey_(list_.string(std::string_view("$class")))
 {
-    records_.add(null_);
-    references_.add(list_.uid(0));
+    objects_.add({ nullptr, null_, list_.uid(0) });
     frames_.push_back({ 0 });
+}
+
+Writer::~Writer()
+{
+    for (const Numbered& numbered : objects_) {
+        if (numbered.object)
+            release(numbered.object);
+    }
 }
 
 void Writer::setDelegate(NSObject* delegate)
@@ -158,33 +114,47 @@ void Writer::putUnkeyed(Index value)
 
 Writer::Index Writer::keyText(NSString* key)
 {
-    if (!key)
-        raise("NSInvalidArgumentException", "*** -[NSKeyedArchiver encodeObject:forKey:]: nil key");
-    if (key->isa_ != classOf<NSString>())
-        return escapedKey(key); // its text may change
-    if ((knownKeys_ + 1) * 2 > keys_.size() && knownKeys_ < kMostKnownKeys) {
-        std::vector<KnownKey> old(std::max<std::size_t>(64, keys_.size() * 2));
-        old.swap(keys_);
-        for (KnownKey& known : old) {
-            if (!known.key)
-                continue;
-            std::size_t at = spread(known.key.get()) & (keys_.size() - 1);
-            while (keys_[at].key)
-                at = (at + 1) & (keys_.size() - 1);
-            keys_[at] = std::move(known);
-        }
-    }
-    std::size_t at = spread(key) & (keys_.size() - 1);
-    for (; keys_[at].key; at = (at + 1) & (keys_.size() - 1)) {
+    const std::size_t mask = keys_.size() - 1;
+    for (std::size_t at = spread(key) & mask; keys_[at].key; at = (at + 1) & mask) {
         if (keys_[at].key == key)
             return keys_[at].text;
     }
+    return newKeyText(key);
+}
+
+Writer::Index Writer::newKeyText(NSString* key)
+{
+    if (!key)
+        raise("NSInvalidArgumentException", "*** -[NSKeyedArchiver encodeObject:forKey:]: nil key");
     const Index text = escapedKey(key);
-    if (knownKeys_ < kMostKnownKeys) {
-        keys_[at] = { Ref<NSString>(key), text };
+    // The text of other strings may change.
+    if (key->isa_ == classOf<NSString>() && knownKeys_ < kMostKnownKeys) {
+        makeRoomForKey();
+        enterKey({ Ref<NSString>(key), text });
         ++knownKeys_;
     }
     return text;
+}
+
+void Writer::makeRoomForKey()
+{
+    if ((knownKeys_ + 1) * 2 <= keys_.size())
+        return;
+    std::vector<KnownKey> old(std::max<std::size_t>(64, keys_.size() * 2));
+    old.swap(keys_);
+    for (KnownKey& known : old) {
+        if (known.key)
+            enterKey(std::move(known));
+    }
+}
+
+void Writer::enterKey(KnownKey known)
+{
+    const std::size_t mask = keys_.size() - 1;
+    std::size_t at = spread(known.key.get()) & mask;
+    while (keys_[at].key)
+        at = (at + 1) & mask;
+    keys_[at] = std::move(known);
 }
 
 Writer::Index Writer::escapedKey(NSString* key)
@@ -208,59 +178,85 @@ void Writer::finishList(std::size_t start, NSString* key)
     put(key, list_.array(std::span(elements_).subspan(start)));
 }
 
+bool Writer::hasRepeatedKeys(std::size_t start)
+{
+    if (entries_.size() - start > seenKeys_.size() / 2)
+        return true; // or perhaps not
+    const std::uint64_t search = ++searches_ << 32;
+    const std::size_t mask = seenKeys_.size() - 1;
+    for (std::size_t i = start; i < entries_.size(); ++i) {
+        const std::uint64_t seen = search | entries_[i].key;
+        std::size_t at = entries_[i].key & mask;
+        for (; seenKeys_[at] >= search; at = (at + 1) & mask) {
+            if (seenKeys_[at] == seen)
+                return true;
+        }
+        seenKeys_[at] = seen;
+    }
+    return false;
+}
+
 /// The last value of a key stays; readers refuse dictionaries with two.
 void Writer::dropRepeatedKeys(std::size_t start)
 {
-    constexpr std::size_t kFew = 24;
-    const std::size_t count = entries_.size() - start;
-    const auto first = entries_.begin() + static_cast<std::ptrdiff_t>(start);
-    std::unordered_map<Index, std::size_t> seen;
-    std::size_t kept = 0;
-    for (std::size_t i = 0; i < count; ++i) {
-        const Index key = entries_[start + i].key;
-        std::size_t at = kept;
-        if (count > kFew) {
-            at = seen.emplace(key, kept).first->second;
-        } else {
-            for (at = 0; at < kept && entries_[start + at].key != key; ++at) { }
-        }
-        entries_[start + at] = entries_[start + i];
-        kept = std::max(kept, at + 1);
+    if (!hasRepeatedKeys(start))
+        return;
+    std::unordered_map<Index, std::size_t> places;
+    std::size_t end = start;
+    for (std::size_t i = start; i < entries_.size(); ++i) {
+        const auto [place, isNew] = places.emplace(entries_[i].key, end);
+        entries_[place->second] = entries_[i];
+        end += isNew;
     }
-    entries_.erase(first + static_cast<std::ptrdiff_t>(kept), entries_.end());
+    entries_.resize(end);
 }
 
 // ---- objects
 
-Writer::Uid Writer::newUid()
+Writer::Uid Writer::newUid(NSObject* object)
 {
-    records_.add(kPending);
-    references_.add(list_.uid(records_.size() - 1));
-    return static_cast<Uid>(records_.size() - 1);
+    const auto uid = static_cast<Uid>(objects_.size());
+    objects_.add({ object, kPending, list_.uid(uid) });
+    if (object)
+        retain(object);
+    return uid;
+}
+
+/// Lets an object be what has that number.
+void Writer::alias(NSObject* object, Uid uid)
+{
+    aliases_.emplace_back(object);
+    numbers_[object] = uid + 1;
 }
 
 Writer::Index Writer::reference(NSObject* object, bool isConditional)
 {
     requireOpen();
-    return references_[object ? uidOf(object, isConditional) : 0];
+    return objects_[object ? uidOf(object, isConditional) : 0].reference;
 }
 
 Writer::Uid Writer::uidOf(NSObject* object, bool isConditional)
 {
-    Uid uid = identities_.find(object);
-    if (uid == IdentityTable::kNowhere) {
-        const Ref<NSObject> substituted
-            = archived(object->isa_).isReplaced ? substitute(object) : Ref<NSObject>(object);
-        if (substituted != object) {
-            uid = substituted ? uidOf(substituted.get(), isConditional) : 0;
-            identities_.add(object, uid);
-            return uid;
-        }
-        uid = newUid();
-        identities_.add(object, uid);
-    }
-    if (records_[uid] == kPending && !isConditional)
+    std::uint32_t& number = numbers_[object];
+    if (!number && archived(object->isa_).isReplaced)
+        return uidOfSubstitute(object, isConditional);
+    if (!number)
+        number = newUid(object) + 1;
+    const Uid uid = number - 1;
+    if (objects_[uid].record == kPending && !isConditional)
         encode(uid, object);
+    return uid;
+}
+
+Writer::Uid Writer::uidOfSubstitute(NSObject* object, bool isConditional)
+{
+    const Ref<NSObject> substituted = substitute(object);
+    if (substituted == object) {
+        numbers_[object] = newUid(object) + 1;
+        return uidOf(object, isConditional);
+    }
+    const Uid uid = substituted ? uidOf(substituted.get(), isConditional) : 0;
+    alias(object, uid);
     return uid;
 }
 
@@ -268,8 +264,8 @@ Ref<NSObject> Writer::substitute(NSObject* object)
 {
     Ref<NSObject> other = replacementObjectForKeyedArchiver(object, &owner_);
     // A substitute speaks for itself: were it asked in turn, two could name each other for ever.
-    if (other && other != object && identities_.find(other.get()) == IdentityTable::kNowhere)
-        identities_.add(other.get(), newUid());
+    if (other && other != object && !numbers_[other.get()])
+        numbers_[other.get()] = newUid(other.get()) + 1;
     if (other != object && tellsOfReplacing_)
         maybe(delegate())
             ->send<"archiver:willReplaceObject:withObject:">(
@@ -280,7 +276,7 @@ Ref<NSObject> Writer::substitute(NSObject* object)
 void Writer::encode(Uid uid, NSObject* object)
 {
     struct Progress {
-        Index& operator*() const { return writer.records_[uid]; }
+        Index& operator*() const { return writer.objects_[uid].record; }
         ~Progress()
         {
             if (**this == kBusy)
@@ -291,11 +287,13 @@ void Writer::encode(Uid uid, NSObject* object)
     };
     const Progress progress { *this, uid };
     *progress = kBusy;
-    if (!tellsBefore_ && !tellsAfter_) {
-        const Index written = record(object);
-        *progress = written;
-        return;
-    }
+    const Index written = tellsBefore_ || tellsAfter_ ? encodeAsTold(uid, object) : record(object);
+    *progress = written;
+}
+
+/// Encodes what the listener wants in place of the object.
+Writer::Index Writer::encodeAsTold(Uid uid, NSObject* object)
+{
     Ref<NSObject> encoded = object;
     const Ref<NSObject> listener = delegate();
     if (listener && tellsBefore_) {
@@ -304,13 +302,14 @@ void Writer::encode(Uid uid, NSObject* object)
         if (encoded != object && tellsOfReplacing_)
             listener->send<"archiver:willReplaceObject:withObject:">(
                 static_cast<NSCoder*>(&owner_), object, encoded.get());
-        if (encoded && identities_.find(encoded.get()) == IdentityTable::kNowhere)
-            identities_.add(encoded.get(), uid);
+        if (encoded && !numbers_[encoded.get()])
+            alias(encoded.get(), uid);
     }
     const Index written = encoded ? record(encoded.get()) : null_;
-    *progress = written;
+    objects_[uid].record = written; // the listener may ask
     if (listener && tellsAfter_)
         listener->send<"archiver:didEncodeObject:">(static_cast<NSCoder*>(&owner_), encoded.get());
+    return written;
 }
 
 Writer::Index Writer::record(NSObject* object)
@@ -368,9 +367,12 @@ Writer::Index Writer::dictionary(NSObject* object, Archived& archived)
 
 Writer::Archived& Writer::archived(Class* cls)
 {
-    Archived*& recent = recentClasses_[spread(cls) % recentClasses_.size()];
-    if (recent && recent->cls == cls)
-        return *recent;
+    Archived* const recent = recentClasses_[spread(cls) % recentClasses_.size()];
+    return recent && recent->cls == cls ? *recent : lookUp(cls);
+}
+
+Writer::Archived& Writer::lookUp(Class* cls)
+{
     Archived& found = classes_[cls];
     if (!found.cls) {
         found.cls = cls;
@@ -383,7 +385,7 @@ Writer::Archived& Writer::archived(Class* cls)
         found.isRenamed = overrides<"classForKeyedArchiver">(cls) || overrides<"classForCoder">(cls)
             || overrides<"class">(cls);
     }
-    recent = &found;
+    recentClasses_[spread(cls) % recentClasses_.size()] = &found;
     return found;
 }
 
@@ -395,9 +397,10 @@ Writer::Index Writer::classReference(Class* cls)
     if (isSecure && !supportsSecureCoding(cls))
         refuseToEncode(std::string("class '") + class_getName(cls)
             + "' does not support secure coding, which this archiver requires");
-    const Uid uid = newUid();
-    records_[uid] = classRecord(cls);
-    return found.reference = references_[uid];
+    const Uid uid = newUid(nullptr);
+    const Index record = classRecord(cls);
+    objects_[uid].record = record;
+    return found.reference = objects_[uid].reference;
 }
 
 Writer::Index Writer::classRecord(Class* cls)
@@ -435,16 +438,17 @@ Ref<NSData> Writer::finish()
 {
     isFinished_ = true;
     dropRepeatedKeys(0);
-    for (Index& record : records_) {
-        if (record >= kBusy)
-            record = null_; // only conditional references were made to it
-    }
+    lists::Row<Index> records;
+    records.reserve(objects_.size());
+    for (const Numbered& object :
+        objects_) // of those at hand only conditional references were made
+        records.add(object.record < kBusy ? object.record : null_);
     const auto text = [&](std::string_view ascii) { return list_.string(ascii); };
     const lists::ArchiveList::Entry entries[] = {
         { text("$version"), list_.integer(100000) },
         { text("$archiver"), text("NSKeyedArchiver") },
         { text("$top"), list_.dictionary(entries_) },
-        { text("$objects"), list_.array(records_) },
+        { text("$objects"), list_.array({ records.data(), records.size() }) },
     };
     const Index top = list_.dictionary(entries);
     return list_.finish(top);

@@ -3,34 +3,10 @@
 
 #include "ArchiveListPrivate.h"
 #include "KeyedArchivePrivate.h"
+#include "ObjectNumbersPrivate.h"
 #include "foundation/NSKeyedArchiver.h"
 
 namespace brindle::archives {
-
-/// Finds what an object got the first time, by its address. Objects are kept, so that no address comes twice.
-class IdentityTable {
-public:
-    /// Answers the place of an object, or `kNowhere`.
-    std::uint32_t find(const NSObject* object) const;
-    void add(NSObject* object, std::uint32_t value);
-
-    static constexpr std::uint32_t kNowhere = ~std::uint32_t {};
-
-private:
-    struct Entry {
-        Ref<NSObject> object;
-        std::uint32_t value;
-    };
-
-    /// An entry by its object: the upper half is the object's hash, the lower one the entry's number and one, or 0 for
-    /// none. Searches read entries, which lie anywhere, only where the hashes are equal.
-    using Slot = std::uint64_t;
-
-    void enter(Slot slot);
-
-    std::vector<Entry> entries_;
-    lists::Row<Slot> slots_; // the size is a power of two, and at least twice the number of entries
-};
 
 /// What an archiver is made of: the list in the making, the objects met so far, and the entries of the objects that
 /// are being encoded, innermost last.
@@ -39,6 +15,9 @@ public:
     using Index = lists::ArchiveList::Index;
 
     explicit Writer(NSKeyedArchiver& owner);
+    ~Writer();
+    Writer(const Writer&) = delete;
+    Writer& operator=(const Writer&) = delete;
 
     lists::ArchiveList& list() { return list_; }
     /// Adds an entry to the object that is being encoded.
@@ -81,6 +60,12 @@ private:
         std::size_t start;
         unsigned unkeyed = 0;
     };
+    /// What has a number in the archive.
+    struct Numbered {
+        NSObject* object; ///< kept, so that no address comes twice; nil for nil and for classes
+        Index record; ///< kPending before it is encoded
+        Index reference; ///< its number in the list
+    };
     /// A key whose text was written before.
     struct KnownKey {
         Ref<NSString> key;
@@ -89,32 +74,42 @@ private:
     class Nesting;
 
     Uid uidOf(NSObject* object, bool isConditional);
-    Uid newUid();
+    Uid uidOfSubstitute(NSObject* object, bool isConditional);
+    Uid newUid(NSObject* object);
+    void alias(NSObject* object, Uid uid);
     Ref<NSObject> substitute(NSObject* object);
     void encode(Uid uid, NSObject* object);
+    Index encodeAsTold(Uid uid, NSObject* object);
     Index record(NSObject* object);
     Index number(NSObject* object);
     Index dictionary(NSObject* object, Archived& archived);
+    bool hasRepeatedKeys(std::size_t start);
     void dropRepeatedKeys(std::size_t start);
     Archived& archived(Class* cls);
+    Archived& lookUp(Class* cls);
     Index classReference(Class* cls);
     Index classRecord(Class* cls);
     Ref<NSString> nameOf(Class* cls) const;
     Index keyText(NSString* key);
+    Index newKeyText(NSString* key);
+    void makeRoomForKey();
+    void enterKey(KnownKey known);
     Index escapedKey(NSString* key);
 
     NSKeyedArchiver& owner_;
     WeakRef<NSObject> delegate_;
     lists::ArchiveList list_;
-    IdentityTable identities_;
-    lists::Row<Index> records_; // of each object; kPending before it is encoded
-    lists::Row<Index> references_; // to each object: its number in the list
+    ObjectNumbers numbers_; // the UID and one
+    lists::Row<Numbered> objects_; // by their UIDs
+    std::vector<Ref<NSObject>> aliases_; // kept like them; their numbers are those of others
     std::vector<lists::ArchiveList::Entry> entries_;
     std::vector<Index> elements_;
     std::vector<Frame> frames_;
     std::unordered_map<Class*, Archived> classes_;
     std::array<Archived*, 64> recentClasses_ {}; // by their address
-    std::vector<KnownKey> keys_;
+    std::array<std::uint64_t, 256> seenKeys_ {}; // the upper half: in which search
+    std::uint64_t searches_ = 0;
+    std::vector<KnownKey> keys_ = std::vector<KnownKey>(1); // the size is a power of two
     std::unordered_map<std::string, Index>
         keyTexts_; // one index for one text: repeated keys are found by it
     std::size_t knownKeys_ = 0;

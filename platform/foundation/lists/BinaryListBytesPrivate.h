@@ -64,22 +64,73 @@ inline std::uint32_t hashOf(const unsigned char* bytes, std::size_t count)
 /// value's bytes begin; they say how many they are.
 class ValueBytes {
 protected:
-    std::size_t writeBoolean(bool value);
-    std::size_t writeInteger(std::int64_t value);
+    std::size_t writeBoolean(bool value)
+    {
+        const std::size_t start = bytes_.size();
+        bytes_.put(value ? '\x09' : '\x08');
+        return start;
+    }
+    std::size_t writeInteger(std::int64_t value)
+    {
+        return writeNumber(
+            0x10, static_cast<std::uint64_t>(value)); // negative ones take eight bytes
+    }
     std::size_t writeNatural(std::uint64_t value);
-    std::size_t writeReal(double value);
-    std::size_t writeSingle(float value);
-    std::size_t writeDate(double seconds);
-    std::size_t writeUid(std::uint64_t value);
+    std::size_t writeReal(double value)
+    {
+        return write<std::uint64_t>(0x23, std::bit_cast<std::uint64_t>(value));
+    }
+    std::size_t writeSingle(float value)
+    {
+        return write<std::uint32_t>(0x22, std::bit_cast<std::uint32_t>(value));
+    }
+    /// - seconds: since the reference date.
+    std::size_t writeDate(double seconds)
+    {
+        return write<std::uint64_t>(0x33, std::bit_cast<std::uint64_t>(seconds));
+    }
+    std::size_t writeUid(std::uint64_t value)
+    {
+        return value <= 0xff      ? write<std::uint8_t>(0x80, value)
+            : value <= 0xffff     ? write<std::uint16_t>(0x81, value)
+            : value <= 0xffffffff ? write<std::uint32_t>(0x83, value)
+                                  : write<std::uint64_t>(0x87, value);
+    }
     std::size_t writeData(std::span<const unsigned char> bytes);
     std::size_t writeString(strings::View text);
     /// Writes a marker with a count. There is room for the units behind it.
-    std::size_t writeHead(unsigned char marker, std::size_t count, std::size_t unit);
+    std::size_t writeHead(unsigned char marker, std::size_t count, std::size_t unit)
+    {
+        const std::size_t start = bytes_.size();
+        unsigned char* const to = bytes_.room(10 + count * unit);
+        if (count >= 15) [[unlikely]]
+            return writeLongHead(marker, count);
+        *to = static_cast<unsigned char>(marker | count);
+        bytes_.advance(1);
+        return start;
+    }
 
     Output bytes_;
 
 private:
-    std::size_t writeNumber(unsigned char marker, std::uint64_t bits, std::size_t size);
+    template <class Word> std::size_t write(unsigned char marker, std::uint64_t bits)
+    {
+        const std::size_t start = bytes_.size();
+        unsigned char* const to = bytes_.room(1 + sizeof(Word));
+        *to = marker;
+        storeAs<Word>(to + 1, bits);
+        bytes_.advance(1 + sizeof(Word));
+        return start;
+    }
+    /// Writes a number in as few bytes as it needs; the marker gets the power of two that their number is.
+    std::size_t writeNumber(unsigned char marker, std::uint64_t value)
+    {
+        return value <= 0xff      ? write<std::uint8_t>(marker, value)
+            : value <= 0xffff     ? write<std::uint16_t>(marker | 1, value)
+            : value <= 0xffffffff ? write<std::uint32_t>(marker | 2, value)
+                                  : write<std::uint64_t>(marker | 3, value);
+    }
+    std::size_t writeLongHead(unsigned char marker, std::size_t count);
 };
 
 }

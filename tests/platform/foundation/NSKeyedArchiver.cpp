@@ -4,6 +4,7 @@
 #include "KeyedArchiveHosts.h"
 #include "foundation/NSData.h"
 #include "foundation/NSError.h"
+#include "foundation/NSKeyedUnarchiver.h"
 #include "foundation/NSMutableArray.h"
 #include "foundation/NSNumber.h"
 #include "foundation/NSPropertyListSerialization.h"
@@ -285,6 +286,22 @@ TEST(NSKeyedArchiver, KeysThatBeginWithADollarAreEscapedAndTheLastOfTwoStays)
     const Ref<ArchivedOddly> odd = make<ArchivedOddly>();
     EXPECT_NE(structure(archived(odd.get())).find("$$class="), std::string::npos);
     EXPECT_EQ(roundTrip(odd)->read_, "last dollar unkeyed again (nil)");
+}
+
+TEST(NSKeyedArchiver, TheLastOfTwoStaysAmongFewAndManyKeys)
+{
+    for (const int count : { 1, 2, 100, 128, 129, 400 }) {
+        const Ref<NSKeyedArchiver> archiver
+            = alloc<NSKeyedArchiver>()->initRequiringSecureCoding(true);
+        const auto key = [](int i) { return stringFrom("key" + std::to_string(i)); };
+        for (int i = 0; i < count; ++i)
+            archiver->encodeInt_forKey(i, key(i).get());
+        archiver->encodeInt_forKey(-1, key(count / 2).get());
+        const Ref<NSKeyedUnarchiver> back
+            = alloc<NSKeyedUnarchiver>()->initForReadingWithData(archiver->encodedData().get());
+        for (int i = 0; i < count; ++i)
+            EXPECT_EQ(back->decodeIntForKey(key(i).get()), i == count / 2 ? -1 : i) << count;
+    }
 }
 
 TEST(NSKeyedArchiver, ScalarsComeBack)
