@@ -18,9 +18,9 @@ from ._subclasses import Property as property
 from ._subclasses import selector
 from ._types import Out, Point, Pointer, Range, Rect, Size
 from .testing import (
-    advance, beep_count, click, close_screen, drag, drag_to, keep_log, log_lines, move_pointer, open_screen,
-    pixel, press, press_key, release, run_until_idle, screenshot, scroll, type_text,
-    use_system_clock, use_virtual_clock)
+    advance, answer_alerts, answer_panels, beep_count, click, close_screen, drag, drag_to, keep_log, log_lines,
+    move_pointer, open_screen, pixel, press, press_key, release, run_until_idle, screenshot, scroll,
+    take_opened_urls, type_text, use_system_clock, use_virtual_clock)
 
 
 class weak:

@@ -72,6 +72,25 @@ def beep_count():
     return _call("BeepCount")
 
 
+# ---- somebody in place of the person and the desktop
+
+
+def answer_alerts(person):
+    """Asks a callable instead of showing alerts: it is called with the alert and answers its code. None ends that."""
+    _call("AnswerAlerts", person)
+
+
+def answer_panels(person):
+    """Asks a callable instead of showing open and save panels: it is called with the panel and answers a list of
+    URLs, or None to cancel. None in place of the callable ends that."""
+    _call("AnswerPanels", person)
+
+
+def take_opened_urls(desktop):
+    """Hands URLs that are to be opened to a callable, which answers whether it takes them, instead of the desktop."""
+    _call("TakeOpenedURLs", desktop)
+
+
 # ---- a screen in memory
 
 
