@@ -3,6 +3,8 @@
 
 #include "ContextPrivate.h"
 #include "raster/TextLine.h"
+#include "text/GlyphCache.h"
+#include "text/GlyphRasterizer.h"
 
 #include <cmath>
 
@@ -64,12 +66,15 @@ namespace {
         }
     }
 
+    double determinant(const CGAffineTransform& t) { return t.a * t.d - t.b * t.c; }
+
+    /// Answers which way is up. Device rows go down, so a plain space has a negative determinant; a flipped one does
+    /// not, and its letters are turned over once more.
+    double upward(const CGAffineTransform& toDevice) { return determinant(toDevice) > 0 ? -1 : 1; }
+
     PathData outlineOf(const text::Line& line, CGPoint baseline, const CGAffineTransform& toDevice)
     {
-        // Device rows go down, so a plain space has a negative determinant; a flipped one does not, and its letters
-        // are turned over once more.
-        const bool flipped = toDevice.a * toDevice.d - toDevice.b * toDevice.c > 0;
-        const double up = flipped ? -1 : 1;
+        const double up = upward(toDevice);
         PathData path;
         for (const text::LineRun& run : line.runs()) {
             const double size = run.font.size;
@@ -83,12 +88,53 @@ namespace {
         return path;
     }
 
-    void drawOutlines(
-        ContextData& data, const text::Line& line, CGPoint baseline, const raster::Color& color)
+    void drawPicture(
+        CGContext* context, const text::GlyphPicture& picture, CGPoint origin, CGSize scale)
     {
-        if (isUsable(data.state.toDevice))
-            fillPath(data, outlineOf(line, baseline, data.state.toDevice), false,
-                { color, true, nullptr });
+        if (picture.pixels.empty())
+            return;
+        const Ref<CGImage> image
+            = imageFromPixels(picture.pixels.data(), static_cast<std::size_t>(picture.width),
+                static_cast<std::size_t>(picture.height), std::ptrdiff_t { picture.width } * 4);
+        CGContextSaveGState(context);
+        CGContextTranslateCTM(context, origin.x, origin.y);
+        CGContextScaleCTM(context, scale.width, scale.height);
+        CGContextDrawImage(context, picture.place, image.get());
+        CGContextRestoreGState(context);
+    }
+
+    /// Draws the coloured glyphs of a line, which have no outlines; they fade with the colour.
+    void drawPictures(CGContext* context, const text::Line& line, CGPoint baseline, double alpha)
+    {
+        const CGAffineTransform toDevice = dataOf(context)->state.toDevice;
+        const double up = upward(toDevice);
+        const double pixels = std::sqrt(std::abs(determinant(toDevice)));
+        CGContextSaveGState(context);
+        CGContextSetAlpha(context, dataOf(context)->state.alpha * alpha);
+        for (const text::LineRun& run : line.runs()) {
+            if (!run.font.face->isColored())
+                continue;
+            const double size = run.font.size;
+            for (const text::LineGlyph& glyph : line.glyphs(run)) {
+                const text::GlyphPicture picture
+                    = text::GlyphCache::Session(text::GlyphCache::shared())
+                          .picture(*run.font.face, glyph.glyph, size * pixels);
+                drawPicture(context, picture, { baseline.x + glyph.x, baseline.y + up * glyph.y },
+                    { size, up * size });
+            }
+        }
+        CGContextRestoreGState(context);
+    }
+
+    void drawOutlines(
+        CGContext* context, const text::Line& line, CGPoint baseline, const raster::Color& color)
+    {
+        ContextData& data = *dataOf(context);
+        if (!isUsable(data.state.toDevice))
+            return;
+        fillPath(
+            data, outlineOf(line, baseline, data.state.toDevice), false, { color, true, nullptr });
+        drawPictures(context, line, baseline, color.alpha);
     }
 
 }
@@ -101,7 +147,7 @@ void drawTextLine(
         return;
     const double scale = uprightScale(data->state);
     if (scale == 0 || !raster::canDrawLine(line, scale))
-        return drawOutlines(*data, line, baseline, color);
+        return drawOutlines(context, line, baseline, color);
     const CGPoint device = CGPointApplyAffineTransform(baseline, data->state.toDevice);
     const GraphicsState& state = data->state;
     if (!state.clipShapes && !state.shadow.paints && state.blend == kCGBlendModeNormal) {

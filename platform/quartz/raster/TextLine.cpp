@@ -36,10 +36,11 @@ namespace {
     /// Draws the runs of one line with the glyph cache held.
     class LineDrawer {
     public:
-        LineDrawer(const Bitmap& bitmap, PixelRect clip, Pixel color, double scale)
+        LineDrawer(const Bitmap& bitmap, PixelRect clip, const Color& color, double scale)
             : bitmap_(bitmap)
             , clip_(intersection(clip, bounds(bitmap)))
-            , color_(color)
+            , color_(pixelFromColor(color))
+            , alpha_(color.alpha)
             , scale_(scale)
             , glyphs_(text::GlyphCache::shared())
         {
@@ -69,16 +70,27 @@ namespace {
         {
             const PenPlace place = penPlace(penX);
             const text::GlyphMask mask = glyphs_.mask(face, glyph, pixelSize, place.quarter);
-            if (!mask.coverage)
-                return;
-            const int baseline = static_cast<int>(std::floor(penY + 0.5));
-            drawMask(bitmap_, { mask.coverage, mask.width, mask.height, mask.width },
-                place.pixel + mask.left, baseline - mask.top, clip_, color_);
+            const int left = place.pixel + mask.left;
+            const int top = static_cast<int>(std::floor(penY + 0.5)) - mask.top;
+            if (mask.coverage)
+                drawMask(bitmap_, { mask.coverage, mask.width, mask.height, mask.width }, left, top,
+                    clip_, color_);
+            else if (mask.pixels)
+                drawPicture(mask, left, top);
+        }
+
+        /// A picture has its own colours, and fades with the text's.
+        void drawPicture(const text::GlyphMask& mask, int left, int top)
+        {
+            const Bitmap picture { const_cast<Pixel*>(mask.pixels), mask.width, mask.height,
+                std::ptrdiff_t { mask.width } * 4 }; // only read
+            drawImage(bitmap_, picture, left, top, clip_, Blend::over, alpha_);
         }
 
         const Bitmap& bitmap_;
         PixelRect clip_;
         Pixel color_;
+        double alpha_;
         double scale_;
         text::GlyphCache::Session glyphs_;
     };
@@ -94,7 +106,7 @@ bool canDrawLine(const text::Line& line, double scale)
 void drawLine(const Bitmap& bitmap, const text::Line& line, double x, double y, double scale,
     PixelRect clip, const Color& color)
 {
-    LineDrawer drawer(bitmap, clip, pixelFromColor(color), scale);
+    LineDrawer drawer(bitmap, clip, color, scale);
     for (const text::LineRun& run : line.runs()) {
         if (!isTooLarge(run, scale))
             drawer.drawRun(line, run, x, y);

@@ -108,6 +108,7 @@ FontFace::FontFace(const Description& description)
     , weight_(description.weight)
     , slant_(description.slant)
     , monospaced_(description.monospaced)
+    , colored_(description.colored)
     , handles_(std::make_unique<Handles>())
 {
 }

@@ -75,6 +75,8 @@ public:
     int weight() const { return weight_; }
     Slant slant() const { return slant_; }
     bool isMonospaced() const { return monospaced_; }
+    /// Answers whether the glyphs are small pictures in colours of their own (emoji); they have no outlines.
+    bool isColored() const { return colored_; }
 
     const FaceMetrics& metrics() const { return metrics_; }
     double unitsPerEm() const { return unitsPerEm_; }
@@ -121,6 +123,7 @@ private:
     int weight_ = 400;
     Slant slant_ = Slant::upright;
     bool monospaced_ = false;
+    bool colored_ = false;
     double unitsPerEm_ = 1000;
     FaceMetrics metrics_;
     std::bitset<0x300> quickCoverage_;

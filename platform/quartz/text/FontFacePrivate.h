@@ -22,6 +22,7 @@ struct FontFace::Description {
     int weight = 400;
     Slant slant = Slant::upright;
     bool monospaced = false;
+    bool colored = false;
 };
 
 struct HarfBuzzDeleter {

@@ -71,17 +71,17 @@ FontLibrary::FallbackList& FontLibrary::fallbackList(const FontFace& face)
         FcCharSet* characters = nullptr;
         if (isUsable(pattern)
             && FcPatternGetCharSet(pattern, FC_CHARSET, 0, &characters) == FcResultMatch) {
-            list.fonts.push_back({ pattern, characters });
+            list.fonts.push_back({ pattern, characters, isColored(pattern) });
             list.characters.add(characters);
         }
     }
     return list;
 }
 
-const FontFace* FontLibrary::firstWith(const FallbackList& list, char32_t codePoint)
+const FontFace* FontLibrary::firstWith(const FallbackList& list, char32_t codePoint, bool colored)
 {
     for (const FallbackFont& font : list.fonts) {
-        if (!FcCharSetHasChar(font.characters, codePoint))
+        if (font.isColored != colored || !FcCharSetHasChar(font.characters, codePoint))
             continue;
         const FontFace* face = open(font.pattern);
         if (face && face->glyphFor(codePoint) != 0)
@@ -90,19 +90,24 @@ const FontFace* FontLibrary::firstWith(const FallbackList& list, char32_t codePo
     return nullptr;
 }
 
-const FontFace* FontLibrary::fallbackFor(const FontFace& face, char32_t codePoint)
+const FontFace* FontLibrary::fallbackFor(
+    const FontFace& face, char32_t codePoint, Presentation wanted)
 {
     const std::lock_guard lock(mutex_);
     candidates();
     FallbackList& list = fallbackList(face);
     if (!list.characters.contains(codePoint))
         return nullptr;
-    if (const auto known = list.answers.find(codePoint); known != list.answers.end())
+    const bool picture = wanted == Presentation::picture;
+    auto& answers = picture ? list.pictures : list.signs;
+    if (const auto known = answers.find(codePoint); known != answers.end())
         return known->second;
-    const FontFace* answer = firstWith(list, codePoint);
-    if (list.answers.size() >= kRememberedAnswers)
-        list.answers.clear();
-    list.answers.emplace(codePoint, answer);
+    const FontFace* answer = firstWith(list, codePoint, picture);
+    if (!answer && !picture)
+        answer = firstWith(list, codePoint, true);
+    if (answers.size() >= kRememberedAnswers)
+        answers.clear();
+    answers.emplace(codePoint, answer);
     return answer;
 }
 

@@ -97,9 +97,14 @@ bool FontLibrary::isUsable(FcPattern* pattern)
     if (!format || (std::strcmp(format, "TrueType") != 0 && std::strcmp(format, "CFF") != 0))
         return false;
     constexpr int kNamedInstanceShift = 16;
-    return flagOf(pattern, FC_SCALABLE, false) && !flagOf(pattern, FC_COLOR, false)
-        && !flagOf(pattern, FC_VARIABLE, false) && stringOf(pattern, FC_FILE)
+    return flagOf(pattern, FC_SCALABLE, false) && !flagOf(pattern, FC_VARIABLE, false)
+        && (!flagOf(pattern, FC_COLOR, false) || isColored(pattern)) && stringOf(pattern, FC_FILE)
         && integerOf(pattern, FC_INDEX, 0) >> kNamedInstanceShift == 0;
+}
+
+bool FontLibrary::isColored(FcPattern* pattern)
+{
+    return flagOf(pattern, FC_COLOR, false) && !flagOf(pattern, FC_OUTLINE, true);
 }
 
 const std::vector<FontLibrary::Candidate>& FontLibrary::candidates()
@@ -135,6 +140,7 @@ const FontFace* FontLibrary::open(FcPattern* pattern)
     description.postScriptName = name ? name : description.familyName;
     description.weight = weightOf(pattern);
     description.slant = slantOf(pattern);
+    description.colored = isColored(pattern);
     description.monospaced = integerOf(pattern, FC_SPACING, FC_PROPORTIONAL) == FC_MONO;
     place->second = FontFace::open(description);
     return place->second.get();
@@ -215,7 +221,7 @@ const FontFace* FontLibrary::system(int weight, Slant slant)
     for (const Candidate& candidate : candidates()) {
         if (face)
             break;
-        face = open(candidate.pattern);
+        face = isColored(candidate.pattern) ? nullptr : open(candidate.pattern);
     }
     system_.emplace(key, face);
     return face;

@@ -28,11 +28,15 @@ private:
     std::unordered_map<char32_t, Page> pages_;
 };
 
+/// How a character that has both is shown: as a sign in the text's colour, or as a small picture.
+enum class Presentation { sign, picture };
+
 /// All faces of the process and the installed fonts that they come from.
 ///
-/// The font configuration is read when the first face is asked for. Bitmap, coloured and variable
-/// fonts are passed over: the first two cannot be drawn at any size, and the instances of the last
-/// are listed under their own names.
+/// The font configuration is read when the first face is asked for. Bitmap and variable fonts are
+/// passed over: the former cannot be drawn at any size, and the instances of the latter are listed
+/// under their own names. Fonts of coloured pictures (emoji) are taken where nothing else has a character or
+/// where a picture is wanted.
 /// Thread: any; one lock covers everything.
 class FontLibrary {
 public:
@@ -43,9 +47,10 @@ public:
     const FontFace* system(int weight, Slant slant);
     std::vector<std::string> installedNames();
 
-    /// Answers the face that stands in for `face` where it lacks a character.
-    /// - Nil: null when no installed font has the character.
-    const FontFace* fallbackFor(const FontFace& face, char32_t codePoint);
+    /// Answers the face that stands in for `face` where it lacks a character or its picture.
+    /// - Nil: null when no installed font has the character, or none has a picture of it.
+    const FontFace* fallbackFor(
+        const FontFace& face, char32_t codePoint, Presentation wanted = Presentation::sign);
 
 private:
     struct Candidate {
@@ -58,6 +63,7 @@ private:
     struct FallbackFont {
         FcPattern* pattern = nullptr;
         FcCharSet* characters = nullptr;
+        bool isColored = false;
     };
 
     // The fonts to try in turn for one manner of writing, best first.
@@ -65,18 +71,20 @@ private:
         FcFontSet* sorted = nullptr; // owns what the others point at
         CodePointPages characters; // of all of them together
         std::vector<FallbackFont> fonts;
-        std::unordered_map<char32_t, const FontFace*> answers;
+        std::unordered_map<char32_t, const FontFace*> signs;
+        std::unordered_map<char32_t, const FontFace*> pictures;
     };
 
     using StyleKey = std::tuple<int, Slant, bool>; // bold or not, slant, monospaced
 
     static bool isUsable(FcPattern* pattern);
+    static bool isColored(FcPattern* pattern);
     const std::vector<Candidate>& candidates();
     const FontFace* installed(std::string_view name);
     const FontFace* bestOfFamily(std::string_view family, int weight, Slant slant);
     const FontFace* open(FcPattern* pattern);
     FallbackList& fallbackList(const FontFace& face);
-    const FontFace* firstWith(const FallbackList& list, char32_t codePoint);
+    const FontFace* firstWith(const FallbackList& list, char32_t codePoint, bool colored);
 
     std::mutex mutex_;
     FcConfig* config_ = nullptr;

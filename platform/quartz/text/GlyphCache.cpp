@@ -39,8 +39,15 @@ namespace {
 
     GlyphMask viewOf(const DrawnGlyph& glyph)
     {
-        return { glyph.coverage.empty() ? nullptr : glyph.coverage.data(), glyph.width,
-            glyph.height, glyph.left, glyph.top };
+        return { glyph.coverage.empty() ? nullptr : glyph.coverage.data(),
+            glyph.pixels.empty() ? nullptr : glyph.pixels.data(), glyph.width, glyph.height,
+            glyph.left, glyph.top };
+    }
+
+    std::size_t bytesOf(const DrawnGlyph& glyph)
+    {
+        return glyph.coverage.capacity() + glyph.pixels.capacity() * sizeof(std::uint32_t)
+            + kEntryOverhead;
     }
 
 }
@@ -58,7 +65,7 @@ struct GlyphCache::Store {
 
     const DrawnGlyph& keep(const Key& key, DrawnGlyph glyph)
     {
-        const std::size_t bytes = glyph.coverage.capacity() + kEntryOverhead;
+        const std::size_t bytes = bytesOf(glyph);
         if (youngBytes + bytes > generationLimit) {
             old = std::move(young);
             oldBytes = youngBytes;
@@ -77,7 +84,7 @@ struct GlyphCache::Store {
         if (found == old.end())
             return nullptr;
         DrawnGlyph glyph = std::move(found->second);
-        oldBytes -= glyph.coverage.capacity() + kEntryOverhead;
+        oldBytes -= bytesOf(glyph);
         old.erase(found);
         return &keep(key, std::move(glyph));
     }
@@ -102,6 +109,12 @@ std::size_t GlyphCache::bytesInUse() const
 {
     const std::lock_guard lock(mutex_);
     return store_->youngBytes + store_->oldBytes;
+}
+
+GlyphPicture GlyphCache::Session::picture(
+    const FontFace& face, GlyphId glyph, double pixelSize) const
+{
+    return readPicture(face, glyph, pixelSize);
 }
 
 GlyphMask GlyphCache::find(const FontFace& face, GlyphId glyph, double pixelSize, int position)

@@ -10,15 +10,19 @@
 
 namespace brindle::text {
 
-/// The picture of a glyph: how much of each device pixel it covers, 0 to 255.
-/// - Shape: `height` rows of `width` bytes, top row first, no padding.
+/// The picture of a glyph: how much of each device pixel it covers, 0 to 255, or the pixels of a coloured one
+/// (alpha in the top byte, the rest multiplied by it).
+/// - Shape: `height` rows of `width` bytes or pixels, top row first, no padding.
 struct GlyphMask {
-    const std::uint8_t* coverage = nullptr; // null for a blank glyph
+    const std::uint8_t* coverage = nullptr; // null for a blank or coloured glyph
+    const std::uint32_t* pixels = nullptr; // null for all others
     int width = 0;
     int height = 0;
     int left = 0; // from the pen's whole pixel to the mask's left edge
     int top = 0; // from the baseline up to the mask's top edge
 };
+
+struct GlyphPicture;
 
 /// Glyph masks of all faces at all device sizes, drawn once and kept in bounded memory.
 ///
@@ -51,6 +55,9 @@ public:
         {
             return cache_.find(face, glyph, pixelSize, position);
         }
+
+        /// Answers a coloured glyph's picture as its file holds it, for sizes and places without masks.
+        GlyphPicture picture(const FontFace& face, GlyphId glyph, double pixelSize) const;
 
     private:
         GlyphCache& cache_;

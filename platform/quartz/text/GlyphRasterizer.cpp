@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "GlyphRasterizer.h"
 
-#include "FontFacePrivate.h"
+#include "DrawingFacePrivate.h"
 
 #include FT_OUTLINE_H
 
@@ -19,20 +19,6 @@ namespace {
             return FT_Init_FreeType(&made) == 0 ? made : nullptr;
         }();
         return shared;
-    }
-
-    FT_Face drawingFace(const FontFace& face)
-    {
-        FontFace::Handles& handles = face.handles();
-        if (handles.drawing || handles.drawingFailed)
-            return handles.drawing;
-        handles.drawingFailed = !library()
-            || FT_New_Face(library(), face.filePath().c_str(),
-                   static_cast<FT_Long>(face.fileIndex()), &handles.drawing)
-                != 0;
-        if (handles.drawingFailed)
-            handles.drawing = nullptr;
-        return handles.drawing;
     }
 
     /// Loads the outline in the face's own units and scales it here: the font drivers round some
@@ -54,8 +40,25 @@ namespace {
 
 }
 
+FT_Face drawingFace(const FontFace& face)
+{
+    FontFace::Handles& handles = face.handles();
+    if (handles.drawing || handles.drawingFailed)
+        return handles.drawing;
+    handles.drawingFailed = !library()
+        || FT_New_Face(library(), face.filePath().c_str(), static_cast<FT_Long>(face.fileIndex()),
+               &handles.drawing)
+            != 0;
+    if (handles.drawingFailed)
+        handles.drawing = nullptr;
+    return handles.drawing;
+}
+
 DrawnGlyph drawGlyph(const FontFace& face, GlyphId glyph, int pixelsPerEm64, int shift64)
 {
+    constexpr double kParts = 64;
+    if (face.isColored())
+        return drawPicture(face, glyph, pixelsPerEm64 / kParts, shift64 / kParts);
     DrawnGlyph result;
     FT_Face drawing = drawingFace(face);
     if (!drawing || !loadOutline(drawing, glyph, face.unitsPerEm(), pixelsPerEm64, shift64))

@@ -9,6 +9,8 @@ namespace brindle::text {
 
 namespace {
 
+    constexpr char32_t kJoiner = 0x200D;
+
     bool isWeakScript(hb_script_t script)
     {
         return script == HB_SCRIPT_COMMON || script == HB_SCRIPT_INHERITED
@@ -23,7 +25,7 @@ namespace {
     /// Characters that are drawn with whatever face stands around them.
     bool followsItsNeighbours(char32_t codePoint)
     {
-        const bool joiner = codePoint == 0x200C || codePoint == 0x200D || codePoint == 0x034F;
+        const bool joiner = codePoint == 0x200C || codePoint == kJoiner || codePoint == 0x034F;
         const bool direction = (codePoint >= 0x200E && codePoint <= 0x200F)
             || (codePoint >= 0x202A && codePoint <= 0x202E)
             || (codePoint >= 0x2066 && codePoint <= 0x2069);
@@ -52,6 +54,7 @@ namespace {
             hb_script_t script = HB_SCRIPT_LATIN;
             const FontFace* face = font.face;
             const std::size_t firstItem = items_.size();
+            bool afterJoiner = false;
             lastIsWeak_ = false;
             for (std::size_t index = start; index < end;) {
                 const std::size_t at = index;
@@ -60,7 +63,9 @@ namespace {
                 const bool isWeak = isWeakScript(own);
                 if (!isWeak)
                     script = own;
-                face = faceFor(codePoint, own, *font.face, face);
+                const char16_t next = index < end ? text_[index] : u'\0';
+                face = faceFor({ codePoint, own, next, afterJoiner }, *font.face, face);
+                afterJoiner = codePoint == kJoiner;
                 const Item item { at, index - at, { face, font.size }, script, levelAt(at) };
                 if (items_.size() == firstItem || !join(items_.back(), item)) {
                     items_.push_back(item);
@@ -90,19 +95,44 @@ namespace {
             return true;
         }
 
-        /// A mark stays with the face of its base, or the two could not be joined.
+        /// A character and what decides beside it about its face.
+        struct Place {
+            char32_t codePoint = 0;
+            hb_script_t script = HB_SCRIPT_LATIN;
+            char16_t next = 0;
+            bool afterJoiner = false;
+
+            /// A selector behind a character settles how it is shown.
+            bool wantsPicture() const
+            {
+                constexpr char16_t kSign = 0xFE0E;
+                constexpr char16_t kPicture = 0xFE0F;
+                return next == kPicture || (next != kSign && isPictureByItself(codePoint));
+            }
+        };
+
+        /// A mark stays with the face of its base, or the two could not be joined; so do the parts of one picture.
         static const FontFace* faceFor(
-            char32_t codePoint, hb_script_t script, const FontFace& wanted, const FontFace* current)
+            const Place& place, const FontFace& wanted, const FontFace* current)
         {
+            const char32_t codePoint = place.codePoint;
             if (followsItsNeighbours(codePoint))
                 return current;
-            if (script == HB_SCRIPT_INHERITED && current->covers(codePoint))
+            const bool joins = place.script == HB_SCRIPT_INHERITED
+                || (place.afterJoiner && current->isColored());
+            if (joins && current->covers(codePoint))
                 return current;
+            FontLibrary& library = FontLibrary::shared();
+            if (place.wantsPicture() && !wanted.isColored()) {
+                if (const FontFace* face
+                    = library.fallbackFor(wanted, codePoint, Presentation::picture))
+                    return face;
+            }
             if (wanted.covers(codePoint))
                 return &wanted;
-            if (current != &wanted && current->covers(codePoint))
+            if (current != &wanted && !current->isColored() && current->covers(codePoint))
                 return current;
-            const FontFace* other = FontLibrary::shared().fallbackFor(wanted, codePoint);
+            const FontFace* other = library.fallbackFor(wanted, codePoint);
             return other ? other : &wanted;
         }
 

@@ -10,6 +10,7 @@
 
 #include <unicode/ubidi.h>
 #include <unicode/ubrk.h>
+#include <unicode/uchar.h>
 
 namespace brindle::text {
 
@@ -18,6 +19,23 @@ namespace {
     // The time for deeply nested directions grows with the square of the length. Nobody can follow
     // a nesting over so many letters, and so the levels of a very long line are found part by part.
     constexpr std::size_t kDirectionUnits = 32 * 1024;
+
+    struct CodePointRange {
+        char32_t first = 0;
+        char32_t last = 0;
+    };
+
+    // The few characters among arrows, dingbats and other signs that are pictures by themselves. Signs stand in
+    // nearly every menu, and asking the library about them would load it into every process.
+    constexpr CodePointRange kEarlyPictures[] = { { 0x231A, 0x231B }, { 0x23E9, 0x23EC },
+        { 0x23F0, 0x23F0 }, { 0x23F3, 0x23F3 }, { 0x25FD, 0x25FE }, { 0x2614, 0x2615 },
+        { 0x2648, 0x2653 }, { 0x267F, 0x267F }, { 0x2693, 0x2693 }, { 0x26A1, 0x26A1 },
+        { 0x26AA, 0x26AB }, { 0x26BD, 0x26BE }, { 0x26C4, 0x26C5 }, { 0x26CE, 0x26CE },
+        { 0x26D4, 0x26D4 }, { 0x26EA, 0x26EA }, { 0x26F2, 0x26F3 }, { 0x26F5, 0x26F5 },
+        { 0x26FA, 0x26FA }, { 0x26FD, 0x26FD }, { 0x2705, 0x2705 }, { 0x270A, 0x270B },
+        { 0x2728, 0x2728 }, { 0x274C, 0x274C }, { 0x274E, 0x274E }, { 0x2753, 0x2755 },
+        { 0x2757, 0x2757 }, { 0x2795, 0x2797 }, { 0x27B0, 0x27B0 }, { 0x27BF, 0x27BF },
+        { 0x2B1B, 0x2B1C }, { 0x2B50, 0x2B50 }, { 0x2B55, 0x2B55 } };
 
     /// The functions used here, loaded by the first text that needs one.
     struct Icu {
@@ -32,6 +50,7 @@ namespace {
         decltype(&::ubrk_setText) setText = nullptr;
         decltype(&::ubrk_first) first = nullptr;
         decltype(&::ubrk_next) next = nullptr;
+        decltype(&::u_hasBinaryProperty) hasProperty = nullptr;
         bool loaded = false;
 
         Icu()
@@ -48,7 +67,8 @@ namespace {
                 && find(library, BRINDLE_VERSIONED(ubrk_close), closeIterator)
                 && find(library, BRINDLE_VERSIONED(ubrk_setText), setText)
                 && find(library, BRINDLE_VERSIONED(ubrk_first), first)
-                && find(library, BRINDLE_VERSIONED(ubrk_next), next);
+                && find(library, BRINDLE_VERSIONED(ubrk_next), next)
+                && find(library, BRINDLE_VERSIONED(u_hasBinaryProperty), hasProperty);
         }
     };
 
@@ -208,6 +228,19 @@ std::vector<std::size_t> lineBoundaries(std::u16string_view text)
     if (!iterator || !addBoundaries(iterator, text, boundaries))
         boundaries = { 0, text.size() };
     return boundaries;
+}
+
+bool isPictureByItself(char32_t codePoint)
+{
+    constexpr char32_t kFirstPlane = 0x1F000;
+    if (codePoint >= kFirstPlane)
+        return icu().loaded
+            && icu().hasProperty(static_cast<UChar32>(codePoint), UCHAR_EMOJI_PRESENTATION);
+    if (codePoint < kEarlyPictures[0].first || codePoint > std::end(kEarlyPictures)[-1].last)
+        return false;
+    return std::ranges::any_of(kEarlyPictures, [codePoint](const CodePointRange& range) {
+        return codePoint >= range.first && codePoint <= range.last;
+    });
 }
 
 }

@@ -64,6 +64,10 @@ std::vector<std::size_t> characterBoundaries(std::u16string_view text);
 /// Answers where lines may begin, by the rules of Unicode; the length of the text comes last.
 std::vector<std::size_t> lineBoundaries(std::u16string_view text);
 
+/// Answers whether a character is shown as a coloured picture where nothing else is asked for
+/// (the Unicode property Emoji_Presentation).
+bool isPictureByItself(char32_t codePoint);
+
 /// Reads the code point at an index and moves the index past it. Half a pair answers itself.
 inline char32_t nextCodePoint(std::u16string_view text, std::size_t& index)
 {

@@ -4,6 +4,7 @@
 #include <numbers>
 
 #include "quartz/CGGradient.h"
+#include "quartz/TextDrawing.h"
 #include "support/Golden.h"
 
 using namespace brindle;
@@ -131,6 +132,20 @@ TEST(Golden, SmoothAndRoughEdges)
                 CGContextStrokePath(context);
             });
         }
+    });
+}
+
+TEST(Golden, TextInManyScripts)
+{
+    expectSheet("scripts", 230, 190, [](CGContextRef context) {
+        constexpr std::array<std::u16string_view, 8> kLines { u"Latin: Ångström, fjord, ¿qué?",
+            u"Ελληνικά: Καλημέρα", u"Кириллица: Привет, мир", u"العربية: مرحبا بالعالم",
+            u"עברית: שלום עולם", u"ไทย: สวัสดีชาวโลก", u"中文：你好，世界",
+            u"Emoji: 😀 👍🏽 🏳️‍🌈 🇩🇪 1️⃣ ❤️ ❤" };
+        const text::Font font { text::FontFace::named("DejaVuSans"), 13 };
+        for (std::size_t i = 0; i < kLines.size(); ++i)
+            quartz::drawTextLine(context, text::shapeLine(kLines[i], font),
+                { 8, 170 - 22 * static_cast<double>(i) }, { 0.1, 0.1, 0.1, 1 });
     });
 }
 
