@@ -69,8 +69,15 @@ public:
     /// Fades the whole surface, 0 to 1, where the desktop can.
     virtual void setAlpha(double alpha) = 0;
     virtual void setCursor(Cursor cursor) = 0;
-    /// Reserves a screen edge while the surface is shown; nothing ends that.
+    /// Reserves a screen edge while the surface is shown; nothing ends that. At the top edge the surface, and what is transient
+    /// for it, is shown below what others have there already, and the strut grows by that. Its frame and the
+    /// places of events do not tell of it.
     virtual void setStrut(const std::optional<Strut>& strut) = 0;
+    virtual StrutStanding strutStanding() const = 0;
+    /// Answers how many points lower than its frame the surface is shown.
+    virtual double strutOffset() const = 0;
+    /// Makes the surface neither seen nor hit while it goes on to be shown and to keep its strut.
+    virtual void setConcealed(bool concealed) = 0;
 
     /// Shows the surface on top of its level, without focus; an `exposed` asks for its pixels. Restores a minimised one.
     virtual void show() = 0;

@@ -116,6 +116,15 @@ struct Strut {
     friend bool operator==(const Strut&, const Strut&) = default;
 };
 
+/// How a surface stands to the screen edge that it wants to keep free.
+enum class StrutStanding {
+    none, ///< nothing is reserved: no strut, not shown, or not at the edge
+    atEdge,
+    belowPanel, ///< moved in from the edge, which something else had before
+    screenBeyond, ///< another screen lies beyond the edge, so nothing can be reserved
+    noManager, ///< nobody keeps other windows away
+};
+
 /// What a display has done so far; for tests and measurements.
 struct Counters {
     std::uint64_t presents = 0; ///< calls of `Surface::present` that had something to show

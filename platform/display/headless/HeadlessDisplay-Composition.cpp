@@ -88,7 +88,7 @@ Snapshot HeadlessDisplay::snapshot(std::size_t index) const
         if (!surface->isVisible() || surface->contents_.words.empty())
             continue;
         compose(image,
-            { surface->contents_, mapping.pixels(surface->frame_),
+            { surface->contents_, mapping.pixels(surface->shownFrame()),
                 surface->contentsScale_ / screen.scale,
                 static_cast<std::uint32_t>(surface->alpha_ * 255 + 0.5), surface->opaque_ });
     }

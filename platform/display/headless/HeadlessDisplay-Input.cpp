@@ -45,8 +45,9 @@ Event& HeadlessDisplay::post(Event::Kind kind, const HeadlessSurface* surface)
     event.modifiers = modifiers_;
     event.screenLocation = pointer_;
     if (surface) {
+        event.screenLocation.y += surface->strutOffset();
         const CGPoint corner = surface->frame().origin;
-        event.location = { pointer_.x - corner.x, pointer_.y - corner.y };
+        event.location = { event.screenLocation.x - corner.x, event.screenLocation.y - corner.y };
     }
     return event;
 }
@@ -62,7 +63,7 @@ HeadlessSurface* HeadlessDisplay::topSurfaceAt(CGPoint place) const
     const auto found = std::find_if(
         surfaces_.rbegin(), surfaces_.rend(), [place](const HeadlessSurface* surface) {
             return surface->isVisible() && !surface->passthrough_
-                && contains(surface->frame_, place);
+                && contains(surface->shownFrame(), place);
         });
     return found == surfaces_.rend() ? nullptr : *found;
 }

@@ -33,7 +33,10 @@ bool HeadlessDisplay::isConnected() const { return connected_; }
 const std::vector<Screen>& HeadlessDisplay::screens() const { return screens_; }
 int HeadlessDisplay::fileDescriptor() const { return -1; }
 void HeadlessDisplay::flush() { }
-CGPoint HeadlessDisplay::pointerLocation() const { return pointer_; }
+CGPoint HeadlessDisplay::pointerLocation() const
+{
+    return { pointer_.x, pointer_.y + (underPointer_ ? underPointer_->strutOffset() : 0) };
+}
 Modifiers HeadlessDisplay::modifiers() const { return modifiers_; }
 void HeadlessDisplay::setCursor(Cursor cursor) { cursor_ = cursor; }
 const Counters& HeadlessDisplay::counters() const { return counters_; }
@@ -226,8 +229,9 @@ void HeadlessDisplay::updateStruts()
         if (!surface->strut_ || !surface->shown_)
             continue;
         Screen& screen = now[screenIndexFor(surface->frame_)];
-        screen.visibleFrame
-            = frameWithoutStrut(screen.frame, screen.visibleFrame, *surface->strut_);
+        Strut strut = *surface->strut_;
+        strut.thickness += surface->strutOffset();
+        screen.visibleFrame = frameWithoutStrut(screen.frame, screen.visibleFrame, strut);
     }
     if (now == screens_)
         return;
@@ -247,6 +251,7 @@ SurfaceDescription HeadlessDisplay::describe(const Surface& surface) const
         .acceptsFocus = own.acceptsFocus_,
         .resizable = own.resizable_,
         .inputPassthrough = own.passthrough_,
+        .concealed = own.concealed_,
         .transientFor = own.parent_ ? own.parent_->id() : 0,
         .strut = own.strut_ };
 }

@@ -27,6 +27,7 @@ struct SurfaceDescription {
     bool acceptsFocus = true;
     bool resizable = true;
     bool inputPassthrough = false;
+    bool concealed = false;
     SurfaceId transientFor = 0;
     std::optional<Strut> strut;
 };

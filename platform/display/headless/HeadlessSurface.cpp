@@ -80,6 +80,39 @@ void HeadlessSurface::setStrut(const std::optional<Strut>& strut)
     display_.updateStruts();
 }
 
+double HeadlessSurface::strutOffset() const
+{
+    constexpr int kMostParents = 16; // they may belong to each other in a circle
+    const HeadlessSurface* leader = this;
+    for (int i = 0; i < kMostParents && !leader->strut_ && leader->parent_; ++i)
+        leader = leader->parent_;
+    if (!leader->strut_ || leader->strut_->edge != Strut::Edge::top
+        || display_.bareScreens_.empty())
+        return 0;
+    const Screen& screen = display_.bareScreens_[display_.screenIndexFor(leader->frame_)];
+    return NSMaxY(screen.frame) - NSMaxY(screen.visibleFrame);
+}
+
+StrutStanding HeadlessSurface::strutStanding() const
+{
+    if (!strut_ || !shown_ || display_.bareScreens_.empty())
+        return StrutStanding::none;
+    return strutOffset() > 0 ? StrutStanding::belowPanel : StrutStanding::atEdge;
+}
+
+CGRect HeadlessSurface::shownFrame() const { return NSOffsetRect(frame_, 0, -strutOffset()); }
+
+void HeadlessSurface::setConcealed(bool concealed)
+{
+    if (concealed == concealed_)
+        return;
+    concealed_ = concealed;
+    if (concealed)
+        display_.updatePointerSurface();
+    else if (isVisible())
+        display_.post(Event::Kind::exposed, this);
+}
+
 void HeadlessSurface::show()
 {
     if (!display_.connected_)

@@ -28,6 +28,9 @@ public:
     void setAlpha(double alpha) override;
     void setCursor(Cursor cursor) override { cursor_ = cursor; }
     void setStrut(const std::optional<Strut>& strut) override;
+    StrutStanding strutStanding() const override;
+    double strutOffset() const override;
+    void setConcealed(bool concealed) override;
     void show() override;
     void hide() override;
     bool isShown() const override { return shown_; }
@@ -45,7 +48,9 @@ public:
     void present(const Pixels& image, std::span<const PixelRect> damage) override;
 
     /// Answers whether there is something of it on the screen.
-    bool isVisible() const { return shown_ && !state_.minimised; }
+    bool isVisible() const { return shown_ && !state_.minimised && !concealed_; }
+    /// Answers where it is shown: lower than its frame below a panel.
+    CGRect shownFrame() const;
     /// Applies a frame that somebody else decided, within the size limits, and tells it.
     void takeFrame(CGRect frame);
     /// Applies a state and the frame that belongs to it, and tells both.
@@ -77,6 +82,7 @@ private:
     bool resizable_;
     bool passthrough_ = false;
     bool shown_ = false;
+    bool concealed_ = false;
 };
 
 }

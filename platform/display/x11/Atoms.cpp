@@ -45,6 +45,8 @@ namespace {
         "_NET_SUPPORTING_WM_CHECK",
         "_NET_WORKAREA",
         "_NET_CURRENT_DESKTOP",
+        "_NET_CLIENT_LIST",
+        "_BRINDLE_SCREEN_EDGE",
         "_MOTIF_WM_HINTS",
     };
     static_assert(kNames.back() == "_MOTIF_WM_HINTS", "one name for each atom");

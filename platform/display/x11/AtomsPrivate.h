@@ -47,6 +47,8 @@ enum class Atom : std::size_t {
     netSupportingWmCheck,
     netWorkArea,
     netCurrentDesktop,
+    netClientList,
+    brindleScreenEdge,
     motifWmHints,
     count,
 };

@@ -67,6 +67,8 @@ bool X11Display::pollEvent(Event& event)
     }
     if (events_.empty() && screensDirty_)
         refreshScreens();
+    if (events_.empty() && screenEdgeDirty_)
+        settleScreenEdge();
     if (events_.empty() && !toldEnd_ && connection_->isBroken()) {
         toldEnd_ = true;
         Event& last = events_.emplace_back();
@@ -189,6 +191,8 @@ void X11Display::handleProperty(const xcb_property_notify_event_t& event)
     }
     if (manager_.propertyChanged(event.atom))
         screensDirty_ = true;
+    if (event.atom == connection_->atom(Atom::netClientList))
+        screenEdgeDirty_ = true;
     if (event.atom == XCB_ATOM_RESOURCE_MANAGER) {
         screensDirty_ = true;
         resourcesDirty_ = true;
@@ -263,7 +267,7 @@ void X11Display::handleKey(const xcb_key_press_event_t& key, bool isDown)
         return;
     Event& event = post(isDown ? Event::Kind::keyDown : Event::Kind::keyUp, *surface);
     event.time = connection_->seconds(key.time);
-    event.screenLocation = mapping().points(key.root_x, key.root_y);
+    event.screenLocation = mapping().points(key.root_x, key.root_y - surface->offset());
     keyboard_.translate(event, key.detail, key.state, isDown);
     // Modifier keys are told by the change of modifiers only.
     if (event.characters.empty() && event.charactersIgnoringModifiers.empty()
@@ -323,7 +327,7 @@ void X11Display::handlePointer(const PointerAction& action)
         underPointer_ = surface;
     else if (action.kind == PointerAction::Kind::leave && underPointer_ == surface)
         underPointer_ = nullptr;
-    const CGPoint place = mapping().points(action.rootX, action.rootY);
+    const CGPoint place = mapping().points(action.rootX, action.rootY - surface->offset());
     const bool moved = std::exchange(lastPointer_, place) != place;
     if (action.kind == PointerAction::Kind::scroll && moved) {
         PointerAction movement = action;

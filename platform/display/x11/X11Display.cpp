@@ -150,7 +150,10 @@ CGPoint X11Display::pointerLocation() const
     xcb_connection_t* raw = connection_->raw();
     const auto reply
         = owned(xcb_query_pointer_reply(raw, xcb_query_pointer(raw, connection_->root()), nullptr));
-    return reply ? mapping().points(reply->root_x, reply->root_y) : lastPointer_;
+    if (!reply)
+        return lastPointer_;
+    return mapping().points(
+        reply->root_x, reply->root_y - (underPointer_ ? underPointer_->offset() : 0));
 }
 
 bool X11Display::grab(Surface& surface)
@@ -217,6 +220,7 @@ void X11Display::refreshScreens()
     if (std::exchange(resourcesDirty_, false))
         screens_.setResources(connection_->text(connection_->root(), XCB_ATOM_RESOURCE_MANAGER));
     screensDirty_ = false;
+    screenEdgeDirty_ = true;
     const bool changed = screens_.refresh();
     if (!changed || connection_->isBroken())
         return;

@@ -10,6 +10,7 @@
 #include "KeyboardPrivate.h"
 #include "PointerPrivate.h"
 #include "PresenterPrivate.h"
+#include "ScreenEdgePrivate.h"
 #include "ScreensPrivate.h"
 #include "WindowManagerPrivate.h"
 #include "X11ClipboardPrivate.h"
@@ -69,6 +70,15 @@ public:
     /// - Returns: false when it is over already.
     bool beginManaged(const X11Surface& surface);
 
+    // The top of the screens, which other programs want too. X11Display-ScreenEdge.cpp.
+
+    ScreenEdge& screenEdge() { return screenEdge_; }
+    /// Answers how far down a bar is to be moved.
+    /// - rect: where it would stand. - ownBottom: where it ends now, nothing before it is shown.
+    int depthBelowPanels(PixelRect rect, std::optional<int> ownBottom);
+    /// Moves the surfaces that follow a bar to where it is now.
+    void offsetChanged(const X11Surface& surface);
+
     // The order of our own surfaces: level first, then as they were raised. X11Display-Stacking.cpp.
 
     void raise(X11Surface& surface);
@@ -91,6 +101,8 @@ private:
     void followKeyboard();
     void noteModifiers(Modifiers flags, std::uint16_t keyCode);
     void refreshScreens();
+    std::vector<TopPanel> topPanels();
+    void settleScreenEdge();
     Reply<xcb_generic_event_t> nextEvent();
     X11Surface* surfaceOf(xcb_window_t window) const;
 
@@ -100,6 +112,7 @@ private:
     std::unique_ptr<Connection> connection_;
     WindowManager manager_;
     Screens screens_;
+    ScreenEdge screenEdge_;
     Keyboard keyboard_;
     Pointer pointer_;
     Presenter presenter_;
@@ -117,6 +130,7 @@ private:
     CGPoint lastPointer_;
     bool allowsGrabs_;
     bool screensDirty_ = false;
+    bool screenEdgeDirty_ = false;
     bool resourcesDirty_ = false;
     bool toldEnd_ = false;
     std::unique_ptr<X11Clipboard> clipboard_; // made when somebody asks; ends before all else

@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <utility>
 
 #include <unistd.h>
 
@@ -109,6 +110,8 @@ void X11Surface::writeAllHints()
         writeAlpha();
     if (passthrough_)
         applyPassthrough();
+    if (concealed_)
+        applyConcealment();
     applyCursor();
 }
 
@@ -216,6 +219,7 @@ void X11Surface::setTransientFor(Surface* parent)
 {
     parent_ = static_cast<X11Surface*>(parent);
     writeTransientFor();
+    applyFrame(); // the parent may be shown lower than its frame
     if (parent_ && shown_)
         display_.restack(*this, *parent_, true);
 }
@@ -259,20 +263,35 @@ void X11Surface::setInputPassthrough(bool passthrough)
     applyPassthrough();
 }
 
-void X11Surface::applyPassthrough()
+void X11Surface::applyPassthrough() { setShape(XCB_SHAPE_SK_INPUT, passthrough_); }
+
+// Whether or not somebody blends windows, one without a shape is not there to be seen.
+void X11Surface::applyConcealment() { setShape(XCB_SHAPE_SK_BOUNDING, concealed_); }
+
+void X11Surface::setShape(xcb_shape_sk_t kind, bool empty)
 {
     Connection& connection = display_.connection();
     if (!window_ || !connection.extensions().fixes)
         return;
     xcb_connection_t* raw = connection.raw();
-    if (!passthrough_) {
-        xcb_xfixes_set_window_shape_region(raw, window_, XCB_SHAPE_SK_INPUT, 0, 0, XCB_NONE);
+    if (!empty) {
+        xcb_xfixes_set_window_shape_region(raw, window_, kind, 0, 0, XCB_NONE);
         return;
     }
     const xcb_xfixes_region_t nothing = xcb_generate_id(raw);
     xcb_xfixes_create_region(raw, nothing, 0, nullptr);
-    xcb_xfixes_set_window_shape_region(raw, window_, XCB_SHAPE_SK_INPUT, 0, 0, nothing);
+    xcb_xfixes_set_window_shape_region(raw, window_, kind, 0, 0, nothing);
     xcb_xfixes_destroy_region(raw, nothing);
+}
+
+void X11Surface::setConcealed(bool concealed)
+{
+    if (concealed == concealed_)
+        return;
+    concealed_ = concealed;
+    applyConcealment();
+    if (concealed)
+        display_.loseGrab(*this);
 }
 
 // --- struts ------------------------------------------------------------------------------------------------
@@ -280,37 +299,84 @@ void X11Surface::applyPassthrough()
 void X11Surface::setStrut(const std::optional<Strut>& strut)
 {
     strut_ = strut;
-    if (strut_)
-        writeStrut();
-    else
+    settleScreenEdge();
+    if (!strut_)
         removeStrut();
 }
 
+const X11Surface& X11Surface::leader() const
+{
+    constexpr int kMostParents = 16; // they may belong to each other in a circle
+    const X11Surface* found = this;
+    for (int i = 0; i < kMostParents && !found->strut_ && found->parent_; ++i)
+        found = found->parent_;
+    return *found;
+}
+
+double X11Surface::strutOffset() const { return offset() / display_.mapping().scale; }
+
+void X11Surface::settleScreenEdge()
+{
+    int wanted = 0;
+    standing_ = StrutStanding::none;
+    if (strut_ && shown_ && strut_->edge == Strut::Edge::top) {
+        const PixelRect there = display_.mapping().pixels(frame_);
+        if (!display_.manager().isAlive())
+            standing_ = StrutStanding::noManager;
+        else if (!strutValuesFor(*strut_))
+            standing_ = StrutStanding::screenBeyond;
+        else {
+            const bool isPlaced = mapped_ && reserved_;
+            wanted = display_.depthBelowPanels(
+                there, isPlaced ? std::optional(rect_.bottom) : std::nullopt);
+            standing_ = wanted > 0 ? StrutStanding::belowPanel : StrutStanding::atEdge;
+        }
+    }
+    if (std::exchange(ownOffset_, wanted) != wanted)
+        display_.offsetChanged(*this);
+    writeStrut();
+}
+
+std::optional<StrutValues> X11Surface::strutValuesFor(const Strut& strut) const
+{
+    const Screens& screens = display_.screenTable();
+    const std::size_t screen = screens.indexFor(display_.mapping().pixels(frame_));
+    return strutValues(strut, screens.pixelFrames(), screen, screens.desktop(), screens.mapping());
+}
+
+// Only what is different is written: window managers answer by a new work area, which is looked at again.
 void X11Surface::writeStrut()
 {
     if (!window_ || !shown_ || !strut_)
         return;
-    const Screens& screens = display_.screenTable();
-    const auto values = strutValues(*strut_, screens.pixelFrames(), screens.indexFor(rect_),
-        screens.desktop(), screens.mapping());
+    auto values = strutValuesFor(*strut_);
     if (!values) {
         removeStrut();
         return;
     }
+    constexpr std::size_t kTop = 2;
+    (*values)[kTop] += static_cast<std::uint32_t>(ownOffset_);
+    ScreenEdge& edge = display_.screenEdge();
+    edge.reserved(static_cast<int>((*values)[kTop]));
+    if (std::exchange(reserved_, values) == values)
+        return;
     Connection& connection = display_.connection();
+    constexpr xcb_atom_t kCardinal = XCB_ATOM_CARDINAL;
+    connection.setValues(window_, connection.atom(Atom::netWmStrutPartial), kCardinal, *values);
     connection.setValues(
-        window_, connection.atom(Atom::netWmStrutPartial), XCB_ATOM_CARDINAL, *values);
-    connection.setValues(
-        window_, connection.atom(Atom::netWmStrut), XCB_ATOM_CARDINAL, std::span(*values).first(4));
+        window_, connection.atom(Atom::netWmStrut), kCardinal, std::span(*values).first(4));
+    const std::array<std::uint32_t, 1> mark { static_cast<std::uint32_t>(edge.hidden()) };
+    connection.setValues(window_, connection.atom(Atom::brindleScreenEdge), kCardinal, mark);
 }
 
 void X11Surface::removeStrut()
 {
-    if (!window_)
+    if (!window_ || !std::exchange(reserved_, std::nullopt))
         return;
     Connection& connection = display_.connection();
     connection.remove(window_, connection.atom(Atom::netWmStrutPartial));
     connection.remove(window_, connection.atom(Atom::netWmStrut));
+    connection.remove(window_, connection.atom(Atom::brindleScreenEdge));
 }
 
 // --- states ------------------------------------------------------------------------------------------------

@@ -13,7 +13,6 @@ X11Surface::X11Surface(X11Display& display, SurfaceId id, const SurfaceOptions& 
     : Surface(id)
     , display_(display)
     , frame_(options.frame)
-    , rect_(display.mapping().pixels(options.frame))
     , title_(options.title)
     , parent_(static_cast<X11Surface*>(options.transientFor))
     , kind_(options.kind)
@@ -23,6 +22,7 @@ X11Surface::X11Surface(X11Display& display, SurfaceId id, const SurfaceOptions& 
     , acceptsFocus_(options.acceptsFocus)
     , resizable_(options.resizable)
 {
+    rect_ = pixelsFor(frame_);
     display_.add(*this);
 }
 
@@ -92,6 +92,21 @@ void X11Surface::remakeWindow()
 
 // --- place -----------------------------------------------------------------------------------------------
 
+PixelRect X11Surface::pixelsFor(CGRect frame) const
+{
+    PixelRect rect = display_.mapping().pixels(frame);
+    rect.top += offset();
+    rect.bottom += offset();
+    return rect;
+}
+
+CGRect X11Surface::pointsFor(PixelRect rect) const
+{
+    rect.top -= offset();
+    rect.bottom -= offset();
+    return display_.mapping().points(rect);
+}
+
 void X11Surface::setFrame(CGRect frame)
 {
     frame_ = frame;
@@ -101,7 +116,7 @@ void X11Surface::setFrame(CGRect frame)
 void X11Surface::applyFrame()
 {
     const PixelRect before = rect_;
-    rect_ = display_.mapping().pixels(frame_);
+    rect_ = pixelsFor(frame_);
     if (!window_ || rect_ == before)
         return;
     const std::array<std::uint32_t, 4> values { static_cast<std::uint32_t>(rect_.left),
@@ -176,7 +191,7 @@ void X11Surface::takeRect(PixelRect rect)
     if (rect == rect_)
         return;
     const PixelRect before = std::exchange(rect_, rect);
-    frame_ = display_.mapping().points(rect);
+    frame_ = pointsFor(rect);
     display_.post(Event::Kind::frameChanged, *this).frame = frame_;
     sizeChangedFrom(before);
     if (strut_)
@@ -197,12 +212,12 @@ void X11Surface::screensChanged(bool scaleChanged)
         return;
     }
     // The screens moved under a window that stayed.
-    const CGRect now = display_.mapping().points(rect_);
-    if (window_ && display_.mapping().pixels(frame_) != rect_) {
+    const CGRect now = pointsFor(rect_);
+    if (window_ && pixelsFor(frame_) != rect_) {
         frame_ = now;
         display_.post(Event::Kind::frameChanged, *this).frame = frame_;
     } else if (!window_) {
-        rect_ = display_.mapping().pixels(frame_);
+        rect_ = pixelsFor(frame_);
     }
     if (strut_)
         writeStrut();
@@ -219,7 +234,7 @@ void X11Surface::show()
     const bool wasMinimised = state_.minimised;
     if (!wasShown) {
         writeState();
-        writeStrut();
+        settleScreenEdge();
     }
     if (!isManaged() && wasMinimised)
         takeState({ false, state_.zoomed, state_.fullScreen });
@@ -271,6 +286,7 @@ void X11Surface::destroyed()
     reparented_ = false;
     followed_ = XCB_NONE;
     placed_ = false;
+    reserved_.reset();
 }
 
 void X11Surface::exposed(const xcb_expose_event_t& event)

@@ -6,6 +6,7 @@
 
 #include "ConnectionPrivate.h"
 #include "display/Event.h"
+#include "display/Strut.h"
 #include "display/Surface.h"
 
 namespace brindle::display {
@@ -35,6 +36,12 @@ public:
     void setAlpha(double alpha) override;
     void setCursor(Cursor cursor) override;
     void setStrut(const std::optional<Strut>& strut) override;
+    StrutStanding strutStanding() const override
+    {
+        return shown_ ? standing_ : StrutStanding::none;
+    }
+    double strutOffset() const override;
+    void setConcealed(bool concealed) override;
     void show() override;
     void hide() override;
     bool isShown() const override { return shown_; }
@@ -62,6 +69,14 @@ public:
     /// Answers whether a window manager decides about it.
     bool isManaged() const;
     PixelRect pixelRect() const { return rect_; }
+
+    /// Answers the surface whose strut moves this one: itself, or one that it is transient for.
+    const X11Surface& leader() const;
+    /// Answers how many pixels lower than its frame it is shown.
+    int offset() const { return leader().ownOffset_; }
+    /// Finds its place below the panels that are there, and reserves its own.
+    void settleScreenEdge();
+    void applyFrame();
 
     // What the server tells about the window.
     void configured(const xcb_configure_notify_event_t& event);
@@ -91,7 +106,8 @@ private:
     void ensureWindow();
     void dropWindow();
     void remakeWindow();
-    void applyFrame();
+    PixelRect pixelsFor(CGRect frame) const;
+    CGRect pointsFor(PixelRect rect) const;
     void takeRect(PixelRect rect);
     void followFrame();
     void readPlace(int& left, int& top) const;
@@ -111,6 +127,9 @@ private:
     void removeStrut();
     void writeAlpha();
     void applyPassthrough();
+    void applyConcealment();
+    void setShape(xcb_shape_sk_t kind, bool empty);
+    std::optional<StrutValues> strutValuesFor(const Strut& strut) const;
     void changeState(bool on, Atom first, Atom second);
     void fill(SurfaceState wanted);
     bool beginWithManager(std::uint32_t direction, CGPoint screenPoint);
@@ -131,6 +150,9 @@ private:
     X11Surface* parent_;
     SurfaceState state_;
     SurfaceKind kind_;
+    StrutStanding standing_ = StrutStanding::none;
+    int ownOffset_ = 0; // pixels down, of a surface with a strut
+    std::optional<StrutValues> reserved_; // what the window says now
     double alpha_ = 1;
     int level_;
     unsigned lastConfigure_ = 0; // sequence number of our last request for a place
@@ -139,6 +161,7 @@ private:
     bool acceptsFocus_;
     bool resizable_;
     bool passthrough_ = false;
+    bool concealed_ = false;
     bool shown_ = false; // what the program wants
     bool mapped_ = false; // what the server has told
     bool reparented_ = false;
