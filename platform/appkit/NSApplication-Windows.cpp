@@ -100,9 +100,7 @@ void ApplicationAccess::windowGone(NSWindow& window)
         setMainWindow(nullptr);
     const std::vector<NSWindow*> order = app.order;
     for (NSWindow* next : order) {
-        if (wasKey && !app.keyWindow && !WindowAccess::state(*next).ignoresMouse
-            && WindowAccess::state(*next).level < NSMainMenuWindowLevel
-            && next->canBecomeKeyWindow())
+        if (wasKey && !app.keyWindow && WindowAccess::becomesKeyUnasked(*next))
             next->makeKeyWindow();
         if (wasMain && !app.mainWindow && next->canBecomeMainWindow())
             setMainWindow(next);
@@ -217,7 +215,7 @@ template <> struct NSApplication::Methods<struct Windows> {
         ApplicationAccess::setActive(true);
         NSWindow* window = app().keyWindow;
         for (NSWindow* next : std::vector<NSWindow*>(app().order)) {
-            if (!window && next->canBecomeKeyWindow())
+            if (!window && WindowAccess::becomesKeyUnasked(*next))
                 window = next;
         }
         if (window)

@@ -189,7 +189,7 @@ template <> struct NSWindow::Methods<struct Events> {
             && static_cast<NSPanel&>(self).becomesKeyOnlyIfNeeded()
             && !view.acceptsFirstResponder())
             return self.orderFront(nullptr);
-        if (self.canBecomeKeyWindow())
+        if (WindowAccess::becomesKeyUnasked(self))
             self.makeKeyAndOrderFront(nullptr);
         else if (of(self).level == NSNormalWindowLevel)
             self.orderFront(nullptr);
@@ -199,7 +199,7 @@ template <> struct NSWindow::Methods<struct Events> {
     {
         const NSPoint point = event.locationInWindow();
         display::ResizeEdge edge {};
-        const bool wasKey = self.isKeyWindow() || !self.canBecomeKeyWindow();
+        const bool wasKey = self.isKeyWindow() || !WindowAccess::becomesKeyUnasked(self);
         if (WindowAccess::resizeEdgeAt(self, point, edge)) {
             becomeKeyByPress(self, *of(self).frameView);
             return WindowAccess::resizeWindow(self, edge, event);

@@ -61,6 +61,7 @@ void WindowAccess::applyFrame(NSWindow& window, NSRect frame, bool tellSurface)
     s.frame = frame;
     if (tellSurface && s.surface)
         s.surface->setFrame(frame);
+    settleScreenEdge(window);
     const NSPoint shift { frame.origin.x - old.origin.x, frame.origin.y - old.origin.y };
     if (shift != NSPoint {}) {
         const std::vector<Ref<NSWindow>> children = s.children;
@@ -95,6 +96,7 @@ void WindowAccess::settleScreen(NSWindow& window)
     if (!s.visible)
         return;
     const Ref<NSWindow> alive(&window);
+    settleScreenEdge(window);
     const display::Screen* screen = ScreenAccess::screenFor(s.frame);
     const NSRect place = screen ? screen->frame : NSRect {};
     const bool isNew = !s.screenFrame;

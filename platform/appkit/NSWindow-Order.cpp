@@ -80,7 +80,7 @@ display::Surface& WindowAccess::surface(NSWindow& window)
     options.level = static_cast<int>(s.level);
     options.opaque = s.opaque && !isTitled(s); // rounded corners show what is below
     options.overrideRedirect = options.kind == SurfaceKind::popup;
-    options.acceptsFocus = window.canBecomeKeyWindow();
+    options.acceptsFocus = becomesKeyUnasked(window);
     options.resizable = (s.style & NSResizableWindowMask) != 0;
     options.title = utf8Of(s.title.get());
     if (s.parent && state(*s.parent).surface)
@@ -91,6 +91,7 @@ display::Surface& WindowAccess::surface(NSWindow& window)
         s.surface->setInputPassthrough(true);
     if (s.alpha < 1)
         s.surface->setAlpha(s.alpha);
+    settleScreenEdge(window);
     s.surface->setSizeLimits(s.minSize,
         { s.maxSize.width < 1e6 ? s.maxSize.width : 0,
             s.maxSize.height < 1e6 ? s.maxSize.height : 0 });
@@ -131,6 +132,7 @@ void WindowAccess::orderIn(
     const bool appears = !std::exchange(s.visible, true);
     if (appears)
         drawIfVisible(window); // the first picture is there before the window is
+    native.setConcealed(false);
     if (!native.isShown())
         native.show();
     if (appears || mode != NSWindowAbove || !s.parent)
@@ -146,23 +148,35 @@ void WindowAccess::orderIn(
         orderIn(*children[i], below[i] ? NSWindowBelow : NSWindowAbove, &window, regardless);
 }
 
-void WindowAccess::orderOut(NSWindow& window)
-{
-    WindowState& s = state(window);
-    const Ref<NSWindow> alive(&window);
-    s.waitsForActivation = false;
-    const std::vector<Ref<NSWindow>> children = s.children;
-    for (const Ref<NSWindow>& child : children)
-        orderOut(*child);
-    if (std::exchange(s.visible, false)) {
-        std::erase(ApplicationAccess::state().order, &window);
-        pointerLeft(window, nullptr);
-        if (s.surface)
+namespace {
+
+    enum class Leaving { hidden, concealed };
+
+    void leave(NSWindow& window, Leaving how)
+    {
+        WindowState& s = WindowAccess::state(window);
+        const Ref<NSWindow> alive(&window);
+        s.waitsForActivation = false;
+        const std::vector<Ref<NSWindow>> children = s.children;
+        for (const Ref<NSWindow>& child : children)
+            leave(*child, Leaving::hidden);
+        const bool wasVisible = std::exchange(s.visible, false);
+        if (wasVisible) {
+            std::erase(ApplicationAccess::state().order, &window);
+            WindowAccess::pointerLeft(window, nullptr);
+        }
+        if (s.surface && how == Leaving::concealed)
+            s.surface->setConcealed(true);
+        else if (s.surface)
             s.surface->hide();
-        ApplicationAccess::windowGone(window);
+        if (wasVisible)
+            ApplicationAccess::windowGone(window);
+        const Ref<NSWindow> released = std::move(s.kept);
     }
-    const Ref<NSWindow> released = std::move(s.kept);
+
 }
+
+void WindowAccess::orderOut(NSWindow& window) { leave(window, Leaving::hidden); }
 
 void WindowAccess::applicationActivated(NSWindow& window)
 {
@@ -176,7 +190,8 @@ void WindowAccess::applicationDeactivated(NSWindow& window)
     if (!s.visible || !s.hidesOnDeactivate)
         return;
     const Ref<NSWindow> alive(&window);
-    orderOut(window);
+    // A strip that came and went with the application would move all other windows each time.
+    leave(window, s.reservedHeight > 0 ? Leaving::concealed : Leaving::hidden);
     s.kept = alive;
     s.waitsForActivation = true;
 }
@@ -294,8 +309,11 @@ template <> struct NSWindow::Methods<struct Order> {
         ApplicationAccess::setKeyWindow(&self);
         WindowState& state = of(self);
         if (state.surface && state.surface->isShown()
-            && ApplicationAccess::state().focusedSurface != state.surface->id())
+            && ApplicationAccess::state().focusedSurface != state.surface->id()) {
+            if (!WindowAccess::becomesKeyUnasked(self))
+                state.surface->setAcceptsFocus(true);
             state.surface->activate();
+        }
     }
     static void makeMain(NSWindow& self)
     {

@@ -49,6 +49,7 @@ struct WindowState {
     NSSize minSize { 0, 0 };
     NSSize maxSize { 1e7, 1e7 };
     CGFloat alpha = 1;
+    CGFloat reservedHeight = 0; // at the top of the screen
     Ref<NSString> title;
     Ref<NSObject> background; // NSColor; nil is the ordinary one
     WeakRef<NSObject> delegate;
@@ -102,6 +103,7 @@ struct WindowState {
     bool viewsMoved = false; // tracking areas must be made anew before the next event
     bool drawing = false;
     bool showsSheet = false;
+    bool reservesEdge = false; // did at some time
     bool closed = false;
 };
 
@@ -119,6 +121,16 @@ struct WindowAccess {
     static void resignHidden(NSWindow& window, NSView& view);
     static void viewMoved(NSWindow& window, NSView& view);
     static void addDamage(NSWindow& window, NSRect rect);
+
+    /// Answers whether a press, or the loss of another key window, may make it key: not what lets the pointer
+    /// through, and no bars and menus, which would take the keyboard from what they are for.
+    static bool becomesKeyUnasked(const NSWindow& window)
+    {
+        const WindowState& s = state(window);
+        return !s.ignoresMouse
+            && (s.level < NSMainMenuWindowLevel || s.level >= NSScreenSaverWindowLevel)
+            && window.canBecomeKeyWindow();
+    }
 
     /// Closes a window when it or its delegate agrees; NSWindow-Closing.cpp.
     static void closeIfAgreed(NSWindow& window);
@@ -149,6 +161,8 @@ struct WindowAccess {
     static void orderIn(
         NSWindow& window, NSWindowOrderingMode place, NSWindow* other, bool regardless);
     static void orderOut(NSWindow& window);
+    /// Tells the display how much of the screen's top edge the window reserves.
+    static void settleScreenEdge(NSWindow& window);
     static void applicationActivated(NSWindow& window);
     static void applicationDeactivated(NSWindow& window);
 
