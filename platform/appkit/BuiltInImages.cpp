@@ -108,6 +108,8 @@ namespace {
 
 Ref<NSImage> builtInImage(const std::string& name)
 {
+    if (name == "NSApplicationIcon")
+        return applicationIcon();
     for (const BuiltIn& image : kBuiltIns) {
         if (name != image.name)
             continue;

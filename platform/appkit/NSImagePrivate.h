@@ -119,6 +119,8 @@ struct ImageAccess {
 
 /// Draws one of the pictures that need no file; nil for an unknown name.
 Ref<NSImage> builtInImage(const std::string& name);
+/// Answers the picture that the Info.plist's "CFBundleIconFile" names, else one for all programs without; never nil.
+Ref<NSImage> applicationIcon();
 
 /// Answers an array of what a vector holds.
 template <class T> Ref<NSArray> arrayOf(const std::vector<Ref<T>>& items)
