@@ -21,12 +21,12 @@ namespace {
     }
 
     template <class Word>
-    unsigned char* storeAll(unsigned char* to, const Row<std::uint32_t>& offsets)
+    unsigned char* storeAll(unsigned char* to, const Pile<std::uint32_t>& offsets)
     {
-        for (const std::uint32_t offset : offsets) {
+        offsets.forEach([&](std::uint32_t offset) {
             storeAs<Word>(to, offset);
             to += sizeof(Word);
-        }
+        });
         return to;
     }
 

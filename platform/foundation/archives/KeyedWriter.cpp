@@ -76,9 +76,12 @@ Writer::Writer(NSKeyedArchiver& owner)
 
 Writer::~Writer()
 {
-    for (const Numbered& numbered : objects_) {
-        if (numbered.object)
-            release(numbered.object);
+    constexpr std::size_t kAhead = 8;
+    for (std::size_t i = 0; i < objects_.size(); ++i) {
+        if (i + kAhead < objects_.size() && objects_[i + kAhead].object)
+            __builtin_prefetch(&headerOf(objects_[i + kAhead].object), 1);
+        if (objects_[i].object)
+            release(objects_[i].object);
     }
 }
 
@@ -102,7 +105,11 @@ void Writer::requireOpen() const
 void Writer::put(NSString* key, Index value)
 {
     requireOpen();
-    entries_.push_back({ keyText(key), value });
+    const std::size_t mask = keys_.size() - 1;
+    std::size_t at = spread(key) & mask;
+    while (keys_[at].key && keys_[at].key != key)
+        at = (at + 1) & mask;
+    entries_.push_back({ key && keys_[at].key ? keys_[at].text : newKeyText(key), value });
 }
 
 void Writer::putUnkeyed(Index value)
@@ -110,16 +117,6 @@ void Writer::putUnkeyed(Index value)
     requireOpen();
     const std::string key = "$" + std::to_string(frames_.back().unkeyed++);
     entries_.push_back({ list_.string(std::string_view(key)), value });
-}
-
-Writer::Index Writer::keyText(NSString* key)
-{
-    const std::size_t mask = keys_.size() - 1;
-    for (std::size_t at = spread(key) & mask; keys_[at].key; at = (at + 1) & mask) {
-        if (keys_[at].key == key)
-            return keys_[at].text;
-    }
-    return newKeyText(key);
 }
 
 Writer::Index Writer::newKeyText(NSString* key)
@@ -440,8 +437,7 @@ Ref<NSData> Writer::finish()
     dropRepeatedKeys(0);
     lists::Row<Index> records;
     records.reserve(objects_.size());
-    for (const Numbered& object :
-        objects_) // of those at hand only conditional references were made
+    for (const Numbered& object : objects_) // those at hand have conditional references alone
         records.add(object.record < kBusy ? object.record : null_);
     const auto text = [&](std::string_view ascii) { return list_.string(ascii); };
     const lists::ArchiveList::Entry entries[] = {

@@ -90,7 +90,6 @@ private:
     Index classReference(Class* cls);
     Index classRecord(Class* cls);
     Ref<NSString> nameOf(Class* cls) const;
-    Index keyText(NSString* key);
     Index newKeyText(NSString* key);
     void makeRoomForKey();
     void enterKey(KnownKey known);

@@ -14,26 +14,25 @@ namespace {
 
 }
 
-std::size_t ObjectNumbers::findPiece(std::uintptr_t place)
+ObjectNumbers::Piece& ObjectNumbers::pieceAt(std::uintptr_t place)
 {
-    recentPlace_ = place;
     if (slots_.size()) {
         const std::size_t mask = slots_.size() - 1;
         for (std::size_t at = hashOf(place) & mask; slots_[at]; at = (at + 1) & mask) {
             if (places_[slots_[at] - 1] == place)
-                return recent_ = slots_[at] - 1;
+                return pieces_[slots_[at] - 1];
         }
     }
-    recent_ = pieces_.size();
+    const std::size_t fresh = pieces_.size();
     pieces_.add(Piece {});
     places_.add(place);
     if (2 * pieces_.size() > slots_.size()) {
         slots_ = lists::Row<std::uint32_t>(std::max<std::size_t>(64, 2 * slots_.size()));
-        for (std::size_t piece = 0; piece < recent_; ++piece)
+        for (std::size_t piece = 0; piece < fresh; ++piece)
             enter(piece);
     }
-    enter(recent_);
-    return recent_;
+    enter(fresh);
+    return pieces_[fresh];
 }
 
 void ObjectNumbers::enter(std::size_t piece)

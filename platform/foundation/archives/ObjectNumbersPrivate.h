@@ -19,28 +19,31 @@ public:
     std::uint32_t& operator[](const NSObject* object)
     {
         const auto address = reinterpret_cast<std::uintptr_t>(object);
-        return pieces_[pieceOf(address / kPiece)][address % kPiece / kGrain];
+        const std::uintptr_t place = address / kPiece;
+        Recent& recent = recent_[place % recent_.size()];
+        if (recent.place != place)
+            recent = { place, &pieceAt(place) };
+        return (*recent.piece)[address % kPiece / kGrain];
     }
 
 private:
     static constexpr std::size_t kPiece = 512;
     static constexpr std::size_t kGrain = 16;
 
-    std::size_t pieceOf(std::uintptr_t place)
-    {
-        return place == recentPlace_ ? recent_ : findPiece(place);
-    }
-    std::size_t findPiece(std::uintptr_t place);
+    using Piece = std::array<std::uint32_t, kPiece / kGrain>;
+    struct Recent {
+        std::uintptr_t place = 0; // no object lies there
+        Piece* piece = nullptr;
+    };
+
+    Piece& pieceAt(std::uintptr_t place);
     void enter(std::size_t piece);
 
-    using Piece = std::array<std::uint32_t, kPiece / kGrain>;
-
-    lists::Row<Piece> pieces_;
-    lists::Row<std::uintptr_t> places_; // of each piece: its address divided by its size
+    lists::Pile<Piece> pieces_;
+    lists::Pile<std::uintptr_t> places_; // of each piece: its address divided by its size
     lists::Row<std::uint32_t>
         slots_; // pieces by the hashes of their places; 0 for none, else the piece and one
-    std::uintptr_t recentPlace_ = 0; // nothing lies there
-    std::size_t recent_ = 0;
+    std::array<Recent, 8> recent_ {}; // an object lies near those that it holds
 };
 
 }

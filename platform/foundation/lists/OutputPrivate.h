@@ -2,6 +2,8 @@
 #pragma once
 
 #include <algorithm>
+#include <array>
+#include <bit>
 #include <cstddef>
 #include <cstdint>
 #include <cstdlib>
@@ -93,6 +95,66 @@ private:
     T* first_ = nullptr;
     std::size_t size_ = 0;
     std::size_t capacity_ = 0;
+};
+
+/// Elements that are added one after the other and stay where they are: each block has twice the room of the one before.
+template <class T> class Pile {
+    static_assert(std::is_trivially_copyable_v<T>);
+
+public:
+    Pile() = default;
+    ~Pile()
+    {
+        for (T* block : blocks_)
+            std::free(block);
+    }
+    Pile(const Pile&) = delete;
+    Pile& operator=(const Pile&) = delete;
+
+    std::size_t size() const { return size_; }
+    T& operator[](std::size_t index) { return at(index); }
+    const T& operator[](std::size_t index) const { return at(index); }
+    void add(const T& element)
+    {
+        if (next_ == end_) [[unlikely]]
+            addBlock();
+        *next_++ = element;
+        ++size_;
+    }
+    /// Calls `body` with every element, from the first to the last.
+    template <class F> void forEach(F body) const
+    {
+        std::size_t left = size_;
+        for (std::size_t block = 0; left; ++block) {
+            const std::size_t count = std::min(left, kFirst << block);
+            for (std::size_t i = 0; i < count; ++i)
+                body(blocks_[block][i]);
+            left -= count;
+        }
+    }
+
+private:
+    static constexpr std::size_t kFirst
+        = std::bit_ceil(256 / sizeof(T) + 1); // elements of the first block
+
+    T& at(std::size_t index) const
+    {
+        const std::size_t place = index + kFirst;
+        const auto block = static_cast<std::size_t>(std::bit_width(place / kFirst) - 1);
+        return blocks_[block][place - (kFirst << block)];
+    }
+    void addBlock()
+    {
+        const auto block = static_cast<std::size_t>(std::bit_width(size_ / kFirst + 1) - 1);
+        const std::size_t count = kFirst << block;
+        next_ = blocks_[block] = static_cast<T*>(enlarged(nullptr, count * sizeof(T)));
+        end_ = next_ + count;
+    }
+
+    std::array<T*, 48> blocks_ {};
+    T* next_ = nullptr;
+    T* end_ = nullptr;
+    std::size_t size_ = 0;
 };
 
 /// Bytes that are written one after the other.
