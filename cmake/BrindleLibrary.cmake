@@ -1,6 +1,8 @@
 # SPDX-License-Identifier: Apache-2.0
 # Every source is compiled once; the shared and the static library are made from the same objects.
 
+include(CheckLinkerFlag)
+
 if(NOT brindle_sources)
     message(FATAL_ERROR "platform/ and brindle/ hold no sources")
 endif()
@@ -23,6 +25,11 @@ set_target_properties(brindle PROPERTIES
 # Classes stay registered and their methods reachable for the life of the process, hence nodelete.
 target_link_options(brindle PRIVATE
     "LINKER:--version-script=${brindle_map}" "LINKER:-z,nodelete" "LINKER:--as-needed")
+# Tables of methods are full of addresses; packed, the loader reads a hundredth of the pages to set them.
+check_linker_flag(CXX "LINKER:-z,pack-relative-relocs" brindle_packs_addresses)
+if(brindle_packs_addresses)
+    target_link_options(brindle PRIVATE "LINKER:-z,pack-relative-relocs")
+endif()
 if(NOT (BRINDLE_SANITIZE AND CMAKE_CXX_COMPILER_ID MATCHES Clang))
     # clang leaves the sanitizers' own symbols to the executable.
     target_link_options(brindle PRIVATE "LINKER:--no-undefined")
