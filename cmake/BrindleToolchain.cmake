@@ -17,10 +17,11 @@ if(PROJECT_IS_TOP_LEVEL)
     endif()
 endif()
 
-set(brindle_sanitizers_address address,undefined)
+# A number that its new type cannot hold is no part of "undefined", but conversions are to saturate.
+set(brindle_sanitizers_address address,undefined,float-cast-overflow)
 set(brindle_sanitizers_thread thread)
-set(brindle_sanitizers_undefined undefined)
-set(brindle_sanitizers_fuzzer fuzzer-no-link,address,undefined)
+set(brindle_sanitizers_undefined undefined,float-cast-overflow)
+set(brindle_sanitizers_fuzzer fuzzer-no-link,address,undefined,float-cast-overflow)
 
 set(brindle_warnings -Wall -Wextra -Wpedantic -Wshadow -Wconversion)
 if(CMAKE_CXX_COMPILER_ID MATCHES Clang)

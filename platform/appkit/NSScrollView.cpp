@@ -28,6 +28,7 @@ template <> struct NSScrollView::Methods<struct Content> {
     {
         maybe(self.fade_)->invalidate();
         maybe(self.settle_)->invalidate();
+        super<NSScrollView, "dealloc">(self);
     }
     static bool isFlipped(NSScrollView&) { return true; }
     static bool isOpaque(NSScrollView& self)

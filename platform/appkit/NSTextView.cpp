@@ -90,6 +90,7 @@ template <> struct NSTextView::Methods<struct Basics> {
     {
         if (TextViewAccess::isReady(self) && of(self).blink)
             of(self).blink->invalidate();
+        super<NSTextView, "dealloc">(self);
     }
 
     // ---- text

@@ -3,8 +3,10 @@
 #include <atomic>
 #include <cstdarg>
 #include <ctime>
+#include <memory>
 #include <sys/mman.h>
 #include <unistd.h>
+#include <vector>
 
 #include "CInterfacePrivate.h"
 #include "CallFramePrivate.h"
@@ -344,13 +346,15 @@ namespace {
 
     /// Hands out small pieces of code, one for each method: an implementation is told apart by its address alone. Each puts
     /// its body where the selector was and goes on in the entry that all methods of its kind of result share.
+    /// Bodies live for ever, like their code: somebody may keep the implementation.
     class CodePieces {
     public:
-        IMP make(const Body* body, brindle_code entry, bool hidden)
+        IMP make(std::unique_ptr<const Body> body, brindle_code entry, bool hidden)
         {
             const std::lock_guard guard(runtimeLock());
             if (used_ + kSize > kPage)
                 addPage();
+            bodies_.push_back(std::move(body)); // code is no place where a leak checker looks
             unsigned char* at = writable_ + used_;
             // endbr64; mov r11, entry; mov rsi or rdx, body; jmp r11
             const auto code = { 0xF3, 0x0F, 0x1E, 0xFA, 0x49, 0xBB };
@@ -358,7 +362,7 @@ namespace {
             at = word(at, reinterpret_cast<Word>(entry));
             *at++ = 0x48;
             *at++ = hidden ? 0xBA : 0xBE;
-            at = word(at, reinterpret_cast<Word>(body));
+            at = word(at, reinterpret_cast<Word>(bodies_.back().get()));
             for (const int byte : { 0x41, 0xFF, 0xE3 })
                 *at++ = static_cast<unsigned char>(byte);
             const auto imp = reinterpret_cast<IMP>(executable_ + used_);
@@ -399,6 +403,7 @@ namespace {
         unsigned char* writable_ = nullptr;
         unsigned char* executable_ = nullptr;
         std::size_t used_ = kPage;
+        std::vector<std::unique_ptr<const Body>> bodies_;
     };
 
 }
@@ -458,9 +463,9 @@ int brindle_addMethod(
         static auto& pieces = *new CodePieces;
         auto body = std::make_unique<Body>(Body { code, context, nullptr, layoutOf(clean) });
         const bool hidden = body->layout.first == Kind::memory;
-        const IMP imp = pieces.make(body.get(), entryFor<MethodEntry>(body->layout), hidden);
+        const brindle_code entry = entryFor<MethodEntry>(body->layout);
+        const IMP imp = pieces.make(std::move(body), entry, hidden);
         class_replaceMethod(plain::classOf(cls), sel_registerName(selector), imp, clean);
-        (void)body.release(); // somebody may keep the implementation for ever
         return true;
     });
 }

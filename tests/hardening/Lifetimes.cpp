@@ -79,6 +79,19 @@ namespace {
         return std::to_string(stayed) + " bytes stayed, " + std::to_string(grown) + " resident";
     }
 
+    TEST(LifeTimes, OfEveryViewLetItsSubviewsGo)
+    {
+        for (const std::string& name : knownClassNames()) {
+            Class* const cls = objc_getClass(name.c_str());
+            const Ref<NSView> inside = make<NSView>();
+            if (!NSObject::Meta { cls }.isSubclassOfClass(NSView::cls()) || !isMadeByInit(*cls))
+                continue;
+            cast<NSView>(cls->send<"alloc", Ref<NSObject>>()->init())->addSubview(inside.get());
+            EXPECT_FALSE(inside->superview()) << name;
+            EXPECT_FALSE(inside->nextResponder()) << name;
+        }
+    }
+
     TEST(LifeTimes, OfEveryClassLeaveNothingBehind)
     {
         const HeadlessScreen screen { 100, 100 };
