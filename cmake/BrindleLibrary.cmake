@@ -12,6 +12,9 @@ brindle_compile(brindle_objects)
 target_include_directories(brindle_objects PUBLIC ${brindle_roots})
 target_link_libraries(brindle_objects PRIVATE PkgConfig::BRINDLE_DEPENDENCIES)
 
+set_source_files_properties("${PROJECT_SOURCE_DIR}/brindle/introspection/NSUserDefaults+ReviewRequest.cpp" PROPERTIES
+    COMPILE_DEFINITIONS "BRINDLE_REVIEW_HOST=\"${BRINDLE_REVIEW_HOST}\"")
+
 # --- the shared library -------------------------------------------------------------------------------
 
 set(brindle_map "${PROJECT_SOURCE_DIR}/cmake/brindle.map")

@@ -80,9 +80,9 @@ namespace {
 
         static void openReview(NSUserDefaults& self)
         {
-            // The desktop's program for the scheme knows the store; the host part only completes the form of the URL.
             const Ref<NSString> text = NSString::cls().stringWithFormat(
-                "macappstore://userreviews/WebObjects/MZUserPublishing.woa/wa/addUserReview"
+                "macappstore://" BRINDLE_REVIEW_HOST
+                "/WebObjects/MZUserPublishing.woa/wa/addUserReview"
                 "?id=%@&displayable-kind=30"_ns,
                 associatedValueForKey(self, JUAppStoreID));
             NSWorkspace::cls().sharedWorkspace()->openURL(

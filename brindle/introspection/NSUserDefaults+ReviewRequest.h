@@ -7,7 +7,7 @@
 ///
 /// The store's identifier of the application is what the host attaches to the defaults under `JUAppStoreID`:
 ///
-///     associateValue_withKey(defaults, "284882215"_ns, JUAppStoreID);
+///     associateValue_withKey(defaults, "1234567890"_ns, JUAppStoreID);
 ///
 /// Kept in the defaults: "JUAppUses", the count; "JUAppUsesResponse", 0 for no answer yet, 1 for rated (3 counts as
 /// that), 2 for later; "JUAppRespondedAt", the count at the answer.

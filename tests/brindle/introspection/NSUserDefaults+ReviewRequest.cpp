@@ -179,7 +179,7 @@ namespace {
         associateValue_withKey(defaults, "284882215"_ns, JUAppStoreID);
         openReviewURL(defaults);
         EXPECT_EQ(opened,
-            "macappstore://userreviews/WebObjects/MZUserPublishing.woa/wa/addUserReview"
+            "macappstore://reviews.example.org/WebObjects/MZUserPublishing.woa/wa/addUserReview"
             "?id=284882215&displayable-kind=30");
     }
     TEST_F(Review, WithoutAnIdentifierTheURLSaysNull)
