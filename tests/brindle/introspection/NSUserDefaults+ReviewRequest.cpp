@@ -176,11 +176,11 @@ namespace {
 
     TEST_F(Review, TheURLHoldsTheIdentifier)
     {
-        associateValue_withKey(defaults, "284882215"_ns, JUAppStoreID);
+        associateValue_withKey(defaults, "1234567890"_ns, JUAppStoreID);
         openReviewURL(defaults);
         EXPECT_EQ(opened,
             "macappstore://reviews.example.org/WebObjects/MZUserPublishing.woa/wa/addUserReview"
-            "?id=284882215&displayable-kind=30");
+            "?id=1234567890&displayable-kind=30");
     }
     TEST_F(Review, WithoutAnIdentifierTheURLSaysNull)
     {
