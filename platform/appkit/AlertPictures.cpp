@@ -1,6 +1,4 @@
 // SPDX-License-Identifier: Apache-2.0
-#include <array>
-
 #include "NSAlertPrivate.h"
 #include "NSBezierPath.h"
 #include "NSColor.h"
@@ -46,13 +44,6 @@ namespace {
             ->fill();
     }
 
-    void drawWarning()
-    {
-        fillShape(polygon({ { 9, 13 }, { 55, 13 }, { 32, 53 } }).get(), 9, 0xFFC83D, 0xF2A31B);
-        rgb(0x3B2A05)->set();
-        fillBar({ { 29, 25 }, { 6, 20 } });
-        fillOval({ { 28.5, 15 }, { 7, 7 } });
-    }
     void drawInformation()
     {
         const Ref<NSBezierPath> disc
@@ -73,19 +64,15 @@ namespace {
         fillOval({ { 28, 14 }, { 8, 8 } });
     }
 
-    constexpr std::array kDrawings { drawWarning, drawInformation, drawCritical };
-
 }
 
 Ref<NSImage> AlertAccess::iconFor(NSAlertStyle style)
 {
-    if (style != NSAlertStyleCritical) {
-        if (Ref<NSImage> icon = NSImage::cls().imageNamed("NSApplicationIcon"_ns))
-            return icon;
-    }
-    const std::size_t index = style < kDrawings.size() ? static_cast<std::size_t>(style) : 0;
-    const NSCustomImageRep::Handler handler = [index](NSRect) {
-        kDrawings[index]();
+    if (style != NSAlertStyleInformational && style != NSAlertStyleCritical)
+        return NSImage::cls().imageNamed("NSApplicationIcon"_ns);
+    const auto draw = style == NSAlertStyleCritical ? drawCritical : drawInformation;
+    const NSCustomImageRep::Handler handler = [draw](NSRect) {
+        draw();
         return true;
     };
     return NSImage::cls().imageWithSize_flipped_drawingHandler({ kSide, kSide }, false, handler);

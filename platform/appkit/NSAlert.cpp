@@ -8,10 +8,10 @@
 #include "NSButton.h"
 #include "NSImage.h"
 #include "NSPanel.h"
+#include "PhrasesPrivate.h"
 #include "ScriptedAnswersPrivate.h"
 #include "foundation/Dispatch.h"
 #include "foundation/NSArray.h"
-#include "foundation/NSBundle.h"
 #include "foundation/NSError.h"
 #include "foundation/NSNotification.h"
 #include "foundation/StringFormat.h"
@@ -95,11 +95,6 @@ template <> struct NSAlert::Methods<struct Making> {
             self.suppression_ = NSButton::cls().checkboxWithTitle_target_action(
                 phrase("Don’t show this message again"_ns).get(), nullptr, SEL {});
         return self.suppression_;
-    }
-    static Ref<NSString> phrase(NSString* text)
-    {
-        return NSBundle::cls().mainBundle()->localizedStringForKey_value_table(
-            text, ""_ns, nullptr);
     }
 
     // ---- buttons

@@ -36,7 +36,7 @@ enum : NSModalResponse {
 /// Return presses the first button, Escape the one titled "Cancel", Command-D the one titled "Don’t Save". A button answers
 /// its tag, which may be changed. An alert without buttons has "OK".
 ///
-/// The icon is the application's; critical alerts and those of an application without one show a sign of their style.
+/// The icon is the application's; informational and critical alerts show a sign of their style.
 ///
 /// The alert lives while it is shown. One can be shown again after it has ended.
 /// Thread: main.

@@ -216,6 +216,15 @@ template <> struct NSTextField::Methods<struct Editing> {
             window->makeFirstResponder(next.get());
         else if (stays)
             self.selectText(&self);
+        if (movement == NSReturnTextMovement && !self.action().value)
+            pressDefaultButton(*window);
+    }
+    /// Return in a field that does nothing itself is for the button that waits for it.
+    static void pressDefaultButton(NSWindow& window)
+    {
+        const Ref<NSEvent> event = maybe(sharedApplicationOrNil())->currentEvent();
+        if (maybe(event)->type() == NSKeyDown)
+            window.performKeyEquivalent(event.get());
     }
     static bool command(NSTextField& self, NSText* editor, SEL command)
     {

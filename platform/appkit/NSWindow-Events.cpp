@@ -149,6 +149,14 @@ template <> struct NSWindow::Methods<struct Events> {
             super<NSWindow, "keyDown:">(self, event);
     }
 
+    // Escape in an editor, which had no use for it: a button may wait for it.
+    static void cancelOperation(NSWindow& self, NSObject*)
+    {
+        const Ref<NSEvent> event = ApplicationAccess::state().current;
+        if (maybe(event)->type() != NSKeyDown || !self.performKeyEquivalent(event.get()))
+            self.noResponderFor(selector<"cancelOperation:">);
+    }
+
     static std::size_t slotOf(const NSEvent& event)
     {
         return static_cast<std::size_t>(std::min<NSInteger>(event.buttonNumber(), 2));
@@ -334,6 +342,7 @@ template <> struct NSWindow::Methods<struct Events> {
             { "recalculateKeyViewLoop", imp<recalculateLoop> },
             { "performKeyEquivalent:", imp<performKeyEquivalent> },
             { "keyDown:", imp<keyDown> },
+            { "cancelOperation:", imp<cancelOperation> },
             { "update", imp<update> },
             { "sendEvent:", imp<sendEvent> },
             { "currentEvent", imp<currentEvent> },

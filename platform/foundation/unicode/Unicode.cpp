@@ -65,6 +65,7 @@ namespace {
         decltype(&::ucol_open) open = nullptr;
         decltype(&::ucol_setAttribute) setAttribute = nullptr;
         decltype(&::ucol_strcoll) compare = nullptr;
+        decltype(&::ucol_getSortKey) sortKey = nullptr;
         decltype(&::uloc_getDefault) language = nullptr;
         bool loaded = false;
 
@@ -75,6 +76,7 @@ namespace {
             loaded = find(library, BRINDLE_VERSIONED(ucol_open), open)
                 && find(library, BRINDLE_VERSIONED(ucol_setAttribute), setAttribute)
                 && find(library, BRINDLE_VERSIONED(ucol_strcoll), compare)
+                && find(library, BRINDLE_VERSIONED(ucol_getSortKey), sortKey)
                 && find(base, BRINDLE_VERSIONED(uloc_getDefault), language);
         }
     };
@@ -285,6 +287,29 @@ int collate(std::u16string_view a, std::u16string_view b, Collation collation)
         return std::clamp(a.compare(b), -1, 1);
     return static_cast<int>(orders().compare(by, a.data(), static_cast<std::int32_t>(a.size()),
         b.data(), static_cast<std::int32_t>(b.size())));
+}
+
+std::string collationKey(std::u16string_view text, Collation collation)
+{
+    std::string key(text.size() * 4 + 16, '\0');
+    const UCollator* const by = orders().loaded ? collator(collation) : nullptr;
+    if (!by) { // the order of units
+        key.clear();
+        for (const char16_t unit : text)
+            key.append({ static_cast<char>(unit >> 8), static_cast<char>(unit) });
+        return key;
+    }
+    const auto write = [&] {
+        return static_cast<std::size_t>(orders().sortKey(by, text.data(),
+            static_cast<std::int32_t>(text.size()), reinterpret_cast<std::uint8_t*>(key.data()),
+            static_cast<std::int32_t>(key.size())));
+    };
+    const std::size_t length = write();
+    const bool isTooShort = length > key.size();
+    key.resize(length);
+    if (isTooShort)
+        write();
+    return key;
 }
 
 }

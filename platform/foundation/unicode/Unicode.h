@@ -57,5 +57,7 @@ struct Collation {
 };
 /// Answers -1, 0 or 1, by the order of the user's language; the order of units without the library.
 int collate(std::u16string_view a, std::u16string_view b, Collation collation);
+/// Answers bytes that compare as the texts do: cheaper than `collate` where one text meets many.
+std::string collationKey(std::u16string_view text, Collation collation);
 
 }

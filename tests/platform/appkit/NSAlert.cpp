@@ -189,6 +189,24 @@ namespace {
             EXPECT_TRUE(NSContainsRect(content, buttonOf(*alert, i)->frame()));
     }
 
+    TEST(Alert, ReturnAndEscapeInItsFieldPressItsButtons)
+    {
+        Desk desk;
+        const auto alert = legacy("m"_ns, "A"_ns, "Cancel"_ns);
+        const Ref<NSTextField> field = NSTextField::cls().textFieldWithString("text"_ns);
+        alert->setAccessoryView(field.get());
+        desk.begin(alert, "alert");
+        field->selectText(nullptr);
+        desk.screen.keyboard().type(u"typed");
+        desk.screen.keyboard().press(u'\r');
+        EXPECT_EQ(desk.log, "alert 1 ");
+        EXPECT_EQ(utf8(field->stringValue()), "typed");
+        desk.begin(alert, "again");
+        field->selectText(nullptr);
+        desk.screen.keyboard().press(0x1b);
+        EXPECT_EQ(desk.log, "alert 1 again 0 ");
+    }
+
     // ---- sheets
 
     TEST(Alert, ASheetBlocksItsWindowAndGoesBeforeItsHandlerRuns)
