@@ -7,7 +7,7 @@
 #include <unicode/unum.h>
 
 #include "LocalePrivate.h"
-#include "NSNumber.h"
+#include "NSDecimalNumber.h"
 #include "foundation/unicode/UnicodeCallsPrivate.h"
 #include "runtime/Table.h"
 
@@ -92,10 +92,11 @@ struct NumberFormatAccess {
 
 namespace {
 
+    /// Answers whether a number has no more digits than a double.
     bool isReal(const NSNumber& number)
     {
         const char type = *number.objCType();
-        return type == 'd' || type == 'f';
+        return (type == 'd' || type == 'f') && !number.isKindOfClass(classOf<NSDecimalNumber>());
     }
 
 }
@@ -191,14 +192,14 @@ template <> struct NSNumberFormatter::Methods<struct Writing> {
         const Lease format = NumberFormatAccess::lend(self);
         if (!format)
             return number->description();
-        const std::string whole = isReal(*number) ? "" : utf8Of(number->stringValue());
+        const std::string digits = isReal(*number) ? "" : utf8Of(number->stringValue());
         return stringFrom(
             unicode::filled<std::u16string>([&](UChar* out, std::int32_t room, UErrorCode* error) {
-                return whole.empty()
+                return digits.empty()
                     ? ICU(unum_formatDouble)(
                         format.get(), number->doubleValue(), out, room, nullptr, error)
-                    : ICU(unum_formatDecimal)(format.get(), whole.data(),
-                        static_cast<std::int32_t>(whole.size()), out, room, nullptr, error);
+                    : ICU(unum_formatDecimal)(format.get(), digits.data(),
+                        static_cast<std::int32_t>(digits.size()), out, room, nullptr, error);
             }));
     }
     static Ref<NSNumber> numberFromString(NSNumberFormatter& self, NSString* string)
