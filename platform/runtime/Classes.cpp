@@ -2,6 +2,7 @@
 #include <algorithm>
 #include <cstdio>
 #include <cstdlib>
+#include <cstring>
 
 #include "ClassPrivate.h"
 #include "NSException.h"
@@ -29,12 +30,24 @@ namespace {
         return instance;
     }
 
-    void* immortal(std::size_t size)
+    /// Answers memory of zeros with room for a header and so many bytes, as where the object begins.
+    void* allocate(std::size_t size)
     {
-        auto* const memory = static_cast<char*>(std::calloc(1, sizeof(ObjectHeader) + size));
+        // The C library gives back what this thread freed last through malloc alone; large memory comes as zeros.
+        constexpr std::size_t kSmall = 1024;
+        const std::size_t whole = sizeof(ObjectHeader) + size;
+        void* memory = whole <= kSmall ? std::malloc(whole) : std::calloc(1, whole);
         if (!memory)
             fatal("out of memory");
-        void* const object = memory + sizeof(ObjectHeader);
+        asm("" : "+r"(memory)); // compilers make calloc of the two
+        if (whole <= kSmall)
+            std::memset(memory, 0, whole);
+        return static_cast<char*>(memory) + sizeof(ObjectHeader);
+    }
+
+    void* immortal(std::size_t size)
+    {
+        void* const object = allocate(size);
         headerOf(object).count.store(ObjectHeader::kImmortal, std::memory_order_relaxed);
         return object;
     }
@@ -231,11 +244,7 @@ NSObject* class_createInstance(Class* cls)
     if (!cls || cls->data_->isMeta)
         return nullptr;
     const ClassData& data = *cls->data_;
-    auto* const memory
-        = static_cast<char*>(std::calloc(1, sizeof(ObjectHeader) + data.instanceSize));
-    if (!memory)
-        fatal("out of memory");
-    auto* const object = reinterpret_cast<NSObject*>(memory + sizeof(ObjectHeader));
+    auto* const object = static_cast<NSObject*>(allocate(data.instanceSize));
     headerOf(object).count.store(1, std::memory_order_relaxed);
     object->isa_ = cls;
     if (data.construct)
