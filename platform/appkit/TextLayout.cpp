@@ -22,8 +22,9 @@ namespace {
 
     bool endsLine(char16_t unit)
     {
-        return unit <= u'\r' ? unit == u'\n' || unit == u'\r'
-                             : unit >= 0x85 && (unit == 0x85 || unit == 0x2028 || unit == 0x2029);
+        const bool isPlain = unit > u'\r' && unit < 0x85;
+        return !isPlain
+            && (unit == u'\n' || unit == u'\r' || unit == 0x85 || unit == 0x2028 || unit == 0x2029);
     }
 
     /// Memory that layouts use one after the other.
@@ -159,8 +160,11 @@ Layout::Paragraph Layout::paragraphAt(NSUInteger start)
     bool hasTabs = false;
     for (;;) {
         const NSUInteger end = bufferStart_ + buffer_.size();
-        for (; at < end && !endsLine(buffer_[at - bufferStart_]); ++at)
-            hasTabs = hasTabs || buffer_[at - bufferStart_] == u'\t';
+        const std::u16string_view rest = units(at, end - at);
+        std::size_t passed = 0;
+        for (; passed < rest.size() && !endsLine(rest[passed]); ++passed)
+            hasTabs = hasTabs || rest[passed] == u'\t';
+        at += passed;
         // A carriage return at the very end of the window may have its line feed behind it.
         if (at + 1 < end || (end == length_ && bufferStart_ <= start))
             break;
@@ -351,6 +355,7 @@ bool Layout::layOutNext()
     rules.wrapping = wrappingOf(shape.lineBreakMode);
     rules.direction
         = rightToLeft ? text::BaseDirection::rightToLeft : text::BaseDirection::leftToRight;
+    rules.mayHaveTabs = paragraph.hasTabs;
     std::vector<text::TabStop> tabs;
     if (paragraph.hasTabs)
         tabs = tabsOf(*style);

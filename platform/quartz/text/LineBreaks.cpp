@@ -91,6 +91,7 @@ namespace {
 
     constexpr std::array<Step, kClasses.size()> kSteps = makeSteps();
     constexpr Step kOther = stepFor(Plain::other);
+    constexpr Step kLetter = stepFor(Plain::letter);
     constexpr Step kSpace = stepFor(Plain::space);
     constexpr Step kHyphen = stepFor(Plain::hyphen);
 
@@ -126,6 +127,10 @@ LineBreaks::LineBreaks(std::u16string_view text)
     };
     for (std::size_t at = 0; at < text.size(); ++at) {
         take(text[at] < kSteps.size() ? kSteps[text[at]] : kOther);
+        if (last == kLetter.own) {
+            while (at + 1 < text.size() && classOf(text[at + 1]) == Plain::letter)
+                ++at; // one letter may always follow the other
+        }
         if (last != kSpace.own)
             continue;
         endWord(at);

@@ -13,8 +13,6 @@ namespace {
 
     double slackFor(double room) { return kSlack + std::min(room, 1e6) * kRelativeSlack; }
 
-    bool isEmpty(const LineHeights& heights) { return heights.ascent == 0 && heights.descent == 0; }
-
 }
 
 double tabWidth(const ParagraphRules& rules, double position, double following)
@@ -46,20 +44,8 @@ void LineFiller::add(std::span<const Part> parts)
         if (parts[i].kind == Part::tab)
             addTab(parts[i], parts.subspan(i + 1));
         else
-            addPart(parts[i]);
+            add(parts[i]);
     }
-}
-
-void LineFiller::finish(std::size_t end, const LineHeights& whenEmpty)
-{
-    if (!wanted_)
-        return;
-    at_ = end;
-    commit();
-    if (end == 0 || (isEmpty(committed_) && start_ < end))
-        committed_.include(whenEmpty);
-    // What stands at the end of a paragraph counts as far as there is room for it.
-    emit(end, std::max(visible_, std::min(total_, room_)), false);
 }
 
 void LineFiller::askForRoom()
@@ -68,24 +54,9 @@ void LineFiller::askForRoom()
     slack_ = slackFor(room_);
 }
 
-void LineFiller::addPart(const Part& part)
-{
-    if (part.kind != Part::space)
-        makeRoom(part);
-    if (!wanted_)
-        return;
-    total_ += part.width;
-    if (part.kind != Part::space)
-        visible_ = total_;
-    at_ = part.end;
-    pending_.include(heights_[part.heights]);
-    if (part.breakAfter)
-        commit();
-}
-
 void LineFiller::makeRoom(const Part& part)
 {
-    if (!fits(part.width) && break_ > start_)
+    if (break_ > start_)
         wrap();
     if (fits(part.width) || at_ <= start_)
         return;
@@ -111,16 +82,7 @@ void LineFiller::addTab(const Part& part, std::span<const Part> following)
     }
     tab.kind = Part::word;
     tab.breakAfter = true;
-    addPart(tab);
-}
-
-void LineFiller::commit()
-{
-    break_ = at_;
-    totalAtBreak_ = total_;
-    visibleAtBreak_ = visible_;
-    committed_.include(pending_);
-    pending_ = {};
+    add(tab);
 }
 
 void LineFiller::wrap()

@@ -50,18 +50,53 @@ public:
     bool isWanted() const { return wanted_; }
 
     void add(std::span<const Part> parts);
-    /// - end: the length of the text. - whenEmpty: of a paragraph without letters.
-    void finish(std::size_t end, const LineHeights& whenEmpty);
+    /// Adds a part that is no tab.
+    void add(const Part& part)
+    {
+        if (wanted_ && part.kind != Part::space && !fits(part.width))
+            makeRoom(part);
+        if (!wanted_)
+            return;
+        total_ += part.width;
+        if (part.kind != Part::space)
+            visible_ = total_;
+        at_ = part.end;
+        pending_.include(heights_[part.heights]);
+        if (part.breakAfter)
+            commit();
+    }
+    /// - end: the length of the text. - whenEmpty: answers the heights of a paragraph without letters.
+    template <class F> void finish(std::size_t end, F whenEmpty)
+    {
+        if (!wanted_)
+            return;
+        at_ = end;
+        commit();
+        if (end == 0 || (isEmpty(committed_) && start_ < end))
+            committed_.include(whenEmpty());
+        // What stands at the end of a paragraph counts as far as there is room for it.
+        emit(end, std::max(visible_, std::min(total_, room_)), false);
+    }
 
 private:
     bool fits(double width) const { return !wraps() || total_ + width <= room_ + slack_; }
+    static bool isEmpty(const LineHeights& heights)
+    {
+        return heights.ascent == 0 && heights.descent == 0;
+    }
     double indent() const { return number_ == 0 ? rules_.firstIndent : rules_.indent; }
 
     void askForRoom();
-    void addPart(const Part& part);
     void makeRoom(const Part& part);
     void addTab(const Part& part, std::span<const Part> following);
-    void commit();
+    void commit()
+    {
+        break_ = at_;
+        totalAtBreak_ = total_;
+        visibleAtBreak_ = visible_;
+        committed_.include(pending_);
+        pending_ = {};
+    }
     void wrap();
     void emit(std::size_t end, double width, bool wrapped);
 

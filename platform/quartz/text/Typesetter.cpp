@@ -59,6 +59,15 @@ namespace {
                 divide(first, wordStart, wordEnd, isWide, glyphs.begin(), glyphs.end());
         }
 
+        void add(const Part& part)
+        {
+            if (filler)
+                filler->add(part);
+            else
+                parts.push_back(part);
+        }
+
+        LineFiller* filler = nullptr; // takes the parts at once where no tab measures what follows
         std::vector<Part> parts;
         std::size_t offset = 0; // of the stretch that is shaped
         double scale = 1; // points a unit of the face
@@ -90,7 +99,7 @@ namespace {
             const double width = static_cast<double>(advance) * scale + clusters * kern;
             const bool breakAfter
                 = breaks_.isAllowedAt(upTo) || (everywhere && kind == Part::cluster);
-            parts.push_back({ upTo, width, heights, kind, breakAfter });
+            add({ upTo, width, heights, kind, breakAfter });
         }
 
         template <class Iterator>
@@ -146,6 +155,8 @@ namespace {
         {
             sink_.parts = std::move(scratch.parts);
             sink_.everywhere = rules.wrapping == Wrapping::characters;
+            sink_.filler = rules.mayHaveTabs ? nullptr : &filler_;
+            room_ = filler_.room();
         }
         ~ParagraphBreaker()
         {
@@ -174,7 +185,8 @@ namespace {
                     addItem(*item, style);
             }
             flush();
-            filler_.finish(text_.size(), runs_.empty() ? LineHeights {} : heightsOf(runs_.front()));
+            filler_.finish(text_.size(),
+                [&] { return runs_.empty() ? LineHeights {} : heightsOf(runs_.front()); });
             return filler_.isWanted();
         }
 
@@ -183,6 +195,7 @@ namespace {
         {
             filler_.add(sink_.parts);
             sink_.parts.clear();
+            room_ = filler_.room();
         }
 
         void readFonts()
@@ -198,7 +211,7 @@ namespace {
             heights_.push_back(heightsOf(style));
             const auto heights = static_cast<std::uint32_t>(heights_.size() - 1);
             for (std::size_t at = style.range.location; at < NSMaxRange(style.range); ++at)
-                sink_.parts.push_back({ at + 1, style.boxWidth, heights, Part::word, true });
+                sink_.add({ at + 1, style.boxWidth, heights, Part::word, true });
         }
 
         void addItem(const Item& item, const StyledRun& style)
@@ -212,6 +225,8 @@ namespace {
             sink_.rightToLeft = item.isRightToLeft();
             const ShapingStyle shaping { item.font.face, item.script, item.isRightToLeft() };
             const std::u16string_view text = text_.substr(item.start, item.length);
+            if (!rules_.mayHaveTabs)
+                return addStretch(text, item.start, shaping);
             for (std::size_t at = 0; at < text.size() && filler_.isWanted();) {
                 const std::size_t end = std::min(text.find(kTab, at), text.size());
                 addStretch(text.substr(at, end - at), item.start + at, shaping);
@@ -225,7 +240,7 @@ namespace {
         void addStretch(std::u16string_view text, std::size_t start, const ShapingStyle& style)
         {
             sink_.offset = start;
-            sink_.room = filler_.wraps() ? filler_.room() : std::numeric_limits<double>::infinity();
+            sink_.room = filler_.wraps() ? room_ : std::numeric_limits<double>::infinity();
             for (std::size_t at = 0; at < text.size() && filler_.isWanted();) {
                 at = shapeWords(text, at, std::min(at + kWindowUnits, text.size()), style, sink_);
                 if (at < text.size())
@@ -242,6 +257,7 @@ namespace {
         std::vector<FontRun> fonts_; // of letters
         std::vector<Item> items_;
         LineFiller filler_;
+        double room_ = 0; // of the line where the window began
     };
 
 }

@@ -34,6 +34,7 @@ struct TabStop {
 struct ParagraphRules {
     Wrapping wrapping = Wrapping::words;
     BaseDirection direction = BaseDirection::natural;
+    bool mayHaveTabs = true; // no: nobody needs to look for them
     std::span<const TabStop> tabs; // nearest first
     double tabInterval = 0; // of further stops; 0 for none
     double firstIndent = 0; // where the first line begins, measured as stops are
