@@ -13,6 +13,8 @@ Surface::~Surface() = default;
 Clipboard::~Clipboard() = default;
 
 Clipboard* Display::clipboard() { return nullptr; }
+CommandKey Display::commandKey() const { return CommandKey::control; }
+bool Display::blends() const { return true; }
 
 SurfaceId nextSurfaceNumber()
 {

@@ -54,9 +54,15 @@ public:
     /// Sends all pointer and keyboard input of the desktop to this program until `ungrab`, for an open menu: to
     /// the surface under the pointer where it is one of ours, else to this one. Tried for a moment, then given up.
     /// - Returns: whether it was granted. A menu works without, but does not see clicks on other programs.
-    ///   Always false when BRINDLE_NO_GRAB is set and not "0".
+    ///   Always false when BRINDLE_NO_GRAB is set and not "0", and for a program in a debugger unless it is "0":
+    ///   a program that is stopped would keep the whole desktop.
     virtual bool grab(Surface& surface) = 0;
     virtual void ungrab() = 0;
+
+    /// Answers which key carries the Command flag; Control where nothing says otherwise.
+    virtual CommandKey commandKey() const;
+    /// Answers whether what lies below is seen through a surface that is not opaque.
+    virtual bool blends() const;
 
     /// Sets the pointer's shape over surfaces that have not set their own.
     virtual void setCursor(Cursor cursor) = 0;

@@ -65,6 +65,9 @@ struct Pixels {
     }
 };
 
+/// Which physical key carries the Command flag; the Control flag sits on the other one.
+enum class CommandKey { control, super };
+
 /// One screen. Rectangles are in points, y up, (0, 0) at the bottom-left of the primary screen.
 struct Screen {
     CGRect frame;

@@ -48,8 +48,9 @@ namespace {
         "_NET_CLIENT_LIST",
         "_BRINDLE_SCREEN_EDGE",
         "_MOTIF_WM_HINTS",
+        "_NET_WM_CM_S0",
     };
-    static_assert(kNames.back() == "_MOTIF_WM_HINTS", "one name for each atom");
+    static_assert(kNames.back() == "_NET_WM_CM_S0", "one name for each atom");
 
 }
 

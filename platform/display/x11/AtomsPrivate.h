@@ -50,6 +50,7 @@ enum class Atom : std::size_t {
     netClientList,
     brindleScreenEdge,
     motifWmHints,
+    netWmCompositor, // of the first screen; servers have no second one any more
     count,
 };
 

@@ -17,9 +17,6 @@ struct xkb_compose_state;
 
 namespace brindle::display {
 
-/// Which physical key carries the Command flag; the Control flag sits on the other one.
-enum class CommandKey { control, super };
-
 /// The keyboard: keymap, composition, repeats. It is read when the first key or the first focus comes, which
 /// keeps the start-up free of it.
 class Keyboard {
@@ -29,6 +26,7 @@ public:
     Keyboard(const Keyboard&) = delete;
     Keyboard& operator=(const Keyboard&) = delete;
 
+    CommandKey command() const { return command_; }
     /// Reads the keymap unless that is done.
     void ensureLoaded();
     /// Says whether changes of modifiers are to be told; elsewhere they would only wake us up.

@@ -4,6 +4,8 @@
 #include <algorithm>
 #include <cassert>
 #include <cstring>
+#include <fstream>
+#include <string>
 #include <utility>
 
 #include <poll.h>
@@ -25,10 +27,22 @@ namespace {
         return value && std::strcmp(value, "super") == 0 ? CommandKey::super : CommandKey::control;
     }
 
+    // The kernel says who traces a process.
+    bool isDebugged()
+    {
+        std::ifstream status("/proc/self/status");
+        const std::string tracer = "TracerPid:";
+        for (std::string line; std::getline(status, line);) {
+            if (line.starts_with(tracer))
+                return line.find_first_of("123456789", tracer.size()) != std::string::npos;
+        }
+        return false;
+    }
+
     bool allowsGrabs(const Environment& environment)
     {
         const char* value = environment("BRINDLE_NO_GRAB");
-        return !value || !*value || std::strcmp(value, "0") == 0;
+        return value && *value ? std::strcmp(value, "0") == 0 : !isDebugged();
     }
 
 }
@@ -179,6 +193,14 @@ bool X11Display::grab(Surface& surface)
             raw, 1, wanted.window(), XCB_CURRENT_TIME, XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC)
             .sequence);
     return true;
+}
+
+bool X11Display::blends() const
+{
+    const auto owner = owned(xcb_get_selection_owner_reply(connection_->raw(),
+        xcb_get_selection_owner(connection_->raw(), connection_->atom(Atom::netWmCompositor)),
+        nullptr));
+    return owner && owner->owner != XCB_NONE;
 }
 
 void X11Display::ungrab()

@@ -38,6 +38,8 @@ public:
     Modifiers modifiers() const override { return modifiers_; }
     bool grab(Surface& surface) override;
     void ungrab() override;
+    CommandKey commandKey() const override { return keyboard_.command(); }
+    bool blends() const override;
     void setCursor(Cursor cursor) override;
     void beep() override;
     Clipboard* clipboard() override;
