@@ -3,16 +3,24 @@
 
 namespace brindle {
 
+unichar foldedKey(const NSString* key)
+{
+    constexpr unichar kEnter = 0x03;
+    constexpr unichar kBackspace = 0x08;
+    if (!key || key->length() == 0)
+        return 0;
+    const unichar first = key->lowercaseString()->characterAtIndex(0);
+    return first == kEnter ? '\r' : first == kBackspace ? 0x7F : first;
+}
+
 namespace {
 
     bool isSame(NSString* typed, NSString* key)
     {
-        constexpr unichar kEnter = 0x03;
-        if (!typed || typed->length() == 0)
+        if (!typed || typed->length() != key->length() || foldedKey(typed) != foldedKey(key))
             return false;
-        if (typed->length() == 1 && typed->characterAtIndex(0) == kEnter)
-            return key->isEqualToString("\r"_ns);
-        return typed->lowercaseString()->isEqualToString(key->lowercaseString().get());
+        return key->length() == 1
+            || typed->lowercaseString()->isEqualToString(key->lowercaseString().get());
     }
 
 }
