@@ -3,6 +3,7 @@
 
 #include "NSApplicationPrivate.h"
 #include "NSEventPrivate.h"
+#include "NSMenu.h"
 #include "NSViewPrivate.h"
 #include "NSWindowPrivate.h"
 #include "foundation/NSBeep.h"
@@ -70,9 +71,8 @@ template <> struct NSApplication::Methods<struct Sending> {
     {
         if (window && window->performKeyEquivalent(&event))
             return true;
-        const Ref<NSObject> menu = app().mainMenu;
-        return menu && menu->respondsToSelector(selector<"performKeyEquivalent:">)
-            && menu->send<"performKeyEquivalent:", bool>(&event);
+        const Ref<NSMenu> menu = cast<NSMenu>(app().mainMenu);
+        return maybe(menu)->performKeyEquivalent(&event);
     }
     // Posted keys may name a window that is not key; those of the display go to the key window.
     static Ref<NSWindow> keyTarget(NSEvent& event)

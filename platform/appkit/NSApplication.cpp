@@ -5,6 +5,7 @@
 
 #include "NSApplicationPrivate.h"
 #include "NSEventPrivate.h"
+#include "NSMenu.h"
 #include "NSViewPrivate.h"
 #include "NSWindowPrivate.h"
 #include "display/Clipboard.h"
@@ -49,13 +50,13 @@ template <> struct NSApplication::Methods<struct Running> {
 
     static Ref<NSObject> delegate(NSApplication&) { return app().delegate.get(); }
     static void setDelegate(NSApplication&, NSObject* delegate) { app().delegate = delegate; }
-    static Ref<NSMenu> mainMenu(NSApplication&)
-    {
-        return Ref<NSMenu>::adopt(reinterpret_cast<NSMenu*>(Ref<NSObject>(app().mainMenu).leak()));
-    }
+    static Ref<NSMenu> mainMenu(NSApplication&) { return cast<NSMenu>(app().mainMenu); }
     static void setMainMenu(NSApplication&, NSMenu* menu)
     {
-        app().mainMenu = reinterpret_cast<NSObject*>(menu);
+        if (menu && !menu->isKindOfClass(NSMenu::cls()))
+            raise("NSInvalidArgumentException",
+                "*** -[NSApplication setMainMenu:]: the menu is of another kind");
+        app().mainMenu = menu;
     }
 
     // ---- the main loop

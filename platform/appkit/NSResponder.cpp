@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "NSResponder.h"
 
+#include "NSMenu.h"
+#include "foundation/Exceptions.h"
 #include "foundation/NSBeep.h"
 #include "foundation/NSUndoManager.h"
 #include "runtime/Table.h"
@@ -68,14 +70,13 @@ template <> struct NSResponder::Methods<struct Chain> {
         return maybe(self.nextResponder())->undoManager();
     }
 
-    // The menu's class is not known here; to the runtime it is an object like any other.
-    static Ref<NSMenu> menu(NSResponder& self)
-    {
-        return Ref<NSMenu>::adopt(reinterpret_cast<NSMenu*>(Ref<NSObject>(self.menu_).leak()));
-    }
+    static Ref<NSMenu> menu(NSResponder& self) { return cast<NSMenu>(self.menu_); }
     static void setMenu(NSResponder& self, NSMenu* menu)
     {
-        self.menu_ = reinterpret_cast<NSObject*>(menu);
+        if (menu && !menu->isKindOfClass(NSMenu::cls()))
+            raise("NSInvalidArgumentException",
+                "*** -[NSResponder setMenu:]: the menu is of another kind");
+        self.menu_ = menu;
     }
 
     static void table(Builder& t)

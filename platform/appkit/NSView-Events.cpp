@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "NSEvent.h"
+#include "NSMenu.h"
 #include "NSViewPrivate.h"
 #include "NSWindowPrivate.h"
 #include "ViewLayerPrivate.h"
@@ -35,7 +36,20 @@ template <> struct NSView::Methods<struct Events> {
     }
     static bool acceptsFirstMouse(NSView&, NSEvent*) { return false; }
     static bool mouseDownCanMoveWindow(NSView& self) { return !self.isOpaque(); }
-    static Ref<NSMenu> menuForEvent(NSView& self, NSEvent*) { return self.menu(); }
+    static Ref<NSMenu> menuForEvent(NSView& self, NSEvent*)
+    {
+        Ref<NSMenu> own = self.menu();
+        return own ? own : self.classObject()->send<"defaultMenu", Ref<NSMenu>>();
+    }
+    static Ref<NSMenu> defaultMenu(Class&) { return nullptr; }
+    static void rightMouseDown(NSView& self, NSEvent* event)
+    {
+        const Ref<NSView> alive(&self);
+        const Ref<NSMenu> menu = self.menuForEvent(event);
+        if (!event || !menu)
+            return super<NSView, "rightMouseDown:">(self, event);
+        NSMenu::cls().popUpContextMenu_withEvent_forView(menu.get(), event, &self);
+    }
 
     static bool performKeyEquivalent(NSView& self, NSEvent* event)
     {
@@ -84,12 +98,14 @@ template <> struct NSView::Methods<struct Events> {
 
     static void table(Builder& t)
     {
+        t.classMethods({ { "defaultMenu", imp<defaultMenu> } });
         t.methods({
             { "hitTest:", imp<hitTest> },
             { "mouse:inRect:", imp<mouseInRect> },
             { "acceptsFirstMouse:", imp<acceptsFirstMouse> },
             { "mouseDownCanMoveWindow", imp<mouseDownCanMoveWindow> },
             { "menuForEvent:", imp<menuForEvent> },
+            { "rightMouseDown:", imp<rightMouseDown> },
             { "performKeyEquivalent:", imp<performKeyEquivalent> },
             { "trackingAreas", imp<trackingAreas> },
             { "addTrackingArea:", imp<addTrackingArea> },
