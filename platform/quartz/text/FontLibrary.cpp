@@ -240,4 +240,42 @@ std::vector<std::string> FontLibrary::installedNames()
     return names;
 }
 
+std::vector<std::string> FontLibrary::families()
+{
+    const std::lock_guard lock(mutex_);
+    std::vector<std::string> names;
+    for (const Candidate& candidate : candidates()) {
+        if (const char* name = stringOf(candidate.pattern, FC_FAMILY))
+            names.emplace_back(name);
+    }
+    std::ranges::sort(names);
+    names.erase(std::unique(names.begin(), names.end()), names.end());
+    return names;
+}
+
+std::vector<FamilyMember> FontLibrary::members(std::string_view family)
+{
+    const std::lock_guard lock(mutex_);
+    std::vector<FamilyMember> members;
+    for (const Candidate& candidate : candidates()) {
+        if (!candidate.postScriptName || !hasFamily(candidate.pattern, family))
+            continue;
+        const char* style = stringOf(candidate.pattern, FC_STYLE);
+        members.push_back({ candidate.postScriptName, style ? style : "",
+            weightOf(candidate.pattern), slantOf(candidate.pattern),
+            integerOf(candidate.pattern, FC_SPACING, FC_PROPORTIONAL) == FC_MONO });
+    }
+    std::ranges::stable_sort(members, [](const FamilyMember& a, const FamilyMember& b) {
+        return std::pair(a.slant, a.weight) < std::pair(b.slant, b.weight);
+    });
+    return members;
+}
+
+std::vector<std::string> installedFamilies() { return FontLibrary::shared().families(); }
+
+std::vector<FamilyMember> membersOfFamily(std::string_view family)
+{
+    return FontLibrary::shared().members(family);
+}
+
 }

@@ -14,6 +14,7 @@
 #include <fontconfig/fontconfig.h>
 
 #include "FontFacePrivate.h"
+#include "FontFamilies.h"
 
 namespace brindle::text {
 
@@ -46,6 +47,8 @@ public:
     const FontFace* inFamily(std::string_view family, int weight, Slant slant);
     const FontFace* system(int weight, Slant slant);
     std::vector<std::string> installedNames();
+    std::vector<std::string> families();
+    std::vector<FamilyMember> members(std::string_view family);
 
     /// Answers the face that stands in for `face` where it lacks a character or its picture.
     /// - Nil: null when no installed font has the character, or none has a picture of it.

@@ -1,0 +1,27 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "FontFace.h"
+
+namespace brindle::text {
+
+/// One face of a family, as the font configuration describes it; its file need not have been read.
+struct FamilyMember {
+    std::string postScriptName;
+    std::string style; // "Bold Italic"
+    int weight = 400; // 100 to 900
+    Slant slant = Slant::upright;
+    bool isMonospaced = false;
+};
+
+/// Answers the names of all families with usable faces, sorted. Thread: any.
+std::vector<std::string> installedFamilies();
+
+/// Answers the faces of a family, upright before italic and light before heavy; none for an unknown family. Thread: any.
+std::vector<FamilyMember> membersOfFamily(std::string_view family);
+
+}
