@@ -109,7 +109,7 @@ void Reader::setDelegate(NSObject* delegate)
     tellsOfReplacing_ = answers(selector<"unarchiver:willReplaceObject:withObject:">);
 }
 
-Ref<NSObject> Reader::fail(const std::string& reason)
+std::nullptr_t Reader::fail(const std::string& reason)
 {
     const std::string text = "*** -[NSKeyedUnarchiver decodeObjectForKey:]: " + reason;
     if (owner_.decodingFailurePolicy() == NSDecodingFailurePolicyRaiseException)
@@ -249,6 +249,13 @@ Ref<NSObject> Reader::leaf(Index value)
 
 Ref<NSObject> Reader::build(Uid uid, Index record, NSString* key)
 {
+    const Named* const named = buildable(record, key);
+    return named ? initialized(uid, record, *named) : nullptr;
+}
+
+// Apart from `build`, whose frames lie in each other by the thousand: the texts would make them large.
+const Reader::Named* Reader::buildable(Index record, NSString* key)
+{
     if (!charge(list_.length(record) * kLook))
         return nullptr;
     const Named* const named = classOfRecord(record);
@@ -268,7 +275,7 @@ Ref<NSObject> Reader::build(Uid uid, Index record, NSString* key)
         return fail("objects are nested more than " + std::to_string(kDeepest) + " deep");
     if (isStackShort())
         return fail("objects are nested deeper than this thread's stack allows");
-    return initialized(uid, record, *named);
+    return named;
 }
 
 Ref<NSObject> Reader::initialized(Uid uid, Index record, const Named& named)

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include <cstddef>
 #include <memory>
 
 #include "KeyedArchivePrivate.h"
@@ -37,7 +38,7 @@ public:
     bool objects(Index value, NSString* key, std::vector<Ref<NSObject>>& items);
 
     /// Raises, or keeps an error, as the policy says; answers nil.
-    Ref<NSObject> fail(const std::string& reason);
+    std::nullptr_t fail(const std::string& reason);
     /// Counts bytes that are built or looked through again because several objects share them; false after a failure,
     /// when there are more than any honest archive of this size has.
     bool charge(std::size_t bytes);
@@ -98,6 +99,8 @@ private:
     Ref<NSObject> objectAt(Uid uid, NSString* key);
     Ref<NSObject> leaf(Index value);
     Ref<NSObject> build(Uid uid, Index record, NSString* key);
+    /// Answers the class of a record that may be built now; null after a failure.
+    const Named* buildable(Index record, NSString* key);
     Ref<NSObject> initialized(Uid uid, Index record, const Named& named);
     Ref<NSObject> substituted(Ref<NSObject> object);
     const Named* classOfRecord(Index record);
