@@ -126,6 +126,14 @@ template <> struct NSApplication::Methods<struct Sending> {
             && window->canBecomeKeyWindow())
             ApplicationAccess::setActive(true);
         window->sendEvent(&event);
+        if (event.type() == NSScrollWheel)
+            contentMoved(*window, event);
+    }
+    // Under the pointer, which rests, something else may lie now.
+    static void contentMoved(NSWindow& window, NSEvent& event)
+    {
+        WindowAccess::settleTracking(window);
+        WindowAccess::trackPointer(window, event, app().buttonsDown != 0);
     }
 
     static void sendEvent(NSApplication&, NSEvent* lent)

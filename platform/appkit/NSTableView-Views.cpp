@@ -7,6 +7,16 @@
 
 namespace brindle {
 
+void TableAccess::reload(NSTableView& table)
+{
+    const Ref<NSTableView> alive(&table);
+    if (!load(table))
+        return;
+    forget(table);
+    table.tile();
+    trimSelection(table);
+}
+
 template <> struct NSTableView::Methods<struct Views> {
 
     static TableState& of(NSTableView& self) { return TableAccess::state(self); }
@@ -14,15 +24,7 @@ template <> struct NSTableView::Methods<struct Views> {
     // ---- loading
 
     static NSInteger numberOfRows(NSTableView& self) { return TableAccess::count(self); }
-    static void reloadData(NSTableView& self)
-    {
-        const Ref<NSTableView> alive(&self);
-        if (!TableAccess::load(self))
-            return;
-        TableAccess::forget(self);
-        self.tile();
-        TableAccess::trimSelection(self);
-    }
+    static void reloadData(NSTableView& self) { TableAccess::reload(self); }
     static void countChanged(NSTableView& self)
     {
         const Ref<NSTableView> alive(&self);

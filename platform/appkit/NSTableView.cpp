@@ -63,7 +63,7 @@ template <> struct NSTableView::Methods<struct Basics> {
     static void setDataSource(NSTableView& self, NSObject* source)
     {
         of(self).dataSource = source;
-        self.reloadData();
+        TableAccess::reload(self);
     }
     static Ref<NSObject> delegate(NSTableView& self) { return of(self).delegate.get(); }
     // The number of rows stays what it was: a delegate may be set while the data source is asked.

@@ -125,6 +125,8 @@ struct TableAccess {
 
     /// Asks the data source and the delegate. - Returns: NO while they are being asked already.
     static bool load(NSTableView& table);
+    /// Loads the rows and makes their views anew, without a message that a table below might have its own answer to.
+    static void reload(NSTableView& table);
     /// Answers the height of a row, with the spacing.
     static double askHeight(NSTableView& table, NSInteger row);
     static bool hasHeights(const NSTableView& table);
