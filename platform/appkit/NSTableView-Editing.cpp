@@ -5,7 +5,9 @@
 #include "NSText.h"
 #include "NSTextField.h"
 #include "NSWindow.h"
-#include "foundation/Each.h"
+#include "foundation/NSDictionary.h"
+#include "foundation/NSNotification.h"
+#include "foundation/NSNumber.h"
 #include "runtime/Table.h"
 
 namespace brindle {
@@ -77,23 +79,44 @@ template <> struct NSTableView::Methods<struct Editing> {
         return self.columnForView(editedText(self).get());
     }
 
-    // The action of the texts that a table makes itself.
-    static void textWasEdited(NSTableView& self, NSObject* sender)
+    // ---- texts of the table's own tell it what was typed
+
+    static bool wasReturn(NSNotification& news)
     {
-        if (!sender || !sender->isKindOfClass(NSTextField::cls()))
-            return;
-        const Ref<NSTableView> alive(&self);
-        auto& field = static_cast<NSTextField&>(*sender);
+        const Ref<NSObject> movement = maybe(news.userInfo())->objectForKey("NSTextMovement"_ns);
+        return movement && movement->isKindOfClass(NSNumber::cls())
+            && static_cast<NSNumber&>(*movement).integerValue() == NSReturnTextMovement;
+    }
+    static void store(NSTableView& self, NSTextField& field)
+    {
         const NSInteger row = self.rowForView(&field);
         const NSInteger column = self.columnForView(&field);
         const Ref<NSObject> source
             = TableAccess::sourceFor<"tableView:setObjectValue:forTableColumn:row:">(self);
-        if (!source || row < 0 || column < 0)
+        const Ref<NSView> cell = field.superview();
+        if (!source || row < 0 || column < 0 || !cell->isKindOfClass(NSTableCellView::cls()))
+            return;
+        auto& owner = static_cast<NSTableCellView&>(*cell);
+        const Ref<NSObject> value = field.objectValue();
+        if (value && value->isEqual(owner.objectValue().get()))
             return;
         const Ref<NSTableColumn> wanted
             = TableAccess::state(self).columns[static_cast<std::size_t>(column)];
         source->send<"tableView:setObjectValue:forTableColumn:row:">(
-            &self, field.objectValue().get(), wanted.get(), row);
+            &self, value.get(), wanted.get(), row);
+        owner.setObjectValue(value.get());
+    }
+    static void didEndEditing(NSTableView& self, NSNotification* news)
+    {
+        const Ref<NSObject> sender = maybe(news)->object();
+        if (!sender || !sender->isKindOfClass(NSTextField::cls()))
+            return;
+        const Ref<NSTableView> alive(&self);
+        const Ref<NSWindow> window = self.window();
+        const bool isOver = window && window->firstResponder() == window.get();
+        store(self, static_cast<NSTextField&>(*sender));
+        if (isOver && wasReturn(*news))
+            window->makeFirstResponder(&self);
     }
 
     static void table(Builder& t)
@@ -102,7 +125,7 @@ template <> struct NSTableView::Methods<struct Editing> {
             { "editColumn:row:withEvent:select:", imp<edit> },
             { "editedRow", imp<editedRow> },
             { "editedColumn", imp<editedColumn> },
-            { "cellTextWasEdited:", imp<textWasEdited> },
+            { "controlTextDidEndEditing:", imp<didEndEditing> },
         });
     }
 };

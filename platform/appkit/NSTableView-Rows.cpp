@@ -318,14 +318,12 @@ namespace {
             = cast<NSTableCellView>(alloc<NSTableCellView>()->initWithFrame(kTextRoom));
         setIdentifier(cell, kTextCell);
         const Ref<NSTextField> text = NSTextField::cls().labelWithString(""_ns);
-        text->setTextColor(nullptr); // the ordinary one, which follows the ground
         maybe(text->cell())->setLineBreakMode(NSLineBreakByTruncatingTail);
         const CGFloat height = text->frame().size.height;
         text->setFrame(
             NSMakeRect(0, (kTextRoom.size.height - height) / 2, kTextRoom.size.width, height));
         text->setAutoresizingMask(NSViewWidthSizable | NSViewMinYMargin | NSViewMaxYMargin);
-        text->setTarget(&table);
-        text->setAction(selector<"cellTextWasEdited:">);
+        text->setDelegate(&table);
         cell->addSubview(text.get());
         cell->setTextField(text.get());
         return cell;

@@ -128,11 +128,16 @@ template <> struct NSTextFieldCell::Methods<struct Look> {
 
     // ---- the text
 
+    // Labels have the colour of labels from the beginning.
+    static bool isPlain(NSTextFieldCell& self)
+    {
+        return !self.textColor_ || self.textColor_->isEqual(NSColor::cls().labelColor().get());
+    }
     static Ref<NSColor> ink(NSTextFieldCell& self)
     {
         if (!self.isEnabled())
             return NSColor::cls().disabledControlTextColor();
-        if (!self.textColor_ && self.backgroundStyle() == NSBackgroundStyleDark)
+        if (isPlain(self) && self.backgroundStyle() == NSBackgroundStyleDark)
             return NSColor::cls().alternateSelectedControlTextColor();
         return self.textColor();
     }
