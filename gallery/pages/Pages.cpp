@@ -10,8 +10,10 @@
 #include "measures/MeasuresPage.h"
 #include "objects/ObjectsPage.h"
 #include "paths/PathsPage.h"
+#include "scrolling/ScrollingPage.h"
 #include "strip/StripPage.h"
 #include "switches/SwitchesPage.h"
+#include "tables/TablesPage.h"
 #include "text/TextPage.h"
 #include "unique/UniquePage.h"
 #include "views/ViewsPage.h"
@@ -39,6 +41,8 @@ namespace {
         { "Controls", makePage<ControlsPage>, tourControls },
         { "Switches", makePage<SwitchesPage>, tourSwitches },
         { "Views and borders", makePage<ViewsPage>, tourViews },
+        { "Scrolling", makePage<ScrollingPage>, tourScrolling },
+        { "Tables", makePage<TablesPage>, tourTables },
         { "Title strip", makePage<StripPage>, tourStrip },
     };
 

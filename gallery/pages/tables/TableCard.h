@@ -1,0 +1,23 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include "People.h"
+#include "appkit/NSScrollView.h"
+#include "appkit/NSTableView.h"
+#include "appkit/NSTextField.h"
+#include "kit/Card.h"
+
+namespace gallery {
+
+/// A hundred thousand rows, sorted by their titles and searched while one types. The card is the table's data source.
+class TableCard : public GalleryCard {
+    BRINDLE_OBJECT(TableCard, GalleryCard)
+
+private:
+    People people_;
+    brindle::Ref<brindle::NSTextField> search_;
+    brindle::Ref<brindle::NSScrollView> scroll_;
+    brindle::Ref<brindle::NSTableView> table_;
+};
+
+}
