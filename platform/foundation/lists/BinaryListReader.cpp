@@ -95,39 +95,23 @@ bool BinaryListReader::readTrailer(Failure& failure)
 BinaryListReader::Shape BinaryListReader::shapeAt(const unsigned char* at)
 {
     // The trailer stands behind every object: what a marker announces can be read before it is believed.
+    const Kind kind = kKinds[*at];
     const unsigned low = *at & 15;
-    const auto counted = [&](Kind kind) {
-        if (low < 15)
-            return Shape { kind, low, at + 1 };
-        const unsigned marker = at[1];
-        if (marker < 0x10 || marker > 0x13)
-            return Shape {};
-        const std::size_t size = std::size_t { 1 } << (marker & 3);
-        return Shape { kind, static_cast<std::size_t>(loadBig(at + 2, size)), at + 2 + size };
-    };
-    switch (*at >> 4) {
-    case 0x0:
-        return low == 8 || low == 9 ? Shape { Kind::boolean, 0, at + 1 } : Shape {};
-    case 0x1:
-        return low <= 4 ? Shape { Kind::integer, std::size_t { 1 } << low, at + 1 } : Shape {};
-    case 0x2:
-        return low == 2 || low == 3 ? Shape { Kind::real, std::size_t { 1 } << low, at + 1 }
-                                    : Shape {};
-    case 0x3:
-        return low == 3 ? Shape { Kind::date, 8, at + 1 } : Shape {};
-    case 0x4:
-        return counted(Kind::data);
-    case 0x5:
-    case 0x6:
-        return counted(Kind::string);
-    case 0x8:
-        return low < 8 ? Shape { Kind::uid, low + 1u, at + 1 } : Shape {};
-    case 0xa:
-        return counted(Kind::array);
-    case 0xd:
-        return counted(Kind::dictionary);
-    default:
+    switch (kind) {
+    case Kind::none:
         return {};
+    case Kind::boolean:
+        return { kind, { 0, at + 1 } };
+    case Kind::integer:
+    case Kind::real:
+    case Kind::date:
+        return { kind, { std::size_t { 1 } << low, at + 1 } };
+    case Kind::uid:
+        return { kind, { low + 1u, at + 1 } };
+    default:
+        if (low == 15 && (at[1] < 0x10 || at[1] > 0x13))
+            return {};
+        return { kind, contentAt(at) };
     }
 }
 
@@ -145,24 +129,25 @@ bool BinaryListReader::check(Index index, std::size_t& length, Failure& failure)
         : shape.kind == Kind::dictionary               ? 2 * referenceSize_
         : isWide                                       ? 2
                                                        : 1;
-    const auto content = static_cast<std::size_t>(shape.content - bytes_.data());
-    if (content > end || shape.count > (end - content) / unit)
+    const auto content = static_cast<std::size_t>(shape.content.first - bytes_.data());
+    if (content > end || shape.content.count > (end - content) / unit)
         return fail(failure, start, "an object is longer than the list");
-    length = content - start + shape.count * unit;
+    length = content - start + shape.content.count * unit;
 
     switch (shape.kind) {
     case Kind::integer:
-        if (shape.count == 16 && loadBig(shape.content, 8) != 0)
+        if (shape.content.count == 16 && loadBig(shape.content.first, 8) != 0)
             return fail(failure, start, "an integer has more than 64 bits");
         return true;
     case Kind::date:
-        return std::isfinite(realAt(shape.content, 8))
+        return std::isfinite(realAt(shape.content.first, 8))
             || fail(failure, start, "a date is not a finite number");
     case Kind::string:
         if (isWide)
-            return isPaired(shape.count, [&](std::size_t i) { return unitAt(shape.content, i); })
-                || fail(failure, start, "a string is not UTF-16");
-        return strings::isAscii(textAt(shape.content, shape.count))
+            return isPaired(shape.content.count, [&](std::size_t i) {
+                return unitAt(shape.content.first, i);
+            }) || fail(failure, start, "a string is not UTF-16");
+        return strings::isAscii(textAt(shape.content.first, shape.content.count))
             || fail(failure, start, "a string is not ASCII");
     case Kind::array:
     case Kind::dictionary:
@@ -182,7 +167,7 @@ bool BinaryListReader::checkReferences(Index index, const Shape& shape, Failure&
     if (shape.kind == Kind::array)
         return true;
     const std::size_t end = static_cast<std::size_t>(table_ - bytes_.data());
-    for (std::size_t i = 0; i < shape.count; ++i) {
+    for (std::size_t i = 0; i < shape.content.count; ++i) {
         // The key itself may not have been checked yet, except that its entry is there.
         const std::uint64_t key = loadBig(table_ + all[i] * offsetSize_, offsetSize_);
         if (key >= end || (bytes_[key] >> 4 != 5 && bytes_[key] >> 4 != 6))
@@ -195,54 +180,41 @@ bool BinaryListReader::checkReferences(Index index, const Shape& shape, Failure&
 
 std::int64_t BinaryListReader::integer(Index index) const
 {
-    const Shape shape = shapeAt(at(index));
-    const unsigned char* const low = shape.count == 16 ? shape.content + 8 : shape.content;
-    return static_cast<std::int64_t>(loadBig(low, std::min<std::size_t>(shape.count, 8)));
+    const unsigned char* const start = at(index);
+    const unsigned power = *start & 15;
+    if (power == 4)
+        return static_cast<std::int64_t>(loadBig(start + 9, 8));
+    return static_cast<std::int64_t>(loadBig(start + 1, std::size_t { 1 } << power));
 }
 
 bool BinaryListReader::isNatural(Index index) const
 {
-    return shapeAt(at(index)).count == 16 && integer(index) < 0;
+    return *at(index) == 0x14 && integer(index) < 0;
 }
 
 double BinaryListReader::real(Index index) const
 {
-    const Shape shape = shapeAt(at(index));
-    return realAt(shape.content, shape.count);
+    const unsigned char* const start = at(index);
+    return realAt(start + 1, std::size_t { 1 } << (*start & 15));
 }
 
 double BinaryListReader::date(Index index) const { return real(index); }
 
-std::uint64_t BinaryListReader::uid(Index index) const
-{
-    const Shape shape = shapeAt(at(index));
-    return loadBig(shape.content, shape.count);
-}
-
 std::span<const unsigned char> BinaryListReader::data(Index index) const
 {
-    const Shape shape = shapeAt(at(index));
-    return { shape.content, shape.count };
-}
-
-std::string_view BinaryListReader::ascii(Index index) const
-{
-    const unsigned char* const start = at(index);
-    if (*start >> 4 != 5)
-        return {};
-    const Shape shape = shapeAt(start);
-    return textAt(shape.content, shape.count);
+    const Content content = contentAt(at(index));
+    return { content.first, content.count };
 }
 
 Ref<NSString> BinaryListReader::string(Index index) const
 {
     const unsigned char* const start = at(index);
-    const Shape shape = shapeAt(start);
+    const Content content = contentAt(start);
     if (*start >> 4 == 5)
-        return strings::plain(std::string(textAt(shape.content, shape.count)));
-    std::u16string units(shape.count, u'\0');
-    for (std::size_t i = 0; i < shape.count; ++i)
-        units[i] = unitAt(shape.content, i);
+        return strings::plain(std::string(textAt(content.first, content.count)));
+    std::u16string units(content.count, u'\0');
+    for (std::size_t i = 0; i < content.count; ++i)
+        units[i] = unitAt(content.first, i);
     return strings::plain(std::move(units));
 }
 
@@ -277,26 +249,9 @@ Ref<NSObject> BinaryListReader::leaf(Index index) const
 
 BinaryListReader::References BinaryListReader::children(Index container) const
 {
-    const Shape shape = shapeAt(at(container));
-    const std::size_t each = shape.kind == Kind::dictionary ? 2 : 1;
-    return { shape.content, shape.count * each, referenceSize_ };
-}
-
-BinaryListReader::References BinaryListReader::elements(Index array) const
-{
-    return children(array);
-}
-
-BinaryListReader::References BinaryListReader::keys(Index dictionary) const
-{
-    const Shape shape = shapeAt(at(dictionary));
-    return { shape.content, shape.count, referenceSize_ };
-}
-
-BinaryListReader::References BinaryListReader::values(Index dictionary) const
-{
-    const Shape shape = shapeAt(at(dictionary));
-    return { shape.content + shape.count * referenceSize_, shape.count, referenceSize_ };
+    const Content content = contentAt(at(container));
+    const std::size_t each = kind(container) == Kind::dictionary ? 2 : 1;
+    return { content.first, content.count * each, referenceSize_ };
 }
 
 BinaryListReader::Index BinaryListReader::find(Index dictionary, std::string_view key) const

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include <array>
 #include <bit>
 #include <cstring>
 #include <span>
@@ -59,7 +60,7 @@ public:
 
     Index top() const { return top_; }
     Index count() const { return count_; }
-    Kind kind(Index index) const { return shapeAt(at(index)).kind; }
+    Kind kind(Index index) const { return kKinds[*at(index)]; }
     /// Answers where an object begins, for messages.
     std::size_t offset(Index index) const
     {
@@ -76,19 +77,38 @@ public:
     bool isSingle(Index index) const { return *at(index) == 0x22; }
     /// Answers seconds since the reference date, a finite number.
     double date(Index index) const;
-    std::uint64_t uid(Index index) const;
+    std::uint64_t uid(Index index) const
+    {
+        const unsigned char* const start = at(index);
+        return loadBig(start + 1, (*start & 7) + 1u);
+    }
     /// Answers the length of a string in units, of data in bytes, of a container in elements or entries.
-    std::size_t length(Index index) const { return shapeAt(at(index)).count; }
+    std::size_t length(Index index) const { return contentAt(at(index)).count; }
     std::span<const unsigned char> data(Index index) const;
 
     /// Answers a string's bytes when it is kept as ASCII, else a view without data.
-    std::string_view ascii(Index index) const;
+    std::string_view ascii(Index index) const
+    {
+        const unsigned char* const start = at(index);
+        if (*start >> 4 != 5)
+            return {};
+        const Content content = contentAt(start);
+        return { reinterpret_cast<const char*>(content.first), content.count };
+    }
     Ref<NSString> string(Index index) const;
 
     /// Answers an array's elements, or a dictionary's keys and values, which are as many.
-    References elements(Index array) const;
-    References keys(Index dictionary) const;
-    References values(Index dictionary) const;
+    References elements(Index array) const
+    {
+        const Content content = contentAt(at(array));
+        return { content.first, content.count, referenceSize_ };
+    }
+    References keys(Index dictionary) const { return elements(dictionary); }
+    References values(Index dictionary) const
+    {
+        const Content content = contentAt(at(dictionary));
+        return { content.first + content.count * referenceSize_, content.count, referenceSize_ };
+    }
     /// Answers the first entry with this ASCII key, or `count()`.
     Index find(Index dictionary, std::string_view key) const;
 
@@ -104,13 +124,46 @@ public:
     bool childrenFirst(Order& order, Failure& failure) const;
 
 private:
+    /// What stands in strings, data and containers.
+    struct Content {
+        std::size_t count; ///< bytes of data, units of a string, elements or entries
+        const unsigned char* first;
+    };
     struct Shape {
         Kind kind = Kind::none;
-        std::size_t count
-            = 0; ///< bytes of a number or data, units of a string, elements or entries
-        const unsigned char* content = nullptr;
+        Content content {}; ///< of numbers and the like: their bytes
     };
 
+    /// The kinds by the bytes with which objects begin; no object begins with the rest.
+    static constexpr std::array<Kind, 256> makeKinds()
+    {
+        std::array<Kind, 256> kinds {};
+        const auto set = [&](unsigned first, unsigned last, Kind kind) {
+            for (unsigned marker = first; marker <= last; ++marker)
+                kinds[marker] = kind;
+        };
+        set(0x08, 0x09, Kind::boolean);
+        set(0x10, 0x14, Kind::integer);
+        set(0x22, 0x23, Kind::real);
+        set(0x33, 0x33, Kind::date);
+        set(0x40, 0x4f, Kind::data);
+        set(0x50, 0x6f, Kind::string);
+        set(0x80, 0x87, Kind::uid);
+        set(0xa0, 0xaf, Kind::array);
+        set(0xd0, 0xdf, Kind::dictionary);
+        return kinds;
+    }
+    static const std::array<Kind, 256> kKinds;
+
+    /// - at: where an object that has content begins, whose count was checked.
+    static Content contentAt(const unsigned char* at)
+    {
+        const unsigned low = *at & 15;
+        if (low < 15)
+            return { low, at + 1 };
+        const std::size_t size = std::size_t { 1 } << (at[1] & 3);
+        return { static_cast<std::size_t>(loadBig(at + 2, size)), at + 2 + size };
+    }
     static Shape shapeAt(const unsigned char* at);
     const unsigned char* at(Index index) const
     {
@@ -128,5 +181,7 @@ private:
     Index count_ = 0;
     Index top_ = 0;
 };
+
+inline constexpr std::array<Kind, 256> BinaryListReader::kKinds = makeKinds();
 
 }
