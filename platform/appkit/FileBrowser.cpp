@@ -33,6 +33,7 @@ void Browser::disconnect()
 
 void Browser::enter(std::string folder, std::string select, FolderListing::Pace pace)
 {
+    const auto alive = weak_from_this().lock();
     awaited_ = std::move(select);
     const bool isOther = folder != folder_;
     if (isOther) {
@@ -106,6 +107,7 @@ bool Browser::goDown()
 
 void Browser::take(std::shared_ptr<const Contents> contents)
 {
+    const auto alive = weak_from_this().lock();
     std::unordered_set<std::string> selected;
     for (const std::size_t index : selection_)
         selected.insert(entry(index).name);
@@ -142,6 +144,7 @@ void Browser::take(std::shared_ptr<const Contents> contents)
 // Every entry is asked for, but events come between: what asks may be slow.
 void Browser::askSome()
 {
+    const auto alive = weak_from_this().lock();
     constexpr double kLongest = 0.004; // seconds
     constexpr std::size_t kMost = 500;
     const double end = Clock::uptime() + kLongest;
@@ -173,6 +176,7 @@ bool Browser::isEnabled(std::size_t index)
 }
 void Browser::forgetEnabled()
 {
+    const auto alive = weak_from_this().lock();
     known_.assign(count(), unknown);
     std::set<std::size_t> selected = selection_;
     std::erase_if(selected, [this](std::size_t index) { return !isEnabled(index); });
@@ -205,6 +209,7 @@ void Browser::sortBy(Column column)
 
 void Browser::changeSelection(std::set<std::size_t> selection, std::size_t lead)
 {
+    const auto alive = weak_from_this().lock();
     lead_ = lead;
     if (selection == selection_)
         return;
@@ -291,6 +296,7 @@ bool Browser::selectByPrefix(std::u16string_view text)
 }
 void Browser::confirm()
 {
+    const auto alive = weak_from_this().lock();
     if (client_)
         client_->confirm();
 }

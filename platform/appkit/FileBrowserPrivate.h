@@ -32,8 +32,9 @@ enum class Extend {
     toggling
 }; ///< whether a click replaces the selection, reaches to there, or changes one
 
+/// It stays alive while it tells its client something, where it is shared.
 /// Thread: main.
-class Browser {
+class Browser : public std::enable_shared_from_this<Browser> {
 public:
     explicit Browser(BrowserClient& client)
         : client_(&client)

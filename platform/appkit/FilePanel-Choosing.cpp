@@ -74,6 +74,7 @@ namespace {
 
 bool FilePanelState::enables(const std::string& path, bool folder)
 {
+    const Ref<NSSavePanel> alive(owner);
     if (!folder && !(choosesFiles && hasAllowedType(*this, stringFrom(path))))
         return false;
     const Ref<NSURL> url = FilePanelAccess::urlOf(path, folder);

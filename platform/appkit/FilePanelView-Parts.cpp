@@ -43,7 +43,7 @@ void FilePathView::layOut()
         all.push_back({ name ? name : Ref<NSString>("?"_ns), folder.substr(0, end), {} });
         at = end + 1;
     }
-    CGFloat room = bounds().size.width;
+    CGFloat room = bounds().size.width - kBetween;
     std::size_t first = all.size();
     while (first > 0) { // the last ones are what matters
         const bool isLast = first == all.size();

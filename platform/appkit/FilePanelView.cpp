@@ -20,6 +20,7 @@ namespace brindle {
 
 void FilePanelState::folderChanged()
 {
+    const Ref<NSSavePanel> alive(owner);
     if (views)
         FilePanelViews::folderChanged(*views);
     if (const Ref<NSObject> delegate = owner->delegate();
@@ -29,11 +30,13 @@ void FilePanelState::folderChanged()
 }
 void FilePanelState::contentsChanged()
 {
+    const Ref<NSSavePanel> alive(owner);
     if (views)
         FilePanelViews::contentsChanged(*views);
 }
 void FilePanelState::selectionChanged()
 {
+    const Ref<NSSavePanel> alive(owner);
     const bool isOneFile = browser->selection().size() == 1
         && !browser->entry(*browser->selection().begin()).isFolder;
     if (!opens && isOneFile) { // saving under a name that is there
@@ -47,7 +50,11 @@ void FilePanelState::selectionChanged()
         delegate && delegate->respondsToSelector(selector<"panelSelectionDidChange:">))
         delegate->send<"panelSelectionDidChange:">(owner);
 }
-void FilePanelState::confirm() { owner->ok(nullptr); }
+void FilePanelState::confirm()
+{
+    const Ref<NSSavePanel> alive(owner);
+    owner->ok(nullptr);
+}
 
 FilePanelState::~FilePanelState()
 {
@@ -76,6 +83,7 @@ namespace {
     constexpr CGFloat kSidebar = 168;
     constexpr CGFloat kHeader = 24;
     constexpr CGFloat kButton = 26; // height
+    constexpr CGFloat kImageButton = 44; // width
     constexpr CGFloat kLeastButton = 84;
     constexpr CGFloat kNameField = 320;
 
@@ -89,7 +97,6 @@ namespace {
             NSImage::cls().imageNamed(image).get(), &target, action);
         made->setToolTip(phrase(tip).get());
         made->setRefusesFirstResponder(true);
-        made->setImageScaling(NSImageScaleNone);
         return made;
     }
     Ref<NSTextField> label()
@@ -206,12 +213,14 @@ void FilePanelViews::layOut(FilePanelView& v)
     }
     v.barAbove_ = top;
     const CGFloat control = top + (kBar - kButton) / 2;
-    v.back_->setFrame({ { kMargin, control }, { 30, kButton } });
-    v.forward_->setFrame({ { kMargin + 34, control }, { 30, kButton } });
-    v.asIcons_->setFrame({ { room.width - kMargin - 30, control }, { 30, kButton } });
-    v.asList_->setFrame({ { room.width - kMargin - 64, control }, { 30, kButton } });
-    const NSRect path { { kMargin + 76, control },
-        { std::max(40.0, room.width - 2 * kMargin - 76 - 76), kButton } };
+    constexpr CGFloat kPair = 2 * kImageButton + 4;
+    const CGFloat end = room.width - kMargin;
+    v.back_->setFrame({ { kMargin, control }, { kImageButton, kButton } });
+    v.forward_->setFrame({ { kMargin + kImageButton + 4, control }, { kImageButton, kButton } });
+    v.asList_->setFrame({ { end - kPair, control }, { kImageButton, kButton } });
+    v.asIcons_->setFrame({ { end - kImageButton, control }, { kImageButton, kButton } });
+    const NSRect path { { kMargin + kPair + 12, control },
+        { std::max(40.0, end - kMargin - 2 * (kPair + 12)), kButton } };
     v.path_->setFrame(path);
     v.pathField_->setFrame(NSInsetRect(path, 0, 1));
     top += kBar;

@@ -127,7 +127,7 @@ template <> struct NSSavePanel::Methods<struct Settings> {
         const bool isFile = url && url->isFileURL();
         std::string path = isFile ? utf8Of(url->path()) : std::string();
         std::error_code ignored;
-        if (std::filesystem::is_regular_file(path, ignored))
+        if (std::filesystem::exists(path, ignored) && !std::filesystem::is_directory(path, ignored))
             path = std::filesystem::path(path).parent_path().string();
         of(self).start = path.starts_with('/') ? path : std::string();
         if (!browserOf(self).folder().empty())
