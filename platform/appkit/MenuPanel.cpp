@@ -5,6 +5,7 @@
 #include "MenuSessionPrivate.h"
 #include "NSApplicationPrivate.h"
 #include "NSColor.h"
+#include "NSWindowPrivate.h"
 #include "runtime/Table.h"
 
 namespace brindle {
@@ -82,7 +83,7 @@ MenuPanel::~MenuPanel()
 
 // ---- the window
 
-void MenuPanel::show(NSRect frame, CGFloat scroll, NSWindowLevel level)
+void MenuPanel::show(NSRect frame, CGFloat scroll, NSWindowLevel level, NSWindow* anchor)
 {
     const bool blends = ApplicationAccess::display().blends();
     margin_ = blends ? kShadowRoom : 0;
@@ -92,6 +93,7 @@ void MenuPanel::show(NSRect frame, CGFloat scroll, NSWindowLevel level)
     window_->setOpaque(!blends);
     window_->setBackgroundColor(NSColor::cls().clearColor().get());
     window_->setLevel(level);
+    WindowAccess::setAnchor(*window_, anchor);
     window_->setReleasedWhenClosed(false);
     view_ = cast<NSMenuView>(alloc<NSMenuView>()->initWithFrame(
         { {}, { frame.size.width + 2 * margin_, frame.size.height + 2 * margin_ } }));

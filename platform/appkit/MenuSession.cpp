@@ -198,7 +198,8 @@ void MenuSession::openRoot()
     const Placement placement = placementFor(opening_, panel, screen);
     const NSInteger row
         = opening_.positioned ? panel.layout().rowOf(opening_.positioned.get()) : -1;
-    panel.show(placement.frame, placement.scroll, levelAbove(opening_.view.get()));
+    const Ref<NSWindow> anchor = maybe(opening_.view)->window();
+    panel.show(placement.frame, placement.scroll, levelAbove(opening_.view.get()), anchor.get());
     observer_
         = NSRunLoopObserver::cls().observerWithOrder_handler(kLayoutOrder, [this] { settle(); });
     NSRunLoop::cls().mainRunLoop()->addObserver_forMode(
@@ -235,8 +236,8 @@ void MenuSession::openSubmenu(std::size_t level, bool highlightsFirst)
         const Ref<NSFont>& own = MenuAccess::font(*submenu);
         const Ref<NSFont> font = own ? own : parent.layout().font;
         auto panel = std::make_unique<MenuPanel>(*submenu, font.get(), modifiers_, screen, 0);
-        panel->show(
-            placeBeside(panel->size(), beside, parent.frame(), screen), 0, parent.window().level());
+        panel->show(placeBeside(panel->size(), beside, parent.frame(), screen), 0,
+            parent.window().level(), &parent.window());
         panels_.push_back(std::move(panel));
     }
     if (highlightsFirst)

@@ -42,7 +42,8 @@ public:
     NSRect frame() const { return frame_; }
     bool contains(NSPoint place) const { return NSPointInRect(place, frame_); }
 
-    void show(NSRect frame, CGFloat scroll, NSWindowLevel level);
+    /// - anchor: the window that it opens from; may be nil.
+    void show(NSRect frame, CGFloat scroll, NSWindowLevel level, NSWindow* anchor);
     /// Lays it out anew after a change of the items or the modifiers; its top left corner stays.
     void layOutAnew(NSEventModifierFlags modifiers);
 

@@ -83,8 +83,9 @@ display::Surface& WindowAccess::surface(NSWindow& window)
     options.acceptsFocus = becomesKeyUnasked(window);
     options.resizable = (s.style & NSResizableWindowMask) != 0;
     options.title = utf8Of(s.title.get());
-    if (s.parent && state(*s.parent).surface)
-        options.transientFor = state(*s.parent).surface.get();
+    const Ref<NSWindow> owner = s.parent ? Ref<NSWindow>(s.parent) : cast<NSWindow>(s.anchor.get());
+    if (owner && state(*owner).surface)
+        options.transientFor = state(*owner).surface.get();
     s.surface = ApplicationAccess::display().createSurface(options);
     ApplicationAccess::state().bySurface[s.surface->id()] = &window;
     if (s.ignoresMouse)

@@ -81,6 +81,7 @@ struct WindowState {
 
     Ref<NSWindow> kept; // the window itself, while it is shown
     NSWindow* parent = nullptr;
+    WeakRef<NSObject> anchor; // NSWindow that a menu opened from, and is shown with
     std::vector<Ref<NSWindow>> children; // back to front; those below the window first
     std::vector<bool> childBelow;
 
@@ -158,6 +159,8 @@ struct WindowAccess {
     // The native window; NSWindow-Order.cpp.
     static display::Surface& surface(NSWindow& window);
     static void dropSurface(NSWindow& window);
+    /// Lets a window that is not shown yet stand where another one really is, as menus do. Nil is none.
+    static void setAnchor(NSWindow& window, NSWindow* anchor) { state(window).anchor = anchor; }
     static void orderIn(
         NSWindow& window, NSWindowOrderingMode place, NSWindow* other, bool regardless);
     static void orderOut(NSWindow& window);
