@@ -33,7 +33,9 @@ namespace headless {
         auto made = std::make_unique<display::HeadlessDisplay>(
             std::vector { display::HeadlessDisplay::screenOfSize(width, height, scale) });
         made->setTimeSource([] { return Clock::uptime(); });
+        const bool isFirst = !sharedApplicationOrNil();
         const Ref<NSApplication> application = NSApplication::cls().sharedApplication();
+        ApplicationAccess::state().isStandIn |= isFirst;
         installDisplay(std::move(made));
         application->activateIgnoringOtherApps(true);
     }

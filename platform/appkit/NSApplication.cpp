@@ -36,8 +36,10 @@ template <> struct NSApplication::Methods<struct Running> {
 
     static Ref<NSApplication> sharedApplication(Class& self)
     {
-        if (app().object)
+        const bool givesWay = app().isStandIn && &self != classOf<NSApplication>();
+        if (app().object && !givesWay)
             return app().object;
+        app().isStandIn = false;
         app().object = cast<NSApplication>(self.send<"alloc", Ref<NSObject>>());
         app().object = cast<NSApplication>(app().object->init());
         ApplicationAccess::display();
@@ -65,6 +67,7 @@ template <> struct NSApplication::Methods<struct Running> {
     {
         if (std::exchange(app().launched, true))
             return;
+        app().isStandIn = false;
         ApplicationAccess::notify(
             NSApplicationWillFinishLaunchingNotification, "applicationWillFinishLaunching:");
         ApplicationAccess::notify(

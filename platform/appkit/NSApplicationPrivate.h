@@ -27,6 +27,7 @@ struct ModalSession {
 /// for the application object.
 struct ApplicationState {
     Ref<NSApplication> object;
+    bool isStandIn = false; // the object gives way to one of a class that the host asks for
     WeakRef<NSObject> delegate;
     Ref<NSObject> mainMenu;
 

@@ -1,6 +1,8 @@
 # SPDX-License-Identifier: Apache-2.0
 """The seams for tests: screen, hands, clock and log."""
 
+import subprocess
+import sys
 import unittest
 
 import brindle
@@ -113,6 +115,24 @@ class Clock(unittest.TestCase):
         before = brindle.NSDate.date()
         brindle.advance(3600)
         self.assertEqual((brindle.NSDate.date() - before).total_seconds(), 3600)
+
+
+class Application(unittest.TestCase):
+    def test_a_screen_leaves_the_class_of_the_application_open(self):
+        program = """
+import brindle
+class App(brindle.NSApplication):
+    pass
+brindle.open_screen()
+window = brindle.NSWindow.alloc().initWithContentRect_styleMask_backing_defer_((0, 0, 9, 9), 0, 2, False)
+window.makeKeyAndOrderFront_(None)
+app = App.sharedApplication()
+print(isinstance(app, App), app == brindle.NSApplication.sharedApplication(), app.isActive(), app.keyWindow() == window)
+app.finishLaunching()
+print(brindle.NSApplication.sharedApplication() == app)
+"""
+        run = subprocess.run([sys.executable, "-c", program], capture_output=True, text=True, timeout=60)
+        self.assertEqual(run.stdout, "True True True True\nTrue\n", run.stderr)
 
 
 if __name__ == "__main__":
