@@ -11,8 +11,12 @@ namespace {
     constexpr int kDeepestEnd
         = 200; // objects that end inside each other's end before the rest waits in a line
 
-    thread_local int endDepth = 0;
-    thread_local std::vector<void*>* endLine = nullptr;
+    /// What a thread is ending.
+    struct Ending {
+        int depth;
+        std::vector<void*>* line; // nullptr while nobody waits
+    };
+    [[gnu::tls_model("initial-exec")]] constinit thread_local Ending ending {};
 
     void releaseAddedFields(NSObject* object, const ClassData& data)
     {
@@ -50,27 +54,34 @@ namespace {
         std::free(&header);
     }
 
+    [[gnu::noinline]] void waitForEnd(void* object)
+    {
+        if (!ending.line)
+            ending.line = new std::vector<void*>;
+        ending.line->push_back(object);
+    }
+
+    [[gnu::noinline]] void endThoseWaiting()
+    {
+        while (!ending.line->empty()) {
+            void* const next = ending.line->back();
+            ending.line->pop_back();
+            end(next);
+        }
+        delete std::exchange(ending.line, nullptr);
+    }
+
 }
 
 void destroyObject(void* object)
 {
-    if (endDepth >= kDeepestEnd) { // a long chain must not use the stack up
-        endLine->push_back(object);
-        return;
-    }
-    std::vector<void*> line;
-    if (endDepth == 0)
-        endLine = &line;
-    ++endDepth;
+    if (ending.depth >= kDeepestEnd) // a long chain must not use the stack up
+        return waitForEnd(object);
+    ++ending.depth;
     end(object);
-    if (endDepth == 1) {
-        while (!line.empty()) {
-            void* const next = line.back();
-            line.pop_back();
-            end(next);
-        }
-    }
-    --endDepth;
+    if (ending.depth == 1 && ending.line)
+        endThoseWaiting();
+    --ending.depth;
 }
 
 // ---- an object's own lock
