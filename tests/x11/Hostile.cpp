@@ -206,7 +206,7 @@ namespace {
         const int rounds = test::rounds(1000);
         for (int round = 0; round < rounds; ++round) {
             resizeScreen(driver, 1, 1);
-            drain(*display);
+            ASSERT_TRUE(waitFor(*display, Event::Kind::screensChanged));
             fill(*surface, 0xFF336699);
             surface->setFrame({ { 1.0 * round, 0 }, { 200, 100 } });
             resizeScreen(driver, 640, 480);
