@@ -2,6 +2,7 @@
 #include "BRCustomMenubar.h"
 
 #include "BRCustomMenubarMenuButton.h"
+#include "appkit/NSApplication.h"
 #include "appkit/NSColor.h"
 #include "appkit/NSFont.h"
 #include "appkit/NSImage.h"
@@ -15,7 +16,6 @@
 #include "foundation/NSUserDefaults.h"
 #include "graphics/NSImage+BRExtensions.h"
 #include "runtime/Table.h"
-#include "shell/NSApplication+GWAboutPanel.h"
 #include "viewkit/NSView+MovingAndSizing.h"
 
 #include <cmath>
@@ -196,7 +196,9 @@ template <> struct BRCustomMenubar::Methods<struct Bar> {
         GWLabel& label = *self.appMenuLabel_;
         label.setFont(
             NSFont::cls().fontWithName_size("HelveticaNeue-Bold"_ns, kLabelFontSize).get());
-        const Ref<NSString> name = appName(NSApplication::cls().sharedApplication());
+        // The shell's folder leans on this one, so its operation is sent by name.
+        const Ref<NSApplication> application = NSApplication::cls().sharedApplication();
+        const Ref<NSString> name = application->send<"appName", Ref<NSString>>();
         label.setStringValue(name.get());
         label.sizeToFit();
         if (custom) {

@@ -7,7 +7,7 @@ namespace brindle {
 
 template <> struct BRApplication::Methods<struct Keys> {
 
-    // The menubar's folder leans on this one, so its class is found by name.
+    // The menubar's folder asks this one for names, so its class is found by name.
     static bool menubarTakes(NSEvent& event)
     {
         Class* const bars = objc_getClass("BRCustomMenubar");
