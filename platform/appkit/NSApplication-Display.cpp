@@ -6,10 +6,12 @@
 #include <cstdio>
 #include <cstdlib>
 
+#include "CursorPrivate.h"
 #include "NSApplicationPrivate.h"
 #include "NSEventPrivate.h"
 #include "NSViewPrivate.h"
 #include "NSWindowPrivate.h"
+#include "ToolTipsPrivate.h"
 #include "foundation/Clock.h"
 #include "foundation/NSBeep.h"
 
@@ -319,6 +321,7 @@ NSPoint ApplicationAccess::screenLocation(const NSEvent& event)
 display::Display* installDisplay(std::unique_ptr<display::Display> display)
 {
     ApplicationState& app = ApplicationAccess::state();
+    ToolTips::dismiss();
     const std::vector<NSWindow*> windows = app.windows;
     for (NSWindow* window : windows) {
         const Ref<NSWindow> alive(window);
@@ -340,6 +343,7 @@ display::Display* installDisplay(std::unique_ptr<display::Display> display)
     ApplicationAccess::setActive(false);
     if (display)
         use(std::move(display));
+    CursorAccess::displayChanged();
     return app.display.get();
 }
 

@@ -1,11 +1,13 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <algorithm>
 
+#include "CursorPrivate.h"
 #include "NSApplicationPrivate.h"
 #include "NSEventPrivate.h"
 #include "NSMenu.h"
 #include "NSViewPrivate.h"
 #include "NSWindowPrivate.h"
+#include "ToolTipsPrivate.h"
 #include "foundation/NSBeep.h"
 #include "runtime/Table.h"
 
@@ -46,8 +48,11 @@ template <> struct NSApplication::Methods<struct Sending> {
     {
         switch (static_cast<NativeNews>(event.subtype())) {
         case NativeNews::pointerLeft:
-            if (window && !app().buttonsDown)
+            if (window && !app().buttonsDown) {
+                CursorAccess::enter(nullptr);
+                ToolTips::dismiss();
                 WindowAccess::pointerLeft(*window, &event);
+            }
             return;
         case NativeNews::focusIn:
             return focusIn(window, event);
@@ -120,7 +125,12 @@ template <> struct NSApplication::Methods<struct Sending> {
             return;
         }
         const bool dragging = events::isIn(event.type(), events::kDrags);
-        if (dragging || event.type() == NSMouseMoved || events::isIn(event.type(), events::kUps))
+        const bool up = events::isIn(event.type(), events::kUps);
+        if (event.type() == NSMouseMoved || (up && app().buttonsDown == 0))
+            WindowAccess::updateCursor(*window, event.locationInWindow());
+        if (event.type() == NSMouseMoved)
+            ToolTips::pointerMoved(*window, event.locationInWindow());
+        if (dragging || event.type() == NSMouseMoved || up)
             WindowAccess::trackPointer(*window, event, dragging);
         if (down && !app().active && event.type() == NSLeftMouseDown
             && window->canBecomeKeyWindow())
@@ -143,15 +153,18 @@ template <> struct NSApplication::Methods<struct Sending> {
         const Ref<NSEvent> event(lent);
         const NSEventType type = event->type();
         app().current = event;
+        if (events::isIn(type, events::kDowns | NSScrollWheelMask | NSKeyDownMask))
+            ToolTips::dismiss();
         for (NSWindow* window : std::vector<NSWindow*>(app().order))
             WindowAccess::settleTracking(*window);
         if (type == NSAppKitDefined)
             news(event->window().get(), *event);
         else if (events::isIn(type, events::kKeys | NSFlagsChangedMask))
             key(*event);
-        else if (events::isIn(type, events::kPointer))
+        else if (events::isIn(type, events::kPointer)) {
+            CursorAccess::pointerMoved();
             pointer(*event);
-        else if (const Ref<NSWindow> window = event->window())
+        } else if (const Ref<NSWindow> window = event->window())
             window->sendEvent(lent);
     }
 

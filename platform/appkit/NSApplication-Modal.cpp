@@ -1,9 +1,16 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <algorithm>
 
+#include "NSApplication+Sheets.h"
 #include "NSApplicationPrivate.h"
+#include "NSWindow.h"
+#include "foundation/Exceptions.h"
 #include "foundation/NSDate.h"
+#include "runtime/NSInvocation.h"
+#include "runtime/Runtime.h"
 #include "runtime/Table.h"
+
+#include <string_view>
 
 namespace brindle {
 
@@ -89,9 +96,61 @@ template <> struct NSApplication::Methods<struct Modal> {
         return app().modal.empty() ? Ref<NSWindow>() : app().modal.back()->window;
     }
 
+    // ---- sheets
+
+    /// Tells a delegate the end of a sheet by an operation whose name only it knows.
+    static void tellEnd(
+        NSObject& delegate, SEL didEnd, NSWindow* sheet, NSInteger code, void* context)
+    {
+        const Ref<NSMethodSignature> signature = delegate.methodSignatureForSelector(didEnd);
+        constexpr std::string_view kTypes[] { "@", ":", "@", "q", "^v" };
+        bool fits = signature && signature->numberOfArguments() == std::size(kTypes);
+        for (std::size_t i = 2; fits && i < std::size(kTypes); ++i)
+            fits = signature->getArgumentTypeAtIndex(i) == kTypes[i];
+        if (!fits)
+            raise("NSInvalidArgumentException",
+                std::string("*** -[NSApplication beginSheet:]: ") + sel_getName(didEnd)
+                    + " does not take a window, a code and a pointer");
+        const Ref<NSInvocation> message
+            = NSInvocation::cls().invocationWithMethodSignature(signature.get());
+        message->setSelector(didEnd);
+        message->setArgument_atIndex(&sheet, 2);
+        message->setArgument_atIndex(&code, 3);
+        message->setArgument_atIndex(&context, 4);
+        message->invokeWithTarget(&delegate);
+    }
+    static void beginSheet(NSApplication&, NSWindow* sheet, NSWindow* window, NSObject* lent,
+        SEL didEnd, void* context)
+    {
+        if (!sheet)
+            raise("NSInvalidArgumentException",
+                "*** -[NSApplication beginSheet:modalForWindow:modalDelegate:didEndSelector:"
+                "contextInfo:]: nil sheet");
+        if (!window)
+            return sheet->makeKeyAndOrderFront(nullptr);
+        const Ref<NSObject> delegate(lent);
+        const Ref<NSWindow> kept(sheet);
+        window->beginSheet_completionHandler(sheet, [=](NSModalResponse code) {
+            if (didEnd && delegate && delegate->respondsToSelector(didEnd))
+                tellEnd(*delegate, didEnd, kept.get(), code, context);
+        });
+    }
+    static void endSheetWithCode(NSApplication&, NSWindow* sheet, NSInteger code)
+    {
+        maybe(maybe(sheet)->sheetParent())->endSheet_returnCode(sheet, code);
+    }
+    static void endSheet(NSApplication& self, NSWindow* sheet)
+    {
+        endSheet_returnCode(self, sheet, 0);
+    }
+
     static void table(Builder& t)
     {
         t.methods({
+            { "beginSheet:modalForWindow:modalDelegate:didEndSelector:contextInfo:",
+                imp<beginSheet> },
+            { "endSheet:", imp<endSheet> },
+            { "endSheet:returnCode:", imp<endSheetWithCode> },
             { "beginModalSessionForWindow:", imp<begin> },
             { "endModalSession:", imp<end> },
             { "runModalForWindow:", imp<runForWindow> },

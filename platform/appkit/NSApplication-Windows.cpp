@@ -179,11 +179,17 @@ template <> struct NSApplication::Methods<struct Windows> {
 
     static ApplicationState& app() { return ApplicationAccess::state(); }
 
+    // Tool tips are nobody's windows.
+    static bool isListed(const NSWindow& window)
+    {
+        const WindowState& state = WindowAccess::state(window);
+        return state.wasShown && state.level != kToolTipLevel;
+    }
     static Ref<NSArray> windows(NSApplication&)
     {
         std::vector<Ref<NSObject>> shown;
         for (NSWindow* window : app().windows) {
-            if (WindowAccess::state(*window).wasShown)
+            if (isListed(*window))
                 shown.emplace_back(window);
         }
         std::sort(shown.begin(), shown.end(), [](const Ref<NSObject>& a, const Ref<NSObject>& b) {
@@ -194,7 +200,12 @@ template <> struct NSApplication::Methods<struct Windows> {
     }
     static Ref<NSArray> orderedWindows(NSApplication&)
     {
-        return makeArray(std::vector<Ref<NSObject>>(app().order.begin(), app().order.end()));
+        std::vector<Ref<NSObject>> shown;
+        for (NSWindow* window : app().order) {
+            if (isListed(*window))
+                shown.emplace_back(window);
+        }
+        return makeArray(std::move(shown));
     }
     static Ref<NSWindow> keyWindow(NSApplication&) { return app().keyWindow; }
     static Ref<NSWindow> mainWindow(NSApplication&) { return app().mainWindow; }

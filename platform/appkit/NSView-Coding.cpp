@@ -2,6 +2,7 @@
 #include "CodingPrivate.h"
 #include "FieldEditorClipPrivate.h"
 #include "NSTextField.h"
+#include "NSUserInterfaceItemIdentification.h"
 #include "NSViewPrivate.h"
 
 namespace brindle {
@@ -32,6 +33,7 @@ template <> struct NSView::Methods<struct Coding> {
         if (!inside.empty())
             coder->encodeObject_forKey(makeArray(std::move(inside)).get(), "NSSubviews"_ns);
         coder->encodeObject_forKey(self.toolTip_.get(), "NSToolTip"_ns);
+        coder->encodeObject_forKey(identifier(self).get(), "NSIdentifier"_ns);
         coder->encodeConditionalObject_forKey(self.nextKeyView_, "NSNextKeyView"_ns);
         code({ coder, false }, self);
     }
@@ -45,7 +47,9 @@ template <> struct NSView::Methods<struct Coding> {
             self.addSubview(view.get());
         if (coder->containsValueForKey("NSBounds"_ns))
             self.setBounds(coder->decodeRectForKey("NSBounds"_ns));
-        self.toolTip_ = decode<NSString>(coder, "NSToolTip"_ns);
+        if (const Ref<NSString> tip = decode<NSString>(coder, "NSToolTip"_ns))
+            self.setToolTip(tip.get());
+        setIdentifier(self, decode<NSString>(coder, "NSIdentifier"_ns).get());
         code({ coder, true }, self);
         if (const Ref<NSView> next = decode<NSView>(coder, "NSNextKeyView"_ns))
             self.setNextKeyView(next.get());

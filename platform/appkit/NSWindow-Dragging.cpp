@@ -114,14 +114,18 @@ void WindowAccess::resizeWindow(NSWindow& window, ResizeEdge edge, NSEvent& pres
 {
     const Ref<NSWindow> alive(&window);
     WindowState& s = state(window);
-    if (s.surface && s.surface->beginResize(edge, ApplicationAccess::screenLocation(press))) {
+    // The desktop knows nothing of proportions.
+    const bool byDesktop = s.surface && !keepsProportions(window)
+        && s.surface->beginResize(edge, ApplicationAccess::screenLocation(press));
+    if (byDesktop) {
         ApplicationAccess::state().buttonsDown = 0;
         return beginLiveResize(window); // the display tells the end
     }
     const LiveResize scope(window);
     const NSRect start = s.frame;
     follow(press, [&](NSPoint by) {
-        NSSize size = limited(window, pulledSize(start, edge, by));
+        NSSize size
+            = limited(window, proportioned(window, start.size, pulledSize(start, edge, by), edge));
         if (const Ref<NSObject> delegate = window.delegate();
             delegate && delegate->respondsToSelector(selector<"windowWillResize:toSize:">))
             size = delegate->send<"windowWillResize:toSize:", NSSize>(&window, size);

@@ -17,6 +17,8 @@ void WindowAccess::forgetView(NSWindow& window, NSView& view)
     if (!isReady(window))
         return;
     WindowState& s = state(window);
+    s.cursorRects.clear(); // they name views
+    s.cursorRectsValid = false;
     if (s.firstResponder == &view)
         s.firstResponder = nullptr;
     for (Ref<NSView>& pressed : s.pressed) {

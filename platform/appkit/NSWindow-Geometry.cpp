@@ -3,8 +3,10 @@
 #include <cmath>
 #include <utility>
 
+#include "NSAnimationContext.h"
 #include "NSApplicationPrivate.h"
 #include "NSViewPrivate.h"
+#include "NSWindow+Proportions.h"
 #include "NSWindowPrivate.h"
 #include "runtime/Table.h"
 
@@ -34,14 +36,6 @@ namespace {
         const std::vector<Ref<NSView>> inside = ViewAccess::subviews(view);
         for (const Ref<NSView>& subview : inside)
             tellBackingChange(*subview);
-    }
-
-    void setSizeLimits(WindowState& state)
-    {
-        if (state.surface)
-            state.surface->setSizeLimits(state.minSize,
-                { state.maxSize.width < 1e6 ? state.maxSize.width : 0,
-                    state.maxSize.height < 1e6 ? state.maxSize.height : 0 });
     }
 
 }
@@ -194,9 +188,22 @@ template <> struct NSWindow::Methods<struct Geometry> {
         if (display)
             self.displayIfNeeded();
     }
-    static void setFrameAnimated(NSWindow& self, NSRect frame, bool display, bool)
+    static void setFrameAnimated(NSWindow& self, NSRect frame, bool display, bool animate)
     {
-        self.setFrame_display(frame, display);
+        const auto contexts = NSAnimationContext::cls();
+        contexts.beginGrouping();
+        contexts.currentContext()->setDuration(
+            animate && of(self).visible ? animationResizeTime(self, frame) : 0);
+        self.send<"animator", Ref<NSObject>>()->send<"setFrame:display:">(frame, display);
+        contexts.endGrouping();
+    }
+    static double resizeTime(NSWindow& self, NSRect frame)
+    {
+        const NSRect now = of(self).frame;
+        const CGFloat way = std::max(
+            { std::abs(NSMinX(frame) - NSMinX(now)), std::abs(NSMinY(frame) - NSMinY(now)),
+                std::abs(NSMaxX(frame) - NSMaxX(now)), std::abs(NSMaxY(frame) - NSMaxY(now)) });
+        return std::isnan(way) ? 0 : std::min(way / 150 * 0.2, 1.0);
     }
     static void setFrameOrigin(NSWindow& self, NSPoint origin)
     {
@@ -243,12 +250,12 @@ template <> struct NSWindow::Methods<struct Geometry> {
     static void setMinSize(NSWindow& self, NSSize size)
     {
         of(self).minSize = size;
-        setSizeLimits(of(self));
+        WindowAccess::tellSizes(self);
     }
     static void setMaxSize(NSWindow& self, NSSize size)
     {
         of(self).maxSize = size;
-        setSizeLimits(of(self));
+        WindowAccess::tellSizes(self);
     }
     static NSSize contentSizeFor(NSWindow& self, NSSize size)
     {
@@ -310,6 +317,7 @@ template <> struct NSWindow::Methods<struct Geometry> {
             { "frame", imp<frame> },
             { "setFrame:display:", imp<setFrame> },
             { "setFrame:display:animate:", imp<setFrameAnimated> },
+            { "animationResizeTime:", imp<resizeTime> },
             { "setFrameOrigin:", imp<setFrameOrigin> },
             { "setFrameTopLeftPoint:", imp<setFrameTopLeft> },
             { "setContentSize:", imp<setContentSize> },

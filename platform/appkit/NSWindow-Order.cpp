@@ -16,6 +16,8 @@ namespace {
     SurfaceKind kindOf(NSWindow& window)
     {
         const WindowState& state = WindowAccess::state(window);
+        if (state.level == kToolTipLevel)
+            return SurfaceKind::tooltip;
         if (state.level >= NSPopUpMenuWindowLevel && state.level < NSScreenSaverWindowLevel)
             return SurfaceKind::popup;
         if (state.level == NSModalPanelWindowLevel)
@@ -79,7 +81,8 @@ display::Surface& WindowAccess::surface(NSWindow& window)
     options.kind = kindOf(window);
     options.level = static_cast<int>(s.level);
     options.opaque = s.opaque && !isTitled(s); // rounded corners show what is below
-    options.overrideRedirect = options.kind == SurfaceKind::popup;
+    options.overrideRedirect
+        = options.kind == SurfaceKind::popup || options.kind == SurfaceKind::tooltip;
     options.acceptsFocus = becomesKeyUnasked(window);
     options.resizable = (s.style & NSResizableWindowMask) != 0;
     options.title = utf8Of(s.title.get());
@@ -93,9 +96,7 @@ display::Surface& WindowAccess::surface(NSWindow& window)
     if (s.alpha < 1)
         s.surface->setAlpha(s.alpha);
     settleScreenEdge(window);
-    s.surface->setSizeLimits(s.minSize,
-        { s.maxSize.width < 1e6 ? s.maxSize.width : 0,
-            s.maxSize.height < 1e6 ? s.maxSize.height : 0 });
+    tellSizes(window);
     return *s.surface;
 }
 

@@ -141,8 +141,10 @@ void WindowAccess::settleTracking(NSWindow& window)
 {
     WindowState& s = state(window);
     // What an update changes itself is settled before the next event.
-    if (std::exchange(s.viewsMoved, false))
-        ViewAccess::updateTrackingAreas(*s.frameView);
+    if (!std::exchange(s.viewsMoved, false))
+        return;
+    s.cursorRectsValid = false;
+    ViewAccess::updateTrackingAreas(*s.frameView);
 }
 
 void WindowAccess::trackPointer(NSWindow& window, NSEvent& event, bool dragging)

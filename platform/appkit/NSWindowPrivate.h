@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "DamagePrivate.h"
+#include "NSCursor.h"
 #include "NSGraphicsContext.h"
 #include "NSTrackingArea.h"
 #include "NSWindow.h"
@@ -20,6 +21,8 @@ namespace brindle {
 
 /// The height of a title bar, in points.
 inline constexpr CGFloat kTitleBarHeight = 22;
+/// The level of tool tips, above everything that has to do with windows.
+inline constexpr NSWindowLevel kToolTipLevel = 102;
 /// How far from the edge a press resizes, in points.
 inline constexpr CGFloat kResizeEdge = 5;
 
@@ -39,6 +42,14 @@ struct Backing {
     }
 };
 
+/// Where the pointer has a shape of its own.
+struct CursorRect {
+    NSView* view = nullptr; // bare: a view takes its rectangles with it when it leaves the window
+    NSRect rect; // in the view's coordinates
+    NSRect visible; // what shows of it, in the window's
+    Ref<NSCursor> cursor;
+};
+
 /// Everything a window is and has.
 struct WindowState {
     NSRect frame;
@@ -48,11 +59,16 @@ struct WindowState {
     NSWindowLevel level = NSNormalWindowLevel;
     NSSize minSize { 0, 0 };
     NSSize maxSize { 1e7, 1e7 };
+    NSSize proportion { 0, 0 }; // that resizing keeps; none at first
+    NSSize steps { 1, 1 }; // of resizing
+    bool proportionOfContent = false;
     CGFloat alpha = 1;
     CGFloat reservedHeight = 0; // at the top of the screen
     Ref<NSString> title;
     Ref<NSObject> background; // NSColor; nil is the ordinary one
     WeakRef<NSObject> delegate;
+    WeakRef<NSObject> controller; // NSWindowController
+    Ref<NSObject> contentController; // NSViewController
     std::optional<NSRect>
         screenFrame; // of the screen it was last seen on; none before it was shown
     CGFloat knownScale = 1; // what its views last drew with
@@ -68,6 +84,9 @@ struct WindowState {
     std::vector<Ref<NSTrackingArea>> inside; // areas the pointer is in
     NSPoint pointer; // where it was last, window coordinates
     bool pointerInside = false;
+    std::vector<CursorRect> cursorRects; // in the order in which they were added
+    bool cursorRectsValid = false;
+    bool cursorRectsEnabled = true;
 
     std::unique_ptr<display::Surface> surface;
     std::unique_ptr<Backing> backing;
@@ -146,6 +165,17 @@ struct WindowAccess {
     static void pointerLeft(NSWindow& window, NSEvent* event);
     /// Sends `updateTrackingAreas` when views have moved since the last time.
     static void settleTracking(NSWindow& window);
+
+    // Cursors; NSWindow-Cursors.cpp.
+    /// Gives the pointer the shape that belongs to a point of the window.
+    static void updateCursor(NSWindow& window, NSPoint point);
+
+    /// Answers the size that a pull at an edge leads to when proportion and steps are kept; NSWindow-Proportions.cpp.
+    static NSSize proportioned(
+        const NSWindow& window, NSSize start, NSSize pulled, display::ResizeEdge edge);
+    static bool keepsProportions(const NSWindow& window);
+    /// Tells the desktop, which resizes windows too, what sizes there may be.
+    static void tellSizes(NSWindow& window);
 
     // Drawing; NSWindow-Drawing.cpp.
     static Backing& backing(NSWindow& window);
