@@ -8,6 +8,7 @@
 #include "NSPasteboard.h"
 #include "foundation/NSBeep.h"
 #include "foundation/NSData.h"
+#include "foundation/NSObjCRuntime.h"
 
 namespace brindle {
 
@@ -37,6 +38,13 @@ template <> struct NSImageView::Methods<struct Pictures> {
         maybe(self.cell())->send<S>(value);
         self.setNeedsDisplay(true);
     }
+
+    // ---- target and action
+
+    static Ref<NSObject> target(NSImageView& self) { return self.target_.get(); }
+    static void setTarget(NSImageView& self, NSObject* target) { self.target_ = target; }
+    static SEL action(NSImageView& self) { return self.action_; }
+    static void setAction(NSImageView& self, SEL action) { self.action_ = action; }
 
     // ---- the user's hand
 
@@ -141,11 +149,17 @@ template <> struct NSImageView::Methods<struct Pictures> {
     static void encode(NSImageView& self, NSCoder* coder)
     {
         super<NSImageView, "encodeWithCoder:">(self, coder);
+        coder->encodeConditionalObject_forKey(self.target_.get().get(), "NSTarget"_ns);
+        if (self.action_)
+            coder->encodeObject_forKey(NSStringFromSelector(self.action_).get(), "NSAction"_ns);
         code({ coder, false }, self);
     }
     static Ref<NSObject> initWithCoder(NSImageView& self, NSCoder* coder)
     {
         Ref<NSObject> made = super<NSImageView, "initWithCoder:", Ref<NSObject>>(self, coder);
+        self.target_ = coder->decodeObjectForKey("NSTarget"_ns);
+        if (const Ref<NSString> action = decode<NSString>(coder, "NSAction"_ns))
+            self.action_ = NSSelectorFromString(action.get());
         code({ coder, true }, self);
         return made;
     }
@@ -173,6 +187,10 @@ template <> struct NSImageView::Methods<struct Pictures> {
             { "setAllowsCutCopyPaste:", imp<setCutsAndPastes> },
             { "animates", imp<animates> },
             { "setAnimates:", imp<setAnimates> },
+            { "target", imp<target> },
+            { "setTarget:", imp<setTarget> },
+            { "action", imp<action> },
+            { "setAction:", imp<setAction> },
             { "acceptsFirstResponder", imp<acceptsFirstResponder> },
             { "mouseDown:", imp<mouseDown> },
             { "keyDown:", imp<keyDown> },

@@ -47,6 +47,8 @@ public:
     void setAnimates(bool animates) { send<"setAnimates:">(animates); }
 
 private:
+    WeakRef<NSObject> target_; // cells of images keep none
+    SEL action_ {};
     bool cutsAndPastes_ = true;
     bool animates_ = false;
 };
