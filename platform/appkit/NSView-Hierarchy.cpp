@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <algorithm>
 
+#include "NSViewController.h"
 #include "NSViewPrivate.h"
 #include "NSWindowPrivate.h"
 #include "foundation/NSArray.h"
@@ -30,6 +31,7 @@ template <> struct NSView::Methods<struct Hierarchy> {
 
     static void willMove(NSView& view, NSWindow* window)
     {
+        ControllerAccess::willMove(view, window);
         view.viewWillMoveToWindow(window);
         const Views inside = view.subviews_; // a hook may change the list
         for (const Ref<NSView>& subview : inside)
@@ -47,6 +49,7 @@ template <> struct NSView::Methods<struct Hierarchy> {
     static void didMove(NSView& view)
     {
         view.viewDidMoveToWindow();
+        ControllerAccess::didMove(view);
         const Views inside = view.subviews_;
         for (const Ref<NSView>& subview : inside)
             didMove(*subview);
