@@ -11,6 +11,8 @@
 #include "foundation/NSUserDefaults.h"
 #include "kit/Card.h"
 #include "kit/Chip.h"
+#include "kit/OpenedURLs.h"
+#include "kit/Palette.h"
 #include "pages/Pages.h"
 #include "quartz/CGImage.h"
 
@@ -37,6 +39,13 @@ namespace {
                 return found;
         }
         return nullptr;
+    }
+
+    void setDarkEverywhere(bool dark)
+    {
+        setDark(dark);
+        for (NSWindow* window : each<NSWindow>(NSApplication::cls().sharedApplication()->windows()))
+            maybe(window->contentView()->superview())->setNeedsDisplay(true);
     }
 
 }
@@ -75,6 +84,9 @@ void Tour::fixSurroundings()
         return fail("cannot make a folder for settings");
     settings_ = name;
     setenv("XDG_CONFIG_HOME", settings_.c_str(), 1);
+    setenv("XDG_DATA_HOME", settings_.c_str(), 1);
+    setenv("TMPDIR", settings_.c_str(), 1);
+    keepOpenedURLs();
 }
 
 bool Tour::play()
@@ -173,9 +185,12 @@ void Tour::leastPicture(const std::string& name)
 
 void Tour::darkPicture(const std::string& name)
 {
-    type(u"d");
+    // Not by the page's key: a sheet may have the keyboard.
+    setDarkEverywhere(true);
+    settle();
     picture(name);
-    type(u"d");
+    setDarkEverywhere(false);
+    settle();
 }
 
 void Tour::fail(const std::string& what)

@@ -4,12 +4,14 @@
 #include "colour/ColourPage.h"
 #include "controls/ControlsPage.h"
 #include "defaults/DefaultsPage.h"
+#include "files/FilesPage.h"
 #include "ground/GroundPage.h"
 #include "images/ImagesPage.h"
 #include "layers/LayersPage.h"
 #include "measures/MeasuresPage.h"
 #include "objects/ObjectsPage.h"
 #include "paths/PathsPage.h"
+#include "review/ReviewPage.h"
 #include "scrolling/ScrollingPage.h"
 #include "strip/StripPage.h"
 #include "switches/SwitchesPage.h"
@@ -32,6 +34,8 @@ namespace {
         { "Objects", makePage<ObjectsPage>, tourObjects },
         { "Unique objects", makePage<UniquePage>, tourUnique },
         { "Defaults", makePage<DefaultsPage>, tourDefaults },
+        { "Review request", makePage<ReviewPage>, tourReview },
+        { "Files", makePage<FilesPage>, tourFiles },
         { "Intervals and URLs", makePage<TextPage>, tourText },
         { "Colour", makePage<ColourPage>, tourColour },
         { "Images", makePage<ImagesPage>, tourImages },
