@@ -1,9 +1,9 @@
 #!/usr/bin/env python3
 # SPDX-License-Identifier: Apache-2.0
-"""A small application in Python: a window whose view draws a dot where it was clicked.
+"""A small application in Python: a menubar, and a window whose view draws a dot where it was clicked.
 
     python3 examples/python/clicks.py                      on the desktop
-    python3 examples/python/clicks.py --headless out.png   in memory, with two clicks, as a picture
+    python3 examples/python/clicks.py --headless out.png   in memory, with three clicks and a key, as a picture
 """
 
 import sys
@@ -11,8 +11,11 @@ import sys
 import brindle
 
 
+COMMAND = 1 << 20
+
+
 class Dots(brindle.NSView):
-    """Draws a dot where it was clicked; a key forgets them all."""
+    """Draws a dot where it was clicked; the Edit menu takes dots back."""
 
     def initWithFrame_(self, frame):
         self = super().initWithFrame_(frame)
@@ -33,9 +36,16 @@ class Dots(brindle.NSView):
         self.places.append(self.convertPoint_fromView_(event.locationInWindow(), None))
         self.setNeedsDisplay_(True)
 
-    def keyDown_(self, event):
+    def takeBack_(self, sender):
+        self.places.pop()
+        self.setNeedsDisplay_(True)
+
+    def clear_(self, sender):
         self.places.clear()
         self.setNeedsDisplay_(True)
+
+    def validateMenuItem_(self, item):
+        return bool(self.places)
 
 
 class Delegate(brindle.NSObject):
@@ -43,6 +53,25 @@ class Delegate(brindle.NSObject):
 
     def windowWillClose_(self, notification):
         brindle.NSApplication.sharedApplication().stop_(None)
+
+
+def open_menubar(window, view):
+    menus = {
+        "File": [("Close", "performClose:", "w", window)],
+        "Edit": [("Take Back", "takeBack:", "z", view), ("Clear", "clear:", "k", view)],
+    }
+    custom = 1
+    bar = brindle.BRCustomMenubar.alloc().initWithMenubarTheme_(custom)
+    bar.load()
+    for title, items in menus.items():
+        menu = brindle.NSMenu.alloc().initWithTitle_(title)
+        for name, action, key, target in items:
+            menu.addItemWithTitle_action_keyEquivalent_(name, action, key).setTarget_(target)
+        button = brindle.BRCustomMenubarMenuButton.alloc().init()
+        button.setTitle_(title)
+        button.setMenu_(menu)
+        button.sizeToFit()
+        bar.addMenubarView_(button)
 
 
 def open_window():
@@ -59,18 +88,22 @@ def open_window():
 
 
 def main(arguments):
+    application = brindle.BRApplication.sharedApplication()  # it offers keys to the menubar first
     if arguments[:1] == ["--headless"]:
         brindle.open_screen(520, 400)
         window, view = open_window()
+        open_menubar(window, view)
         brindle.run_until_idle()
         frame = window.frame()
-        for x, y in ((60, 50), (200, 120)):
+        for x, y in ((60, 50), (200, 120), (250, 60)):
             brindle.click((frame.x + x, frame.y + y))
+        brindle.press_key("z", COMMAND)
+        brindle.advance(1)  # the button of the menu has flashed
         print(f"{len(view.places)} dots")
         brindle.screenshot(arguments[1])
         return 0
-    application = brindle.NSApplication.sharedApplication()
-    window, _ = open_window()
+    window, view = open_window()
+    open_menubar(window, view)
     delegate = Delegate()
     window.setDelegate_(delegate)
     application.run()

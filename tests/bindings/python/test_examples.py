@@ -11,7 +11,7 @@ EXAMPLES = pathlib.Path(__file__).parents[3] / "examples" / "python"
 
 
 class Examples(unittest.TestCase):
-    def test_clicks_draws_a_dot_for_each_click(self):
+    def test_clicks_draws_a_dot_for_each_click_that_was_not_taken_back(self):
         with tempfile.TemporaryDirectory() as folder:
             picture = pathlib.Path(folder) / "clicks.png"
             run = subprocess.run([sys.executable, EXAMPLES / "clicks.py", "--headless", picture],
