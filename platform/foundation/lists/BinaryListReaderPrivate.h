@@ -44,6 +44,11 @@ public:
         }
         std::size_t size() const { return count_; }
         Index operator[](std::size_t i) const { return loadBig(at_ + i * size_, size_); }
+        /// - other: of the same list.
+        bool operator==(const References& other) const
+        {
+            return count_ == other.count_ && std::memcmp(at_, other.at_, count_ * size_) == 0;
+        }
 
     private:
         const unsigned char* at_;

@@ -72,9 +72,28 @@ namespace {
             const auto keys = reader_.keys(index);
             const auto values = reader_.values(index);
             Ref<NSDictionary> dictionary = makeTable(keys.size(), mutability_);
+            if (!hashes_.empty() && keys == recentKeys_) {
+                for (std::size_t i = 0; i < keys.size(); ++i)
+                    appendEntry(*dictionary, key(keys[i]), hashes_[i], take(values[i]));
+                return dictionary;
+            }
             for (std::size_t i = 0; i < keys.size(); ++i)
                 addEntry(*dictionary, key(keys[i]), take(values[i]));
+            remember(keys, *dictionary);
             return dictionary;
+        }
+
+        /// Records of one kind follow each other: their keys are different if those of the first one are.
+        void remember(const BinaryListReader::References& keys, NSDictionary& dictionary)
+        {
+            constexpr std::size_t kMost = 64;
+            const OrderedTable<PairEntry>& table = DictionaryAccess::table(dictionary);
+            hashes_.clear();
+            if (table.count() != keys.size() || keys.size() > kMost)
+                return;
+            recentKeys_ = keys;
+            for (std::size_t i = 0; i < keys.size(); ++i)
+                hashes_.push_back(table.at(i).hash);
         }
 
         /// Answers a string as key, which nobody can change.
@@ -92,6 +111,8 @@ namespace {
         Mutability mutability_;
         std::vector<Ref<NSObject>> made_;
         std::vector<Ref<NSObject>> keys_; // only where strings can be changed
+        BinaryListReader::References recentKeys_ { nullptr, 0, 0 };
+        std::vector<std::uint64_t> hashes_; // of those keys; none when they are not remembered
     };
 
     /// Hands the objects of a list to the writer.

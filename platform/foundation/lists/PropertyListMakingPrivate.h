@@ -33,21 +33,28 @@ inline Ref<NSDictionary> makeTable(std::size_t count, Mutability mutability)
     return dictionary;
 }
 
+/// Adds an entry whose key is not in the dictionary yet.
+/// - key: of the plain class, so that it needs no copy. - hash: the key's.
+inline void appendEntry(
+    NSDictionary& dictionary, Ref<NSObject> key, std::uint64_t hash, Ref<NSObject> value)
+{
+    PairEntry entry;
+    entry.hash = hash;
+    entry.key = std::move(key);
+    entry.value = std::move(value);
+    DictionaryAccess::table(dictionary).append(std::move(entry));
+}
+
 /// Adds an entry to a dictionary in the making; of equal keys the last one's value stays.
-/// - key: of the plain class, so that it needs no copy.
 inline void addEntry(NSDictionary& dictionary, Ref<NSObject> key, Ref<NSObject> value)
 {
     OrderedTable<PairEntry>& table = DictionaryAccess::table(dictionary);
-    PairEntry entry;
-    entry.hash = key->hash();
-    const std::size_t place = table.find(key.get(), entry.hash);
-    if (place != OrderedTable<PairEntry>::kNowhere) {
+    const std::uint64_t hash = key->hash();
+    const std::size_t place = table.find(key.get(), hash);
+    if (place != OrderedTable<PairEntry>::kNowhere)
         table.at(place).value = std::move(value);
-        return;
-    }
-    entry.key = std::move(key);
-    entry.value = std::move(value);
-    table.append(std::move(entry));
+    else
+        appendEntry(dictionary, std::move(key), hash, std::move(value));
 }
 
 /// Answers what stands in the list for a string or data that was read.
