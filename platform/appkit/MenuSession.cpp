@@ -169,15 +169,19 @@ namespace {
             return { NSIsEmptyRect(anchor) ? placeAtPoint(size, opening.location, screen)
                                            : placeBelow(size, anchor, opening.location.x, screen) };
         }
-        const CGFloat top
-            = opening.location.y + panel.layout().rows[static_cast<std::size_t>(row)].top;
-        const NSRect near = placeAtPoint(size, { opening.location.x, NSMaxY(screen) }, screen);
+        const MenuRow& positioned = panel.layout().rows[static_cast<std::size_t>(row)];
+        NSPoint corner { opening.location.x, opening.location.y + positioned.top };
+        if (opening.alignsTitle) {
+            corner.x -= panel.layout().titleLeft;
+            corner.y += positioned.height / 2;
+        }
+        const NSRect near = placeAtPoint(size, { corner.x, NSMaxY(screen) }, screen);
         Placement placement { near };
         if (size.height <= screen.size.height)
             placement.frame.origin.y
-                = std::clamp(top - size.height, NSMinY(screen), NSMaxY(screen) - size.height);
+                = std::clamp(corner.y - size.height, NSMinY(screen), NSMaxY(screen) - size.height);
         else
-            placement.scroll = top - NSMaxY(screen);
+            placement.scroll = corner.y - NSMaxY(screen);
         return placement;
     }
 

@@ -96,6 +96,7 @@ struct MenuOpening {
     Ref<NSMenu> menu;
     Ref<NSMenuItem> positioned; ///< comes to lie at the location; may be nil
     NSPoint location; ///< on the screen
+    bool alignsTitle = false; ///< the location is where the title begins, halfway up its row
     Ref<NSView> view; ///< whose menu it is; may be nil
     Ref<NSEvent> event; ///< what opens it; may be nil
     Ref<NSFont> font; ///< nil is the menu's own
