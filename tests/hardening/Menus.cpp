@@ -1,0 +1,40 @@
+// SPDX-License-Identifier: Apache-2.0
+#include <gtest/gtest.h>
+#include <malloc.h>
+
+#include "appkit/NSMenu.h"
+#include "support/HeadlessScreen.h"
+#include "support/Rounds.h"
+
+namespace brindle {
+namespace {
+
+    std::size_t allocatedBytes() { return mallinfo2().uordblks; }
+
+    TEST(Menus, OpeningsLeaveNothingBehind)
+    {
+        HeadlessScreen screen { 800, 600 };
+        const Ref<NSMenu> menu = make<NSMenu>();
+        menu->setAutoenablesItems(false);
+        for (int i = 0; i < 20; ++i)
+            menu->addItemWithTitle_action_keyEquivalent("Item"_ns, selector<"act:">, nullptr);
+        const auto open = [&](int times) {
+            for (int i = 0; i < times; ++i)
+                menu->popUpMenuPositioningItem_atLocation_inView(nullptr, { 100, 500 }, nullptr);
+            screen.process();
+        };
+        open(1000); // what is made once and kept
+        const std::size_t before = allocatedBytes();
+        open(test::rounds(100'000));
+        const std::size_t after = allocatedBytes();
+#if !defined(__SANITIZE_ADDRESS__) && !defined(__SANITIZE_THREAD__)
+        EXPECT_LT(after, before + (std::size_t { 1 } << 20));
+#endif
+        EXPECT_EQ(screen.display().stackingOrder().size(), 1U);
+        EXPECT_EQ(screen.display().grabbingSurface(), 0U);
+        static_cast<void>(before);
+        static_cast<void>(after);
+    }
+
+}
+}
