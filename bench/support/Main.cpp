@@ -56,6 +56,7 @@ namespace {
         addRaster(plan);
         addContexts(plan);
         addDrawing(plan);
+        addMenus(plan);
         addPython(plan);
         return plan;
     }

@@ -28,6 +28,7 @@ void addColours(Plan& plan);
 void addRaster(Plan& plan);
 void addContexts(Plan& plan);
 void addDrawing(Plan& plan);
+void addMenus(Plan& plan);
 void addPython(Plan& plan);
 void addDefaults(Plan& plan);
 void addUniqueObjects(Plan& plan);

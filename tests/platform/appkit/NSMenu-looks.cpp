@@ -75,7 +75,7 @@ namespace {
             MenuScript script(screen);
             const Ref<NSMenu> menu = fullMenu();
             Ref<CGImage> picture;
-            script.then([&] { screen.display().movePointer({ 60, 122 }); }).wait(0.5);
+            script.then([&] { screen.display().movePointer({ 60, 132 }); }).wait(0.5);
             script.then([&] { picture = pictureOf(screen); }).key(0x1B);
             menu->popUpMenuPositioningItem_atLocation_inView(nullptr, { 24, 270 }, nullptr);
             EXPECT_TRUE(test::isGolden(picture.get(), name + (scale == 2 ? "@2x" : "")));
