@@ -6,10 +6,46 @@
 #include "appkit/NSCell.h"
 #include "controls/OnOffSwitchControlCell.h"
 #include "foundation/NSBeep.h"
+#include "runtime/Table.h"
 #include "support/ActionLog.h"
+#include "support/Archives.h"
 #include "support/HeadlessScreen.h"
+#include "support/Strings.h"
 
 namespace brindle {
+
+/// Lets time pass while it is tracked: behind the press, or behind each movement.
+class RestingSwitchCell : public OnOffSwitchControlCell {
+    BRINDLE_OBJECT(RestingSwitchCell, OnOffSwitchControlCell)
+
+public:
+    double afterPress_ = 0; // seconds
+    double afterMovement_ = 0;
+};
+template <> struct RestingSwitchCell::Methods<struct Resting> {
+    static bool start(RestingSwitchCell& self, NSPoint point, NSView* view)
+    {
+        const bool goesOn
+            = super<RestingSwitchCell, "startTrackingAt:inView:", bool>(self, point, view);
+        Clock::advance(self.afterPress_);
+        return goesOn;
+    }
+    static bool goOn(RestingSwitchCell& self, NSPoint last, NSPoint point, NSView* view)
+    {
+        const bool goesOn = super<RestingSwitchCell, "continueTracking:at:inView:", bool>(
+            self, last, point, view);
+        Clock::advance(self.afterMovement_);
+        return goesOn;
+    }
+    static void table(Builder& t)
+    {
+        t.methods({
+            { "startTrackingAt:inView:", imp<start> },
+            { "continueTracking:at:inView:", imp<goOn> },
+        });
+    }
+};
+BRINDLE_RECORD(RestingSwitchCell, Resting)
 
 namespace {
 
@@ -36,6 +72,15 @@ namespace {
             screen.advance(1);
             kept->stopTracking_at_inView_mouseIsUp(to, to, control.get(), true);
             kept->setNextState();
+        }
+        /// Puts a cell in that lets time pass.
+        Ref<RestingSwitchCell> rest()
+        {
+            const Ref<RestingSwitchCell> resting = make<RestingSwitchCell>();
+            control->setCell(resting.get());
+            control->setTarget(log.get());
+            control->setAction(selector<"act:">);
+            return resting;
         }
         Ref<OnOffSwitchControlCell> cell() { return cast<OnOffSwitchControlCell>(control->cell()); }
         void key(unichar character)
@@ -164,6 +209,74 @@ TEST_F(OnOffSwitch, LetGoInTheThirdsTheThreeStateSwitchIsOffOrOn)
     dragThumbTo(0.3);
     EXPECT_EQ(control->state(), NSOffState);
     dragThumbTo(0.7);
+    EXPECT_EQ(control->state(), NSOnState);
+}
+
+TEST_F(OnOffSwitch, APressWithALongRestIsADrag)
+{
+    rest()->afterPress_ = 1;
+    control->setState(NSOnState);
+    screen.pointer().click({ 70, 30 });
+    EXPECT_EQ(control->state(), NSOnState) << "the thumb was not moved away from the right end";
+    EXPECT_EQ(log->count_, 1);
+    control->setState(NSOffState);
+    screen.pointer().click({ 30, 30 });
+    EXPECT_EQ(control->state(), NSOffState);
+}
+
+TEST_F(OnOffSwitch, APressWithAShortRestIsAClick)
+{
+    rest()->afterPress_ = 0.3;
+    control->setState(NSOnState);
+    screen.pointer().click({ 70, 30 });
+    EXPECT_EQ(control->state(), NSOffState);
+}
+
+TEST_F(OnOffSwitch, ARestBeforeTheLastMovementDoesNotCount)
+{
+    rest()->afterPress_ = 5;
+    control->setState(NSOnState);
+    screen.pointer().press({ 70, 30 });
+    screen.pointer().dragTo({ 69, 30 });
+    screen.pointer().release();
+    EXPECT_EQ(control->state(), NSOffState) << "a click";
+}
+
+TEST_F(OnOffSwitch, ARestAfterTheLastMovementMakesADragOfAShortWay)
+{
+    rest()->afterMovement_ = 1;
+    control->setState(NSOnState);
+    screen.pointer().press({ 70, 30 });
+    screen.pointer().dragTo({ 69, 30 });
+    screen.pointer().release();
+    EXPECT_EQ(control->state(), NSOnState);
+}
+
+TEST_F(OnOffSwitch, AnArchiveKeepsTheStateAndTheKindOfCell)
+{
+    allowMixed(NSMixedState);
+    control->setTag(7);
+    cell()->setOnSwitchLabel("1"_ns);
+    cell()->setOnOffSwitchControlColors(OnOffSwitchControlGreenRedColors);
+    const Ref<OnOffSwitchControl> back = test::archived(control);
+    const Ref<NSCell> restored = back->cell();
+    ASSERT_TRUE(restored->isKindOfClass(OnOffSwitchControlCell::cls()));
+    EXPECT_EQ(back->state(), NSMixedState);
+    EXPECT_EQ(back->tag(), 7);
+    EXPECT_EQ(back->frame(), control->frame());
+    // What is the switch's own begins anew.
+    const Ref<OnOffSwitchControlCell> fresh = cast<OnOffSwitchControlCell>(restored);
+    EXPECT_EQ(utf8Of(fresh->onSwitchLabel().get()), "ON");
+    EXPECT_EQ(fresh->onOffSwitchControlColors(), OnOffSwitchControlDefaultColors);
+    EXPECT_EQ(fresh->focusRingType(), NSFocusRingTypeExterior);
+}
+
+TEST_F(OnOffSwitch, ARestoredSwitchIsClicked)
+{
+    control->removeFromSuperview();
+    control = test::archived(control);
+    screen.window().contentView()->addSubview(control.get());
+    screen.pointer().click({ 30, 30 });
     EXPECT_EQ(control->state(), NSOnState);
 }
 

@@ -7,6 +7,7 @@
 #include "controls/OnOffSwitchControlCell.h"
 #include "support/HeadlessScreen.h"
 #include "support/Pixels.h"
+#include "support/Variables.h"
 
 namespace brindle {
 
@@ -84,6 +85,87 @@ TEST(OnOffSwitchDrawing, ATintColoursBothSidesOfTheThumb)
     });
     EXPECT_GT(picture.at(10, 10).green, picture.at(10, 10).red + 50);
     EXPECT_GT(picture.at(50, 10).red, picture.at(50, 10).green + 50);
+}
+
+/// A scheme and what it makes of white on both sides of the thumb.
+struct Tint {
+    int scheme;
+    test::Rgba on;
+    test::Rgba off;
+};
+class OnOffSwitchTint : public testing::TestWithParam<Tint> { };
+
+TEST_P(OnOffSwitchTint, FillsWithItsPair)
+{
+    const Tint tint = GetParam();
+    const test::Picture picture = pictureOf([&] {
+        const Ref<OnOffSwitchControlCell> cell = make<OnOffSwitchControlCell>();
+        cell->setAllowsMixedState(true);
+        cell->setState(NSMixedState);
+        cell->setShowsOnOffLabels(false);
+        cell->setOnOffSwitchCustomOnColor_offColor(
+            NSColor::cls().greenColor().get(), NSColor::cls().blueColor().get());
+        cell->setOnOffSwitchControlColors(tint.scheme);
+        cell->tintBackgroundWithFrame_inView(kFrame, make<NSView>().get());
+    });
+    EXPECT_PRED_FORMAT3(test::isNear, picture.at(10, 10), tint.on, 1);
+    EXPECT_PRED_FORMAT3(test::isNear, picture.at(50, 10), tint.off, 1);
+}
+
+constexpr test::Rgba kWhite { 255, 255, 255, 255 };
+constexpr test::Rgba kBlueOnWhite { 102, 148, 255, 255 };
+constexpr test::Rgba kGreenOnWhite { 102, 209, 102, 255 };
+constexpr test::Rgba kRedOnWhite { 209, 102, 102, 255 };
+INSTANTIATE_TEST_SUITE_P(Schemes, OnOffSwitchTint,
+    testing::Values(Tint { OnOffSwitchControlCustomColors, { 0, 255, 0, 255 }, { 0, 0, 255, 255 } },
+        Tint { OnOffSwitchControlDefaultColors, kBlueOnWhite, kWhite },
+        Tint { OnOffSwitchControlGreenRedColors, kGreenOnWhite, kRedOnWhite },
+        Tint { OnOffSwitchControlBlueRedColors, kBlueOnWhite, kRedOnWhite },
+        Tint { 0, kWhite, kWhite }, Tint { 5, kWhite, kWhite }, Tint { -1, kWhite, kWhite }));
+
+/// Draws a switch while its thumb is held.
+test::Picture heldPicture(bool mixed, bool tracks = true)
+{
+    return pictureOf([=] {
+        const Ref<OnOffSwitchControl> control = make<OnOffSwitchControl>();
+        const Ref<OnOffSwitchControlCell> cell = make<OnOffSwitchControlCell>();
+        cell->setAllowsMixedState(mixed);
+        if (tracks)
+            cell->startTrackingAt_inView({ 10, 10 }, control.get());
+        NSColor::cls().redColor()->setStroke();
+        cell->drawWithFrame_inView(kFrame, make<NSView>().get());
+    });
+}
+
+TEST(OnOffSwitchDrawing, AVariableShowsWhereTheDecisionTurns)
+{
+    const test::Picture plain = heldPicture(false);
+    const test::Variables variables { { "KNTOnOffButtonCellDebug", "1" } };
+    const test::Picture marked = heldPicture(false);
+    EXPECT_GT(test::distance(plain.at(30, 5), marked.at(30, 5)), 20) << "the middle";
+    EXPECT_EQ(plain.at(45, 5), marked.at(45, 5));
+    EXPECT_GT(test::distance(plain.at(12, 10), marked.at(12, 10)), 20) << "of the thumb, too";
+    EXPECT_EQ(plain.at(12, 4), marked.at(12, 4)) << "the thumb's line is shorter";
+}
+
+TEST(OnOffSwitchDrawing, ThreeStatesTurnAtTheThirds)
+{
+    const test::Picture plain = heldPicture(true);
+    const test::Variables variables { { "KNTOnOffButtonCellDebug", "0" } };
+    const test::Picture marked = heldPicture(true);
+    const auto differs
+        = [&](int x) { return test::distance(plain.at(x, 5), marked.at(x, 5)) > 20; };
+    EXPECT_TRUE(differs(20));
+    EXPECT_TRUE(differs(39));
+    EXPECT_FALSE(differs(30));
+}
+
+TEST(OnOffSwitchDrawing, AtRestTheVariableShowsNothing)
+{
+    const test::Picture plain = heldPicture(false, false);
+    const test::Variables variables { { "KNTOnOffButtonCellDebug", "1" } };
+    EXPECT_TRUE(test::areAlike(
+        heldPicture(false, false).image().get(), plain.image().get(), 0, "switch-at-rest"));
 }
 
 TEST(OnOffSwitchDrawing, WithoutACustomColourThereIsNoTint)
