@@ -226,8 +226,10 @@ template <> struct NSTabView::Methods<struct Tabs> {
     {
         const Ref<NSString> typed = maybe(event)->charactersIgnoringModifiers();
         const unichar key = maybe(typed)->length() ? typed->characterAtIndex(0) : unichar {};
-        self.focusedByPointer_ = false;
-        self.setNeedsDisplay(true);
+        const bool ours = key == NSLeftArrowFunctionKey || key == NSRightArrowFunctionKey
+            || key == NSHomeFunctionKey || key == NSEndFunctionKey;
+        if (ours && std::exchange(self.focusedByPointer_, false))
+            self.setNeedsDisplay(true);
         switch (key) {
         case NSLeftArrowFunctionKey:
             return self.selectPreviousTabViewItem(&self);
