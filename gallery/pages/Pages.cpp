@@ -4,6 +4,7 @@
 #include "colour/ColourPage.h"
 #include "controls/ControlsPage.h"
 #include "defaults/DefaultsPage.h"
+#include "fields/FieldsPage.h"
 #include "files/FilesPage.h"
 #include "ground/GroundPage.h"
 #include "images/ImagesPage.h"
@@ -43,6 +44,7 @@ namespace {
         { "Layers", makePage<LayersPage>, tourLayers },
         { "Text", makePage<MeasuresPage>, tourMeasures },
         { "Controls", makePage<ControlsPage>, tourControls },
+        { "Fields", makePage<FieldsPage>, tourFields },
         { "Switches", makePage<SwitchesPage>, tourSwitches },
         { "Views and borders", makePage<ViewsPage>, tourViews },
         { "Scrolling", makePage<ScrollingPage>, tourScrolling },

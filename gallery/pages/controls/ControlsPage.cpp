@@ -17,17 +17,23 @@ template <> struct ControlsPage::Methods<struct Cards> {
     {
         self.bezels_ = addCard<BezelsCard>(self);
         self.choices_ = addCard<ChoicesCard>(self);
+        self.ranges_ = addCard<RangesCard>(self);
+        self.holders_ = addCard<HoldersCard>(self);
     }
     static Ref<NSString> pageTitle(ControlsPage&) { return "Controls"_ns; }
     static Ref<NSString> pageCaption(ControlsPage&)
     {
-        return "Buttons in every style and state.  Tab: next, Space: press"_ns;
+        return "Buttons in every style and state, sliders, and what holds views.  Tab: next, Space: press"_ns;
     }
     static void layOutIn(ControlsPage& self, NSRect room)
     {
-        room.size.height = std::min(room.size.height, 340.0);
-        self.bezels_->setFrame(takeLeft(room, std::round(room.size.width * kLeftShare)));
-        self.choices_->setFrame(room);
+        const double left = std::round(room.size.width * kLeftShare);
+        NSRect buttons = takeTop(room, std::min(room.size.height * 0.6, 340.0));
+        self.bezels_->setFrame(takeLeft(buttons, left));
+        self.choices_->setFrame(buttons);
+        room.size.height = std::min(room.size.height, 240.0);
+        self.ranges_->setFrame(takeLeft(room, left));
+        self.holders_->setFrame(room);
     }
 
     static void table(Builder& t)

@@ -11,6 +11,9 @@ void tourControls(Tour& tour)
     tour.type(u"\t");
     tour.settle();
     tour.picture("controls-hovered");
+    tour.click("What holds views", 250, 72);
+    tour.settle(0.4);
+    tour.picture("controls-tabs");
     tour.darkPicture("controls-dark");
     tour.leastPicture("controls-least");
 }
