@@ -57,6 +57,7 @@ namespace {
         addContexts(plan);
         addDrawing(plan);
         addMenus(plan);
+        addViews(plan);
         addPython(plan);
         return plan;
     }

@@ -29,6 +29,7 @@ void addRaster(Plan& plan);
 void addContexts(Plan& plan);
 void addDrawing(Plan& plan);
 void addMenus(Plan& plan);
+void addViews(Plan& plan);
 void addPython(Plan& plan);
 void addDefaults(Plan& plan);
 void addUniqueObjects(Plan& plan);
