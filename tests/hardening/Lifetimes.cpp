@@ -1,44 +1,22 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <algorithm>
-#include <cstdio>
 #include <malloc.h>
 #include <string>
 
 #include <gtest/gtest.h>
-#include <unistd.h>
 
 #include "foundation/Clock.h"
 #include "runtime/ClassPrivate.h"
 #include "runtime/NSException.h"
 #include "runtime/Runtime.h"
 #include "support/HeadlessScreen.h"
+#include "support/Memory.h"
 #include "support/Rounds.h"
 
 namespace brindle {
 namespace {
 
-    std::size_t residentBytes()
-    {
-        long pages = 0;
-        long resident = 0;
-        std::FILE* const file = std::fopen("/proc/self/statm", "r");
-        if (!file || std::fscanf(file, "%ld %ld", &pages, &resident) != 2)
-            resident = 0;
-        if (file)
-            std::fclose(file);
-        return static_cast<std::size_t>(resident) * static_cast<std::size_t>(sysconf(_SC_PAGESIZE));
-    }
     std::size_t allocatedBytes() { return mallinfo2().uordblks; }
-
-    /// Growth of memory that stays. The sanitizers keep what was freed for a while and find what is lost by themselves.
-    constexpr bool growthCanBeMeasured()
-    {
-#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
-        return false;
-#else
-        return true;
-#endif
-    }
 
     /// Answers whether an object of the class comes from alloc and init alone.
     bool isMadeByInit(Class& cls)
@@ -65,15 +43,15 @@ namespace {
                 const Ref<NSObject> object = cls.send<"alloc", Ref<NSObject>>()->init();
         };
         makeAndFree(1000); // what is made once and kept
-        const std::size_t resident = residentBytes();
+        const std::size_t resident = test::residentBytes();
         const std::size_t allocated
             = allocatedBytes(); // after the file, whose buffer is kept for the next one
         makeAndFree(times);
-        if (!growthCanBeMeasured())
+        if (!test::growthCanBeMeasured())
             return "";
         // Not one byte an object stays.
         const std::size_t stayed = allocatedBytes() - std::min(allocatedBytes(), allocated);
-        const std::size_t grown = residentBytes() - std::min(residentBytes(), resident);
+        const std::size_t grown = test::grownSince(resident);
         if (stayed < static_cast<std::size_t>(times) && grown < (1 << 20))
             return "";
         return std::to_string(stayed) + " bytes stayed, " + std::to_string(grown) + " resident";

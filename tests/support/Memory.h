@@ -1,0 +1,43 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <cstddef>
+#include <cstdio>
+
+#include <unistd.h>
+
+// How much memory this process holds, for tests of growth.
+
+namespace brindle::test {
+
+/// Answers whether growth says anything. The sanitizers keep what was freed for a while and find what is lost by
+/// themselves.
+constexpr bool growthCanBeMeasured()
+{
+#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
+    return false;
+#else
+    return true;
+#endif
+}
+
+inline std::size_t residentBytes()
+{
+    long pages = 0;
+    long resident = 0;
+    std::FILE* const file = std::fopen("/proc/self/statm", "r");
+    if (!file || std::fscanf(file, "%ld %ld", &pages, &resident) != 2)
+        resident = 0;
+    if (file)
+        std::fclose(file);
+    return static_cast<std::size_t>(resident) * static_cast<std::size_t>(sysconf(_SC_PAGESIZE));
+}
+
+/// Answers by how much the process holds more than before; 0 where that says nothing.
+inline std::size_t grownSince(std::size_t before)
+{
+    const std::size_t now = residentBytes();
+    return growthCanBeMeasured() && now > before ? now - before : 0;
+}
+
+}
