@@ -146,7 +146,11 @@ template <> struct NSProgressIndicator::Methods<struct Progress> {
         super<NSProgressIndicator, "viewDidMoveToWindow">(self);
         settle(self);
     }
-    static void dealloc(NSProgressIndicator& self) { stopTimer(self); }
+    static void dealloc(NSProgressIndicator& self)
+    {
+        stopTimer(self);
+        super<NSProgressIndicator, "dealloc">(self);
+    }
     static double seconds(NSProgressIndicator& self)
     {
         return self.moves_ ? CACurrentMediaTime() - self.start_ : 0;

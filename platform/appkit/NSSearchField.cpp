@@ -78,7 +78,11 @@ template <> struct NSSearchField::Methods<struct Searching> {
             cell->addRecentSearch(self.stringValue().get());
         super<NSSearchField, "textDidEndEditing:">(self, notification);
     }
-    static void dealloc(NSSearchField& self) { stopRest(self); }
+    static void dealloc(NSSearchField& self)
+    {
+        stopRest(self);
+        super<NSSearchField, "dealloc">(self);
+    }
 
     // ---- clearing
 

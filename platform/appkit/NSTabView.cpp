@@ -98,6 +98,7 @@ template <> struct NSTabView::Methods<struct Items> {
     {
         for (const Ref<NSTabViewItem>& item : self.items_)
             TabAccess::setTabView(*item, nullptr);
+        super<NSTabView, "dealloc">(self);
     }
 
     // ---- selecting

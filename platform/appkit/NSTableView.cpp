@@ -49,6 +49,7 @@ template <> struct NSTableView::Methods<struct Basics> {
     {
         for (const Ref<NSTableColumn>& column : of(self).columns)
             TableAccess::tableOf(*column) = nullptr;
+        super<NSTableView, "dealloc">(self);
     }
     static bool yes(NSTableView&) { return true; }
     static bool no(NSTableView&) { return false; }
