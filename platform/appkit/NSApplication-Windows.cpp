@@ -102,7 +102,9 @@ void ApplicationAccess::windowGone(NSWindow& window)
     for (NSWindow* next : order) {
         if (wasKey && !app.keyWindow && WindowAccess::becomesKeyUnasked(*next))
             next->makeKeyWindow();
-        if (wasMain && !app.mainWindow && next->canBecomeMainWindow())
+        const bool isBar = WindowAccess::state(*next).ignoresMouse
+            || WindowAccess::state(*next).level >= NSMainMenuWindowLevel;
+        if (wasMain && !app.mainWindow && !isBar && next->canBecomeMainWindow())
             setMainWindow(next);
     }
 }

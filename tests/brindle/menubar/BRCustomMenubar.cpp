@@ -383,6 +383,18 @@ namespace {
         desk.make(BRMenubarThemeOverlay).orderFront();
         EXPECT_FALSE(desk.bar->isVisible());
     }
+    TEST(MenubarOrder, NeverBecomesMainByItself)
+    {
+        BarDesk desk;
+        desk.make(BRMenubarThemeCustom).load();
+        const Ref<NSWindow> window = alloc<NSWindow>()->initWithContentRect_styleMask_backing_defer(
+            NSMakeRect(100, 100, 200, 100), NSTitledWindowMask, NSBackingStoreBuffered, true);
+        window->setReleasedWhenClosed(false);
+        window->makeKeyAndOrderFront(nullptr);
+        EXPECT_EQ(desk.screen.application().mainWindow(), window);
+        window->close();
+        EXPECT_EQ(desk.screen.application().mainWindow(), nullptr);
+    }
     TEST(MenubarOrder, LetsClicksThroughTheBarButNotThroughItsViews)
     {
         BarDesk desk;
