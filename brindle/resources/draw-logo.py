@@ -1,6 +1,6 @@
 #!/usr/bin/env python3
 # SPDX-License-Identifier: Apache-2.0
-"""Draws the framework's mark beside this script: a B with the streaks of a brindled coat, black on transparent.
+"""Draws the framework's mark beside this script: a B with the streaks of a brindled coat, white on transparent.
 
 The shape is told in points, y down. Its straight edges lie on whole points, so that they are sharp at one pixel a point
 as at two.
@@ -60,12 +60,12 @@ def chunk(kind, data):
 
 
 def picture(scale):
-    """Answers the mark as a PNG file of black with alpha."""
+    """Answers the mark as a PNG file of white with alpha."""
     rows = bytearray()
     for row in range(HEIGHT * scale):
         rows.append(0)
         for column in range(WIDTH * scale):
-            rows += bytes((0, 0, 0, coverage(column, row, scale)))
+            rows += bytes((255, 255, 255, coverage(column, row, scale)))
     header = struct.pack(">IIBBBBB", WIDTH * scale, HEIGHT * scale, 8, 6, 0, 0, 0)
     return (
         b"\x89PNG\r\n\x1a\n"
