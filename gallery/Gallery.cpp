@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "Gallery.h"
 
+#include "Menubar.h"
 #include "appkit/NSApplication.h"
 #include "foundation/NSMutableArray.h"
 #include "foundation/NSNotification.h"
@@ -24,6 +25,7 @@ template <> struct GalleryController::Methods<struct Pages> {
 
     static void open(GalleryController& self)
     {
+        menubar().show();
         const NSUInteger style = NSTitledWindowMask | NSClosableWindowMask
             | NSMiniaturizableWindowMask | NSResizableWindowMask;
         self.window_ = alloc<NSWindow>()->initWithContentRect_styleMask_backing_defer(
@@ -66,6 +68,10 @@ template <> struct GalleryController::Methods<struct Pages> {
         self.window_->makeFirstResponder(self.page_.get());
     }
 
+    static NSUInteger pageIndex(GalleryController& self)
+    {
+        return maybe(self.sidebar_)->selection();
+    }
     static void turnPages(GalleryController& self, NSInteger by)
     {
         self.showPage(self.sidebar_->selection() + static_cast<NSUInteger>(by));
@@ -75,6 +81,7 @@ template <> struct GalleryController::Methods<struct Pages> {
     {
         self.open();
     }
+    static void screensChanged(GalleryController&, NSNotification*) { menubar().settle(); }
     static void windowWillClose(GalleryController& self, NSNotification*)
     {
         NSApplication::cls().sharedApplication()->terminate(&self);
@@ -89,8 +96,10 @@ template <> struct GalleryController::Methods<struct Pages> {
         t.methods({
             { "open", imp<open> },
             { "showPage:", imp<showPage> },
+            { "pageIndex", imp<pageIndex> },
             { "turnPages:", imp<turnPages> },
             { "applicationDidFinishLaunching:", imp<applicationDidFinishLaunching> },
+            { "applicationDidChangeScreenParameters:", imp<screensChanged> },
             { "windowWillClose:", imp<windowWillClose> },
         });
     }

@@ -20,6 +20,8 @@ public:
     void open() { send<"open">(); }
     /// Shows a page in place of the present one; nothing happens beyond the last one.
     void showPage(brindle::NSUInteger index) { send<"showPage:">(index); }
+    /// Answers which page is shown.
+    brindle::NSUInteger pageIndex() const { return send<"pageIndex", brindle::NSUInteger>(); }
     /// Turns to the page this many after the present one.
     void turnPages(brindle::NSInteger by) { send<"turnPages:">(by); }
 

@@ -5,16 +5,20 @@
 #include <cstdlib>
 #include <filesystem>
 
+#include "Menubar.h"
 #include "appkit/NSApplication.h"
-#include "foundation/NSArray.h"
+#include "foundation/NSMutableArray.h"
 #include "foundation/NSRunLoop.h"
+#include "foundation/NSTimer.h"
 #include "foundation/NSUserDefaults.h"
 #include "kit/Card.h"
 #include "kit/Chip.h"
 #include "kit/OpenedURLs.h"
 #include "kit/Palette.h"
+#include "menubar/BRCustomMenubarMenuButton.h"
 #include "pages/Pages.h"
 #include "quartz/CGImage.h"
+#include "shell/BRApplication.h"
 
 namespace gallery {
 
@@ -91,7 +95,7 @@ void Tour::fixSurroundings()
 
 bool Tour::play()
 {
-    const Ref<NSApplication> application = NSApplication::cls().sharedApplication();
+    const Ref<NSApplication> application = BRApplication::cls().sharedApplication();
     controller_ = make<GalleryController>();
     application->setDelegate(controller_.get());
     application->finishLaunching();
@@ -170,6 +174,37 @@ void Tour::picture(const std::string& name)
     if (!quartz::writePNG(image.get(), path))
         return fail("cannot write " + path);
     std::printf("%s\n", path.c_str());
+}
+
+void Tour::later(double seconds, std::function<void()> step)
+{
+    const Ref<NSTimer> timer = NSTimer::cls().timerWithTimeInterval_repeats_block(
+        seconds, false, [step = std::move(step)](NSTimer*) { step(); });
+    NSRunLoop::cls().mainRunLoop()->addTimer_forMode(timer.get(), NSEventTrackingRunLoopMode);
+}
+
+void Tour::menuPicture(const char* button, std::u16string_view keys, const std::string& name)
+{
+    const Ref<NSString> title = stringFrom(button);
+    for (NSView* view : each<NSView>(menubar().bar()->menubarViews())) {
+        const bool isWanted = view->isKindOfClass(BRCustomMenubarMenuButton::cls())
+            && title->isEqual(static_cast<BRCustomMenubarMenuButton*>(view)->title().get());
+        if (!isWanted)
+            continue;
+        constexpr double kStep = 0.3; // longer than a submenu takes to open
+        double due = kStep;
+        for (const char16_t key : keys) {
+            later(due, [this, key] { display_->typeText(std::u16string_view(&key, 1)); });
+            due += kStep;
+        }
+        later(due, [this, name] { picture(name); });
+        later(due + kStep, [this] { display_->typeText(u"\x1B"); });
+        const NSRect place = view->window()->convertRectToScreen(
+            view->convertRect_toView(view->bounds(), nullptr));
+        display_->click({ NSMidX(place), NSMidY(place) });
+        return settle();
+    }
+    fail(std::string("the bar has no button called ") + button);
 }
 
 void Tour::leastPicture(const std::string& name)

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include <functional>
 #include <string>
 
 #include "Gallery.h"
@@ -37,6 +38,8 @@ public:
     /// Lets time pass and everything that is due happen.
     void settle(double seconds = 0);
     void picture(const std::string& name);
+    /// Opens the menu of the bar's button of this title, presses keys in it, and writes what that shows.
+    void menuPicture(const char* button, std::u16string_view keys, const std::string& name);
     /// Writes the present state in a window of its least size.
     void leastPicture(const std::string& name);
     /// Writes the present state in the dark appearance.
@@ -49,6 +52,8 @@ private:
     void fixSurroundings();
     brindle::Ref<brindle::NSView> find(const char* text);
     brindle::NSPoint onScreen(const char* text, double x, double y);
+    /// Does something a moment later, while a menu is followed.
+    void later(double seconds, std::function<void()> step);
     void fail(const std::string& what);
 
     std::string folder_;

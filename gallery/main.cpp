@@ -5,9 +5,10 @@
 #include <string>
 
 #include "Gallery.h"
+#include "Menubar.h"
 #include "Tour.h"
-#include "appkit/NSApplication.h"
 #include "kit/Palette.h"
+#include "shell/BRApplication.h"
 
 namespace {
 
@@ -17,7 +18,22 @@ struct Arguments {
     bool wrong = false;
     std::string tour;
     double scale = 1;
+    gallery::MenubarLook bar;
 };
+
+void readTheme(const std::string& word, Arguments& arguments)
+{
+    arguments.bar.theme
+        = word == "overlay" ? brindle::BRMenubarThemeOverlay : brindle::BRMenubarThemeCustom;
+    arguments.wrong |= word != "overlay" && word != "custom";
+}
+
+void readSpacing(const std::string& word, Arguments& arguments)
+{
+    arguments.bar.spacing
+        = word == "none" ? brindle::BRMenubarSpacingNone : brindle::BRMenubarSpacingStandard;
+    arguments.wrong |= word != "none" && word != "standard";
+}
 
 Arguments read(int count, char** values)
 {
@@ -33,6 +49,12 @@ Arguments read(int count, char** values)
             arguments.tour = values[++i];
         else if (word == "--scale" && hasNext)
             arguments.scale = std::atof(values[++i]);
+        else if (word == "--shadow")
+            arguments.bar.shadow = true;
+        else if (word == "--theme" && hasNext)
+            readTheme(values[++i], arguments);
+        else if (word == "--spacing" && hasNext)
+            readSpacing(values[++i], arguments);
         else
             arguments.wrong = true;
     }
@@ -44,7 +66,7 @@ Arguments read(int count, char** values)
 int open()
 {
     using namespace brindle;
-    const Ref<NSApplication> application = NSApplication::cls().sharedApplication();
+    const Ref<NSApplication> application = BRApplication::cls().sharedApplication();
     const auto controller = make<gallery::GalleryController>();
     application->setDelegate(controller.get());
     application->run();
@@ -57,12 +79,15 @@ int main(int count, char** values)
 {
     const Arguments arguments = read(count, values);
     if (arguments.wrong || arguments.headless != !arguments.tour.empty()) {
-        std::fputs("brindle-gallery [--dark]                                   opens the gallery\n"
-                   "brindle-gallery --headless --tour FOLDER [--scale FACTOR]  draws it to files\n",
+        std::fputs(
+            "brindle-gallery [--dark] [BAR]                                    opens the gallery\n"
+            "brindle-gallery --headless --tour FOLDER [--scale FACTOR] [BAR]  draws it to files\n"
+            "BAR: --theme custom|overlay  --shadow  --spacing standard|none\n",
             stderr);
         return 2;
     }
     gallery::setDark(arguments.dark);
+    gallery::menubar().setLook(arguments.bar);
     if (arguments.headless)
         return gallery::Tour(arguments.tour, arguments.scale).play() ? 0 : 1;
     return open();

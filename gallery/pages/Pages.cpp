@@ -10,6 +10,7 @@
 #include "images/ImagesPage.h"
 #include "layers/LayersPage.h"
 #include "measures/MeasuresPage.h"
+#include "menubar/MenubarPage.h"
 #include "objects/ObjectsPage.h"
 #include "paths/PathsPage.h"
 #include "review/ReviewPage.h"
@@ -20,6 +21,7 @@
 #include "text/TextPage.h"
 #include "unique/UniquePage.h"
 #include "views/ViewsPage.h"
+#include "windows/WindowsPage.h"
 
 namespace gallery {
 
@@ -50,6 +52,8 @@ namespace {
         { "Scrolling", makePage<ScrollingPage>, tourScrolling },
         { "Tables", makePage<TablesPage>, tourTables },
         { "Title strip", makePage<StripPage>, tourStrip },
+        { "Menubar", makePage<MenubarPage>, tourMenubar },
+        { "Windows", makePage<WindowsPage>, tourWindows },
     };
 
 }

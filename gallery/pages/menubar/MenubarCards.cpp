@@ -1,0 +1,235 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "MenubarCards.h"
+
+#include "Menubar.h"
+#include "appkit/NSColor.h"
+#include "appkit/NSImage.h"
+#include "appkit/NSMenu.h"
+#include "appkit/NSMenuItem.h"
+#include "appkit/NSWindow+ScreenEdge.h"
+#include "foundation/NSMutableArray.h"
+#include "kit/Drawing.h"
+#include "kit/Palette.h"
+#include "menubar/BRCustomMenubarMenuButton.h"
+#include "runtime/Table.h"
+
+namespace gallery {
+
+using namespace brindle;
+
+template <> struct MenubarOptionsCard::Methods<struct Options> {
+
+    static constexpr double kNarrow = 900;
+
+    template <class Change> static Block<void()> changing(MenubarOptionsCard& self, Change change)
+    {
+        return [weak = WeakRef<MenubarOptionsCard>(&self), change] {
+            MenubarLook look = menubar().look();
+            change(look);
+            menubar().setLook(look);
+            menubar().show();
+            if (const Ref<MenubarOptionsCard> card = weak.get())
+                settled(*card);
+        };
+    }
+    static Block<void()> adding(MenubarOptionsCard& self, BRMenubarViewAlignment alignment)
+    {
+        return [weak = WeakRef<MenubarOptionsCard>(&self), alignment] {
+            menubar().addSample(alignment);
+            if (const Ref<MenubarOptionsCard> card = weak.get())
+                settled(*card);
+        };
+    }
+
+    static Ref<NSView> initWithFrame(MenubarOptionsCard& self, NSRect frame)
+    {
+        Ref<NSView> card = super<MenubarOptionsCard, "initWithFrame:", Ref<NSView>>(self, frame);
+        self.setHeading("The bar"_ns);
+        self.setCaption("BRCustomMenubar: every choice makes it anew"_ns);
+        using Look = MenubarLook;
+        self.custom_ = addChip(&self, "Custom"_ns, "c"_ns,
+            changing(self, [](Look& look) { look.theme = BRMenubarThemeCustom; }));
+        self.overlay_ = addChip(&self, "Overlay"_ns, "o"_ns,
+            changing(self, [](Look& look) { look.theme = BRMenubarThemeOverlay; }));
+        self.shadow_ = addChip(&self, "Shadow"_ns, "s"_ns,
+            changing(self, [](Look& look) { look.shadow = !look.shadow; }));
+        self.spacing_ = addChip(&self, "Gaps"_ns, "g"_ns, changing(self, [](Look& look) {
+            look.spacing = look.spacing == BRMenubarSpacingNone ? BRMenubarSpacingStandard
+                                                                : BRMenubarSpacingNone;
+        }));
+        self.narrow_ = addChip(&self, "900 wide"_ns, "n"_ns,
+            changing(self, [](Look& look) { look.width = look.width > 0 ? 0 : kNarrow; }));
+        self.left_ = addChip(
+            &self, "Add at the left"_ns, "l"_ns, adding(self, BRMenubarViewAlignmentLeft));
+        self.right_ = addChip(
+            &self, "Add at the right"_ns, "r"_ns, adding(self, BRMenubarViewAlignmentRight));
+        self.anew_ = addChip(&self, "Start over"_ns, "a"_ns, changing(self, [](Look&) {}));
+        settled(self);
+        return card;
+    }
+    /// Shows which choices are in force, here and in the cards beside it.
+    static void settled(MenubarOptionsCard& self)
+    {
+        const MenubarLook& look = menubar().look();
+        self.custom_->setOn(look.theme == BRMenubarThemeCustom);
+        self.overlay_->setOn(look.theme == BRMenubarThemeOverlay);
+        self.shadow_->setOn(look.shadow);
+        self.spacing_->setOn(look.spacing == BRMenubarSpacingStandard);
+        self.narrow_->setOn(look.width > 0);
+        maybe(self.superview())->setNeedsDisplay(true);
+    }
+    static void setFrameSize(MenubarOptionsCard& self, NSSize size)
+    {
+        super<MenubarOptionsCard, "setFrameSize:">(self, size);
+        const NSPoint corner = self.bodyRect().origin;
+        constexpr double kRow = kChipHeight + 10;
+        layOutChips({ self.custom_.get(), self.overlay_.get() }, corner);
+        layOutChips({ self.shadow_.get(), self.spacing_.get(), self.narrow_.get() },
+            { corner.x, corner.y + kRow });
+        layOutChips({ self.left_.get(), self.right_.get(), self.anew_.get() },
+            { corner.x, corner.y + 2 * kRow });
+    }
+
+    static void table(Builder& t)
+    {
+        t.methods({
+            { "initWithFrame:", imp<initWithFrame> },
+            { "setFrameSize:", imp<setFrameSize> },
+        });
+    }
+};
+BRINDLE_RECORD(MenubarOptionsCard, Options)
+
+template <> struct MenubarReportCard::Methods<struct Report> {
+
+    static const char* reasonOf(NSScreenEdgeStanding standing)
+    {
+        switch (standing) {
+        case NSScreenEdgeNotReserved:
+            return "reserves nothing";
+        case NSScreenEdgeReserved:
+            return "at the top of the screen, which it reserves";
+        case NSScreenEdgeBelowPanel:
+            return "below a panel that was there before";
+        case NSScreenEdgeScreenBeyond:
+            return "in front only: another screen lies above";
+        case NSScreenEdgeNoManager:
+            return "in front only: nobody here keeps windows away";
+        }
+        return "";
+    }
+    static Ref<NSString> frameText(NSWindow* window)
+    {
+        const NSRect frame = window ? window->frame() : NSRect {};
+        return NSString::cls().stringWithFormat("x %g   y %g   %g × %g"_ns, frame.origin.x,
+            frame.origin.y, frame.size.width, frame.size.height);
+    }
+    static void drawBody(MenubarReportCard&, NSRect body)
+    {
+        const Ref<BRCustomMenubar> bar = menubar().bar();
+        const Ref<NSWindow> views = menubar().viewsWindow();
+        if (!bar || !views)
+            return;
+        NSWindow& edge = bar->isVisible() ? static_cast<NSWindow&>(*bar) : *views;
+        const std::pair<const char*, Ref<NSString>> rows[] = {
+            { "Bar", frameText(bar.get()) },
+            { "Buttons", frameText(views.get()) },
+            { "Stands", stringFrom(reasonOf(screenEdgeStanding(edge))) },
+            { "Lower by",
+                NSString::cls().stringWithFormat("%g points"_ns, screenEdgeOffset(edge)) },
+            { "Views",
+                NSString::cls().stringWithFormat("%lu"_ns, maybe(bar->menubarViews())->count()) },
+        };
+        double y = body.origin.y;
+        for (const auto& [name, value] : rows) {
+            drawText(stringFrom(name).get(), { body.origin.x, y }, Style::caption,
+                palette().quietText.get());
+            drawFitted(value.get(), { body.origin.x + 70, y }, body.size.width - 70, Style::body,
+                palette().text.get());
+            y += 26;
+        }
+    }
+    static void table(Builder& t) { t.methods({ { "drawBody:", imp<drawBody> } }); }
+};
+BRINDLE_RECORD(MenubarReportCard, Report)
+
+template <> struct MenubarButtonsCard::Methods<struct Buttons> {
+
+    static Ref<NSImage> disc() { return NSImage::cls().imageNamed("NSActionTemplate"_ns); }
+    static Ref<BRCustomMenubarMenuButton> button(const char* title)
+    {
+        Ref<BRCustomMenubarMenuButton> made = make<BRCustomMenubarMenuButton>();
+        made->setTitle(stringFrom(title).get());
+        made->setImage(disc().get());
+        made->sizeToFit();
+        return made;
+    }
+    static Ref<NSMenu> menu()
+    {
+        const Ref<NSMenu> more = alloc<NSMenu>()->initWithTitle("More"_ns);
+        more->addItemWithTitle_action_keyEquivalent("Further In"_ns, {}, ""_ns);
+        Ref<NSMenu> made = alloc<NSMenu>()->initWithTitle(""_ns);
+        made->setAutoenablesItems(false);
+        made->addItemWithTitle_action_keyEquivalent("One"_ns, {}, "1"_ns);
+        made->addItemWithTitle_action_keyEquivalent("Two"_ns, {}, "2"_ns)->setState(NSOnState);
+        made->addItem(NSMenuItem::cls().separatorItem().get());
+        made->addItemWithTitle_action_keyEquivalent("More"_ns, {}, ""_ns)->setSubmenu(more.get());
+        return made;
+    }
+    static Ref<NSView> initWithFrame(MenubarButtonsCard& self, NSRect frame)
+    {
+        Ref<NSView> card = super<MenubarButtonsCard, "initWithFrame:", Ref<NSView>>(self, frame);
+        self.setHeading("Its buttons"_ns);
+        self.setCaption(
+            "BRCustomMenubarMenuButton: a menu, a plain one, a toggle that is on; light and dark"_ns);
+        for (const bool dark : { false, true }) {
+            const Ref<BRCustomMenubarMenuButton> made[]
+                = { button("Menu"), button("Plain"), button("Toggle"), button("Pressed") };
+            made[0]->setMenu(menu().get());
+            made[2]->setToggleButton(true);
+            made[2]->setState(NSOnState);
+            made[3]->cell()->setHighlighted(true);
+            for (const Ref<BRCustomMenubarMenuButton>& one : made) {
+                one->setDarkMode(dark);
+                self.addSubview(one.get());
+            }
+        }
+        return card;
+    }
+    static NSRect rowIn(NSRect body, int row)
+    {
+        return NSMakeRect(body.origin.x, body.origin.y + row * 44, body.size.width, 34);
+    }
+    static void setFrameSize(MenubarButtonsCard& self, NSSize size)
+    {
+        super<MenubarButtonsCard, "setFrameSize:">(self, size);
+        const Ref<NSArray> views = self.subviews();
+        constexpr NSUInteger kInRow = 4;
+        double x = 0;
+        for (NSUInteger i = 0; i < views->count(); ++i) {
+            const NSRect row = rowIn(self.bodyRect(), static_cast<int>(i / kInRow));
+            const Ref<NSView> view = cast<NSView>(views->objectAtIndex(i));
+            x = i % kInRow == 0 ? row.origin.x + 6 : x;
+            view->setFrameOrigin({ x, row.origin.y + 6 });
+            x += view->frame().size.width + 12;
+        }
+    }
+    static void drawBody(MenubarButtonsCard&, NSRect body)
+    {
+        const double ground = isDark() ? 0.42 : 0.93;
+        fillRounded(rowIn(body, 0), 6, NSColor::cls().colorWithWhite_alpha(ground, 1).get());
+        fillRounded(rowIn(body, 1), 6, NSColor::cls().blackColor().get());
+    }
+
+    static void table(Builder& t)
+    {
+        t.methods({
+            { "initWithFrame:", imp<initWithFrame> },
+            { "setFrameSize:", imp<setFrameSize> },
+            { "drawBody:", imp<drawBody> },
+        });
+    }
+};
+BRINDLE_RECORD(MenubarButtonsCard, Buttons)
+
+}

@@ -1,0 +1,25 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "Tour.h"
+#include "WindowsPage.h"
+#include "appkit/NSApplication.h"
+
+namespace gallery {
+
+using namespace brindle;
+
+void tourWindows(Tour& tour)
+{
+    tour.press("Titled");
+    tour.press("Borderless");
+    tour.press("OSWindow");
+    tour.press("BROSPanel");
+    tour.picture("windows-light");
+    tour.press("Close all");
+    tour.press("About");
+    tour.picture("windows-about");
+    maybe(NSApplication::cls().sharedApplication()->keyWindow())->close();
+    tour.settle();
+    tour.darkPicture("windows-dark");
+}
+
+}
