@@ -2,6 +2,7 @@
 #include "FileBrowserPrivate.h"
 
 #include <algorithm>
+#include <cctype>
 #include <unordered_set>
 
 #include "foundation/Clock.h"
@@ -285,7 +286,13 @@ void Browser::selectLast(Extend extend)
 bool Browser::selectByPrefix(std::u16string_view text)
 {
     const std::u16string wanted = unicode::lowercase(text);
+    if (wanted.empty())
+        return false;
     for (std::size_t i = 0; i < count(); ++i) {
+        // Most names differ in their first byte already.
+        const auto first = static_cast<unsigned char>(entry(i).name.front());
+        if (first < 0x80 && wanted[0] < 0x80 && std::tolower(first) != wanted[0])
+            continue;
         const std::u16string name = utf16Of(stringFrom(entry(i).name));
         if (unicode::lowercase(name.substr(0, text.size())) != wanted || !isEnabled(i))
             continue;

@@ -75,8 +75,11 @@ namespace {
 bool FilePanelState::enables(const std::string& path, bool folder)
 {
     const Ref<NSSavePanel> alive(owner);
-    if (!folder && !(choosesFiles && hasAllowedType(*this, stringFrom(path))))
+    const bool hasTypes = maybe(types)->count() > 0;
+    if (!folder && !(choosesFiles && (!hasTypes || hasAllowedType(*this, stringFrom(path)))))
         return false;
+    if (!FilePanelAccess::asksDelegate(*owner))
+        return stringFrom(path) != nullptr; // what is no text has no URL
     const Ref<NSURL> url = FilePanelAccess::urlOf(path, folder);
     return url && FilePanelAccess::delegateEnables(*owner, url.get());
 }
@@ -87,12 +90,15 @@ Ref<NSURL> FilePanelAccess::urlOf(const std::string& path, bool isFolder)
     return text ? NSURL::cls().fileURLWithPath_isDirectory(text.get(), isFolder) : nullptr;
 }
 
-bool FilePanelAccess::delegateEnables(NSSavePanel& panel, NSURL* url)
+bool FilePanelAccess::asksDelegate(NSSavePanel& panel)
 {
     const Ref<NSObject> delegate = panel.delegate();
-    if (!delegate || !delegate->respondsToSelector(selector<"panel:shouldEnableURL:">))
-        return true;
-    return delegate->send<"panel:shouldEnableURL:", bool>(&panel, url);
+    return delegate && delegate->respondsToSelector(selector<"panel:shouldEnableURL:">);
+}
+bool FilePanelAccess::delegateEnables(NSSavePanel& panel, NSURL* url)
+{
+    return !asksDelegate(panel)
+        || panel.delegate()->send<"panel:shouldEnableURL:", bool>(&panel, url);
 }
 
 std::vector<Ref<NSURL>> FilePanelAccess::candidates(NSSavePanel& panel)

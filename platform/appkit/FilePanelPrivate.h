@@ -62,7 +62,9 @@ struct FilePanelAccess {
     // What the user may choose; FilePanel-Choosing.cpp.
     /// Answers the URL of a path; nil where it is no text.
     static Ref<NSURL> urlOf(const std::string& path, bool isFolder);
-    /// Answers whether the delegate enables a URL.
+    /// Answers whether the delegate wants to be asked what is enabled.
+    static bool asksDelegate(NSSavePanel& panel);
+    /// Answers whether the delegate enables a URL, or does not care.
     static bool delegateEnables(NSSavePanel& panel, NSURL* url);
     /// Answers what would be chosen now.
     static std::vector<Ref<NSURL>> candidates(NSSavePanel& panel);

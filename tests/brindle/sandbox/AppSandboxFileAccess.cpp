@@ -365,6 +365,14 @@ namespace {
         EXPECT_TRUE(pressed);
         EXPECT_NE(kept(place("top/in")), nullptr) << "the folder that was shown is the choice";
     }
+    TEST_F(Sandbox, InATaskThatTheMainThreadWaitsForThePanelRunsAtOnce)
+    {
+        choice = place("top/other");
+        const auto queue = dispatch_queue_create("waited for", DISPATCH_QUEUE_SERIAL);
+        bool granted = false;
+        dispatch_sync(queue.get(), [&] { granted = accesses(place("top/other")); });
+        EXPECT_TRUE(granted);
+    }
     TEST_F(Sandbox, AHundredThreadsAreAllAnswered)
     {
         choice = place("top/other");
