@@ -49,6 +49,8 @@ namespace {
         addUniqueObjects(plan);
         addPaths(plan);
         addImages(plan);
+        addPanels(plan);
+        addFileAccess(plan);
         addText(plan);
         addTextMeasures(plan);
         addIntervals(plan);

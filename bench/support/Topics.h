@@ -35,5 +35,7 @@ void addDefaults(Plan& plan);
 void addUniqueObjects(Plan& plan);
 void addPaths(Plan& plan);
 void addImages(Plan& plan);
+void addPanels(Plan& plan);
+void addFileAccess(Plan& plan);
 
 }
