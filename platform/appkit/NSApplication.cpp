@@ -154,18 +154,23 @@ template <> struct NSApplication::Methods<struct Running> {
 
     static bool isOver(NSDate* date) { return !date || date->timeIntervalSinceNow() <= 0; }
 
+    static constexpr double kRounding = 1e-6; // a date is less exact than the clock of timers
+
     // Without a display server nothing but this program itself can make an event. The main loop may wait for other
-    // threads; a modal loop that nobody can end is a mistake, and a gesture without an end is over.
-    static bool canWait(NSString* mode)
+    // threads; a modal loop that nobody can end is a mistake, and a gesture without an end is over. Where a timer is left
+    // the question is asked again when it has fired, because it may have been the last one.
+    /// - Nil: nothing will come.
+    static Ref<NSDate> waitingEnd(NSString* mode, const Ref<NSDate>& date)
     {
-        if (ApplicationAccess::display().fileDescriptor() >= 0)
-            return true;
         const bool modal = mode->isEqual(NSModalPanelRunLoopMode);
         const bool tracking = mode->isEqual(NSEventTrackingRunLoopMode);
-        if ((!modal && !tracking) || NSRunLoop::cls().mainRunLoop()->limitDateForMode(mode))
-            return true;
+        if (ApplicationAccess::display().fileDescriptor() >= 0 || (!modal && !tracking))
+            return date;
+        const Ref<NSDate> timer = NSRunLoop::cls().mainRunLoop()->limitDateForMode(mode);
+        if (timer)
+            return timer->dateByAddingTimeInterval(kRounding);
         if (tracking)
-            return false;
+            return nullptr;
         raise("NSInternalInconsistencyException",
             "A modal loop was started without a display, and nothing is left that could end it");
     }
@@ -204,8 +209,11 @@ template <> struct NSApplication::Methods<struct Running> {
                     continue;
                 if (!app().modal.empty() && app().modal.back()->code != NSRunContinuesResponse)
                     continue;
-                if (!canWait(mode.get()))
+                const Ref<NSDate> end = waitingEnd(mode.get(), limit);
+                if (!end)
                     return nullptr;
+                loop->runMode_beforeDate(mode.get(), end.get());
+                continue;
             }
             loop->runMode_beforeDate(mode.get(), date);
         }

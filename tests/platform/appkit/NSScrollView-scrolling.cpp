@@ -219,6 +219,16 @@ namespace {
         EXPECT_EQ(s.y(), 610);
     }
 
+    TEST_F(ScrollingTest, APressThatIsHeldTurnsPagesUntilTheKnobIsThere)
+    {
+        screen.pointer().press({ 95, 60 });
+        screen.process(); // lets time pass without end
+        const Ref<NSScroller> scroller = s.view->verticalScroller();
+        const NSPoint place = scroller->convertPoint_fromView({ 95, 60 }, nullptr);
+        EXPECT_TRUE(NSPointInRect(place, scroller->rectForPart(NSScrollerKnob)));
+        EXPECT_EQ(scroller->hitPart(), NSScrollerNoPart);
+    }
+
     TEST_F(ScrollingTest, AKnobInHandIsOneLiveScroll)
     {
         const Notes notes(s.view.get(),
