@@ -70,8 +70,8 @@ template <> struct NSTableCellView::Methods<struct Basics> {
         });
         t.properties({
             property<&C::objectValue_>("objectValue", nonatomic),
-            computed<NSTextField*>("textField", nonatomic),
-            computed<NSView*>("imageView", nonatomic),
+            computed<WeakRef<NSTextField>>("textField", nonatomic),
+            computed<WeakRef<NSView>>("imageView", nonatomic),
             property<&C::backgroundStyle_>("backgroundStyle", nonatomic),
         });
     }

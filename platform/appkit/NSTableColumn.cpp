@@ -132,7 +132,7 @@ template <> struct NSTableColumn::Methods<struct Basics> {
             property<&C::headerCell_>("headerCell", nonatomic),
             property<&C::headerToolTip_>("headerToolTip", nonatomic, copied),
             property<&C::sortDescriptorPrototype_>("sortDescriptorPrototype", nonatomic, copied),
-            computed<NSString*>("title", nonatomic, copied),
+            computed<Ref<NSString>>("title", nonatomic, copied),
         });
         t.conformsTo({ "NSUserInterfaceItemIdentification" });
     }

@@ -82,6 +82,7 @@ public:
     }
     /// - Raises: `NSInvalidArgumentException` for an object that is no cell. - Nil: ignored.
     void setHeaderCell(NSCell* cell) { send<"setHeaderCell:">(cell); }
+    /// Kept for the host.
     Ref<NSString> headerToolTip() const { return send<"headerToolTip", Ref<NSString>>(); }
     void setHeaderToolTip(NSString* text) { send<"setHeaderToolTip:">(text); }
 

@@ -9,7 +9,7 @@ namespace brindle {
 
 template <> struct NSTableHeaderCell::Methods<struct Basics> {
 
-    static constexpr CGFloat kInset = 6; // of the title from the column's edges
+    static constexpr CGFloat kInset = 4; // of the title from the column's edges
     static constexpr CGFloat kArrow = 7; // its width; it is half as high
 
     static Ref<NSCell> initTextCell(NSTableHeaderCell& self, NSString* text)

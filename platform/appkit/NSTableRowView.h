@@ -37,6 +37,7 @@ public:
     {
         send<"setSelectionHighlightStyle:">(style);
     }
+    /// Kept for hosts that draw groups.
     bool isGroupRowStyle() const { return send<"isGroupRowStyle", bool>(); }
     void setGroupRowStyle(bool group) { send<"setGroupRowStyle:">(group); }
     /// The ground: at first the one that the table draws behind the row. One that is set is drawn by the row.

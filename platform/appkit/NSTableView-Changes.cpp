@@ -97,13 +97,13 @@ template <> struct NSTableView::Methods<struct Changes> {
         if (!TableAccess::hasHeights(self))
             return setCount(self, count);
         const FlagScope scope(of(self).asking);
+        const HeightQuestion heightOf(self);
         const std::vector<double> old = heights(of(self).rows);
         std::vector<double> all(count);
         std::size_t next = 0;
         for (std::size_t row = 0; row < count; ++row)
-            all[row] = rows.containsIndex(row)
-                ? TableAccess::askHeight(self, static_cast<NSInteger>(row))
-                : old[next++];
+            all[row]
+                = rows.containsIndex(row) ? heightOf(static_cast<NSInteger>(row)) : old[next++];
         of(self).rows.set(std::move(all));
     }
 

@@ -165,8 +165,8 @@ template <> struct NSTableView::Methods<struct Mouse> {
                 drag = event;
             if (!drag || !extends)
                 continue;
-            autoscroll(&self, drag.get());
-            scrolling.set(!NSPointInRect(placeOf(self, *drag), self.visibleRect()));
+            const bool moved = autoscroll(&self, drag.get());
+            scrolling.set(moved && !NSPointInRect(placeOf(self, *drag), self.visibleRect()));
             dragTo(self, *drag);
         }
     }

@@ -59,14 +59,20 @@ bool TableAccess::hasHeights(const NSTableView& table)
     return delegateFor<"tableView:heightOfRow:">(table) != nullptr;
 }
 
-double TableAccess::askHeight(NSTableView& table, NSInteger row)
+HeightQuestion::HeightQuestion(NSTableView& table)
+    : table_(table)
+    , delegate_(TableAccess::delegateFor<"tableView:heightOfRow:">(table))
 {
-    const TableState& s = state(table);
+}
+
+double HeightQuestion::operator()(NSInteger row) const
+{
+    const TableState& s = TableAccess::state(table_);
     double height = s.rowHeight;
-    if (const Ref<NSObject> delegate = delegateFor<"tableView:heightOfRow:">(table)) {
-        const auto wanted = delegate->send<"tableView:heightOfRow:", CGFloat>(&table, row);
+    if (delegate_) {
+        const auto wanted = delegate_->send<"tableView:heightOfRow:", CGFloat>(&table_, row);
         if (wanted > 0 && std::isfinite(wanted))
-            height = std::min(wanted, kMostHeight);
+            height = std::clamp(wanted, TableAccess::kLeastHeight, TableAccess::kMostHeight);
     }
     return height + s.spacing.height;
 }
@@ -83,9 +89,10 @@ bool TableAccess::load(NSTableView& table)
     const NSInteger rows = std::clamp<NSInteger>(said, 0, kMostRows);
     RowHeights fresh;
     if (hasHeights(table)) {
+        const HeightQuestion heightOf(table);
         std::vector<double> heights(static_cast<std::size_t>(rows));
         for (NSInteger row = 0; row < rows; ++row)
-            heights[static_cast<std::size_t>(row)] = askHeight(table, row);
+            heights[static_cast<std::size_t>(row)] = heightOf(row);
         fresh.set(std::move(heights));
     } else {
         fresh.setUniform(static_cast<std::size_t>(rows), s.rowHeight + s.spacing.height);

@@ -77,11 +77,12 @@ template <> struct NSTableView::Methods<struct Views> {
         if (TableAccess::hasHeights(self)) {
             const FlagScope scope(s.asking);
             const NSInteger count = TableAccess::count(self);
+            const HeightQuestion heightOf(self);
             RowHeights fresh = s.rows;
             changed->enumerateIndexesUsingBlock([&](NSUInteger row, bool* stop) {
                 *stop = row >= static_cast<NSUInteger>(count);
                 if (!*stop)
-                    fresh.setHeight(row, TableAccess::askHeight(self, static_cast<NSInteger>(row)));
+                    fresh.setHeight(row, heightOf(static_cast<NSInteger>(row)));
             });
             s.rows = std::move(fresh);
         } else {

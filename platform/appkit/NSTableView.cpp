@@ -106,7 +106,8 @@ template <> struct NSTableView::Methods<struct Basics> {
         if (!(height > 0) || !std::isfinite(height))
             raise("NSInvalidArgumentException",
                 "*** -[NSTableView setRowHeight:]: the height is no positive number");
-        of(self).rowHeight = std::min(height, TableAccess::kMostHeight);
+        of(self).rowHeight
+            = std::clamp(height, TableAccess::kLeastHeight, TableAccess::kMostHeight);
         measureAnew(self);
     }
     static NSSize spacing(NSTableView& self) { return of(self).spacing; }
@@ -214,6 +215,26 @@ template <> struct NSTableView::Methods<struct Basics> {
             { "setDoubleAction:", imp<set<&S::doubleAction, SEL>> },
             { "clickedRow", imp<get<&S::clickedRow, NSInteger>> },
             { "clickedColumn", imp<get<&S::clickedColumn, NSInteger>> },
+        });
+        t.properties({
+            computed<WeakRef<NSObject>>("dataSource", nonatomic),
+            computed<WeakRef<NSObject>>("delegate", nonatomic),
+            computed<Ref<NSTableHeaderView>>("headerView", nonatomic),
+            computed<CGFloat>("rowHeight", nonatomic),
+            computed<NSSize>("intercellSpacing", nonatomic),
+            computed<Ref<NSColor>>("backgroundColor", nonatomic),
+            computed<Ref<NSColor>>("gridColor", nonatomic),
+            computed<NSTableViewGridLineStyle>("gridStyleMask", nonatomic),
+            computed<bool>("usesAlternatingRowBackgroundColors", nonatomic),
+            computed<Highlight>("selectionHighlightStyle", nonatomic),
+            computed<Autoresizing>("columnAutoresizingStyle", nonatomic),
+            computed<bool>("allowsColumnReordering", nonatomic),
+            computed<bool>("allowsColumnResizing", nonatomic),
+            computed<bool>("allowsTypeSelect", nonatomic),
+            computed<bool>("allowsMultipleSelection", nonatomic),
+            computed<bool>("allowsEmptySelection", nonatomic),
+            computed<SEL>("doubleAction", nonatomic),
+            computed<Ref<NSArray>>("sortDescriptors", nonatomic, copied),
         });
     }
 };

@@ -61,7 +61,7 @@ inline constexpr StringConstant<"NSTableViewRowViewKey"> NSTableViewRowViewKey;
 ///
 /// Views are made when they are about to show, and kept in a store by identifier when they no longer do. Rows that the keyboard
 /// is in stay. A table in no window has no views but those it is asked for. Heights that are no positive numbers count as
-/// `rowHeight`, and no row is higher than 100,000 points; rows past 16,777,216 do not exist.
+/// `rowHeight`; a row is at least 1 and at most 100,000 points high, and rows past 16,777,216 do not exist.
 ///
 /// In a scroll view the table is as large as its rows and columns, and at least as what shows; elsewhere it is as high as its
 /// rows and as wide as it was made, or as its columns are. Flipped.
@@ -75,8 +75,8 @@ inline constexpr StringConstant<"NSTableViewRowViewKey"> NSTableViewRowViewKey;
 ///
 /// Keys: arrows, Page Up, Page Down, Home and End move the selection, with Shift they extend it; Return edits; letters go to
 /// the next row that begins with them.
-/// Thread: main. Cost: rows of one height cost nothing, others the logarithm of their number; a pass over what shows
-/// allocates nothing once its views are in store.
+/// Thread: main. Cost: rows of one height take no memory and no time, a place among others the logarithm of their number;
+/// scrolling costs what comes into view.
 class NSTableView : public NSControl {
     BRINDLE_OBJECT(NSTableView, NSControl)
 

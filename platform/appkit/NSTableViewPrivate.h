@@ -90,6 +90,7 @@ struct TableState {
 /// What the files of a table do with each other beside sending messages.
 struct TableAccess {
     static constexpr NSInteger kMostRows = 16'777'216;
+    static constexpr double kLeastHeight = 1;
     static constexpr double kMostHeight = 100'000;
 
     static TableState& state(const NSTableView& table) { return *table.state_; }
@@ -127,8 +128,6 @@ struct TableAccess {
     static bool load(NSTableView& table);
     /// Loads the rows and makes their views anew, without a message that a table below might have its own answer to.
     static void reload(NSTableView& table);
-    /// Answers the height of a row, with the spacing.
-    static double askHeight(NSTableView& table, NSInteger row);
     static bool hasHeights(const NSTableView& table);
     /// Makes the views of what shows and puts the others away.
     static void settle(NSTableView& table);
@@ -186,6 +185,17 @@ private:
     {
         return object && object->respondsToSelector(selector<S>) ? object : nullptr;
     }
+};
+
+/// Asks the delegate, who is there while this is, how high rows are, with the spacing.
+class HeightQuestion {
+public:
+    explicit HeightQuestion(NSTableView& table);
+    double operator()(NSInteger row) const;
+
+private:
+    NSTableView& table_;
+    Ref<NSObject> delegate_;
 };
 
 /// Sets a flag for a scope.

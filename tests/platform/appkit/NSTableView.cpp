@@ -135,12 +135,16 @@ namespace {
         EXPECT_EQ(t->rectOfRow(4).size.height, 32);
     }
 
-    TEST(TableView, ARowIsNotHigherThanItsLimit)
+    TEST(TableView, RowsStayWithinTheirLimits)
     {
-        Table t(1);
-        t.host->height_ = [](NSInteger) { return 1e300; };
+        Table t(2);
+        t.host->height_ = [](NSInteger row) { return row ? 1e300 : 1e-300; };
         t->reloadData();
-        EXPECT_EQ(t->rectOfRow(0).size.height, 100'002);
+        EXPECT_EQ(t->rectOfRow(0).size.height, 3);
+        EXPECT_EQ(t->rectOfRow(1).size.height, 100'002);
+        EXPECT_EQ(raisedBy([&] { t->setRowHeight(kNaN); }),
+            "NSInvalidArgumentException: *** -[NSTableView setRowHeight:]: the height is no "
+            "positive number");
     }
 
     TEST(TableView, NewHeightsMoveTheRowsBelow)
