@@ -120,7 +120,7 @@ template <> struct NSCell::Methods<struct Tracking> {
         Gesture gesture { self, *view, frame, untilUp };
         gesture.start(*press);
         std::optional<PeriodicEvents> repeating;
-        if (self.isContinuous())
+        if (gesture.sendsOn(NSPeriodic))
             repeating.emplace(self);
         for (;;) {
             maybe(view->window())->displayIfNeeded();

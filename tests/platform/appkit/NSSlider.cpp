@@ -131,6 +131,12 @@ namespace {
         desk.screen.pointer().release();
         EXPECT_EQ(seen, "0 10 20 20 ");
     }
+    TEST_F(SliderTest, AKnobThatIsHeldSendsNothing)
+    {
+        desk.screen.pointer().press(desk.onScreen(*slider, { 10, 10 }));
+        desk.screen.process(); // no release comes
+        EXPECT_EQ(log->count_, 1) << "the press itself";
+    }
     TEST_F(SliderTest, OneThatIsNotContinuousSendsItOnceAtTheEnd)
     {
         slider->setContinuous(false);
