@@ -22,7 +22,8 @@
 namespace brindle {
 namespace {
 
-    /// A titled window with a control of every kind, on the screen.
+    /// A titled window with a scrolled text, a field and a button, on the screen. A switch has no place in it: the page
+    /// with its limits of a click outlives it by contract.
     Ref<NSWindow> fullWindow()
     {
         const auto window = alloc<NSWindow>()->initWithContentRect_styleMask_backing_defer(
@@ -35,10 +36,8 @@ namespace {
         cast<NSScrollView>(scroll)->setDocumentView(cast<NSView>(text).get());
         const auto field = alloc<NSTextField>()->initWithFrame(NSMakeRect(140, 100, 120, 22));
         const auto button = alloc<NSButton>()->initWithFrame(NSMakeRect(140, 60, 120, 24));
-        const auto onOff = alloc<OnOffSwitchControl>()->initWithFrame(NSMakeRect(140, 20, 80, 24));
         const Ref<NSView> content = window->contentView();
-        for (const Ref<NSView>& view : { cast<NSView>(scroll), cast<NSView>(field),
-                 cast<NSView>(button), cast<NSView>(onOff) })
+        for (const auto& view : { cast<NSView>(scroll), cast<NSView>(field), cast<NSView>(button) })
             content->addSubview(view.get());
         window->makeKeyAndOrderFront(nullptr);
         return window;
@@ -174,6 +173,9 @@ namespace {
         for (int seed = 0; seed < seeds; ++seed) {
             HeadlessScreen screen;
             const Ref<NSWindow> window = fullWindow();
+            const auto onOff
+                = alloc<OnOffSwitchControl>()->initWithFrame(NSMakeRect(140, 20, 80, 24));
+            window->contentView()->addSubview(cast<NSView>(onOff).get());
             AnyUser user(screen, static_cast<std::uint32_t>(seed));
             for (int i = 0; i < 1000; ++i) {
                 user.act();
