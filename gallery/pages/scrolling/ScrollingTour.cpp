@@ -7,8 +7,12 @@ namespace gallery {
 void tourScrolling(Tour& tour)
 {
     tour.picture("scrolling-light");
-    tour.scroll("Position", -5);
-    tour.scroll("Position", -5);
+    tour.moveTo("Position", 60, 200);
+    for (int step = 0; step < 3; ++step) {
+        tour.display().scroll(0, -50);
+        tour.settle(0.1);
+    }
+    tour.picture("scrolling-live");
     tour.settle(1);
     tour.press("Portion 1.0");
     tour.settle(1);

@@ -59,12 +59,13 @@ template <> struct MenuTableCard::Methods<struct Menu> {
     static Ref<NSView> initWithFrame(MenuTableCard& self, NSRect frame)
     {
         self.setHeading("Menu table"_ns);
-        self.setCaption("The selection follows the pointer, a click taps it"_ns);
+        self.setCaption("It follows the pointer, and a click taps"_ns);
         self.menu_
             = cast<BRMenuTableView>(initIncScrollView(alloc<BRMenuTableView>(), &self.scroll_));
         self.menu_->setHeaderView(nullptr);
-        self.menu_->setRowHeight(26);
+        self.menu_->setRowHeight(34);
         self.menu_->setIntercellSpacing(NSZeroSize);
+        self.menu_->setAllowsTypeSelect(false); // letters are the page's
         self.scroll_->setHasVerticalScroller(true);
         self.scroll_->setBorderType(NSLineBorder);
         self.addSubview(self.scroll_.get());

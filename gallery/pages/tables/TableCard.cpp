@@ -35,6 +35,7 @@ template <> struct TableCard::Methods<struct Rows> {
         self.table_ = make<NSTableView>();
         self.table_->setUsesAlternatingRowBackgroundColors(true);
         self.table_->setAllowsMultipleSelection(true);
+        self.table_->setAllowsTypeSelect(false); // letters are the page's
         addColumn(self, "name"_ns, "Name"_ns, 190);
         addColumn(self, "town"_ns, "Town"_ns, 120);
         addColumn(self, "born"_ns, "Born"_ns, 60);
