@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <memory>
 #include <vector>
 
 #include "support/ScrolledDocument.h"
@@ -236,6 +237,60 @@ namespace {
         s.view = nullptr;
         clip->scrollToPoint({ 0, 50 });
         EXPECT_EQ(seen, NSZeroRect);
+    }
+
+    // ---- closures that change what they follow
+
+    TEST_F(ScrollViewExtension, TheLiveClosureMayScrollAgain)
+    {
+        setScrollingBlock(*s.view, [this](NSRect visible) {
+            if (NSMinY(visible) < 300)
+                scrollTo(NSMinY(visible) + 100);
+        });
+        scrollTo(50);
+        EXPECT_EQ(s.y(), 350);
+    }
+
+    TEST_F(ScrollViewExtension, TwoPlacesThatALiveClosureGoesToAndFroEnd)
+    {
+        int calls = 0;
+        setScrollingBlock(*s.view, [this, &calls](NSRect visible) {
+            ++calls;
+            scrollTo(NSMinY(visible) == 100 ? 200 : 100);
+        });
+        scrollTo(100);
+        EXPECT_LE(calls, 32);
+    }
+
+    TEST_F(ScrollViewExtension, TheSettledClosureMayScrollAgain)
+    {
+        setDidScrollBlock(*s.view, [this](double portion) {
+            portions.push_back(portion);
+            if (portion < 1)
+                setScrollPortionY(*s.view, 1);
+        });
+        scrollTo(50);
+        clock.advance(0.38);
+        clock.advance(0.38);
+        clock.advance(10);
+        EXPECT_EQ(portions, (std::vector<double> { 0.3, 1 }));
+    }
+
+    TEST_F(ScrollViewExtension, TheSettledClosureMayLetTheDocumentGo)
+    {
+        setDidScrollBlock(*s.view, [this](double) { s.view->setDocumentView(nullptr); });
+        scrollTo(50);
+        clock.advance(1);
+        EXPECT_EQ(s.view->documentView(), nullptr);
+    }
+
+    TEST_F(ScrollViewExtension, TheLiveClosureMayLetTheScrollViewGo)
+    {
+        auto lone = std::make_unique<Scrolled>();
+        setScrollingBlock(*lone->view, [&lone](NSRect) { lone = nullptr; });
+        const Ref<NSClipView> clip = lone->view->contentView();
+        clip->scrollToPoint({ 0, 50 });
+        EXPECT_EQ(lone, nullptr);
     }
 
 }
