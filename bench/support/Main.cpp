@@ -60,6 +60,8 @@ namespace {
         addDrawing(plan);
         addMenus(plan);
         addViews(plan);
+        addTables(plan);
+        addLists(plan);
         addPython(plan);
         return plan;
     }

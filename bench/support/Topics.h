@@ -37,5 +37,7 @@ void addPaths(Plan& plan);
 void addImages(Plan& plan);
 void addPanels(Plan& plan);
 void addFileAccess(Plan& plan);
+void addLists(Plan& plan);
+void addTables(Plan& plan);
 
 }
