@@ -5,6 +5,7 @@
 
 #include "NSApplicationPrivate.h"
 #include "NSEventPrivate.h"
+#include "NSWindow+ScreenEdge.h"
 #include "NSWindowPrivate.h"
 #include "foundation/NSDate.h"
 
@@ -125,8 +126,11 @@ NSRect MenuSession::screenAround(NSPoint place) const
 {
     const display::Screen* screen = ScreenAccess::screenFor(NSMakeRect(place.x, place.y - 1, 1, 1));
     constexpr CGFloat kAnywhere = 1e6;
-    return screen ? screen->visibleFrame
-                  : NSMakeRect(-kAnywhere, -kAnywhere, 2 * kAnywhere, 2 * kAnywhere);
+    if (!screen)
+        return NSMakeRect(-kAnywhere, -kAnywhere, 2 * kAnywhere, 2 * kAnywhere);
+    // Counted as the window that the menu opens from counts, which may be shown lower than its frame.
+    const Ref<NSWindow> anchor = maybe(opening_.view)->window();
+    return NSOffsetRect(screen->visibleFrame, 0, anchor ? screenEdgeOffset(anchor) : 0);
 }
 
 namespace {
