@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <algorithm>
 #include <cmath>
+#include <numbers>
 
 #include "ControlDrawingPrivate.h"
 #include "MenuSessionPrivate.h"
@@ -19,7 +20,7 @@ using controls::Shade;
 
 namespace {
 
-    constexpr CGFloat kShadowBlur = 12;
+    constexpr CGFloat kShadowSpread = 5; // points, of the bell curve
     constexpr CGFloat kShadowDrop = 3;
 
     Shade ground()
@@ -30,6 +31,18 @@ namespace {
     Shade edge()
     {
         return controls::isDark() ? Shade { 0, 0, 0, 0.7 } : Shade { 0, 0.01, 0.04, 0.22 };
+    }
+
+    // Rings of one point, the fainter the farther out: a blur of a whole menu would take longer than all the rest.
+    void drawShadow(NSRect body)
+    {
+        const double strength = controls::isDark() ? 0.55 : 0.30;
+        const NSRect cast = NSOffsetRect(body, 0, kShadowDrop);
+        for (CGFloat out = 11; out > -kShadowDrop; --out) {
+            const double share = std::erfc((out - 0.5) / (kShadowSpread * std::numbers::sqrt2)) / 2;
+            controls::frameRounded(
+                NSInsetRect(cast, -out, -out), kRadius + out, 1, { 0, 0, 0, strength * share });
+        }
     }
 
     Shade inkFor(bool enabled, bool highlighted)
@@ -129,20 +142,13 @@ namespace {
 
 }
 
-void MenuPanel::drawBody() const
+void MenuPanel::drawBody(NSRect dirty) const
 {
     const NSRect body { { margin_, margin_ }, frame_.size };
-    const Ref<CGContext> c = currentCGContext();
     const CGFloat radius = margin_ > 0 ? kRadius : 0;
-    if (margin_ > 0) {
-        const GraphicsStateGuard saved;
-        const Ref<CGColor> shadow
-            = colorOf({ 0, 0, 0, controls::isDark() ? 0.55 : 0.28 })->CGColor();
-        CGContextSetShadowWithColor(c.get(), { 0, -kShadowDrop }, kShadowBlur, shadow.get());
-        controls::fillRounded(body, radius, ground());
-    } else {
-        controls::fillRounded(body, 0, ground());
-    }
+    if (margin_ > 0 && !NSContainsRect(body, dirty))
+        drawShadow(body);
+    controls::fillRounded(body, radius, ground());
     controls::frameRounded(body, radius, controls::pixel(), edge());
     if (controls::isDark()) {
         const CGFloat p = controls::pixel();
@@ -206,7 +212,7 @@ void MenuPanel::drawStrips() const
 
 void MenuPanel::draw(NSRect dirty) const
 {
-    drawBody();
+    drawBody(dirty);
     const GraphicsStateGuard saved;
     CGContextClipToRect(currentCGContext().get(), { { margin_, margin_ }, frame_.size });
     const CGFloat top = NSMinY(dirty) - margin_ + scroll_;

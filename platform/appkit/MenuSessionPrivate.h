@@ -75,7 +75,7 @@ private:
     void setFrame(NSRect frame);
     void placeViews();
     void markRow(NSInteger row);
-    void drawBody() const;
+    void drawBody(NSRect dirty) const;
     void drawRow(const MenuRow& row, NSRect rect, bool highlighted) const;
     void drawStrips() const;
 
