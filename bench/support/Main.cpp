@@ -63,6 +63,7 @@ namespace {
         addTables(plan);
         addLists(plan);
         addPython(plan);
+        addBars(plan);
         return plan;
     }
 

@@ -39,5 +39,6 @@ void addPanels(Plan& plan);
 void addFileAccess(Plan& plan);
 void addLists(Plan& plan);
 void addTables(Plan& plan);
+void addBars(Plan& plan);
 
 }
