@@ -9,9 +9,9 @@
 #include "foundation/NSDate.h"
 #include "foundation/NSRunLoop.h"
 #include "foundation/NSThread.h"
-#include "foundation/URLPrivate.h"
 #include "runtime/Table.h"
 #include "support/BundleFolder.h"
+#include "support/GrantedURL.h"
 #include "support/HeadlessScreen.h"
 
 namespace brindle {
@@ -271,19 +271,19 @@ namespace {
     {
         const auto logging = make<LoggingAccess>();
         logging->granted_ = url(place("top/other"));
-        URLAccess::grant(*logging->granted_);
+        test::grant(*logging->granted_);
         std::intptr_t during = 0;
         EXPECT_TRUE(logging->accessFilePath_withBlock_persistPermission(
-            text(place("top/other")).get(),
-            [&] { during = URLAccess::accesses(*logging->granted_); }, false));
+            text(place("top/other")).get(), [&] { during = test::accessesTo(*logging->granted_); },
+            false));
         EXPECT_EQ(during, 1);
-        EXPECT_EQ(URLAccess::accesses(*logging->granted_), 0);
+        EXPECT_EQ(test::accessesTo(*logging->granted_), 0);
     }
     TEST_F(Sandbox, AnExceptionGoesOnAfterTheAccessHasEnded)
     {
         const auto logging = make<LoggingAccess>();
         logging->granted_ = url(place("top/other"));
-        URLAccess::grant(*logging->granted_);
+        test::grant(*logging->granted_);
         const Ref<NSException> thrown
             = NSException::cls().exceptionWithName_reason_userInfo("Own"_ns, "x"_ns, nullptr);
         NSObject* caught = nullptr;
@@ -294,7 +294,7 @@ namespace {
             caught = exception.get();
         }
         EXPECT_EQ(caught, thrown.get());
-        EXPECT_EQ(URLAccess::accesses(*logging->granted_), 0);
+        EXPECT_EQ(test::accessesTo(*logging->granted_), 0);
     }
     TEST_F(Sandbox, AnyExceptionGoesThrough)
     {

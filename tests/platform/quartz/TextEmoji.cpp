@@ -3,13 +3,11 @@
 #include "quartz/text/GlyphCache.h"
 #include "quartz/text/Unicode.h"
 
-#include "foundation/unicode/UnicodeLibrary.h"
 #include "support/Pixels.h"
-
-#include <unicode/uchar.h>
 
 namespace brindle {
 
+using namespace std::string_view_literals;
 using test::Picture;
 
 namespace {
@@ -94,15 +92,13 @@ TEST(TextEmoji, LettersAfterAPictureAreInTheirOwnFont)
     EXPECT_EQ(line.runs()[1].font.face, text::FontFace::named("DejaVuSans"));
 }
 
-TEST(TextEmoji, EarlyPicturesAreThoseOfUnicode)
+TEST(TextEmoji, OnlyPicturesByThemselvesCountAsSuch)
 {
-    decltype(&::u_hasBinaryProperty) hasProperty = nullptr;
-    ASSERT_TRUE(unicode::find(
-        unicode::openLibrary("libicuuc"), BRINDLE_VERSIONED(u_hasBinaryProperty), hasProperty));
-    for (char32_t c = 0; c < 0x20000; ++c)
-        EXPECT_EQ(text::isPictureByItself(c),
-            hasProperty(static_cast<UChar32>(c), UCHAR_EMOJI_PRESENTATION) != 0)
-            << std::hex << static_cast<unsigned>(c);
+    for (const char32_t picture :
+        U"⌚⏳◾☔♈♿⚓⚡⚪⚽⛄⛎⛔⛪⛲⛵⛺⛽✅✊✨❌❎❓❗➕➰➿⬛⭐⭕😀🃏🆎🧡"sv)
+        EXPECT_TRUE(text::isPictureByItself(picture)) << std::hex << static_cast<unsigned>(picture);
+    for (const char32_t sign : U"aé⌘⌥→✓☺❤✔⏏▶♥©™0漢🌶🕊"sv)
+        EXPECT_FALSE(text::isPictureByItself(sign)) << std::hex << static_cast<unsigned>(sign);
 }
 
 TEST(TextEmoji, ThePictureIsAsLargeAsItsLetters)
