@@ -1,6 +1,9 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "Sidebar.h"
 
+#include <algorithm>
+#include <cmath>
+
 #include "Drawing.h"
 #include "Palette.h"
 #include "appkit/NSEvent.h"
@@ -14,7 +17,7 @@ using namespace brindle;
 template <> struct GallerySidebar::Methods<struct List> {
 
     static constexpr double kTop = 64;
-    static constexpr double kRowHeight = 30;
+    static constexpr double kRowHeight = 30; // less where the pages would not have room
     static constexpr double kMargin = 12;
     static constexpr NSUInteger kKeys = 9; // digits that turn to a page
 
@@ -35,8 +38,11 @@ template <> struct GallerySidebar::Methods<struct List> {
 
     static NSRect rowRect(GallerySidebar& self, NSUInteger index)
     {
-        return NSMakeRect(kMargin, kTop + static_cast<double>(index) * kRowHeight,
-            self.bounds().size.width - 2 * kMargin, kRowHeight - 2);
+        const NSSize size = self.bounds().size;
+        const auto count = static_cast<double>(maybe(self.names_)->count());
+        const double height = std::min(kRowHeight, std::floor((size.height - kTop - 4) / count));
+        return NSMakeRect(kMargin, kTop + static_cast<double>(index) * height,
+            size.width - 2 * kMargin, height - 2);
     }
 
     static void drawRect(GallerySidebar& self, NSRect)

@@ -59,10 +59,10 @@ template <> struct MenubarOptionsCard::Methods<struct Options> {
         }));
         self.narrow_ = addChip(&self, "900 wide"_ns, "n"_ns,
             changing(self, [](Look& look) { look.width = look.width > 0 ? 0 : kNarrow; }));
-        self.left_ = addChip(
-            &self, "Add at the left"_ns, "l"_ns, adding(self, BRMenubarViewAlignmentLeft));
-        self.right_ = addChip(
-            &self, "Add at the right"_ns, "r"_ns, adding(self, BRMenubarViewAlignmentRight));
+        self.left_
+            = addChip(&self, "Add left"_ns, "l"_ns, adding(self, BRMenubarViewAlignmentLeft));
+        self.right_
+            = addChip(&self, "Add right"_ns, "r"_ns, adding(self, BRMenubarViewAlignmentRight));
         self.anew_ = addChip(&self, "Start over"_ns, "a"_ns, changing(self, [](Look&) {}));
         settled(self);
         return card;

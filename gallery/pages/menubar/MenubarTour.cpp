@@ -11,7 +11,7 @@ void tourMenubar(Tour& tour)
     tour.menuPicture("View", u"\uF701\uF703\uF701\uF701", "menubar-pages");
     tour.press("Gaps");
     tour.press("Shadow");
-    tour.press("Add at the right");
+    tour.press("Add right");
     tour.picture("menubar-shadow");
     tour.press("900 wide");
     tour.picture("menubar-narrow");
