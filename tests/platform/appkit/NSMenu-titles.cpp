@@ -1,58 +1,10 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <gtest/gtest.h>
 
-#include "runtime/Table.h"
+#include "support/MenuTitle.h"
 #include "support/OpenMenu.h"
 
 namespace brindle {
-
-/// A view in a row of such views, each with a menu that it opens below itself.
-class MenuTitle : public NSView {
-    BRINDLE_OBJECT(MenuTitle, NSView)
-
-public:
-    Ref<NSView> left_;
-    Ref<NSView> right_;
-    int presses_ = 0;
-};
-
-template <> struct MenuTitle::Methods<struct Bar> {
-
-    static void mouseDown(MenuTitle& self, NSEvent* event)
-    {
-        ++self.presses_;
-        const NSPoint below = self.convertPoint_toView({ 0, -5 }, nullptr);
-        const Ref<NSEvent> moved
-            = NSEvent::cls()
-                  .mouseEventWithType_location_modifierFlags_timestamp_windowNumber_context_eventNumber_clickCount_pressure(
-                      event->type(), below, event->modifierFlags(), event->timestamp(),
-                      event->windowNumber(), nullptr, event->eventNumber(), 1, 1);
-        NSMenu::cls().popUpContextMenu_withEvent_forView(self.menu().get(), moved.get(), &self);
-    }
-    static Ref<NSView> atPoint(MenuTitle& self, NSPoint place)
-    {
-        const NSPoint inWindow = self.window()->convertPointFromScreen(place);
-        for (const Ref<NSView>& view : { self.left_, self.right_ }) {
-            if (view && NSPointInRect(inWindow, view->frame()))
-                return view;
-        }
-        return nullptr;
-    }
-    static Ref<NSView> toward(MenuTitle& self, NSInteger direction)
-    {
-        return direction < 0 ? self.left_ : self.right_;
-    }
-
-    static void table(Builder& t)
-    {
-        t.methods({
-            { "mouseDown:", imp<mouseDown> },
-            { "menuNeighbourAtPoint:", imp<atPoint> },
-            { "menuNeighbourInDirection:", imp<toward> },
-        });
-    }
-};
-BRINDLE_RECORD(MenuTitle, Bar)
 
 namespace {
 
@@ -132,8 +84,8 @@ namespace {
             script.move({ 170, 510 }).move({ 110, 510 });
         script.key(0x1B);
         screen.process();
-        EXPECT_EQ(file->presses_, 501);
-        EXPECT_EQ(edit->presses_, 500);
+        EXPECT_EQ(file->presses(), 501);
+        EXPECT_EQ(edit->presses(), 500);
     }
 
 }

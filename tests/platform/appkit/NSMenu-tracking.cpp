@@ -5,6 +5,7 @@
 #include "foundation/Dispatch.h"
 #include "foundation/NSNotificationCenter.h"
 #include "runtime/Table.h"
+#include "support/MenuTitle.h"
 #include "support/OpenMenu.h"
 
 namespace brindle {
