@@ -16,10 +16,6 @@ namespace {
     using text::FontFace;
     using text::Slant;
 
-    constexpr int kBoldFrom = 600;
-    constexpr int kRegular = 400;
-    constexpr int kBold = 700;
-
     template <class T> Ref<T> entry(NSDictionary* attributes, NSString* key)
     {
         const Ref<NSObject> found = attributes ? attributes->objectForKey(key) : nullptr;
@@ -29,7 +25,7 @@ namespace {
     std::uint32_t traitsOf(const FontFace& face)
     {
         return (face.slant() == Slant::italic ? NSFontDescriptorTraitItalic : 0u)
-            | (face.weight() >= kBoldFrom ? NSFontDescriptorTraitBold : 0u)
+            | (text::isBold(face.weight()) ? NSFontDescriptorTraitBold : 0u)
             | (face.isMonospaced() ? NSFontDescriptorTraitMonoSpace : 0u);
     }
 
@@ -61,7 +57,7 @@ namespace {
             return faceNamed(utf8Of(family), utf8Of(style));
         const std::uint32_t traits = wantedTraits(attributes).value_or(0);
         return FontFace::inFamily(utf8Of(family),
-            traits & NSFontDescriptorTraitBold ? kBold : kRegular,
+            traits & NSFontDescriptorTraitBold ? text::kBoldWeight : text::kRegularWeight,
             traits & NSFontDescriptorTraitItalic ? Slant::italic : Slant::upright);
     }
 

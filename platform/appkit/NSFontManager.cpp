@@ -16,9 +16,9 @@ namespace {
     using text::FontFace;
     using text::Slant;
 
-    constexpr int kBoldFrom = 600;
-    constexpr int kRegular = 400;
-    constexpr int kBold = 700;
+    using text::isBold;
+    using text::kBoldWeight;
+    using text::kRegularWeight;
 
     /// The kit's weights of the nine weights that faces have.
     constexpr std::array<NSInteger, 9> kWeights { 2, 3, 4, 5, 6, 8, 9, 10, 11 };
@@ -42,7 +42,7 @@ namespace {
     NSFontTraitMask traitsOf(int weight, Slant slant, bool isMonospaced)
     {
         return static_cast<NSFontTraitMask>(traitIf(slant == Slant::italic, NSItalicFontMask)
-            | traitIf(weight >= kBoldFrom, NSBoldFontMask)
+            | traitIf(isBold(weight), NSBoldFontMask)
             | traitIf(isMonospaced, NSFixedPitchFontMask));
     }
     NSFontTraitMask traitsOf(const FontFace& face)
@@ -99,7 +99,7 @@ template <> struct NSFontManager::Methods<struct Finding> {
         const bool bold = traits & NSBoldFontMask;
         const bool isItalic = traits & NSItalicFontMask;
         const FontFace* face = FontFace::inFamily(utf8Of(family),
-            bold ? std::max(kBold, faceWeight(weight)) : faceWeight(weight),
+            bold ? std::max(kBoldWeight, faceWeight(weight)) : faceWeight(weight),
             isItalic ? Slant::italic : Slant::upright);
         const bool wrong = face && isItalic && face->slant() != Slant::italic;
         return face && !wrong ? appkit::fontFrom({ face, size }) : nullptr;
@@ -158,8 +158,8 @@ template <> struct NSFontManager::Methods<struct Converting> {
     static const FontFace* relative(const FontFace& face, int weight, Slant slant)
     {
         const FontFace* found = FontFace::inFamily(face.familyName(), weight, slant);
-        const bool wrong = !found || found->slant() != slant
-            || (found->weight() >= kBoldFrom) != (weight >= kBoldFrom);
+        const bool wrong
+            = !found || found->slant() != slant || isBold(found->weight()) != isBold(weight);
         return wrong ? nullptr : found;
     }
     static Ref<NSFont> toHave(NSFontManager& self, NSFont* font, NSFontTraitMask trait)
@@ -171,8 +171,8 @@ template <> struct NSFontManager::Methods<struct Converting> {
             return toFamily(
                 self, font, NSFont::cls().userFixedPitchFontOfSize(0)->familyName().get());
         int weight = face->weight();
-        weight = trait & NSBoldFontMask && weight < kBoldFrom ? kBold : weight;
-        weight = trait & NSUnboldFontMask && weight >= kBoldFrom ? kRegular : weight;
+        weight = trait & NSBoldFontMask && !isBold(weight) ? kBoldWeight : weight;
+        weight = trait & NSUnboldFontMask && isBold(weight) ? kRegularWeight : weight;
         Slant slant = face->slant();
         slant = trait & NSItalicFontMask ? Slant::italic : slant;
         slant = trait & NSUnitalicFontMask ? Slant::upright : slant;

@@ -128,10 +128,11 @@ template <> struct NSDecimalNumber::Methods<struct Decimals> {
     static Ref<NSObject> behavior(Class&) { return defaultBehavior(); }
     static void setBehavior(Class&, NSObject* behavior)
     {
+        Ref<NSObject> former(behavior); // goes when the lock is free: its end may run anything
         const std::lock_guard lock(defaultBehaviorLock);
         if (!chosenBehavior)
             chosenBehavior = new Ref<NSObject>; // for as long as the process lives
-        *chosenBehavior = behavior;
+        std::swap(*chosenBehavior, former);
     }
 
     // ---- calculating

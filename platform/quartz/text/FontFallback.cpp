@@ -5,7 +5,6 @@ namespace brindle::text {
 
 namespace {
 
-    constexpr int kBoldFrom = 600;
     constexpr unsigned kPageShift = 8;
 
     // Rare characters beyond this many forget the earlier ones; the fonts themselves stay open.
@@ -23,8 +22,8 @@ namespace {
             FcPatternAddString(wanted.get(), FC_FAMILY, reinterpret_cast<const FcChar8*>(family));
         };
         addFamily(generic);
-        FcPatternAddInteger(wanted.get(), FC_WEIGHT,
-            face.weight() >= kBoldFrom ? FC_WEIGHT_BOLD : FC_WEIGHT_REGULAR);
+        FcPatternAddInteger(
+            wanted.get(), FC_WEIGHT, isBold(face.weight()) ? FC_WEIGHT_BOLD : FC_WEIGHT_REGULAR);
         FcPatternAddInteger(wanted.get(), FC_SLANT,
             face.slant() == Slant::italic ? FC_SLANT_ITALIC : FC_SLANT_ROMAN);
         FcPatternAddBool(wanted.get(), FC_SCALABLE, FcTrue);
@@ -60,7 +59,7 @@ bool CodePointPages::contains(char32_t codePoint) const
 
 FontLibrary::FallbackList& FontLibrary::fallbackList(const FontFace& face)
 {
-    const StyleKey key { face.weight() >= kBoldFrom, face.slant(), face.isMonospaced() };
+    const StyleKey key { isBold(face.weight()), face.slant(), face.isMonospaced() };
     const auto [place, isNew] = fallbacks_.try_emplace(key);
     FallbackList& list = place->second;
     if (!isNew || !config_)

@@ -9,6 +9,13 @@
 
 namespace brindle::text {
 
+// Weights of faces, from 100 to 900.
+inline constexpr int kRegularWeight = 400;
+inline constexpr int kBoldWeight = 700;
+
+/// Answers whether a weight counts as bold.
+constexpr bool isBold(int weight) { return weight >= 600; }
+
 /// One face of a family, as the font configuration describes it; its file need not have been read.
 struct FamilyMember {
     std::string postScriptName;
