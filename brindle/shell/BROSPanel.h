@@ -13,6 +13,7 @@ public:
     /// Sends `_setup`, as the initialiser did; nothing else.
     void awakeFromNib() { send<"awakeFromNib">(); }
     /// Does nothing; the place for a subclass to finish what was made.
+    // NOLINTNEXTLINE(readability-identifier-naming): the hook is called so
     void _setup() { send<"_setup">(); }
 };
 
