@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <atomic>
 #include <string>
+#include <thread>
 
 #include <gtest/gtest.h>
 
@@ -9,6 +10,7 @@
 #include "core/NSObject+SelectorAndBlockTimeout.h"
 #include "foundation/Dispatch.h"
 #include "foundation/NSMutableDictionary.h"
+#include "foundation/NSObject+DelayedPerforming.h"
 #include "foundation/NSRunLoop.h"
 #include "foundation/NSString.h"
 #include "foundation/NSThread.h"
@@ -151,6 +153,30 @@ namespace {
         EXPECT_EQ(calls, 1);
     }
 
+    TEST_F(Jobs, InTheBackgroundNeedNoCompletion)
+    {
+        std::atomic<bool> ran { false };
+        const auto job = make<BRBackgroundBlock>();
+        job->setCode([&] { ran = true; });
+        job->execute();
+        runUntil([&] { return ran.load(); });
+        EXPECT_TRUE(ran);
+    }
+
+    TEST_F(Jobs, OnAnotherThreadCompleteThere)
+    {
+        bool codeOnMain = true;
+        bool completionOnMain = true;
+        std::thread([&] {
+            const auto job = make<BRFunctionBlock>();
+            job->setCode([&] { codeOnMain = NSThread::cls().isMainThread(); });
+            job->setCompletion([&] { completionOnMain = NSThread::cls().isMainThread(); });
+            job->execute();
+        }).join();
+        EXPECT_FALSE(codeOnMain);
+        EXPECT_FALSE(completionOnMain);
+    }
+
     TEST_F(Jobs, KeepThemselvesAliveUntilTheirCompletionHasRun)
     {
         bool done = false;
@@ -193,6 +219,17 @@ namespace {
         EXPECT_TRUE(ran);
     }
 
+    TEST_F(Jobs, ReturnToMainFromAnotherThreadRunsOnTheMainOne)
+    {
+        bool onMain = false;
+        std::thread([&] {
+            BRBlock::cls().returnToMain([&] { onMain = NSThread::cls().isMainThread(); });
+        }).join();
+        EXPECT_FALSE(onMain);
+        clock.advance(0);
+        EXPECT_TRUE(onMain);
+    }
+
     TEST_F(JobsDeathTest, ReturnToMainOfNothingEndsTheProcess)
     {
         EXPECT_DEATH(
@@ -211,6 +248,16 @@ namespace {
         EXPECT_FALSE(ran);
         clock.advance(0.02);
         EXPECT_TRUE(ran);
+    }
+
+    TEST_F(Delays, BegunOnAnotherThreadEndOnTheMainOne)
+    {
+        bool onMain = false;
+        std::thread([&] {
+            blockAfterDelay(0.1, [&] { onMain = NSThread::cls().isMainThread(); });
+        }).join();
+        clock.advance(0.2);
+        EXPECT_TRUE(onMain);
     }
 
     TEST_F(Delays, OfZeroAndLessStillRunInALaterTurn)
@@ -271,6 +318,39 @@ namespace {
         EXPECT_EQ(target->plain_, 1);
         EXPECT_EQ(target->withObject_, 1);
         EXPECT_TRUE(target->objectWasNil_);
+    }
+
+    TEST_F(Timeouts, OfSelectorsLeavePerformsWithAnArgumentAlone)
+    {
+        const auto target = make<TimeoutTarget>();
+        performSelector_withObject_afterDelay(target, selector<"withObject:">, "argument"_ns, 0.1);
+        timeoutToSelector_afterDelay(target, selector<"withObject:">, 0.2);
+        clock.advance(0.15);
+        EXPECT_EQ(target->withObject_, 1);
+        EXPECT_FALSE(target->objectWasNil_);
+        clock.advance(0.15);
+        EXPECT_EQ(target->withObject_, 2);
+        EXPECT_TRUE(target->objectWasNil_);
+    }
+
+    TEST_F(Timeouts, CancelWhatWasAskedForWithoutThem)
+    {
+        const auto target = make<TimeoutTarget>();
+        performSelector_withObject_afterDelay(target, selector<"plain">, nullptr, 0.1);
+        timeoutToSelector_afterDelay(target, selector<"plain">, 0.5);
+        clock.advance(5);
+        EXPECT_EQ(target->plain_, 1);
+    }
+
+    TEST_F(Timeouts, FireInTheDefaultModeOnly)
+    {
+        const auto target = make<TimeoutTarget>();
+        timeoutToSelector_afterDelay(target, selector<"plain">, 0);
+        const auto loop = NSRunLoop::cls().mainRunLoop();
+        loop->runUntilIdle(NSEventTrackingRunLoopMode);
+        EXPECT_EQ(target->plain_, 0);
+        loop->runUntilIdle(NSDefaultRunLoopMode);
+        EXPECT_EQ(target->plain_, 1);
     }
 
     TEST_F(Timeouts, OfDifferentObjectsDoNotDisturbEachOther)

@@ -27,6 +27,14 @@ namespace {
         EXPECT_TRUE(std::isnan(BRGetMidFloats(kInfinity, kInfinity)));
     }
 
+    TEST(Geometry, MidsAreSubtractedInDoublePrecisionBeforeTheyAreRounded)
+    {
+        EXPECT_EQ(BRGetMidFloats(2 * 16777217.0, 2), 16777216);
+        const CGRect large = NSMakeRect(0, 0, 2 * 16777217.0, 2 * 16777217.0);
+        EXPECT_EQ(BRGetMidXRectAndSize(large, NSMakeSize(2, 0)), 16777216);
+        EXPECT_EQ(BRGetMidYRectAndSize(large, NSMakeSize(0, 2)), 16777216);
+    }
+
     TEST(Geometry, MidXIgnoresTheOriginAndTheHeight)
     {
         EXPECT_EQ(BRGetMidXRectAndSize(NSMakeRect(500, 600, 100, 7), NSMakeSize(33, 99)), 34);
@@ -74,6 +82,16 @@ namespace {
         EXPECT_EQ(BRRowHeightRoundToIntegralForScreenHeight(22, 900), 22);
     }
 
+    TEST(Geometry, RowsAreRoundedInSinglePrecision)
+    {
+        constexpr double kHalfInSinglePrecision = 2.4999999999;
+        EXPECT_EQ(
+            BRUIGetEvenNumberRowsForScreenFromUIStandardHeightWithView(1, kHalfInSinglePrecision),
+            3);
+        EXPECT_EQ(BRUIGetEvenRowHeightForUIStandardHeightWithView(4, kHalfInSinglePrecision), 3);
+        EXPECT_EQ(BRRowHeightRoundToIntegralForScreenHeight(4, kHalfInSinglePrecision), 3);
+    }
+
     TEST(Geometry, RowsOfNoHeightPassTheDivisionsOutcomeThrough)
     {
         EXPECT_EQ(BRUIGetEvenRowHeightForUIStandardHeightWithView(22, 10), kInfinity);
@@ -88,6 +106,12 @@ namespace {
         EXPECT_EQ(BRRoundToNearestInterval(7.4, 5), 5);
         EXPECT_EQ(BRRoundToNearestInterval(7.5, 5), 10);
         EXPECT_EQ(BRRoundToNearestInterval(12.5, 5), 15);
+    }
+
+    TEST(Geometry, SnappingRoundsInSinglePrecision)
+    {
+        EXPECT_EQ(BRRoundToNearestInterval(7.4999999999, 5), 10);
+        EXPECT_EQ(BRRoundToNearestInterval(7, 4.4999999999), 5);
     }
 
     TEST(Geometry, SnappingTakesARemainderOfHalfTheIntervalUp)

@@ -146,6 +146,32 @@ namespace {
         EXPECT_EQ(second(family.parent), 2);
     }
 
+    TEST(MethodPatching, TheLoadTimeSwizzleOfTwoInheritedMethodsLeavesTheParentAlone)
+    {
+        const Family family;
+        JU_swizzleInstanceMethod(family.child, kFirst, kSecond);
+        EXPECT_EQ(first(family.child), 2);
+        EXPECT_EQ(second(family.child), 1);
+        EXPECT_EQ(first(family.parent), 1);
+        EXPECT_EQ(second(family.parent), 2);
+    }
+
+    TEST(MethodPatching, AnAliasHasTheTypesOfItsTarget)
+    {
+        const Family family;
+        const SEL alias = sel_registerName("alias");
+        ASSERT_TRUE(XUIAliasMethod(family.parent, '-', kFirst, alias));
+        EXPECT_STREQ(method_getTypeEncoding(class_getInstanceMethod(family.parent, alias)), "i@:");
+    }
+
+    TEST(MethodPatching, AnyKindButPlusMeansInstances)
+    {
+        const Family family;
+        EXPECT_TRUE(XUISwizzleMethod(family.parent, 'x', kFirst, kSecond));
+        EXPECT_EQ(first(family.parent), 2);
+        EXPECT_EQ((family.parent->send<"first", int>()), 1);
+    }
+
     TEST(Inheritance, TheBaseClassIsTheHighestThatAnswers)
     {
         const Family family;

@@ -68,6 +68,38 @@ template <> struct SnapshotView::Methods<struct Recording> {
 };
 BRINDLE_RECORD(SnapshotView, Recording)
 
+/// An image that tells how it is drawn instead of drawing.
+class DrawnImage : public NSImage {
+    BRINDLE_OBJECT(DrawnImage, NSImage)
+
+public:
+    NSPoint point_ {};
+    NSRect source_ {};
+    NSCompositingOperation operation_ {};
+    double fraction_ = 0;
+    NSImageInterpolation interpolation_ {};
+};
+template <> struct DrawnImage::Methods<struct Recording> {
+    static bool isValid(DrawnImage&) { return true; }
+    static void draw(DrawnImage& self, NSPoint point, NSRect source,
+        NSCompositingOperation operation, CGFloat fraction)
+    {
+        self.point_ = point;
+        self.source_ = source;
+        self.operation_ = operation;
+        self.fraction_ = fraction;
+        self.interpolation_ = NSGraphicsContext::cls().currentContext()->imageInterpolation();
+    }
+    static void table(Builder& t)
+    {
+        t.methods({
+            { "isValid", imp<isValid> },
+            { "drawAtPoint:fromRect:operation:fraction:", imp<draw> },
+        });
+    }
+};
+BRINDLE_RECORD(DrawnImage, Recording)
+
 namespace test {
 
     // ---- bundles
@@ -123,6 +155,18 @@ namespace test {
         EXPECT_EQ(image->size(), NSMakeSize(2, 3));
     }
 
+    TEST(ResizeImage, CopiesTheReceiverWithHighInterpolation)
+    {
+        const auto image = cast<DrawnImage>(alloc<DrawnImage>()->initWithSize(NSMakeSize(9, 9)));
+        image->point_ = { 5, 5 };
+        resizeImageToNewSize(image, NSMakeSize(2, 3));
+        EXPECT_EQ(image->point_, NSMakePoint(0, 0));
+        EXPECT_EQ(image->source_, NSMakeRect(0, 0, 2, 3));
+        EXPECT_EQ(image->operation_, NSCompositeCopy);
+        EXPECT_EQ(image->fraction_, 1);
+        EXPECT_EQ(image->interpolation_, NSImageInterpolationHigh);
+    }
+
     TEST(ResizeImage, OfAnInvalidImageIsNilAndLogged)
     {
         const LogSink log;
@@ -151,6 +195,15 @@ namespace test {
         EXPECT_EQ(image->size(), NSMakeSize(2, 2));
         const auto picture = image->CGImageForProposedRect_context_hints(nullptr, nullptr, nullptr);
         EXPECT_EQ(shape(picture.get()), "../r.");
+    }
+
+    TEST(ImageRepresentation, LeavesAVisibleViewItsLayer)
+    {
+        const auto view
+            = cast<SnapshotView>(alloc<SnapshotView>()->initWithFrame(NSMakeRect(0, 0, 2, 2)));
+        view->wanted = true;
+        imageRepresentation(view);
+        EXPECT_EQ(view->log, "show layer render layer show ");
     }
 
     TEST(ImageRepresentation, IsUndoneWhenDrawingRaises)

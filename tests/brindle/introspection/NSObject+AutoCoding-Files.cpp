@@ -71,6 +71,20 @@ TEST_F(AutoCodingFiles, PropertyListThatIsNoDictionaryIsAnswered)
     write("<plist version=\"1.0\"><array><string>b</string></array></plist>");
     EXPECT_EQ(textOf(read()), "(\n    b\n)");
 }
+TEST_F(AutoCodingFiles, AnArchiveIsAnsweredAsItsRootOfWhateverClass)
+{
+    NSKeyedArchiver::cls()
+        .archivedDataWithRootObject(makeArray({ "a"_ns, "b"_ns }).get())
+        ->writeToFile_atomically(path().get(), false);
+    EXPECT_EQ(textOf(read()), "(\n    a,\n    b\n)");
+}
+TEST_F(AutoCodingFiles, ADictionaryThatOnlyClaimsToBeAnArchiveIsRefused)
+{
+    write("<plist version=\"1.0\"><dict><key>$archiver</key><string>x</string></dict></plist>");
+    EXPECT_TRUE(raisedBy([&] { read(); })
+                    .starts_with("NSInvalidArgumentException: *** -[NSKeyedUnarchiver "
+                                 "initForReadingWithData:]: incomprehensible archive ("));
+}
 TEST_F(AutoCodingFiles, AnythingElseIsAnsweredAsItsBytes)
 {
     write("\x01\x02{{{");

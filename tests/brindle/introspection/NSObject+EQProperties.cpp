@@ -92,6 +92,15 @@ TEST(PropertyQueries, DefaultSetterHasNoColon)
 {
     EXPECT_EQ(setterForPropertyNamed(PropertyHost::cls(), "unset"_ns), selector<"setUnset">);
 }
+TEST(PropertyQueries, DefaultSetterOfANameOfOneLetterIsThatLetter)
+{
+    Class* const cls = objc_allocateClassPair(NSObject::cls(), "OneLetterHost", 0);
+    class_addProperty(cls, "x", "Ti,N,V_x");
+    const auto set = +[](NSObject*, SEL) {};
+    class_addMethod(cls, sel_registerName("setX"), reinterpret_cast<IMP>(set), "v@:");
+    objc_registerClassPair(cls);
+    EXPECT_STREQ(sel_getName(setterForPropertyNamed(cls, "x"_ns)), "setX");
+}
 TEST(PropertyQueries, SetterWithAColonIsNotTheDefaultOne)
 {
     EXPECT_EQ(raisedBy([] { setterForPropertyNamed(PropertyHost::cls(), "title"_ns); }),

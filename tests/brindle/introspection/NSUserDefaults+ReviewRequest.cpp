@@ -197,6 +197,13 @@ namespace {
     // ---- on a screen
 
     Ref<NSAlert> alertOf(NSWindow& sheet) { return cast<NSAlert>(sheet.delegate()); }
+    std::string titlesOf(const Ref<NSAlert>& alert)
+    {
+        std::string titles;
+        for (NSButton* button : each<NSButton>(alert->buttons()))
+            titles += utf8(button->title()) + ",";
+        return titles;
+    }
 
     TEST_F(Review, IsASheetOfTheMainWindow)
     {
@@ -213,10 +220,7 @@ namespace {
         EXPECT_EQ(utf8(alert->informativeText()),
             "It appears you\u2019re getting use out of the app.\n"
             "Please rate the app on the App Store to support future development.");
-        std::string titles;
-        for (NSButton* button : each<NSButton>(alert->buttons()))
-            titles += utf8(button->title()) + ",";
-        EXPECT_EQ(titles, "Rate App,Rate Later,");
+        EXPECT_EQ(titlesOf(alert), "Rate App,Rate Later,");
 
         screen.keyboard().press(u'\r'); // Rate App
         const Ref<NSWindow> second = window->attachedSheet();
@@ -224,6 +228,7 @@ namespace {
         EXPECT_NE(second, sheet);
         EXPECT_EQ(utf8(alertOf(*second)->messageText()), "Thanks");
         EXPECT_EQ(utf8(alertOf(*second)->informativeText()), "");
+        EXPECT_EQ(titlesOf(alertOf(*second)), "\u2192,");
         EXPECT_EQ(kept("JUAppUsesResponse"_ns), 0);
         screen.keyboard().press(u'\r');
         EXPECT_EQ(window->attachedSheet(), nullptr);
