@@ -5,6 +5,7 @@
 #include "appkit/NSImage.h"
 #include "controls/GWFlippedView.h"
 #include "controls/VLImageView.h"
+#include "support/Focused.h"
 #include "support/HeadlessScreen.h"
 
 namespace brindle {
@@ -68,6 +69,30 @@ namespace {
         view->setBackgroundColor(nullptr);
         view->setNeedsDisplay(true);
         EXPECT_EQ(screen.pixels().at(50, 50), kRed);
+    }
+
+    TEST(GWBackgroundColorView, ItFillsTheDirtyRectangleOnly)
+    {
+        const test::Focused picture(20, 20);
+        const auto view = alloc<GWBackgroundColorView>()->initWithFrame(NSMakeRect(0, 0, 20, 20));
+        view->drawRect(NSMakeRect(5, 5, 10, 10));
+        EXPECT_EQ(picture.at(10, 10).alpha, 255);
+        EXPECT_EQ(picture.at(2, 2).alpha, 0);
+        EXPECT_EQ(picture.at(17, 10).alpha, 0);
+    }
+
+    TEST(GWBackgroundColorView, AnOpaqueBackgroundIsCopiedATranslucentOneBlends)
+    {
+        const auto view = cast<GWBackgroundColorView>(
+            alloc<GWBackgroundColorView>()->initWithFrame(NSMakeRect(0, 0, 4, 4)));
+        view->setBackgroundColor(NSColor::cls().colorWithCalibratedWhite_alpha(0, 0.5).get());
+        for (const bool opaque : { false, true }) {
+            const test::Focused picture(4, 4);
+            picture.fillWhite();
+            view->setOpaqueBackground(opaque);
+            view->drawRect(view->bounds());
+            EXPECT_EQ(picture.at(1, 1).alpha, opaque ? 128 : 255);
+        }
     }
 
     TEST(GWBackgroundColorView, SettersDoNotMarkTheView)
@@ -164,6 +189,19 @@ namespace {
         EXPECT_EQ(seen.at(98, 78), kRed);
         EXPECT_NE(seen.at(50, 29), kRed); // nothing outside
         EXPECT_NE(seen.at(50, 80), kRed);
+    }
+
+    TEST(VLImageView, TheImageKeepsItsProportionsAndIsCutOff)
+    {
+        HeadlessScreen screen { 100, 100 };
+        const auto view = screen.add<VLImageView>(NSMakeRect(0, 0, 50, 100));
+        const auto image = redImage({ 20, 20 });
+        image->lockFocus();
+        NSColor::cls().blueColor()->set();
+        NSRectFill(NSMakeRect(0, 0, 4, 20)); // a fifth, all of it outside when 100 by 100
+        image->unlockFocus();
+        view->setImage(image.get());
+        EXPECT_EQ(screen.pixels().at(2, 50), kRed);
     }
 
     TEST(VLImageView, ItsAlphaBlendsTheImageWithTheBackground)

@@ -47,6 +47,22 @@ template <> struct RestingSwitchCell::Methods<struct Resting> {
 };
 BRINDLE_RECORD(RestingSwitchCell, Resting)
 
+/// Counts the keys that come to it.
+class KeyedView : public NSView {
+    BRINDLE_OBJECT(KeyedView, NSView)
+
+public:
+    int keys_ = 0;
+};
+template <> struct KeyedView::Methods<struct Keys> {
+    static void key(KeyedView& self, NSEvent*) { ++self.keys_; }
+    static void table(Builder& t)
+    {
+        t.methods({ { "keyDown:", imp<key> }, { "keyUp:", imp<key> } });
+    }
+};
+BRINDLE_RECORD(KeyedView, Keys)
+
 namespace {
 
     /// A switch of 60 by 20 points at (20, 20) of the screen, with a target.
@@ -319,6 +335,30 @@ TEST_F(OnOffSwitch, AnArrowAtItsEndBeeps)
     key(NSRightArrowFunctionKey);
     EXPECT_EQ(beepCount(), before + 2);
     EXPECT_EQ(control->state(), NSOnState);
+}
+
+TEST_F(OnOffSwitch, ArrowsEndAtTheSwitchOtherKeysGoOn)
+{
+    const Ref<KeyedView> parent
+        = cast<KeyedView>(alloc<KeyedView>()->initWithFrame(NSMakeRect(0, 0, 100, 100)));
+    parent->addSubview(control.get());
+    key(NSLeftArrowFunctionKey);
+    key(NSRightArrowFunctionKey);
+    EXPECT_EQ(parent->keys_, 0);
+    key(u'x');
+    EXPECT_EQ(parent->keys_, 2); // down and up
+}
+
+TEST_F(OnOffSwitch, SettingAPropertyOfTheCellDoesNotMarkIt)
+{
+    const Ref<OnOffSwitchControlCell> kept = cell();
+    kept->setOnOffSwitchControlColors(4);
+    kept->setOnSwitchLabel("1"_ns);
+    kept->setOffSwitchLabel("0"_ns);
+    kept->setShowsOnOffLabels(false);
+    kept->setOnOffSwitchCustomOnColor_offColor(
+        NSColor::cls().redColor().get(), NSColor::cls().blueColor().get());
+    EXPECT_FALSE(control->needsDisplay());
 }
 
 TEST_F(OnOffSwitch, SpaceClicksIt)

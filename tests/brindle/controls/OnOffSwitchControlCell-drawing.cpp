@@ -73,6 +73,74 @@ TEST(OnOffSwitchDrawing, ADisabledSwitchIsWashedOut)
         switchPicture(NSOffState).at(40, 10).red + 40);
 }
 
+TEST(OnOffSwitchDrawing, TheTrackGoesFromOneGreyToTheOther)
+{
+    const test::Picture off = switchPicture(NSOffState);
+    const auto grey = [](double y) { // of the track's 18 points from the top
+        const double from = static_cast<double>(0.62F);
+        const int level = static_cast<int>(255 * (from + (2.0 / 3 - from) * (y - 1) / 18));
+        return test::Rgba { level, level, level, 255 };
+    };
+    for (const int y : { 6, 10, 14, 17 })
+        EXPECT_PRED_FORMAT3(test::isNear, off.at(45, y), grey(y + 0.5), 2) << y;
+}
+
+TEST(OnOffSwitchDrawing, AShadowOfFourPointsLiesAlongTheTop)
+{
+    const test::Picture off = switchPicture(NSOffState);
+    const double track = 255 * static_cast<double>(0.62F);
+    // Black of 0.38 at the very top, none four points below.
+    for (const int y : { 2, 3 }) {
+        const double dark = static_cast<double>(0.38F) * (1 - (y + 0.5) / 4);
+        EXPECT_NEAR(off.at(45, y).red, track * (1 - dark), 4) << y;
+    }
+    EXPECT_NEAR(off.at(45, 5).red, track, 4);
+}
+
+TEST(OnOffSwitchDrawing, TheThumbGoesFromWhiteToALightGrey)
+{
+    const test::Picture off = switchPicture(NSOffState);
+    EXPECT_NEAR(off.at(10, 2).red, 255, 3);
+    EXPECT_NEAR(off.at(10, 10).red, 255 * 0.95, 3);
+    EXPECT_NEAR(off.at(10, 17).red, 255 * 0.91, 3);
+}
+
+TEST(OnOffSwitchDrawing, TheOutlineIsDark)
+{
+    // A line of one point lies half on each side of the track's edge.
+    const test::Picture off = switchPicture(NSOffState);
+    EXPECT_NEAR(off.at(45, 19).red, (255 + 255 * 0.125) / 2, 10);
+}
+
+TEST(OnOffSwitchDrawing, DisabledEveryColourIsTwoThirdsOfTheWayToWhite)
+{
+    const test::Picture on = switchPicture(NSOffState);
+    const test::Picture off = switchPicture(NSOffState, false);
+    for (const int x : { 10, 30, 45 }) {
+        const int before = on.at(x, 10).red;
+        EXPECT_NEAR(off.at(x, 10).red, before + (255 - before) * 2.0 / 3, 2) << x;
+    }
+}
+
+TEST(OnOffSwitchDrawing, AFocusedThumbHasARingUnlessThereShallBeNone)
+{
+    const auto picture = [](bool focused, NSFocusRingType type) {
+        return pictureOf([=] {
+            const Ref<OnOffSwitchControlCell> cell = make<OnOffSwitchControlCell>();
+            cell->setAllowsMixedState(true);
+            cell->setState(NSMixedState);
+            cell->setShowsFirstResponder(focused);
+            cell->setFocusRingType(type);
+            cell->drawWithFrame_inView(kFrame, make<NSView>().get());
+        });
+    };
+    const test::Picture plain = picture(false, NSFocusRingTypeExterior);
+    const test::Picture focused = picture(true, NSFocusRingTypeExterior);
+    EXPECT_GT(test::distance(plain.at(16, 10), focused.at(16, 10)), 20) << "beside the thumb";
+    EXPECT_EQ(plain.at(30, 10), focused.at(30, 10)) << "the ring lies below the thumb";
+    EXPECT_EQ(plain.at(16, 10), picture(true, NSFocusRingTypeNone).at(16, 10));
+}
+
 TEST(OnOffSwitchDrawing, ATintColoursBothSidesOfTheThumb)
 {
     const test::Picture picture = pictureOf([] {

@@ -3,10 +3,7 @@
 
 #include <gtest/gtest.h>
 
-#include <cstring>
-
 #include "appkit/NSControl.h"
-#include "foundation/Pages.h"
 #include "runtime/Runtime.h"
 #include "runtime/Table.h"
 #include "support/Strings.h"
@@ -79,6 +76,18 @@ TEST(OnOffSwitchControlCell, ItsPropertiesAreAtomic)
     EXPECT_EQ(attributes("onOffSwitchControlColors"), "Ti,V_onOffSwitchControlColors");
     EXPECT_EQ(attributes("customOnColor"), "T@\"NSColor\",&,V_customOnColor");
     EXPECT_EQ(attributes("onSwitchLabel"), "T@\"NSString\",C,V_onSwitchLabel");
+}
+
+TEST(OnOffSwitchControlCell, AClickIsAThirdOfASecondWithinSixPoints)
+{
+    const Ref<OnOffSwitchControlCell> cell = makeCell();
+    Ivar* const field = class_getInstanceVariable(OnOffSwitchControlCell::cls(), "stuff");
+    const auto* const limits = *reinterpret_cast<double* const*>(
+        reinterpret_cast<const char*>(cell.get()) + ivar_getOffset(field));
+    ASSERT_NE(limits, nullptr);
+    EXPECT_EQ(limits[0], 1.0 / 3);
+    EXPECT_EQ(limits[1], 6);
+    EXPECT_EQ(limits[2], 6);
 }
 
 TEST(OnOffSwitchControlCell, TheOffThumbIsAtTheLeft)

@@ -11,8 +11,10 @@
 #include "controls/GWOverlayHoverView.h"
 #include "controls/VLImageView.h"
 #include "foundation/NSArray.h"
+#include "support/BundleFolder.h"
 #include "support/HeadlessScreen.h"
 #include "support/LogSink.h"
+#include "support/Pictures.h"
 
 namespace brindle {
 namespace {
@@ -171,6 +173,29 @@ namespace {
         EXPECT_EQ(widgets->autoresizingMask(), 12u);
         EXPECT_EQ(widgets->imageAlpha(), 0.62);
         EXPECT_TRUE(widgets->backgroundColor()->isEqual(NSColor::cls().redColor().get()));
+    }
+
+    TEST(ThemeFrameView, TheWidgetsAreAsLargeAsTheApplicationsImage)
+    {
+        const test::BundleFolder folder;
+        folder.add("minimalWidgets.png", quartz::encodePNG(test::plainPicture(54, 16).get()));
+        const test::MainBundle main(folder);
+        Themed t;
+        t.add();
+        ASSERT_NE(t.widgets(), nullptr);
+        EXPECT_EQ(t.widgets()->frame(), NSMakeRect(8, 422 - 16 - 5, 54, 16));
+    }
+
+    TEST(ThemeFrameView, TheFrameIsWatchedForGood)
+    {
+        WeakRef<GWThemeFrameView> watched;
+        {
+            Themed t;
+            watched = t.view.get();
+            t.add();
+            t.view->removeFromSuperview();
+        }
+        EXPECT_NE(watched.get(), nullptr);
     }
 
     TEST(ThemeFrameView, ThePointerIsFeltFromTheFirstChangeOfTheFrame)
@@ -347,6 +372,16 @@ namespace {
         const NSRect inWindow = t.overlay()->convertRect_toView(frame, nullptr);
         t.screen.pointer().click({ 50 + NSMidX(inWindow), 50 + NSMidY(inWindow) });
         EXPECT_FALSE(t.window->isVisible());
+    }
+
+    TEST(ThemeFrameView, ThePointerTakesTheHighlightOffTheCloseButton)
+    {
+        Themed t(NSBorderlessWindowMask);
+        t.addAndTrack();
+        const auto button = cast<NSButton>(t.overlay()->subviews()->objectAtIndex(0));
+        button->highlight(true);
+        t.view->fadeIn(true);
+        EXPECT_FALSE(button->cell()->isHighlighted());
     }
 
     TEST(ThemeFrameView, InAnotherWindowTheZoneIsTheSame)

@@ -214,6 +214,35 @@ namespace {
         EXPECT_EQ(label->backgroundColor(), NSColor::cls().blackColor());
         EXPECT_EQ(label->superview(), desk.bar->contentView());
     }
+    TEST(MenubarLoad, WritesTheNameInBoldOfSeventeenPoints)
+    {
+        BarDesk desk;
+        desk.make(BRMenubarThemeCustom).load();
+        const auto label = cast<GWLabel>(valueForKey(desk.bar, "appMenuLabel"_ns));
+        EXPECT_TRUE(label->font()->isEqual(
+            NSFont::cls().fontWithName_size("HelveticaNeue-Bold"_ns, 17).get()));
+    }
+    TEST(MenubarLoad, GivesTheViewsTheBarsGround)
+    {
+        BarDesk desk;
+        desk.make(BRMenubarThemeCustom).setBackgroundColor(NSColor::cls().redColor().get());
+        desk.bar->load();
+        EXPECT_EQ(desk.viewsWindow()->backgroundColor(), NSColor::cls().redColor());
+        EXPECT_TRUE(desk.viewsWindow()->isOpaque());
+    }
+    TEST(MenubarLoad, InAnyOtherThemeHasNeitherLogoNorHalfTheWidth)
+    {
+        BarDesk desk;
+        desk.make(static_cast<BRMenubarTheme>(5)).load();
+        EXPECT_TRUE(desk.bar->isOpaque());
+        EXPECT_FALSE(desk.bar->isVisible());
+        EXPECT_TRUE(desk.viewsWindow()->isVisible());
+        EXPECT_EQ(valueForKey(desk.bar, "appleImageView"_ns), nullptr);
+        EXPECT_EQ(cast<NSView>(valueForKey(desk.bar, "appMenuLabel"_ns))->superview(), nullptr);
+        EXPECT_EQ(NSMaxX(desk.viewsWindow()->frame()), 1440);
+        desk.bar->orderFront();
+        EXPECT_TRUE(desk.bar->isVisible());
+    }
     TEST(MenubarLoad, KeepsTheLabelOutOfSightInTheOverlayTheme)
     {
         BarDesk desk;

@@ -10,6 +10,7 @@
 #include "graphics/NSColor+StandardUIColors.h"
 #include "menubar/BRMenuTableRowView.h"
 #include "support/ActionLog.h"
+#include "support/Focused.h"
 #include "support/HeadlessScreen.h"
 #include "support/LogSink.h"
 #include "support/Pixels.h"
@@ -402,6 +403,17 @@ namespace {
         screen.pointer().click(line(3));
         EXPECT_EQ(screen.pixels().at(5, 300 - static_cast<int>(line(3).y)) & 0xFFFFFF,
             rgb(graySourceListSelectColor(NSColor::cls())));
+    }
+
+    TEST_F(MenuTable, InAnyOtherModeTheSelectionHasTheCurrentColour)
+    {
+        const Ref<NSTableRowView> row = table->rowViewAtRow_makeIfNecessary(2, true);
+        table->setMenuHoverMode(static_cast<BRMenuHoverMode>(7));
+        const test::Focused picture(100, 19);
+        NSColor::cls().colorWithCalibratedRed_green_blue_alpha(0, 1, 0, 1)->set();
+        row->drawSelectionInRect(NSMakeRect(0, 0, 5, 5));
+        EXPECT_EQ(picture.at(2, 2), (test::Rgba { 0, 255, 0, 255 }));
+        EXPECT_EQ(picture.at(90, 10), (test::Rgba { 0, 255, 0, 255 })) << "the whole row";
     }
 
     TEST_F(MenuTable, TheSameRowIsAccentedAgainWhenThePointerComesBack)

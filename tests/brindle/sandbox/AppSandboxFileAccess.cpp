@@ -116,6 +116,15 @@ namespace {
         accesses(place("top/other"));
         EXPECT_EQ(asked, 1);
     }
+    TEST_F(Sandbox, TheApplicationComesToTheFrontForThePanel)
+    {
+        HeadlessScreen screen;
+        screen.application().deactivate();
+        bool isActive = false;
+        seen = [&](NSOpenPanel&) { isActive = screen.application().isActive(); };
+        accesses(place("top/other"));
+        EXPECT_TRUE(isActive);
+    }
     TEST_F(Sandbox, ThePanelShowsTheFolderOfTheFile)
     {
         accesses(place("top/in/file"));

@@ -211,6 +211,23 @@ namespace {
         const Ref<NSView> icon = cast<NSView>(panel()->contentView()->subviews()->firstObject());
         EXPECT_LE(NSMaxY(name), NSMinY(icon->frame()));
     }
+    TEST_F(AboutPanel, KeepsTheCreditsStillAndAsLargeAsTheirPlace)
+    {
+        panel();
+        folder.add("Credits.txt", "Everybody");
+        showAbout(application, nullptr);
+        int scrollers = 0;
+        for (NSView* view : each<NSView>(panel()->contentView()->subviews())) {
+            if (!view->isKindOfClass(NSScrollView::cls()))
+                continue;
+            ++scrollers;
+            auto* const scroll = static_cast<NSScrollView*>(view);
+            EXPECT_EQ(scroll->horizontalScrollElasticity(), NSScrollElasticityNone);
+            EXPECT_EQ(scroll->verticalScrollElasticity(), NSScrollElasticityNone);
+            EXPECT_EQ(scroll->documentView()->frame(), scroll->bounds());
+        }
+        EXPECT_EQ(scrollers, 1);
+    }
     TEST_F(AboutPanel, IsRestyledOnce)
     {
         panel();

@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
+#include "appkit/NSRunningApplication.h"
 #include "core/NSBundle+Brindle.h"
 #include "foundation/NSDictionary.h"
 #include "shell/NSApplication+GWAboutPanel.h"
@@ -37,6 +38,10 @@ namespace {
         const test::MainBundle main(folder);
         EXPECT_EQ(textOf(infoDictionary(application)->objectForKey("CFBundleName"_ns)), "Notes");
         EXPECT_EQ(utf8(appName(application)), "Notes");
+    }
+    TEST_F(HostBundle, BelongsToTheRunningApplication)
+    {
+        EXPECT_EQ(thisRunningApp(application), NSRunningApplication::cls().currentApplication());
     }
     TEST_F(HostBundle, IsNilWithoutAnIdentifier)
     {
