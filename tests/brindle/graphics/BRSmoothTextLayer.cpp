@@ -6,7 +6,6 @@
 #include <limits>
 
 #include "appkit/NSFont.h"
-#include "quartz/ContextPrivate.h"
 #include "support/LogSink.h"
 #include "support/Pixels.h"
 
@@ -32,14 +31,6 @@ namespace {
         layer->setBounds({ { 0, 0 }, { 40, 20 } });
         layer->drawInContext(picture);
         EXPECT_EQ(picture.at(20, 10), Rgba {});
-    }
-
-    TEST(SmoothTextLayer, TurnsTheSmoothingOfFontsOn)
-    {
-        const Picture picture(40, 20);
-        CGContextSetShouldSmoothFonts(picture, false);
-        BRSmoothTextLayer::cls().layer()->send<"drawInContext:">(picture.context());
-        EXPECT_TRUE(picture.context()->data().state.smoothFonts);
     }
 
     TEST(SmoothTextLayer, PaintsItsGroundBelowItsText)
