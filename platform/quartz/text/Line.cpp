@@ -28,11 +28,7 @@ namespace {
     }
 
     struct AdvanceSink final : ShapingSink {
-        void addPiece(
-            std::size_t, std::size_t, std::int64_t advance, std::span<const ShapedGlyph>) override
-        {
-            total += advance;
-        }
+        void addPiece(const Piece& piece) override { total += piece.advances.whole; }
 
         std::int64_t total = 0;
     };
@@ -40,24 +36,24 @@ namespace {
     /// Keeps an item's glyphs until the whole item is known: a right-to-left item is laid from its
     /// end.
     struct GlyphSink final : ShapingSink {
-        struct Piece {
+        struct Part {
             std::size_t firstGlyph = 0;
             std::size_t glyphCount = 0;
         };
 
-        void addPiece(std::size_t start, std::size_t, std::int64_t advance,
-            std::span<const ShapedGlyph> pieceGlyphs) override
+        void addPiece(const Piece& piece) override
         {
-            total += advance;
-            pieces.push_back({ glyphs.size(), pieceGlyphs.size() });
-            for (const ShapedGlyph& glyph : pieceGlyphs) {
+            const std::span<const ShapedGlyph> added = piece.glyphs();
+            total += piece.advances.whole;
+            parts.push_back({ glyphs.size(), added.size() });
+            for (const ShapedGlyph& glyph : added) {
                 glyphs.push_back(glyph);
-                glyphs.back().cluster += static_cast<std::uint32_t>(start);
+                glyphs.back().cluster += static_cast<std::uint32_t>(piece.start);
             }
         }
 
         std::vector<ShapedGlyph> glyphs;
-        std::vector<Piece> pieces;
+        std::vector<Part> parts;
         std::int64_t total = 0;
     };
 
@@ -107,9 +103,9 @@ private:
             item.isRightToLeft() };
         std::int64_t pen = 0;
         if (run.rightToLeft)
-            std::ranges::reverse(sink.pieces);
-        for (const GlyphSink::Piece& piece : sink.pieces)
-            addGlyphs(std::span(sink.glyphs).subspan(piece.firstGlyph, piece.glyphCount), run, pen);
+            std::ranges::reverse(sink.parts);
+        for (const GlyphSink::Part& part : sink.parts)
+            addGlyphs(std::span(sink.glyphs).subspan(part.firstGlyph, part.glyphCount), run, pen);
         include(line_.metrics_, item.font);
         line_.metrics_.width += run.width;
         line_.runs_.push_back(run);

@@ -20,6 +20,8 @@ public:
     {
         return bits_.empty() ? isPlainBreak(index) : index < bits_.size() && bits_[index];
     }
+    /// Answers whether a line may begin anywhere but behind spaces.
+    bool hasInnerBreaks() const { return hasInnerBreaks_; }
     /// Answers the first such index behind `from`, or `end` when there is none before it.
     std::size_t next(std::size_t from, std::size_t end) const
     {

@@ -2,11 +2,13 @@
 #include "Shaper.h"
 
 #include "FontFacePrivate.h"
+#include "LetterPairs.h"
 #include "WordCache.h"
 
 #include <algorithm>
 #include <limits>
 #include <mutex>
+#include <unordered_map>
 
 namespace brindle::text {
 
@@ -19,6 +21,13 @@ namespace {
     constexpr std::size_t kLongestSegment = 4096;
 
     struct Segment {
+        std::size_t start = 0;
+        std::size_t wordStart = 0; // behind the spaces
+        std::size_t end = 0;
+    };
+
+    /// A part of a stretch whose words are shaped.
+    struct Window {
         std::size_t start = 0;
         std::size_t end = 0;
     };
@@ -59,8 +68,46 @@ namespace {
             ++end;
         if (end == limit && end < text.size())
             end = cutBefore(text, end, wordStart);
-        return { start, end };
+        return { start, wordStart, end };
     }
+
+    /// A piece whose glyphs lie somewhere.
+    class ShapedPiece final : public ShapingSink::Piece {
+    public:
+        ShapedPiece(
+            const Segment& segment, const Advances& moved, std::span<const ShapedGlyph> glyphs)
+            : Piece({ segment.start, segment.wordStart, segment.end, moved })
+            , glyphs_(glyphs)
+        {
+        }
+        std::span<const ShapedGlyph> glyphs() const override { return glyphs_; }
+
+    private:
+        std::span<const ShapedGlyph> glyphs_;
+    };
+
+    /// A piece of plain letters, which are set when somebody wants to see them.
+    class LetterPiece final : public ShapingSink::Piece {
+    public:
+        LetterPiece(const PieceMeasures& measures, const LetterPairs& pairs,
+            std::u16string_view text, std::vector<ShapedGlyph>& glyphs)
+            : Piece(measures)
+            , pairs_(pairs)
+            , text_(text)
+            , glyphs_(glyphs)
+        {
+        }
+        std::span<const ShapedGlyph> glyphs() const override
+        {
+            pairs_.set(text_.substr(start), end - start, glyphs_);
+            return glyphs_;
+        }
+
+    private:
+        const LetterPairs& pairs_;
+        std::u16string_view text_; // of the stretch
+        std::vector<ShapedGlyph>& glyphs_;
+    };
 
     /// Shapes words, alone or many at once, through one cache.
     class WordShaper {
@@ -74,7 +121,9 @@ namespace {
 
         /// Shapes the words that begin in a window of the text; answers where the next one begins.
         std::size_t shape(
-            std::u16string_view text, Segment window, const ShapingStyle& style, ShapingSink& sink);
+            std::u16string_view text, Window window, const ShapingStyle& style, ShapingSink& sink);
+
+        void forget();
 
         std::mutex mutex;
         WordCache cache;
@@ -97,9 +146,15 @@ namespace {
         void finish(const NewWord& word, std::span<ShapedGlyph> glyphs, std::size_t firstCluster,
             ShapingSink& sink);
         WordKey keyFor(Segment segment) const;
+        void setStyle(const ShapingStyle& style);
+        bool setLetters(std::size_t& at, ShapingSink& sink);
+        std::size_t shapeSegment(std::size_t start, ShapingSink& sink);
 
         std::u16string_view text_;
         ShapingStyle style_;
+        LetterPairs* pairs_ = nullptr; // of the style; none where letters are no plain ones
+        std::unordered_map<const FontFace*, LetterPairs> allPairs_;
+        std::vector<ShapedGlyph> letters_;
         HarfBuzz<hb_buffer_t> buffer_;
         Shaping alone_;
         Shaping batch_;
@@ -199,17 +254,21 @@ namespace {
             text_.substr(segment.start, segment.end - segment.start) };
     }
 
-    /// Remembers a shaped word and hands it on.
+    /// Remembers a shaped word, or only the pairs that it is made of, and hands it on.
     void WordShaper::finish(const NewWord& word, std::span<ShapedGlyph> glyphs,
         std::size_t firstCluster, ShapingSink& sink)
     {
-        std::int64_t advance = 0;
+        const Segment& segment = word.segment;
+        Advances advances;
         for (ShapedGlyph& glyph : glyphs) {
             glyph.cluster -= static_cast<std::uint32_t>(firstCluster);
-            advance += glyph.advance;
+            advances.whole += glyph.advance;
+            if (glyph.cluster < segment.wordStart - segment.start)
+                advances.spaces += glyph.advance;
         }
-        cache.insert(keyFor(word.segment), word.hash, advance, glyphs);
-        sink.addPiece(word.segment.start, word.segment.end, advance, glyphs);
+        if (!pairs_ || !pairs_->learn(text_.substr(segment.start), glyphs))
+            cache.insert(keyFor(segment), word.hash, advances, glyphs);
+        sink.addPiece(ShapedPiece(segment, advances, glyphs));
     }
 
     void WordShaper::shapeAlone(const NewWord& word, ShapingSink& sink)
@@ -254,41 +313,78 @@ namespace {
         missing_.clear();
     }
 
+    void WordShaper::setStyle(const ShapingStyle& style)
+    {
+        if (style_ == style)
+            return;
+        style_ = style;
+        const bool isPlain = style.script == kLatin && !style.rightToLeft;
+        pairs_ = isPlain ? &allPairs_.try_emplace(style.face, *style.face).first->second : nullptr;
+    }
+
+    /// Hands on the word that begins at an index, and moves behind it, where its letters' places are known.
+    bool WordShaper::setLetters(std::size_t& at, ShapingSink& sink)
+    {
+        PieceMeasures measures;
+        if (!pairs_ || !pairs_->measure(text_, at, measures))
+            return false;
+        shapeMissing(sink);
+        ++hits;
+        sink.addPiece(LetterPiece(measures, *pairs_, text_, letters_));
+        at = measures.end;
+        return true;
+    }
+
+    /// Hands on the word that begins at an index, or puts it with the missing ones; answers its end.
+    std::size_t WordShaper::shapeSegment(std::size_t start, ShapingSink& sink)
+    {
+        const Segment segment = segmentAt(text_, start);
+        if (segment.end - segment.start > WordCache::kLongestWord) {
+            shapeMissing(sink);
+            shapeAlone({ segment, 0 }, sink);
+            return segment.end;
+        }
+        const WordKey key = keyFor(segment);
+        const std::uint64_t hash = WordCache::hashOf(key);
+        const CachedWord* word = cache.find(key, hash);
+        if (word && !missing_.empty()) {
+            // What is remembered now may be forgotten by what comes in.
+            shapeMissing(sink);
+            word = cache.find(key, hash);
+        }
+        if (word) {
+            ++hits;
+            sink.addPiece(ShapedPiece(segment, word->advances, word->glyphs));
+            return segment.end;
+        }
+        ++misses;
+        missing_.push_back({ segment, hash });
+        if (segment.end - missing_.front().segment.start >= kBatchUnits)
+            shapeMissing(sink);
+        return segment.end;
+    }
+
     std::size_t WordShaper::shape(
-        std::u16string_view text, Segment window, const ShapingStyle& style, ShapingSink& sink)
+        std::u16string_view text, Window window, const ShapingStyle& style, ShapingSink& sink)
     {
         text_ = text;
-        style_ = style;
+        setStyle(style);
         missing_.clear();
         std::size_t at = window.start;
         while (at < window.end) {
-            const Segment segment = segmentAt(text, at);
-            at = segment.end;
-            if (segment.end - segment.start > WordCache::kLongestWord) {
-                shapeMissing(sink);
-                shapeAlone({ segment, 0 }, sink);
-                continue;
-            }
-            const WordKey key = keyFor(segment);
-            const std::uint64_t hash = WordCache::hashOf(key);
-            const CachedWord* word = cache.find(key, hash);
-            if (word && !missing_.empty()) {
-                // What is remembered now may be forgotten by what comes in.
-                shapeMissing(sink);
-                word = cache.find(key, hash);
-            }
-            if (word) {
-                ++hits;
-                sink.addPiece(segment.start, segment.end, word->advance, word->glyphs);
-                continue;
-            }
-            ++misses;
-            missing_.push_back({ segment, hash });
-            if (segment.end - missing_.front().segment.start >= kBatchUnits)
-                shapeMissing(sink);
+            if (!setLetters(at, sink))
+                at = shapeSegment(at, sink);
         }
         shapeMissing(sink);
         return at;
+    }
+
+    void WordShaper::forget()
+    {
+        cache.clear();
+        allPairs_.clear();
+        style_ = {};
+        pairs_ = nullptr;
     }
 
 }
@@ -319,7 +415,7 @@ void clearWordCache()
 {
     WordShaper& shaper = WordShaper::shared();
     const std::lock_guard lock(shaper.mutex);
-    shaper.cache.clear();
+    shaper.forget();
 }
 
 }

@@ -27,21 +27,44 @@ struct ShapingStyle {
     friend bool operator==(const ShapingStyle&, const ShapingStyle&) = default;
 };
 
+/// How far the pen moves over a piece, in the face's units.
+struct Advances {
+    std::int64_t spaces = 0; // before the word
+    std::int64_t whole = 0;
+};
+
+/// A word with the spaces before it: what is shaped at once. Places count from the start of the stretch.
+struct PieceMeasures {
+    std::size_t start = 0;
+    std::size_t wordStart = 0; // behind the spaces
+    std::size_t end = 0;
+    Advances advances;
+};
+
 /// Takes the pieces of a shaped stretch, in the text's order.
 class ShapingSink {
 public:
-    /// - start, end: units from the start of the stretch.
-    /// - advance: the piece's width in the face's units.
-    /// - glyphs: in visual order, lent for this call.
-    virtual void addPiece(std::size_t start, std::size_t end, std::int64_t advance,
-        std::span<const ShapedGlyph> glyphs)
-        = 0;
+    /// A piece and its glyphs, for those who want to see them.
+    class Piece : public PieceMeasures {
+    public:
+        explicit Piece(const PieceMeasures& measures)
+            : PieceMeasures(measures)
+        {
+        }
+        /// Answers the glyphs in visual order, lent for this call; their clusters count from the piece's start.
+        virtual std::span<const ShapedGlyph> glyphs() const = 0;
+
+    protected:
+        ~Piece() = default;
+    };
+
+    virtual void addPiece(const Piece& piece) = 0;
 
 protected:
     ~ShapingSink() = default;
 };
 
-/// Shapes a stretch of one style word by word, and remembers the words.
+/// Shapes a stretch of one style word by word, and remembers the words, or what they are made of.
 ///
 /// The answer is always that of each word (with the spaces before it) shaped by itself in front of
 /// a space, so it does not depend on what was seen before.

@@ -36,27 +36,27 @@ namespace {
     /// Turns shaped words into parts.
     class PartSink final : public ShapingSink {
     public:
-        PartSink(std::u16string_view text, const LineBreaks& breaks)
-            : text_(text)
-            , breaks_(breaks)
+        explicit PartSink(const LineBreaks& breaks)
+            : breaks_(breaks)
         {
         }
 
-        void addPiece(std::size_t start, std::size_t end, std::int64_t advance,
-            std::span<const ShapedGlyph> glyphs) override
+        void addPiece(const Piece& piece) override
         {
-            const std::size_t first = offset + start;
-            const std::size_t wordEnd = offset + end;
-            std::size_t wordStart = first;
-            while (wordStart < wordEnd && text_[wordStart] == u' ')
-                ++wordStart;
-            rest_ = advance;
-            end_ = wordEnd;
-            const bool isWide = everywhere || static_cast<double>(advance) * scale > room;
-            if (rightToLeft)
-                divide(first, wordStart, wordEnd, isWide, glyphs.rbegin(), glyphs.rend());
-            else
-                divide(first, wordStart, wordEnd, isWide, glyphs.begin(), glyphs.end());
+            const double width = static_cast<double>(piece.advances.whole) * scale;
+            const bool isWide = everywhere || width > room;
+            if (isWide || kern != 0 || breaks_.hasInnerBreaks())
+                return addDivided(piece, isWide);
+            const std::size_t wordStart = offset + piece.wordStart;
+            if (piece.wordStart > piece.start) {
+                const double spaces = static_cast<double>(piece.advances.spaces) * scale;
+                add({ wordStart, spaces, heights, Part::space, breaks_.isAllowedAt(wordStart) });
+            }
+            if (piece.end > piece.wordStart) {
+                const std::int64_t word = piece.advances.whole - piece.advances.spaces;
+                add({ offset + piece.end, static_cast<double>(word) * scale, heights, Part::word,
+                    false });
+            }
         }
 
         void add(const Part& part)
@@ -78,6 +78,20 @@ namespace {
         std::uint32_t heights = 0;
 
     private:
+        /// Adds a piece whose glyphs count: it may be broken inside, or has more than their room.
+        void addDivided(const Piece& piece, bool isWide)
+        {
+            const std::size_t first = offset + piece.start;
+            const std::size_t wordStart = offset + piece.wordStart;
+            rest_ = piece.advances.whole;
+            end_ = offset + piece.end;
+            const std::span<const ShapedGlyph> glyphs = piece.glyphs();
+            if (rightToLeft)
+                divide(first, wordStart, end_, isWide, glyphs.rbegin(), glyphs.rend());
+            else
+                divide(first, wordStart, end_, isWide, glyphs.begin(), glyphs.end());
+        }
+
         /// Adds what stands before an index, with its glyphs in the text's order.
         template <class Iterator>
         void take(
@@ -123,7 +137,6 @@ namespace {
             }
         }
 
-        std::u16string_view text_;
         const LineBreaks& breaks_;
         std::int64_t rest_ = 0; // of the piece
         std::size_t end_ = 0; // of the piece
@@ -147,7 +160,7 @@ namespace {
             , runs_(runs)
             , rules_(rules)
             , breaks_(rules.wrapping == Wrapping::words ? text : std::u16string_view())
-            , sink_(text, breaks_)
+            , sink_(breaks_)
             , heights_(std::move(scratch.heights))
             , fonts_(std::move(scratch.fonts))
             , items_(std::move(scratch.items))

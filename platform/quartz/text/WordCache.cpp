@@ -92,7 +92,7 @@ std::size_t WordCache::Generation::allocate(std::size_t bytes)
     return std::exchange(used, used + bytes);
 }
 
-void WordCache::Generation::insert(std::uint64_t hash, const WordKey& key, std::int64_t advance,
+void WordCache::Generation::insert(std::uint64_t hash, const WordKey& key, const Advances& advances,
     std::span<const ShapedGlyph> glyphs)
 {
     if (slots.empty())
@@ -102,7 +102,7 @@ void WordCache::Generation::insert(std::uint64_t hash, const WordKey& key, std::
         return;
     const std::size_t start = allocate(bytesFor(key, glyphs.size()));
     std::byte* place = at(start);
-    auto* word = new (place) CachedWord { key, advance, {} };
+    auto* word = new (place) CachedWord { key, advances, {} };
     place += roundedUp(sizeof(CachedWord));
     auto* keptGlyphs = reinterpret_cast<ShapedGlyph*>(place);
     std::uninitialized_copy(glyphs.begin(), glyphs.end(), keptGlyphs);
@@ -130,11 +130,11 @@ const CachedWord* WordCache::find(const WordKey& key, std::uint64_t hash)
         return nullptr;
     // When the young generation is full, this word would be dropped by the change it causes.
     if (young_.hasRoomFor(bytesFor(key, word->glyphs.size())))
-        young_.insert(hash, word->key, word->advance, word->glyphs);
+        young_.insert(hash, word->key, word->advances, word->glyphs);
     return word;
 }
 
-void WordCache::insert(const WordKey& key, std::uint64_t hash, std::int64_t advance,
+void WordCache::insert(const WordKey& key, std::uint64_t hash, const Advances& advances,
     std::span<const ShapedGlyph> glyphs)
 {
     if (key.text.size() > kLongestWord || glyphs.size() > kMostGlyphs)
@@ -143,7 +143,7 @@ void WordCache::insert(const WordKey& key, std::uint64_t hash, std::int64_t adva
         std::swap(old_, young_);
         young_.forget();
     }
-    young_.insert(hash, key, advance, glyphs);
+    young_.insert(hash, key, advances, glyphs);
 }
 
 void WordCache::clear()

@@ -30,7 +30,7 @@ struct WordKey {
 /// A remembered word. Its text and glyphs lie in the cache's memory.
 struct CachedWord {
     WordKey key;
-    std::int64_t advance = 0;
+    Advances advances;
     std::span<const ShapedGlyph> glyphs;
 };
 
@@ -49,7 +49,7 @@ public:
     /// - hash: the key's `hashOf`.
     const CachedWord* find(const WordKey& key, std::uint64_t hash);
 
-    void insert(const WordKey& key, std::uint64_t hash, std::int64_t advance,
+    void insert(const WordKey& key, std::uint64_t hash, const Advances& advances,
         std::span<const ShapedGlyph> glyphs);
 
     static std::uint64_t hashOf(const WordKey& key);
@@ -82,7 +82,7 @@ private:
         }
         bool hasRoomFor(std::size_t bytes) const;
         std::size_t allocate(std::size_t bytes);
-        void insert(std::uint64_t hash, const WordKey& key, std::int64_t advance,
+        void insert(std::uint64_t hash, const WordKey& key, const Advances& advances,
             std::span<const ShapedGlyph> glyphs);
         void forget();
     };

@@ -17,7 +17,7 @@ namespace {
     void insert(WordCache& cache, const WordKey& word, std::int64_t advance,
         std::span<const ShapedGlyph> glyphs)
     {
-        cache.insert(word, WordCache::hashOf(word), advance, glyphs);
+        cache.insert(word, WordCache::hashOf(word), { 0, advance }, glyphs);
     }
 
     const CachedWord* find(WordCache& cache, const WordKey& word)
@@ -42,7 +42,7 @@ TEST(TextWordCache, AnswersWhatWasPutIn)
     insert(cache, key(u"ab"), 150, glyphs);
     const CachedWord* word = find(cache, key(u"ab"));
     ASSERT_NE(word, nullptr);
-    EXPECT_EQ(word->advance, 150);
+    EXPECT_EQ(word->advances.whole, 150);
     ASSERT_EQ(word->glyphs.size(), 2u);
     EXPECT_EQ(word->glyphs[1].glyph, 8u);
 }
@@ -62,8 +62,8 @@ TEST(TextWordCache, TellsStylesAndSurroundingsApart)
     WordCache cache;
     insert(cache, key(u"A"), 1, {});
     insert(cache, key(u"A", true), 2, {});
-    EXPECT_EQ(find(cache, key(u"A"))->advance, 1);
-    EXPECT_EQ(find(cache, key(u"A", true))->advance, 2);
+    EXPECT_EQ(find(cache, key(u"A"))->advances.whole, 1);
+    EXPECT_EQ(find(cache, key(u"A", true))->advances.whole, 2);
     EXPECT_EQ(find(cache, { { nullptr, kLatin, true }, false, u"A" }), nullptr);
     EXPECT_EQ(find(cache, { { nullptr, 0x41726162, false }, false, u"A" }), nullptr);
 }
@@ -111,7 +111,7 @@ TEST(TextWordCache, WordsInUseSurvive)
         insert(cache, key(numbered(i)), 1, {});
         ASSERT_NE(find(cache, key(u"often")), nullptr);
     }
-    EXPECT_EQ(find(cache, key(u"often"))->advance, 42);
+    EXPECT_EQ(find(cache, key(u"often"))->advances.whole, 42);
 }
 
 TEST(TextWordCache, ClearingForgetsEverything)

@@ -1,0 +1,64 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <limits>
+#include <memory>
+#include <span>
+#include <string_view>
+#include <vector>
+
+#include "LetterRules.h"
+#include "Shaper.h"
+
+namespace brindle::text {
+
+/// How a face sets plain letters (ASCII) one behind the other, from left to right.
+///
+/// Most faces do no more to such letters than to kern them by pairs. What shaping made of words is taken down pair by
+/// pair; words whose pairs are all known are then set without shaping, and come out as shaping would set them. Letters
+/// that a face has other rules for, such as ligatures, are left to it. Thread: one at a time.
+class LetterPairs {
+public:
+    explicit LetterPairs(const FontFace& face);
+
+    /// Measures the spaces and the word that begin at an index.
+    /// - Returns: false where shaping must be asked.
+    bool measure(std::u16string_view text, std::size_t start, PieceMeasures& measures) const;
+
+    /// Sets a piece that was measured.
+    /// - text: that of the piece, and what follows it.
+    void set(std::u16string_view text, std::size_t length, std::vector<ShapedGlyph>& glyphs) const;
+
+    /// Takes down the pairs of a piece that was shaped.
+    /// - text: as above. - glyphs: of the piece alone.
+    /// - Returns: whether all of them are known now.
+    bool learn(std::u16string_view text, std::span<const ShapedGlyph> glyphs);
+
+private:
+    struct Kerning {
+        static constexpr std::int16_t kUnknown = std::numeric_limits<std::int16_t>::min();
+        std::int16_t own = kUnknown; // added to the first letter
+        std::int16_t next = 0; // moves the second letter and is added to it
+    };
+    using Row = std::array<Kerning, kPlainLetters>;
+
+    static std::size_t letterAt(std::u16string_view text, std::size_t index)
+    {
+        return static_cast<std::size_t>(text[index]) - u' ';
+    }
+    bool isFree(std::size_t letter) const;
+    /// Answers whether shaping leaves two letters as they are but for kerning.
+    bool isPlainPair(std::size_t first, std::size_t second) const;
+    bool learnPair(
+        std::size_t first, std::size_t second, const ShapedGlyph& glyph, std::int32_t moved);
+
+    std::array<GlyphId, kPlainLetters> glyphs_ {};
+    std::array<std::int32_t, kPlainLetters> advances_ {};
+    LetterRules rules_;
+    std::array<const Row*, kPlainLetters> known_ {}; // by first letter; never null
+    std::array<std::unique_ptr<Row>, kPlainLetters> rows_; // those with something in them
+};
+
+}
