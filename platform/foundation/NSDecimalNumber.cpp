@@ -163,30 +163,18 @@ template <> struct NSDecimalNumber::Methods<struct Decimals> {
 
     using Operation = Result (*)(const Decimal&, const Decimal&, Fitting);
 
-    template <Operation kOperation> static SEL selectorOf()
-    {
-        if constexpr (kOperation == Operation { decimals::add })
-            return selector<"decimalNumberByAdding:">;
-        else if constexpr (kOperation == Operation { decimals::subtract })
-            return selector<"decimalNumberBySubtracting:">;
-        else if constexpr (kOperation == Operation { decimals::multiply })
-            return selector<"decimalNumberByMultiplyingBy:">;
-        else
-            return selector<"decimalNumberByDividingBy:">;
-    }
-    template <Operation kOperation>
+    template <Operation kOperation, Text kName>
     static Ref<NSDecimalNumber> with(NSDecimalNumber& self, NSDecimalNumber* other, NSObject* given)
     {
-        const SEL operation = selectorOf<kOperation>();
-        strings::checkArgument(self, sel_getName(operation), other);
+        strings::checkArgument(self, kName.characters, other);
         const Behavior behavior(given);
-        return answer(self, operation, kOperation(valueOf(self), valueOf(*other), behavior.fitting),
-            behavior, other);
+        return answer(self, selector<kName>,
+            kOperation(valueOf(self), valueOf(*other), behavior.fitting), behavior, other);
     }
-    template <Operation kOperation>
+    template <Operation kOperation, Text kName>
     static Ref<NSDecimalNumber> by(NSDecimalNumber& self, NSDecimalNumber* other)
     {
-        return with<kOperation>(self, other, nullptr);
+        return with<kOperation, kName>(self, other, nullptr);
     }
     static Ref<NSDecimalNumber> raisedWith(NSDecimalNumber& self, NSUInteger power, NSObject* given)
     {
@@ -283,14 +271,21 @@ template <> struct NSDecimalNumber::Methods<struct Decimals> {
             { "initWithString:", imp<initWithString> },
             { "initWithString:locale:", imp<initWithStringIn> },
             { "initWithMantissa:exponent:isNegative:", imp<initWithMantissa> },
-            { "decimalNumberByAdding:", imp<by<decimals::add>> },
-            { "decimalNumberByAdding:withBehavior:", imp<with<decimals::add>> },
-            { "decimalNumberBySubtracting:", imp<by<decimals::subtract>> },
-            { "decimalNumberBySubtracting:withBehavior:", imp<with<decimals::subtract>> },
-            { "decimalNumberByMultiplyingBy:", imp<by<decimals::multiply>> },
-            { "decimalNumberByMultiplyingBy:withBehavior:", imp<with<decimals::multiply>> },
-            { "decimalNumberByDividingBy:", imp<by<decimals::divide>> },
-            { "decimalNumberByDividingBy:withBehavior:", imp<with<decimals::divide>> },
+            { "decimalNumberByAdding:", imp<by<decimals::add, "decimalNumberByAdding:">> },
+            { "decimalNumberByAdding:withBehavior:",
+                imp<with<decimals::add, "decimalNumberByAdding:">> },
+            { "decimalNumberBySubtracting:",
+                imp<by<decimals::subtract, "decimalNumberBySubtracting:">> },
+            { "decimalNumberBySubtracting:withBehavior:",
+                imp<with<decimals::subtract, "decimalNumberBySubtracting:">> },
+            { "decimalNumberByMultiplyingBy:",
+                imp<by<decimals::multiply, "decimalNumberByMultiplyingBy:">> },
+            { "decimalNumberByMultiplyingBy:withBehavior:",
+                imp<with<decimals::multiply, "decimalNumberByMultiplyingBy:">> },
+            { "decimalNumberByDividingBy:",
+                imp<by<decimals::divide, "decimalNumberByDividingBy:">> },
+            { "decimalNumberByDividingBy:withBehavior:",
+                imp<with<decimals::divide, "decimalNumberByDividingBy:">> },
             { "decimalNumberByRaisingToPower:", imp<raised> },
             { "decimalNumberByRaisingToPower:withBehavior:", imp<raisedWith> },
             { "decimalNumberByMultiplyingByPowerOf10:", imp<shifted> },
