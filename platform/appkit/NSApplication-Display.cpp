@@ -61,6 +61,9 @@ namespace {
         app.observer = NSRunLoopObserver::cls().observerWithOrder_handler(kDrawingOrder, [] {
             ApplicationAccess::pump();
             ApplicationAccess::draw();
+            // Drawing talks to the server, and what that reads along does not wake a loop that sleeps.
+            if (ApplicationAccess::pump())
+                NSRunLoop::cls().mainRunLoop()->wakeUp();
         });
         loop->addObserver_forMode(app.observer.get(), NSRunLoopCommonModes);
     }
@@ -270,14 +273,17 @@ display::Display& ApplicationAccess::display()
     return *app.display;
 }
 
-void ApplicationAccess::pump()
+bool ApplicationAccess::pump()
 {
     ApplicationState& app = state();
     display::Event event;
+    bool any = false;
     while (app.display && app.display->pollEvent(event)) {
         take(event);
         event = {};
+        any = true;
     }
+    return any;
 }
 
 namespace {

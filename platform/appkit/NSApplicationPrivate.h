@@ -66,7 +66,6 @@ struct ApplicationState {
     bool running = false;
     bool launched = false;
     bool stopping = false;
-    bool pumping = false;
     std::vector<NSWindow*> hiddenWindows; // by `hide:`, front to back
     std::vector<std::unique_ptr<ModalSession>> modal;
 };
@@ -79,7 +78,8 @@ struct ApplicationAccess {
     static display::Display& display();
     static display::Display* displayOrNull() { return state().display.get(); }
     /// Reads what the display has to say: native changes are followed at once, the rest becomes events.
-    static void pump();
+    /// - Returns: whether there was anything.
+    static bool pump();
     /// Tells windows and everybody else that the screens are different.
     static void screensChanged();
     /// Draws what needs it and hands it to the display.

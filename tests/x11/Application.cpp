@@ -2,9 +2,11 @@
 #include "appkit/NSApplication.h"
 
 #include <cstdlib>
+#include <functional>
 #include <string_view>
 
 #include "XDriver.h"
+#include "appkit/NSEvent.h"
 #include "appkit/NSScreen.h"
 #include "appkit/NSView.h"
 #include "appkit/NSWindow.h"
@@ -14,8 +16,33 @@
 #include "foundation/NSNotificationCenter.h"
 #include "foundation/NSRunLoop.h"
 #include "foundation/NSTimer.h"
+#include "runtime/Table.h"
 
 namespace brindle {
+
+/// Does something else while it draws.
+class BusyView : public NSView {
+    BRINDLE_OBJECT(BusyView, NSView)
+
+public:
+    std::function<void()> work_;
+    int presses_ = 0;
+};
+
+template <> struct BusyView::Methods<struct Drawing> {
+    static void drawRect(BusyView& self, NSRect)
+    {
+        if (self.work_)
+            std::exchange(self.work_, nullptr)();
+    }
+    static void mouseDown(BusyView& self, NSEvent*) { ++self.presses_; }
+    static void table(Builder& t)
+    {
+        t.methods({ { "drawRect:", imp<drawRect> }, { "mouseDown:", imp<mouseDown> } });
+    }
+};
+BRINDLE_RECORD(BusyView, Drawing)
+
 namespace {
 
     using display::environmentOf;
@@ -164,6 +191,46 @@ namespace {
         const NSUInteger before = loop->wakeCount();
         runFor(5);
         EXPECT_LE(loop->wakeCount() - before, 1u) << "the one that ends the five seconds";
+        window->close();
+        installDisplay(nullptr);
+    }
+
+    TEST(ApplicationOnX, TakesAClickThatComesWhileAViewDraws)
+    {
+        display::XServerProcess server;
+        display::XDriver driver(server.name().c_str());
+        useServer(server);
+        const Ref<NSApplication> application = NSApplication::cls().sharedApplication();
+        const Ref<NSWindow> window = openWindow();
+        runFor(0.3);
+        application->processEvents();
+        const Ref<BusyView> view = make<BusyView>();
+        window->setContentView(view.get());
+        window->display();
+        const NSRect frame = window->frame();
+        view->work_ = [&] {
+            driver.click(static_cast<int>(NSMidX(frame)), static_cast<int>(480 - NSMidY(frame)));
+            NSEvent::cls().mouseLocation(); // waits for an answer, and the click comes before that
+        };
+        // As the last thing before the loop sleeps.
+        const Ref<NSRunLoop> loop = NSRunLoop::cls().mainRunLoop();
+        const Ref<NSRunLoopObserver> mark
+            = NSRunLoopObserver::cls().observerWithOrder_handler(0, [&] {
+                  if (view->work_)
+                      view->setNeedsDisplay(true);
+              });
+        loop->addObserver_forMode(mark.get(), NSDefaultRunLoopMode);
+        const Ref<NSTimer> patience = NSTimer::cls().scheduledTimerWithTimeInterval_repeats_block(
+            5, false, [](NSTimer*) {});
+        while (!view->presses_ && patience->isValid()) {
+            const Ref<NSEvent> event = application->nextEventMatchingMask_untilDate_inMode_dequeue(
+                NSAnyEventMask, patience->fireDate().get(), NSDefaultRunLoopMode.get(), true);
+            application->sendEvent(event.get());
+        }
+        EXPECT_EQ(view->presses_, 1);
+        EXPECT_TRUE(patience->isValid()) << "long before anything else wakes it";
+        patience->invalidate();
+        mark->invalidate();
         window->close();
         installDisplay(nullptr);
     }

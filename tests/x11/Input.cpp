@@ -1,4 +1,9 @@
 // SPDX-License-Identifier: Apache-2.0
+#include <array>
+#include <atomic>
+#include <chrono>
+#include <thread>
+
 #include "XDriver.h"
 #include "support/DisplayLog.h"
 
@@ -225,6 +230,33 @@ namespace {
         driver.tap(kKeyShift);
         for (const Event& event : settle())
             EXPECT_NE(event.kind, Event::Kind::keyDown);
+    }
+
+    // At each change the display asks the server about the desktop, and the movement may come with an answer.
+    TEST_F(X11Input, LosesNoMovementWhileTheDesktopChanges)
+    {
+        constexpr int kRounds = 300;
+        surface = shown({ .frame = kFrame });
+        driver.movePointer(110, 580);
+        ASSERT_TRUE(waitFor(Event::Kind::pointerEntered, surface.get()));
+        settle();
+        std::atomic<int> seen = 0;
+        const std::jthread desktop([&](const std::stop_token& stop) {
+            const std::array<std::uint32_t, 1> first { 0 };
+            for (int round = 1; round <= kRounds && !stop.stop_requested(); ++round) {
+                driver.setProperty(driver.root(), "_NET_CURRENT_DESKTOP", "CARDINAL", first);
+                const auto now = std::chrono::steady_clock::now;
+                const auto later = now() + std::chrono::microseconds(round);
+                while (now() < later) { }
+                driver.movePointer(110 + round % 2, 580);
+                while (seen < round && !stop.stop_requested())
+                    std::this_thread::yield();
+            }
+        });
+        for (int round = 1; round <= kRounds; ++round) {
+            EXPECT_TRUE(waitFor(Event::Kind::pointerMoved, surface.get()));
+            seen = round;
+        }
     }
 
     TEST_F(X11Input, GivesKeysWithoutACharacterOneOfTheirOwn)

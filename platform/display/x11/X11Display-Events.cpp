@@ -46,40 +46,60 @@ Reply<xcb_generic_event_t> X11Display::nextEvent()
     return owned(xcb_poll_for_event(connection_->raw()));
 }
 
-bool X11Display::pollEvent(Event& event)
+void X11Display::takeEvents()
 {
     while (events_.empty()) {
         const auto next = nextEvent();
         if (!next)
-            break;
+            return;
         handle(*next);
     }
     // Of many movements that wait already only the last one counts.
     while (events_.size() == 1 && isMovement(events_.front())) {
-        if (!lookedAt_)
-            lookedAt_ = owned(xcb_poll_for_queued_event(connection_->raw()));
-        if (!lookedAt_ || kindOf(*lookedAt_) != XCB_GE_GENERIC)
+        if (!lookAtQueued() || kindOf(*lookedAt_) != XCB_GE_GENERIC)
             break;
         handle(*nextEvent());
         if (events_.size() == 2 && isMovement(events_.back())
             && events_.front().surface == events_.back().surface)
             events_.pop_front();
     }
-    if (events_.empty() && screensDirty_)
+}
+
+bool X11Display::lookAtQueued()
+{
+    if (!lookedAt_)
+        lookedAt_ = owned(xcb_poll_for_queued_event(connection_->raw()));
+    return lookedAt_ != nullptr;
+}
+
+bool X11Display::settle()
+{
+    if (screensDirty_)
         refreshScreens();
-    if (events_.empty() && screenEdgeDirty_)
+    else if (screenEdgeDirty_)
         settleScreenEdge();
+    else {
+        // Whoever waits next must not wait for an answer to a request that was never sent.
+        flush();
+        return lookAtQueued();
+    }
+    return true;
+}
+
+bool X11Display::pollEvent(Event& event)
+{
+    // Waiting for answers and sending requests read events too, and nobody is woken for those once they lie in the queue.
+    do {
+        takeEvents();
+    } while (events_.empty() && settle());
     if (events_.empty() && !toldEnd_ && connection_->isBroken()) {
         toldEnd_ = true;
         Event& last = events_.emplace_back();
         last.kind = Event::Kind::disconnected;
         last.time = now();
     }
-    if (events_.empty()) {
-        // Whoever waits next must not wait for an answer to a request that was never sent.
-        flush();
+    if (events_.empty())
         return false;
-    }
     event = std::move(events_.front());
     events_.pop_front();
     return true;

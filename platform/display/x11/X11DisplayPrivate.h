@@ -89,6 +89,13 @@ public:
     void levelChanged(X11Surface& surface);
 
 private:
+    /// Reads events of the server until there is one for the program, or none are left.
+    void takeEvents();
+    /// Takes a step that has to be done before anybody waits.
+    /// - Returns: whether there may be more to do.
+    bool settle();
+    /// Answers whether an event has been read from the server and not been handled.
+    bool lookAtQueued();
     void handle(const xcb_generic_event_t& event);
     void handleWindowEvent(const xcb_generic_event_t& event);
     void handleKey(const xcb_key_press_event_t& event, bool isDown);
