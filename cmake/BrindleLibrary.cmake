@@ -33,6 +33,13 @@ check_linker_flag(CXX "LINKER:-z,pack-relative-relocs" brindle_packs_addresses)
 if(brindle_packs_addresses)
     target_link_options(brindle PRIVATE "LINKER:-z,pack-relative-relocs")
 endif()
+# What a start runs lies side by side, where the linker can do that; tools/start-order writes the list.
+set(brindle_start "${PROJECT_SOURCE_DIR}/cmake/start.ld")
+check_linker_flag(CXX "LINKER:-T,${brindle_start}" brindle_orders_code)
+if(brindle_orders_code)
+    target_link_options(brindle PRIVATE "LINKER:-T,${brindle_start}")
+    set_property(TARGET brindle APPEND PROPERTY LINK_DEPENDS "${brindle_start}")
+endif()
 if(NOT (BRINDLE_SANITIZE AND CMAKE_CXX_COMPILER_ID MATCHES Clang))
     # clang leaves the sanitizers' own symbols to the executable.
     target_link_options(brindle PRIVATE "LINKER:--no-undefined")
