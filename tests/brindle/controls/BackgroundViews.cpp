@@ -215,6 +215,19 @@ namespace {
         EXPECT_NEAR(static_cast<int>(seen & 0xFF), 0x80, 1);
     }
 
+    TEST(VLImageView, ItsAlphaAndThatOfTheViewMultiply)
+    {
+        HeadlessScreen screen { 100, 100 };
+        screen.window().setBackgroundColor(NSColor::cls().whiteColor().get());
+        const auto view = screen.add<VLImageView>(NSMakeRect(0, 0, 100, 100));
+        view->setDrawsBackground(false);
+        view->setImage(redImage({ 20, 20 }).get());
+        view->setImageAlpha(0.5);
+        view->setAlphaValue(0.5);
+        const std::uint32_t seen = screen.pixels().at(50, 50);
+        EXPECT_NEAR(static_cast<int>(seen & 0xFF), 0xFF * 3 / 4, 1);
+    }
+
 }
 
 }

@@ -3,6 +3,7 @@
 
 #include "appkit/NSColor.h"
 #include "controls/BRBorderedView.h"
+#include "core/NSObject+Inheritance.h"
 #include "runtime/Runtime.h"
 #include "support/HeadlessScreen.h"
 #include "support/LogSink.h"
@@ -68,6 +69,13 @@ namespace {
         EXPECT_EQ(QuietView::changes, 0);
         make<QuietView>()->setFrameSize({ 5, 6 });
         EXPECT_EQ(QuietView::changes, 1);
+    }
+
+    TEST(GWView, NoViewAboveItAnswersTheMessage)
+    {
+        EXPECT_FALSE(NSView::cls().instancesRespondToSelector(selector<"frameDidChange">));
+        EXPECT_EQ(baseClassForSelector(BRBorderedView::cls(), selector<"frameDidChange">),
+            static_cast<Class*>(GWView::cls()));
     }
 
     /// A view of 100 by 50 that keeps a child.

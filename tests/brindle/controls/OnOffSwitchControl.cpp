@@ -268,6 +268,23 @@ TEST_F(OnOffSwitch, ARestAfterTheLastMovementMakesADragOfAShortWay)
     EXPECT_EQ(control->state(), NSOnState);
 }
 
+TEST_F(OnOffSwitch, LetGoBeforeItWasEverDrawnItGoesTowardsOn)
+{
+    // Where the thumb was is not a number then, which is nearer to neither end.
+    const auto letGo = [this] {
+        const Ref<OnOffSwitchControlCell> fresh = make<OnOffSwitchControlCell>();
+        fresh->setAllowsMixedState(control->allowsMixedState());
+        fresh->startTrackingAt_inView({ 10, 10 }, control.get());
+        screen.advance(1);
+        fresh->stopTracking_at_inView_mouseIsUp({ 10, 10 }, { 10, 10 }, control.get(), true);
+        fresh->setNextState();
+        return fresh->state();
+    };
+    EXPECT_EQ(letGo(), NSOnState);
+    control->setAllowsMixedState(true);
+    EXPECT_EQ(letGo(), NSMixedState);
+}
+
 TEST_F(OnOffSwitch, AnArchiveKeepsTheStateAndTheKindOfCell)
 {
     allowMixed(NSMixedState);

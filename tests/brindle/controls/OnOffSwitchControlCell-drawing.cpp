@@ -5,6 +5,7 @@
 #include "appkit/NSView.h"
 #include "controls/OnOffSwitchControl.h"
 #include "controls/OnOffSwitchControlCell.h"
+#include "support/Focused.h"
 #include "support/HeadlessScreen.h"
 #include "support/Pixels.h"
 #include "support/Variables.h"
@@ -120,6 +121,16 @@ TEST(OnOffSwitchDrawing, DisabledEveryColourIsTwoThirdsOfTheWayToWhite)
         const int before = on.at(x, 10).red;
         EXPECT_NEAR(off.at(x, 10).red, before + (255 - before) * 2.0 / 3, 2) << x;
     }
+}
+
+TEST(OnOffSwitchDrawing, TheWashCoversTheWholeFrame)
+{
+    const test::Focused picture(62, 22);
+    const Ref<OnOffSwitchControlCell> cell = make<OnOffSwitchControlCell>();
+    cell->setEnabled(false);
+    cell->drawWithFrame_inView(NSMakeRect(1, 1, 60, 20), make<NSView>().get());
+    EXPECT_PRED_FORMAT3(test::isNear, picture.at(1, 1), (test::Rgba { 170, 170, 170, 170 }), 4);
+    EXPECT_EQ(picture.at(0, 0).alpha, 0);
 }
 
 TEST(OnOffSwitchDrawing, AFocusedThumbHasARingUnlessThereShallBeNone)

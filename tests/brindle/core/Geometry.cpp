@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
+#include <cfenv>
 #include <cmath>
 #include <cstring>
 #include <limits>
@@ -25,6 +26,18 @@ namespace {
         EXPECT_EQ(BRGetMidFloats(2 * 16777217.0, 0), 16777216);
         EXPECT_EQ(BRGetMidFloats(kInfinity, 0), kInfinity);
         EXPECT_TRUE(std::isnan(BRGetMidFloats(kInfinity, kInfinity)));
+    }
+
+    TEST(Geometry, RoundingIgnoresTheRoundingModeOfTheProcessor)
+    {
+        for (const int mode : { FE_UPWARD, FE_DOWNWARD, FE_TOWARDZERO }) {
+            std::fesetround(mode);
+            const double below = BRGetMidFloats(4.5, 0);
+            const double half = BRGetMidFloats(-5, 0);
+            std::fesetround(FE_TONEAREST);
+            EXPECT_EQ(below, 2);
+            EXPECT_EQ(half, -3);
+        }
     }
 
     TEST(Geometry, MidsAreSubtractedInDoublePrecisionBeforeTheyAreRounded)

@@ -85,6 +85,20 @@ TEST_F(AutoCodingFiles, ADictionaryThatOnlyClaimsToBeAnArchiveIsRefused)
                     .starts_with("NSInvalidArgumentException: *** -[NSKeyedUnarchiver "
                                  "initForReadingWithData:]: incomprehensible archive ("));
 }
+TEST_F(AutoCodingFiles, OneBareWordIsText)
+{
+    write("word");
+    EXPECT_EQ(textOf(read()), "word");
+    EXPECT_TRUE(read()->isKindOfClass(NSString::cls()));
+}
+TEST_F(AutoCodingFiles, SeveralPlainWordsAndNothingAreBytes)
+{
+    write("several plain words");
+    EXPECT_EQ(cast<NSData>(read())->length(), 19u);
+    write("");
+    ASSERT_TRUE(read());
+    EXPECT_TRUE(read()->isKindOfClass(NSData::cls()));
+}
 TEST_F(AutoCodingFiles, AnythingElseIsAnsweredAsItsBytes)
 {
     write("\x01\x02{{{");

@@ -35,7 +35,7 @@ TEST(PropertyQueries, ObjectsAskTheirClass)
     EXPECT_EQ(getterForPropertyNamed(host(), "title"_ns), selector<"title">);
     EXPECT_EQ(setterForPropertyNamed(host(), "on"_ns), selector<"setOn:">);
     EXPECT_EQ(utf8(retentionMethodOfPropertyNamed(host(), "title"_ns)), "retain");
-    EXPECT_EQ(propertyNames(host())->count(), 9u);
+    EXPECT_EQ(propertyNames(host())->count(), 10u);
 }
 TEST(PropertyQueries, TypesMatchWithTheirLetterT)
 {
@@ -58,7 +58,7 @@ TEST(PropertyQueries, NamesStandInTheirOrder)
 {
     EXPECT_EQ(textOf(propertyNames(PropertyHost::cls())),
         "(\n    title,\n    copiedTitle,\n    code,\n    count,\n    byte,\n    on,\n    "
-        "controller,\n    missing,\n    unset\n)");
+        "controller,\n    shouted,\n    missing,\n    unset\n)");
 }
 TEST(PropertyQueries, NamesAreNilForAClassThatDeclaresNone)
 {
@@ -134,6 +134,11 @@ TEST(PropertyTypeText, ClassIsFoundInside)
     EXPECT_TRUE(property_isOfClass(host(), "title"_ns, NSString::cls()));
     EXPECT_FALSE(property_isOfClass(host(), "title"_ns, NSArray::cls()));
     EXPECT_TRUE(property_isOfClass(host(), "controller"_ns, NSArray::cls()));
+}
+
+TEST(PropertyTypeText, ClassIsFoundInAnyCase)
+{
+    EXPECT_TRUE(property_isOfClass(host(), "shouted"_ns, NSArray::cls()));
 }
 
 TEST(PropertyStyle, LowersTheFirstLetterOnly)

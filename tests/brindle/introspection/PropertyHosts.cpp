@@ -18,6 +18,7 @@ template <> struct PropertyHost::Methods<struct Declared> {
             property<&PropertyHost::on_>("on", nonatomic, getter("isOn"), setter("setOn:")),
             property<&PropertyHost::controller_>(
                 "controller", nonatomic, typed("@\"NSArrayController\"")),
+            property<&PropertyHost::shouted_>("shouted", nonatomic, typed("@\"MYNSARRAY\"")),
             computed<NSInteger>("missing", nonatomic),
             computed<NSInteger>("unset", nonatomic),
         });

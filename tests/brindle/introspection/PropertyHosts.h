@@ -19,6 +19,7 @@ public:
     unsigned char byte_ = 0;
     bool on_ = false;
     Ref<NSArray> controller_;
+    Ref<NSArray> shouted_;
 };
 
 /// Declares nothing itself.

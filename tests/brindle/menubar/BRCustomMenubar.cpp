@@ -137,6 +137,12 @@ namespace {
         desk.make(BRMenubarThemeCustom).setCustomScreenSize(NSMakeRect(5, 6, 800, 100));
         EXPECT_EQ(desk.bar->setFrame(), NSMakeRect(0, 878, 800, 22));
     }
+    TEST(MenubarFrame, HasNoWidthByACustomSizeWithAnOriginOnly)
+    {
+        BarDesk desk;
+        desk.make(BRMenubarThemeCustom).setCustomScreenSize(NSMakeRect(0, 1, 0, 0));
+        EXPECT_EQ(desk.bar->setFrame(), NSMakeRect(0, 878, 0, 22));
+    }
     TEST(MenubarFrame, TakesACustomSizeOnlyAtTheNextTime)
     {
         BarDesk desk;

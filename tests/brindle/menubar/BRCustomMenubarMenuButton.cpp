@@ -3,6 +3,7 @@
 
 #include "appkit/NSShadow.h"
 #include "appkit/NSStringDrawing.h"
+#include "controls/GWBackgroundColorView.h"
 #include "menubar/BRCustomMenubarMenuButtonCell.h"
 #include "runtime/Runtime.h"
 #include "support/Strings.h"
@@ -203,6 +204,18 @@ namespace {
         const std::uint32_t beside = pixel(28, 11);
         EXPECT_GT(beside & 0xFF, 0x20u) << "blue light beside the image";
         EXPECT_NE(button->onImage(), nullptr);
+    }
+    TEST_F(MenubarButtonDrawing, KeepsTheGlowToItself)
+    {
+        const auto next = screen.add<GWBackgroundColorView>(NSMakeRect(120, 40, 10, 10));
+        next->setBackgroundColor(red.get());
+        next->setNeedsDisplay(true);
+        const std::uint32_t plain = pixel(111, 18);
+        EXPECT_EQ(pixel(105, 15), 0xFF0000u);
+        button->setToggleButton(true);
+        button->setState(NSOnState);
+        screen.window().contentView()->setNeedsDisplay(true);
+        EXPECT_EQ(pixel(111, 18), plain) << "beside the next view";
     }
     TEST_F(MenubarButtonDrawing, IsWhiteInTheDarkEvenAsAToggleThatIsOn)
     {

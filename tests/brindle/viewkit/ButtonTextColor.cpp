@@ -7,9 +7,21 @@
 #include "appkit/NSStringDrawing.h"
 #include "foundation/NSDictionary.h"
 #include "foundation/NSMutableAttributedString.h"
+#include "runtime/Table.h"
 #include "support/Strings.h"
 
 namespace brindle {
+
+/// A button without a title of either kind.
+class UntitledButton : public NSButton {
+    BRINDLE_OBJECT(UntitledButton, NSButton)
+};
+template <> struct UntitledButton::Methods<struct Titles> {
+    static Ref<NSAttributedString> attributedTitle(UntitledButton&) { return nullptr; }
+    static void table(Builder& t) { t.methods({ { "attributedTitle", imp<attributedTitle> } }); }
+};
+BRINDLE_RECORD(UntitledButton, Titles)
+
 namespace {
 
     Ref<NSButton> buttonTitled(NSString* title)
@@ -58,6 +70,21 @@ namespace {
             = alloc<NSAttributedString>()->initWithString_attributes("Open"_ns, attributes.get());
         button->setAttributedTitle(title.get());
         EXPECT_EQ(textColor(*button), nullptr);
+    }
+
+    TEST(ButtonTextColor, APlainTitleHasItsFontAndTheColorOfEnabledText)
+    {
+        const Ref<NSButton> button = buttonTitled("Open"_ns);
+        EXPECT_TRUE(areSame(textColor(*button), NSColor::cls().controlTextColor()));
+        EXPECT_NE(button->attributedTitle()->attribute_atIndex_effectiveRange(
+                      NSFontAttributeName, 0, nullptr),
+            nullptr);
+    }
+
+    TEST(ButtonTextColor, WithoutAnAttributedTitleItIsThatOfControls)
+    {
+        const Ref<NSButton> button = make<UntitledButton>();
+        EXPECT_TRUE(areSame(textColor(*button), NSColor::cls().controlTextColor()));
     }
 
     TEST(ButtonTextColor, AnEmptyTitleHasNone)

@@ -96,6 +96,21 @@ namespace {
         NSAnimationContext::cls().endGrouping();
     }
 
+    TEST(AnimationContext, MovesWhileAControlOrAMenuIsTracked)
+    {
+        VirtualClock clock;
+        const Ref<NSView> view = box();
+        NSAnimationContext::cls().beginGrouping();
+        linear(1);
+        view->animator()->setAlphaValue(0);
+        NSAnimationContext::cls().endGrouping();
+        const auto loop = NSRunLoop::cls().mainRunLoop();
+        loop->runUntilIdle(NSEventTrackingRunLoopMode);
+        Clock::advance(0.5);
+        loop->runUntilIdle(NSEventTrackingRunLoopMode);
+        EXPECT_NEAR(view->alphaValue(), 0.5, 0.02);
+    }
+
     TEST(AnimationContext, ANewMovementGoesOnFromWhatIsSeen)
     {
         VirtualClock clock;

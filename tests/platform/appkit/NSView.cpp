@@ -115,6 +115,18 @@ TEST(NSView, RemovingFromAWindowSendsTheHooksInTheirOrder)
     EXPECT_EQ(hooks(), "willWindow nil, willSuper nil, didWindow, didSuper");
 }
 
+TEST(NSView, ATreeThatComesIntoAWindowTellsTheViewsInIt)
+{
+    const Ref<NSView> box = plain(NSMakeRect(0, 0, 10, 10));
+    const Ref<HookView> view = hooked();
+    box->addSubview(view.get());
+    EXPECT_EQ(hooks(), "willSuper, didSuper");
+    hooks().clear();
+    const Ref<NSWindow> window = windowOf(NSMakeRect(0, 0, 100, 100));
+    window->contentView()->addSubview(box.get());
+    EXPECT_EQ(hooks(), "willWindow, didWindow");
+}
+
 TEST(NSView, AddingTellsTheParentLast)
 {
     const Ref<HookView> parent = hooked();

@@ -94,6 +94,16 @@ TEST(NSWindow, TheTitleBarIsTwentyTwoPointsHigh)
     EXPECT_TRUE(window->hasTitleBar());
 }
 
+TEST(NSWindow, WhetherItHasATitleBarIsAMatterOfItsStyleAlone)
+{
+    EXPECT_FALSE(windowOf(NSMakeRect(0, 0, 9, 9), NSBorderlessWindowMask)->hasTitleBar());
+    EXPECT_FALSE(windowOf(NSMakeRect(0, 0, 9, 9), NSResizableWindowMask)->hasTitleBar());
+    const Ref<NSWindow> window = windowOf(NSMakeRect(0, 0, 9, 9), NSTitledWindowMask);
+    EXPECT_TRUE(window->hasTitleBar());
+    window->setTitle(""_ns);
+    EXPECT_TRUE(window->hasTitleBar());
+}
+
 TEST(NSWindow, TheFrameViewIsTheContentViewsSuperviewAndBeginsAtZero)
 {
     for (const NSWindowStyleMask style : { NSWindowStyleMask { 0 }, kOrdinary }) {
