@@ -1,8 +1,10 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <gtest/gtest.h>
 
+#include "appkit/NSColor.h"
 #include "appkit/NSParagraphStyle.h"
 #include "appkit/NSText.h"
+#include "controls/GWBackgroundColorView.h"
 #include "controls/GWEditTextField.h"
 #include "controls/GWLabel.h"
 #include "runtime/Table.h"
@@ -75,6 +77,25 @@ namespace {
         parent->addSubview(label.get());
         label->addSubview(inside.get());
         EXPECT_EQ(parent->hitTest({ 20, 20 }), parent.get());
+    }
+
+    TEST(GWLabel, WithoutAGroundOfItsOwnItClearsWhatItShowedBefore)
+    {
+        HeadlessScreen screen { 100, 60 };
+        const auto ground = screen.add<GWBackgroundColorView>(NSMakeRect(0, 0, 100, 60));
+        ground->setBackgroundColor(NSColor::cls().redColor().get());
+        ground->setNeedsDisplay(true);
+        const Ref<GWLabel> label
+            = cast<GWLabel>(alloc<GWLabel>()->initWithFrame(NSMakeRect(0, 0, 100, 40)));
+        label->setDrawsBackground(false);
+        ground->addSubview(label.get());
+        const auto empty = screen.pixels().words;
+        label->setStringValue("MMMM"_ns);
+        EXPECT_NE(screen.pixels().words, empty);
+        label->setStringValue(""_ns);
+        const display::Snapshot seen = screen.pixels();
+        EXPECT_EQ(seen.words, empty);
+        EXPECT_EQ(seen.at(50, 40), 0xFFFF0000) << "the ground behind";
     }
 
     /// A field and another in a window that can have the keyboard.
