@@ -173,16 +173,15 @@ namespace layouts {
             return layout;
         ManagerAccess::isStale(manager) = false;
         layout.usesFontLeading = manager.usesFontLeading();
-        std::vector<Container> shapes;
+        layout.removeContainers();
         bool truncates = false;
         for (const auto& container : ManagerAccess::containers(manager)) {
             const NSSize size = container->containerSize();
-            shapes.push_back({ size.width, size.height, container->lineFragmentPadding(),
+            layout.addContainer({ size.width, size.height, container->lineFragmentPadding(),
                 container->maximumNumberOfLines() });
             truncates = container->lineBreakMode() >= NSLineBreakByTruncatingHead;
         }
         layout.setLastLineTruncates(truncates);
-        layout.setContainers(std::move(shapes));
         return layout;
     }
 

@@ -39,7 +39,8 @@ namespace {
         layout.usesFontLeading = options & NSStringDrawingUsesFontLeading;
         layout.setLastLineTruncates(options & NSStringDrawingTruncatesLastVisibleLine);
         layout.setText(&text);
-        layout.setContainers({ { size.width, size.height, 0, 0 } });
+        layout.removeContainers();
+        layout.addContainer({ size.width, size.height, 0, 0 });
     }
 
     /// Draws what is laid out; `top` is the upper left corner.

@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstring>
 #include <limits>
 
 namespace brindle::layouts {
@@ -20,6 +21,22 @@ namespace {
         return length > 0 ? length : std::numeric_limits<double>::max();
     }
 
+    /// Answers how many units at the beginning of a text are letters and signs of ASCII, in steps of a few.
+    std::size_t plainUnits(std::u16string_view text)
+    {
+        constexpr std::uint64_t kSpaces = 0x0020'0020'0020'0020;
+        constexpr std::uint64_t kNoAscii = 0xFF80'FF80'FF80'FF80;
+        constexpr std::size_t kStep = sizeof kSpaces / sizeof(char16_t);
+        std::size_t passed = 0;
+        for (; passed + kStep <= text.size(); passed += kStep) {
+            std::uint64_t units = 0;
+            std::memcpy(&units, text.data() + passed, sizeof units);
+            if (((units - kSpaces) | units) & kNoAscii)
+                break; // a control character makes the difference negative
+        }
+        return passed;
+    }
+
     bool endsLine(char16_t unit)
     {
         const bool isPlain = unit > u'\r' && unit < 0x85;
@@ -27,26 +44,45 @@ namespace {
             && (unit == u'\n' || unit == u'\r' || unit == 0x85 || unit == 0x2028 || unit == 0x2029);
     }
 
-    /// Memory that layouts use one after the other.
-    struct Scratch {
-        std::u16string units;
-        std::vector<text::StyledRun> runs;
-        std::vector<Fragment> fragments;
-    };
-    thread_local Scratch scratch;
+}
 
+/// Memory that layouts use one after the other.
+struct Layout::Memory {
+    std::u16string units;
+    std::vector<text::StyledRun> runs;
+    std::vector<Fragment> fragments;
+    std::vector<Container> containers;
+
+    static thread_local Memory spare;
+};
+thread_local Layout::Memory Layout::Memory::spare;
+
+Layout::Layout()
+{
+    Memory& spare = Memory::spare;
+    buffer_.swap(spare.units);
+    runs_.swap(spare.runs);
+    fragments_.swap(spare.fragments);
+    containers_.swap(spare.containers);
 }
 
 Layout::~Layout()
 {
-    if (buffer_.capacity() > scratch.units.capacity() && buffer_.capacity() <= 4 * kWindow)
-        scratch.units.swap(buffer_);
-    if (runs_.capacity() > scratch.runs.capacity() && runs_.capacity() <= kWindow / 16)
-        scratch.runs.swap(runs_);
+    // A long text must not leave its memory behind.
+    constexpr std::size_t kKept = kWindow / 16;
+    const bool isSmall = buffer_.capacity() <= 4 * kWindow
+        && std::max({ runs_.capacity(), fragments_.capacity(), containers_.capacity() }) <= kKept;
+    Memory& spare = Memory::spare;
+    if (!isSmall || buffer_.capacity() < spare.units.capacity())
+        return;
+    buffer_.clear();
+    runs_.clear();
     fragments_.clear();
-    if (fragments_.capacity() > scratch.fragments.capacity()
-        && fragments_.capacity() <= kWindow / 16)
-        scratch.fragments.swap(fragments_);
+    containers_.clear();
+    buffer_.swap(spare.units);
+    runs_.swap(spare.runs);
+    fragments_.swap(spare.fragments);
+    containers_.swap(spare.containers);
 }
 
 void Layout::setText(NSAttributedString* text)
@@ -55,14 +91,17 @@ void Layout::setText(NSAttributedString* text)
     invalidate();
 }
 
-void Layout::setContainers(std::vector<Container> containers)
+void Layout::removeContainers()
 {
-    containers_ = std::move(containers);
-    for (Container& container : containers_) {
-        container.width = boundedOrNone(container.width);
-        container.height = boundedOrNone(container.height);
-    }
+    containers_.clear();
     invalidate();
+}
+
+void Layout::addContainer(const Container& container)
+{
+    containers_.push_back(container);
+    containers_.back().width = boundedOrNone(container.width);
+    containers_.back().height = boundedOrNone(container.height);
 }
 
 void Layout::invalidate()
@@ -137,8 +176,6 @@ void Layout::noteEdit(NSRange range, NSInteger delta)
 
 void Layout::load(NSUInteger start, NSUInteger count)
 {
-    if (buffer_.capacity() == 0)
-        buffer_.swap(scratch.units);
     count = std::min(count, length_ - start);
     buffer_.resize(count);
     bufferStart_ = start;
@@ -161,7 +198,7 @@ Layout::Paragraph Layout::paragraphAt(NSUInteger start)
     for (;;) {
         const NSUInteger end = bufferStart_ + buffer_.size();
         const std::u16string_view rest = units(at, end - at);
-        std::size_t passed = 0;
+        std::size_t passed = plainUnits(rest);
         for (; passed < rest.size() && !endsLine(rest[passed]); ++passed)
             hasTabs = hasTabs || rest[passed] == u'\t';
         at += passed;
@@ -340,10 +377,6 @@ bool Layout::layOutNext()
     if (isFull() || at_ >= length_)
         return false;
     const Paragraph paragraph = paragraphAt(at_);
-    if (runs_.capacity() == 0)
-        runs_.swap(scratch.runs);
-    if (fragments_.capacity() == 0)
-        fragments_.swap(scratch.fragments);
     readRuns(*text_, NSMakeRange(paragraph.start, paragraph.contentLength), runs_);
     const Ref<NSDictionary> attributes = text_->attributesAtIndex_effectiveRange(at_, nullptr);
     const Ref<NSParagraphStyle> style = paragraphStyleIn(attributes.get());

@@ -53,7 +53,7 @@ struct GlyphLine {
 /// Thread: one at a time. Cost: an edit costs its paragraph, and a move of the lines behind it.
 class Layout {
 public:
-    Layout() = default;
+    Layout();
     ~Layout();
     Layout(const Layout&) = delete;
     Layout& operator=(const Layout&) = delete;
@@ -61,7 +61,8 @@ public:
     /// - text: lent; nullptr for none.
     void setText(NSAttributedString* text);
     NSAttributedString* text() const { return text_; }
-    void setContainers(std::vector<Container> containers);
+    void removeContainers();
+    void addContainer(const Container& container);
     const std::vector<Container>& containers() const { return containers_; }
     bool usesFontLeading = true;
     void setLastLineTruncates(bool truncates) { lastLineTruncates_ = truncates; }
@@ -104,6 +105,7 @@ public:
 
 private:
     class Lines;
+    struct Memory;
     struct Paragraph {
         NSUInteger start = 0;
         NSUInteger contentLength = 0;

@@ -2,6 +2,7 @@
 #include "NSString.h"
 
 #include <algorithm>
+#include <array>
 #include <cstring>
 
 #include "NSMutableString.h"
@@ -80,9 +81,24 @@ template <> struct NSString::Methods<struct StringBasics> {
             strings::checkArgument(self, "getCharacters:range:", buffer);
         const View part = text->part(range);
         if (part.isNarrow())
-            std::copy(part.narrow().begin(), part.narrow().end(), buffer);
+            widen(part.narrow(), buffer);
         else
             std::copy(part.wide().begin(), part.wide().end(), buffer);
+    }
+    /// Copies units of one byte, many at a time.
+    static void widen(std::string_view units, unichar* buffer)
+    {
+        std::array<unsigned char, 16> narrow {};
+        std::array<unichar, narrow.size()> wide {};
+        std::size_t at = 0;
+        for (; at + narrow.size() <= units.size(); at += narrow.size()) {
+            std::memcpy(narrow.data(), units.data() + at, sizeof narrow);
+            for (std::size_t i = 0; i < narrow.size(); ++i)
+                wide[i] = narrow[i];
+            std::memcpy(buffer + at, wide.data(), sizeof wide);
+        }
+        for (; at < units.size(); ++at)
+            buffer[at] = static_cast<unsigned char>(units[at]);
     }
     static Ref<NSString> substringToIndex(NSString& self, NSUInteger index)
     {

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "LetterPairs.h"
 
+#include <algorithm>
 #include <cstdlib>
 
 #include "FontFacePrivate.h"
@@ -28,41 +29,61 @@ LetterPairs::LetterPairs(const FontFace& face)
 bool LetterPairs::measure(
     std::u16string_view text, std::size_t start, PieceMeasures& measures) const
 {
-    const std::u16string_view seen = text.substr(0, start + kLongestPiece);
-    std::size_t letter = letterAt(seen, start);
+    measures = { start, start, start, {} };
+    if (text[start] == u' ' && !measureSpaces(text, measures))
+        return false;
+    const std::size_t limit = std::min(text.size(), start + kLongestPiece);
+    std::size_t at = measures.wordStart;
+    if (at >= limit)
+        return at == text.size();
+    std::int64_t advance = measures.advances.whole;
+    std::size_t letter = letterOf(text[at]);
     if (letter >= kPlainLetters)
         return false;
-    measures = { start, start, start, {} };
-    std::int64_t advance = 0;
-    std::size_t at = start;
-    for (;;) {
-        advance += advances_[letter];
-        if (++at == seen.size())
-            break;
-        const std::size_t next = letterAt(seen, at);
+    while (++at < limit) {
+        const std::size_t next = letterOf(text[at]);
         if (next >= kPlainLetters)
             return false;
-        const Kerning kerning = (*known_[letter])[next];
-        if (kerning.own == Kerning::kUnknown)
+        const std::int16_t step = pair(letter, next).step;
+        if (step == Pair::kUnknown)
             return false;
-        advance += kerning.own;
-        if (letter == 0 && next != 0) {
-            measures.wordStart = at;
-            measures.advances.spaces = advance;
-        } else if (letter != 0 && next == 0) {
+        advance += step;
+        if (next == 0)
             break;
-        }
-        advance += kerning.next;
         letter = next;
     }
-    const bool isWhole = at < seen.size() || (at == text.size() && isFree(letter));
-    if (letter == 0) {
-        measures.wordStart = at;
-        measures.advances.spaces = advance;
-    }
+    const bool isAtEnd = at == text.size();
+    if (at == limit && (!isAtEnd || !isFree(letter)))
+        return false;
     measures.end = at;
-    measures.advances.whole = advance;
-    return isWhole;
+    measures.advances.whole = isAtEnd ? advance + advances_[letter] : advance;
+    return true;
+}
+
+/// Measures the spaces before a word, and what they move the word by.
+bool LetterPairs::measureSpaces(std::u16string_view text, PieceMeasures& measures) const
+{
+    std::size_t at = measures.start;
+    while (at < text.size() && text[at] == u' ')
+        ++at;
+    measures.wordStart = measures.end = at;
+    Advances& advances = measures.advances;
+    if (const auto between = static_cast<std::int64_t>(at - measures.start - 1); between > 0) {
+        if (pair(0, 0).step == Pair::kUnknown)
+            return false;
+        advances.whole = between * pair(0, 0).step;
+    }
+    if (at == text.size()) {
+        advances.whole += advances_[0];
+        advances.spaces = advances.whole;
+        return isFree(0);
+    }
+    const std::size_t next = letterOf(text[at]);
+    if (next >= kPlainLetters || pair(0, next).step == Pair::kUnknown)
+        return false;
+    advances.whole += pair(0, next).step;
+    advances.spaces = advances.whole - pair(0, next).moved;
+    return true;
 }
 
 void LetterPairs::set(
@@ -71,12 +92,15 @@ void LetterPairs::set(
     glyphs.resize(length);
     std::int32_t moved = 0;
     for (std::size_t at = 0; at < length; ++at) {
-        const std::size_t letter = letterAt(text, at);
-        const Kerning kerning
-            = at + 1 < text.size() ? (*known_[letter])[letterAt(text, at + 1)] : Kerning { 0, 0 };
-        glyphs[at] = { glyphs_[letter], static_cast<std::uint32_t>(at),
-            advances_[letter] + kerning.own + moved, moved, 0 };
-        moved = kerning.next;
+        const std::size_t letter = letterOf(text[at]);
+        ShapedGlyph& glyph = glyphs[at];
+        glyph = { glyphs_[letter], static_cast<std::uint32_t>(at), advances_[letter] + moved, moved,
+            0 };
+        if (at + 1 == text.size())
+            break;
+        const Pair& next = pair(letter, letterOf(text[at + 1]));
+        glyph.advance = next.step - next.moved + moved;
+        moved = next.moved;
     }
 }
 
@@ -95,11 +119,11 @@ bool LetterPairs::learn(std::u16string_view text, std::span<const ShapedGlyph> g
     if (glyphs.size() > kLongestPiece)
         return false;
     for (std::size_t at = 0; at < glyphs.size(); ++at) {
-        const std::size_t letter = letterAt(text, at);
+        const std::size_t letter = letterOf(text[at]);
         const std::int32_t moved = at + 1 < glyphs.size() ? glyphs[at + 1].x : 0;
         const bool isLast = at + 1 == text.size();
         if (isLast ? !isFree(letter)
-                   : !learnPair(letter, letterAt(text, at + 1), glyphs[at], moved))
+                   : !learnPair(letter, letterOf(text[at + 1]), glyphs[at], moved))
             return false;
     }
     return true;
@@ -111,17 +135,17 @@ bool LetterPairs::learnPair(
 {
     if (!isPlainPair(first, second) || glyph.glyph != glyphs_[first])
         return false;
-    if ((*known_[first])[second].own != Kerning::kUnknown)
+    if (pair(first, second).step != Pair::kUnknown)
         return true;
-    const std::int32_t own = glyph.advance - advances_[first] - glyph.x;
+    const std::int32_t step = glyph.advance - glyph.x + moved;
     const auto isSmall = [](std::int32_t value) {
         return std::abs(value) <= std::numeric_limits<std::int16_t>::max();
     };
-    if (!isSmall(own) || !isSmall(moved))
+    if (!isSmall(step) || !isSmall(moved) || !isSmall(advances_[first]))
         return false;
     if (!rows_[first])
         known_[first] = (rows_[first] = std::make_unique<Row>()).get();
-    (*rows_[first])[second] = { static_cast<std::int16_t>(own), static_cast<std::int16_t>(moved) };
+    (*rows_[first])[second] = { static_cast<std::int16_t>(step), static_cast<std::int16_t>(moved) };
     return true;
 }
 

@@ -37,17 +37,19 @@ public:
     bool learn(std::u16string_view text, std::span<const ShapedGlyph> glyphs);
 
 private:
-    struct Kerning {
+    struct Pair {
         static constexpr std::int16_t kUnknown = std::numeric_limits<std::int16_t>::min();
-        std::int16_t own = kUnknown; // added to the first letter
-        std::int16_t next = 0; // moves the second letter and is added to it
+        std::int16_t step = kUnknown; // from the place of the first letter to that of the second
+        std::int16_t moved = 0; // how much of that belongs to the second one
     };
-    using Row = std::array<Kerning, kPlainLetters>;
+    using Row = std::array<Pair, kPlainLetters>;
 
-    static std::size_t letterAt(std::u16string_view text, std::size_t index)
+    static std::size_t letterOf(char16_t unit) { return static_cast<std::size_t>(unit) - u' '; }
+    const Pair& pair(std::size_t first, std::size_t second) const
     {
-        return static_cast<std::size_t>(text[index]) - u' ';
+        return (*known_[first])[second];
     }
+    bool measureSpaces(std::u16string_view text, PieceMeasures& measures) const;
     bool isFree(std::size_t letter) const;
     /// Answers whether shaping leaves two letters as they are but for kerning.
     bool isPlainPair(std::size_t first, std::size_t second) const;

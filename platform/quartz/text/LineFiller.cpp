@@ -88,7 +88,8 @@ void LineFiller::addTab(const Part& part, std::span<const Part> following)
 void LineFiller::wrap()
 {
     const double rest = total_ - totalAtBreak_;
-    emit(break_, visibleAtBreak_, true);
+    emit(break_, visibleAtBreak_, committedHeights(), true);
+    firstHeights_ = kNone;
     start_ = break_;
     total_ = visible_ = rest;
     totalAtBreak_ = visibleAtBreak_ = 0;
@@ -97,11 +98,18 @@ void LineFiller::wrap()
         askForRoom();
 }
 
-void LineFiller::emit(std::size_t end, double width, bool wrapped)
+LineHeights LineFiller::committedHeights() const
 {
-    wanted_ = taker_.addLine({ NSMakeRange(start_, end - start_), width, committed_.ascent,
-        committed_.descent, committed_.leading, wrapped });
-    committed_ = {};
+    LineHeights heights;
+    for (std::size_t i = firstHeights_; i <= committedHeights_; ++i)
+        heights.include(heights_[i]);
+    return heights;
+}
+
+void LineFiller::emit(std::size_t end, double width, const LineHeights& heights, bool wrapped)
+{
+    wanted_ = taker_.addLine({ NSMakeRange(start_, end - start_), width, heights.ascent,
+        heights.descent, heights.leading, wrapped });
 }
 
 }

@@ -30,7 +30,7 @@ struct Part {
     enum Kind : std::uint8_t { space, word, cluster, tab };
     std::size_t end = 0;
     double width = 0;
-    std::uint32_t heights = 0; // which
+    std::uint32_t heights = 0; // which, never less than that of the part before
     Kind kind = word;
     bool breakAfter = false;
 };
@@ -61,7 +61,8 @@ public:
         if (part.kind != Part::space)
             visible_ = total_;
         at_ = part.end;
-        pending_.include(heights_[part.heights]);
+        lastHeights_ = part.heights;
+        restHeights_ = std::min(restHeights_, part.heights);
         if (part.breakAfter)
             commit();
     }
@@ -72,18 +73,15 @@ public:
             return;
         at_ = end;
         commit();
-        if (end == 0 || (isEmpty(committed_) && start_ < end))
-            committed_.include(whenEmpty());
+        LineHeights heights = committedHeights();
+        if (end == 0 || (heights.ascent == 0 && heights.descent == 0 && start_ < end))
+            heights.include(whenEmpty());
         // What stands at the end of a paragraph counts as far as there is room for it.
-        emit(end, std::max(visible_, std::min(total_, room_)), false);
+        emit(end, std::max(visible_, std::min(total_, room_)), heights, false);
     }
 
 private:
     bool fits(double width) const { return !wraps() || total_ + width <= room_ + slack_; }
-    static bool isEmpty(const LineHeights& heights)
-    {
-        return heights.ascent == 0 && heights.descent == 0;
-    }
     double indent() const { return number_ == 0 ? rules_.firstIndent : rules_.indent; }
 
     void askForRoom();
@@ -94,11 +92,13 @@ private:
         break_ = at_;
         totalAtBreak_ = total_;
         visibleAtBreak_ = visible_;
-        committed_.include(pending_);
-        pending_ = {};
+        firstHeights_ = std::min(firstHeights_, restHeights_);
+        committedHeights_ = lastHeights_;
+        restHeights_ = kNone;
     }
     void wrap();
-    void emit(std::size_t end, double width, bool wrapped);
+    LineHeights committedHeights() const;
+    void emit(std::size_t end, double width, const LineHeights& heights, bool wrapped);
 
     const ParagraphRules& rules_;
     const std::vector<LineHeights>& heights_;
@@ -114,8 +114,13 @@ private:
     double visible_ = 0; // without white space at the end
     double totalAtBreak_ = 0;
     double visibleAtBreak_ = 0;
-    LineHeights committed_;
-    LineHeights pending_; // behind the last place
+
+    // Which heights the parts have; they come in order.
+    static constexpr std::uint32_t kNone = ~std::uint32_t {};
+    std::uint32_t firstHeights_ = kNone; // of the line …
+    std::uint32_t committedHeights_ = 0; // … up to the last place where it may end
+    std::uint32_t restHeights_ = kNone; // the first behind it
+    std::uint32_t lastHeights_ = 0;
 };
 
 }

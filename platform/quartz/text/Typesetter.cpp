@@ -59,7 +59,7 @@ namespace {
             }
         }
 
-        void add(const Part& part)
+        [[gnu::always_inline]] void add(const Part& part)
         {
             if (filler)
                 filler->add(part);
