@@ -75,7 +75,12 @@ template <> struct NSData::Methods<struct Reading> {
     static Ref<NSData> data(Class& self) { return cast<NSData>(alloc(self)->init()); }
     static Ref<NSData> dataWithBytes(Class& self, const void* bytes, NSUInteger length)
     {
-        return alloc(self)->initWithBytes_length(bytes, length);
+        if (&self != classOf<NSData>())
+            return alloc(self)->initWithBytes_length(bytes, length);
+        const Ref<NSData> data
+            = Ref<NSData>::adopt(static_cast<NSData*>(class_createInstance(&self)));
+        fill(*data, bytes, length);
+        return data;
     }
     static Ref<NSData> dataWithBytesNoCopyFree(
         Class& self, void* bytes, NSUInteger length, bool free)
@@ -100,12 +105,16 @@ template <> struct NSData::Methods<struct Reading> {
         return initWithBuffer(*data, path, &files::map);
     }
 
+    static void fill(NSData& self, const void* bytes, NSUInteger length)
+    {
+        requireBuffer(self, "initWithBytes:length:", bytes, length);
+        requireMemory(self.buffer_.append(bytes, length), self, "initWithBytes:length:", length);
+    }
     static Ref<NSData> initWithBytes(NSData& self, const void* bytes, NSUInteger length)
     {
         if (!super<NSData, "init", Ref<NSObject>>(self))
             return nullptr;
-        requireBuffer(self, "initWithBytes:length:", bytes, length);
-        requireMemory(self.buffer_.append(bytes, length), self, "initWithBytes:length:", length);
+        fill(self, bytes, length);
         return &self;
     }
     static Ref<NSData> initWithBytesNoCopy(NSData& self, void* bytes, NSUInteger length, bool free)

@@ -84,7 +84,12 @@ template <> struct NSDate::Methods<struct Time> {
 
     static Ref<NSDate> dateSinceReference(Class& self, NSTimeInterval seconds)
     {
-        return alloc(self)->initWithTimeIntervalSinceReferenceDate(seconds);
+        if (&self != classOf<NSDate>())
+            return alloc(self)->initWithTimeIntervalSinceReferenceDate(seconds);
+        const Ref<NSDate> date
+            = Ref<NSDate>::adopt(static_cast<NSDate*>(class_createInstance(&self)));
+        date->seconds_ = seconds;
+        return date;
     }
     static NSTimeInterval now(Class&) { return Clock::wall(); }
     static Ref<NSDate> date(Class& self) { return cast<NSDate>(alloc(self)->init()); }

@@ -54,9 +54,10 @@ bool BinaryListReader::open(std::span<const unsigned char> bytes, Failure& failu
     // Objects do not share bytes, so all together are no longer than the list; twice is generous. Without a limit many
     // entries of the table could name one long object, and checking it each time would take for ever.
     std::size_t left = 2 * bytes.size();
+    References goodKeys { bytes.data(), 0, referenceSize_ };
     for (Index index = 0; index < count_; ++index) {
         std::size_t length = 0;
-        if (!check(index, length, failure))
+        if (!check(index, length, goodKeys, failure))
             return false;
         if (length > left)
             return fail(failure, offset(index), "objects overlap");
@@ -115,7 +116,8 @@ BinaryListReader::Shape BinaryListReader::shapeAt(const unsigned char* at)
     }
 }
 
-bool BinaryListReader::check(Index index, std::size_t& length, Failure& failure) const
+bool BinaryListReader::check(
+    Index index, std::size_t& length, References& goodKeys, Failure& failure) const
 {
     const auto end = static_cast<std::size_t>(table_ - bytes_.data());
     const std::uint64_t start = loadBig(table_ + index * offsetSize_, offsetSize_);
@@ -151,28 +153,45 @@ bool BinaryListReader::check(Index index, std::size_t& length, Failure& failure)
             || fail(failure, start, "a string is not ASCII");
     case Kind::array:
     case Kind::dictionary:
-        return checkReferences(index, shape, failure);
+        return checkReferences(start, shape, goodKeys, failure);
     default:
         return true;
     }
 }
 
-bool BinaryListReader::checkReferences(Index index, const Shape& shape, Failure& failure) const
+bool BinaryListReader::areInTable(const References& all) const
 {
-    const References all = children(index);
-    for (std::size_t i = 0; i < all.size(); ++i) {
-        if (all[i] >= count_)
-            return fail(failure, offset(index), "a container holds what is not in the table");
-    }
-    if (shape.kind == Kind::array)
+    Index largest = 0;
+    for (std::size_t i = 0; i < all.size(); ++i)
+        largest = std::max(largest, all[i]);
+    return largest < count_;
+}
+
+/// - goodKeys: keys of another dictionary that were checked: records of one kind have the same.
+bool BinaryListReader::checkReferences(
+    std::size_t start, const Shape& shape, References& goodKeys, Failure& failure) const
+{
+    const std::size_t each = shape.kind == Kind::dictionary ? 2 : 1;
+    const References all { shape.content.first, shape.content.count * each, referenceSize_ };
+    if (!areInTable(all))
+        return fail(failure, start, "a container holds what is not in the table");
+    return shape.kind == Kind::array
+        || checkKeys(start, all.first(shape.content.count), goodKeys, failure);
+}
+
+bool BinaryListReader::checkKeys(
+    std::size_t start, const References& keys, References& goodKeys, Failure& failure) const
+{
+    if (keys == goodKeys)
         return true;
-    const std::size_t end = static_cast<std::size_t>(table_ - bytes_.data());
-    for (std::size_t i = 0; i < shape.content.count; ++i) {
+    const auto end = static_cast<std::size_t>(table_ - bytes_.data());
+    for (std::size_t i = 0; i < keys.size(); ++i) {
         // The key itself may not have been checked yet, except that its entry is there.
-        const std::uint64_t key = loadBig(table_ + all[i] * offsetSize_, offsetSize_);
+        const std::uint64_t key = loadBig(table_ + keys[i] * offsetSize_, offsetSize_);
         if (key >= end || (bytes_[key] >> 4 != 5 && bytes_[key] >> 4 != 6))
-            return fail(failure, offset(index), "a dictionary's key is no string");
+            return fail(failure, start, "a dictionary's key is no string");
     }
+    goodKeys = keys;
     return true;
 }
 
@@ -267,6 +286,46 @@ BinaryListReader::Index BinaryListReader::find(Index dictionary, std::string_vie
 
 bool BinaryListReader::childrenFirst(Order& order, Failure& failure) const
 {
+    return areInOrder(order) || walk(order, failure);
+}
+
+/// Answers whether everything stands in the table behind what it holds, as our writers put it, and is not nested too
+/// deeply. Then no container contains itself, and nobody needs to walk.
+bool BinaryListReader::areInOrder(Order& order) const
+{
+    struct Seen {
+        std::uint32_t uses;
+        std::uint32_t depth; // how many containers stand around it
+    };
+    std::vector<Seen> seen(top_ + 1);
+    seen[top_].uses = 1;
+    for (Index index = top_ + 1; index-- > 0;) {
+        if (!seen[index].uses || !isContainer(kind(index)))
+            continue;
+        const std::uint32_t depth = seen[index].depth + 1;
+        if (depth > kDeepest)
+            return false;
+        const References held = children(index);
+        for (std::size_t i = 0; i < held.size(); ++i) {
+            const Index child = held[i];
+            if (child >= index)
+                return false;
+            ++seen[child].uses;
+            seen[child].depth = std::max(seen[child].depth, depth);
+        }
+    }
+    order.uses.resize(top_ + 1);
+    order.indexes.reserve(top_ + 1);
+    for (Index index = 0; index <= top_; ++index) {
+        order.uses[index] = seen[index].uses;
+        if (seen[index].uses)
+            order.indexes.push_back(static_cast<std::uint32_t>(index));
+    }
+    return true;
+}
+
+bool BinaryListReader::walk(Order& order, Failure& failure) const
+{
     constexpr std::uint16_t kOpen = 0xffff;
     struct Step {
         Index index;
@@ -278,6 +337,7 @@ bool BinaryListReader::childrenFirst(Order& order, Failure& failure) const
     std::vector<Step> way;
     order.indexes.reserve(count_);
     order.uses.assign(count_, 0);
+    order.uses[top_] = 1;
     const auto enter = [&](Index index) {
         if (!isContainer(kind(index))) {
             heights[index] = 1;

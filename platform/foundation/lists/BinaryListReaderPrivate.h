@@ -44,6 +44,7 @@ public:
         }
         std::size_t size() const { return count_; }
         Index operator[](std::size_t i) const { return loadBig(at_ + i * size_, size_); }
+        References first(std::size_t count) const { return { at_, count, size_ }; }
         /// - other: of the same list.
         bool operator==(const References& other) const
         {
@@ -123,7 +124,8 @@ public:
     /// What the top object reaches, each object once and behind everything that it holds.
     struct Order {
         std::vector<std::uint32_t> indexes;
-        std::vector<std::uint32_t> uses; ///< by index: how many references lead to an object
+        /// By index: how many references lead to an object, one more for the top.
+        std::vector<std::uint32_t> uses;
     };
     /// - Returns: false for a container that contains itself, and for more than `kDeepest` in each other.
     bool childrenFirst(Order& order, Failure& failure) const;
@@ -175,9 +177,15 @@ private:
         return bytes_.data() + loadBig(table_ + index * offsetSize_, offsetSize_);
     }
     bool readTrailer(Failure& failure);
-    bool check(Index index, std::size_t& length, Failure& failure) const;
-    bool checkReferences(Index index, const Shape& shape, Failure& failure) const;
+    bool check(Index index, std::size_t& length, References& goodKeys, Failure& failure) const;
+    bool checkReferences(
+        std::size_t start, const Shape& shape, References& goodKeys, Failure& failure) const;
+    bool checkKeys(
+        std::size_t start, const References& keys, References& goodKeys, Failure& failure) const;
+    bool areInTable(const References& all) const;
     References children(Index container) const;
+    bool areInOrder(Order& order) const;
+    bool walk(Order& order, Failure& failure) const;
 
     std::span<const unsigned char> bytes_;
     const unsigned char* table_ = nullptr;

@@ -19,6 +19,8 @@ namespace {
     public:
         using Index = BinaryListReader::Index;
 
+        static constexpr std::size_t kAhead = 24;
+
         Making(const BinaryListReader& reader, BinaryListReader::Order order, Mutability mutability)
             : reader_(reader)
             , order_(std::move(order))
@@ -27,34 +29,67 @@ namespace {
             , keys_(mutability == Mutability::leaves ? reader.count() : 0)
         {
         }
+        ~Making()
+        {
+            if (isDone_)
+                return;
+            for (std::size_t index = 0; index < order_.uses.size(); ++index) {
+                while (made_[index] && order_.uses[index])
+                    take(index);
+            }
+        }
+        Making(const Making&) = delete;
+        Making& operator=(const Making&) = delete;
 
         Ref<NSObject> make()
         {
-            for (const Index index : order_.indexes)
-                make(index);
-            return made_[reader_.top()];
+            const std::size_t count = order_.indexes.size();
+            for (std::size_t i = 0; i < count; ++i) {
+                fetch(order_.indexes[std::min(i + kAhead, count - 1)]);
+                keep(order_.indexes[i], object(order_.indexes[i]));
+            }
+            isDone_ = true;
+            return take(reader_.top());
         }
 
     private:
-        void make(Index index)
+        Ref<NSObject> object(Index index)
         {
             const Kind kind = reader_.kind(index);
             if (kind == Kind::array)
-                made_[index] = array(index);
-            else if (kind == Kind::dictionary)
-                made_[index] = dictionary(index);
-            else if (kind == Kind::string || kind == Kind::data)
-                made_[index] = asLeaf(reader_.leaf(index), mutability_);
-            else
-                made_[index] = reader_.leaf(index);
+                return array(index);
+            if (kind == Kind::dictionary)
+                return dictionary(index);
+            if (kind == Kind::string || kind == Kind::data)
+                return asLeaf(reader_.leaf(index), mutability_);
+            return reader_.leaf(index);
         }
 
-        /// Answers an object for a reference to it; the last one takes it.
+        /// Asks for the memory that a container will need: what it shares with others may lie anywhere.
+        void fetch(Index index)
+        {
+            const Kind kind = reader_.kind(index);
+            if (!isContainer(kind) || reader_.length(index) > 16)
+                return;
+            const auto held = kind == Kind::array ? reader_.elements(index) : reader_.values(index);
+            for (std::size_t i = 0; i < held.size(); ++i) {
+                __builtin_prefetch(&made_[held[i]], 1);
+                __builtin_prefetch(&order_.uses[held[i]], 1);
+            }
+        }
+
+        /// Keeps an object with a count for each reference to it, so that none needs to be added later.
+        void keep(Index index, Ref<NSObject> object)
+        {
+            if (const std::uint32_t uses = order_.uses[index]; uses > 1)
+                headerOf(object.get()).count.fetch_add(uses - 1, std::memory_order_relaxed);
+            made_[index] = object.leak();
+        }
+        /// Answers an object for a reference to it.
         Ref<NSObject> take(Index index)
         {
-            if (--order_.uses[index])
-                return made_[index];
-            return std::move(made_[index]);
+            --order_.uses[index];
+            return Ref<NSObject>::adopt(made_[index]);
         }
 
         Ref<NSObject> array(Index index)
@@ -99,8 +134,9 @@ namespace {
         /// Answers a string as key, which nobody can change.
         Ref<NSObject> key(Index index)
         {
+            Ref<NSObject> made = take(index);
             if (keys_.empty())
-                return take(index);
+                return made;
             if (!keys_[index])
                 keys_[index] = reader_.string(index);
             return keys_[index];
@@ -109,10 +145,11 @@ namespace {
         const BinaryListReader& reader_;
         BinaryListReader::Order order_;
         Mutability mutability_;
-        std::vector<Ref<NSObject>> made_;
+        std::vector<NSObject*> made_; // each with as many counts as references are left
         std::vector<Ref<NSObject>> keys_; // only where strings can be changed
         BinaryListReader::References recentKeys_ { nullptr, 0, 0 };
         std::vector<std::uint64_t> hashes_; // of those keys; none when they are not remembered
+        bool isDone_ = false;
     };
 
     /// Hands the objects of a list to the writer.

@@ -1,0 +1,78 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "foundation/NSPropertyListSerialization.h"
+
+#include "support/PropertyLists.h"
+
+using namespace brindle;
+using namespace brindle::test;
+using namespace std::literals;
+
+// In which order objects may stand in a binary list, and who owns them once they are read.
+
+namespace {
+
+/// Answers what an array holds last, known without being owned.
+WeakRef<NSObject> lastOf(const Ref<NSObject>& array)
+{
+    return cast<NSArray>(array)->lastObject().get();
+}
+
+}
+
+TEST(BinaryListOrder, WhatIsHeldMayStandFirst)
+{
+    const std::string list = binaryList({ "\x51k", "\x51x", "\xd1\0\1"sv, "\xa2\2\1"sv }, 3);
+    EXPECT_EQ(textOf(readList(list)), "(\n    {\n        k = x;\n    },\n    x\n)");
+}
+
+TEST(BinaryListOrder, WhatIsHeldMayStandLast)
+{
+    const std::string list = binaryList({ "\xa2\1\3"sv, "\xd1\2\3"sv, "\x51k", "\x51x" });
+    EXPECT_EQ(textOf(readList(list)), "(\n    {\n        k = x;\n    },\n    x\n)");
+}
+
+TEST(BinaryListOrder, WhatIsHeldMayStandOnBothSides)
+{
+    const std::string list = binaryList({ "\x51k", "\xa2\2\3"sv, "\xd1\0\3"sv, "\x51x" }, 1);
+    EXPECT_EQ(textOf(readList(list)), "(\n    {\n        k = x;\n    },\n    x\n)");
+}
+
+TEST(BinaryListOrder, WhatTheTopDoesNotReachMayContainItself)
+{
+    EXPECT_EQ(textOf(readList(binaryList({ "\xa1\0"sv, "\x51x", "\xa1\1"sv, "\xa1\3"sv }, 2))),
+        "(\n    x\n)");
+}
+
+TEST(BinaryListOrder, ObjectsEndWithTheListThatHoldsThemManyTimes)
+{
+    const std::string list = binaryList({ "\x51x", "\xd1\0\0"sv, "\xa4\1\1\0\0"sv }, 2);
+    for (const NSPropertyListReadOptions options :
+        { NSPropertyListImmutable, NSPropertyListMutableContainers }) {
+        Ref<NSObject> read = readList(list, options);
+        const WeakRef<NSObject> last = lastOf(read);
+        EXPECT_TRUE(last.get());
+        read = nullptr;
+        EXPECT_FALSE(last.get());
+    }
+}
+
+TEST(BinaryListOrder, StringsThatCanBeChangedEndWithTheirList)
+{
+    // The string is a key too, for which another object stands.
+    Ref<NSObject> read = readList(binaryList({ "\x51x", "\xd1\0\0"sv, "\xa3\1\0\0"sv }, 2),
+        NSPropertyListMutableContainersAndLeaves);
+    const WeakRef<NSObject> last = lastOf(read);
+    EXPECT_TRUE(last.get());
+    read = nullptr;
+    EXPECT_FALSE(last.get());
+}
+
+TEST(BinaryListOrder, ValuesThatALaterOneReplacesEnd)
+{
+    Ref<NSObject> read
+        = readList(binaryList({ "\x51k", "\x51x", "\x51y", "\xd2\0\0\1\2"sv, "\xa2\3\1"sv }, 4));
+    EXPECT_EQ(textOf(read), "(\n    {\n        k = y;\n    },\n    x\n)");
+    const WeakRef<NSObject> last = lastOf(read);
+    read = nullptr;
+    EXPECT_FALSE(last.get());
+}
