@@ -41,7 +41,7 @@ namespace {
 
 class Writer::Nesting {
 public:
-    explicit Nesting(Writer& writer)
+    Nesting(Writer& writer, const Archived& archived)
         : writer_(writer)
         , start_(writer.entries_.size())
     {
@@ -49,7 +49,7 @@ public:
             refuseToEncode("objects are nested more than " + std::to_string(kDeepest) + " deep");
         if (isStackShort())
             refuseToEncode("objects are nested deeper than this thread's stack allows");
-        writer.frames_.push_back({ start_ });
+        writer.frames_.push_back({ start_, &archived.usual });
     }
     ~Nesting()
     {
@@ -71,7 +71,8 @@ Writer::Writer(NSKeyedArchiver& owner)
     , classKey_(list_.string(std::string_view("$class")))
 {
     objects_.add({ nullptr, null_, list_.uid(0) });
-    frames_.push_back({ 0 });
+    static const std::vector<KeyText> none;
+    frames_.push_back({ 0, &none });
 }
 
 Writer::~Writer()
@@ -105,18 +106,32 @@ void Writer::requireOpen() const
 void Writer::put(NSString* key, Index value)
 {
     requireOpen();
-    const std::size_t mask = keys_.size() - 1;
-    std::size_t at = spread(key) & mask;
-    while (keys_[at].key && keys_[at].key != key)
-        at = (at + 1) & mask;
-    entries_.push_back({ key && keys_[at].key ? keys_[at].text : newKeyText(key), value });
+    Frame& frame = frames_.back();
+    const std::vector<KeyText>& usual = *frame.usual;
+    if (frame.next < usual.size() && usual[frame.next].key == key) {
+        entries_.push_back({ usual[frame.next++].text, value });
+        return;
+    }
+    frame.isUsual = false;
+    entries_.push_back({ keyText(key), value });
 }
 
 void Writer::putUnkeyed(Index value)
 {
     requireOpen();
-    const std::string key = "$" + std::to_string(frames_.back().unkeyed++);
+    Frame& frame = frames_.back();
+    frame.isUsual = false;
+    const std::string key = "$" + std::to_string(frame.unkeyed++);
     entries_.push_back({ list_.string(std::string_view(key)), value });
+}
+
+Writer::Index Writer::keyText(NSString* key)
+{
+    const std::size_t mask = keys_.size() - 1;
+    std::size_t at = spread(key) & mask;
+    while (keys_[at].key && keys_[at].key != key)
+        at = (at + 1) & mask;
+    return key && keys_[at].key ? keys_[at].text : newKeyText(key);
 }
 
 Writer::Index Writer::newKeyText(NSString* key)
@@ -191,6 +206,23 @@ bool Writer::hasRepeatedKeys(std::size_t start)
         seenKeys_[at] = seen;
     }
     return false;
+}
+
+/// Answers the keys of the entries from `start` on; none when they are many, or one is not known by its object.
+std::vector<Writer::KeyText> Writer::keysFrom(std::size_t start) const
+{
+    constexpr std::size_t kMost = 64;
+    std::vector<KeyText> found;
+    if (entries_.size() - start > kMost)
+        return found;
+    for (std::size_t i = start; i < entries_.size(); ++i) {
+        const auto known = std::find_if(keys_.begin(), keys_.end(),
+            [&](const KnownKey& each) { return each.key && each.text == entries_[i].key; });
+        if (known == keys_.end())
+            return {};
+        found.push_back({ known->key.get(), known->text });
+    }
+    return found;
 }
 
 /// The last value of a key stays; readers refuse dictionaries with two.
@@ -350,10 +382,14 @@ Writer::Index Writer::number(NSObject* object)
 
 Writer::Index Writer::dictionary(NSObject* object, Archived& archived)
 {
-    const Nesting nesting(*this);
+    const Nesting nesting(*this, archived);
     entries_.push_back({ classKey_, 0 });
     object->send<"encodeWithCoder:">(static_cast<NSCoder*>(&owner_));
-    dropRepeatedKeys(nesting.start());
+    if (!frames_.back().isUsual) {
+        dropRepeatedKeys(nesting.start());
+        if (!std::exchange(archived.hasUsual, true))
+            archived.usual = keysFrom(nesting.start() + 1);
+    }
     Class* const cls = archived.isRenamed ? classForKeyedArchiver(object) : archived.cls;
     const Index reference = classReference(cls ? cls : archived.cls);
     entries_[nesting.start()].value = reference;

@@ -47,6 +47,11 @@ private:
     using Uid = std::uint32_t;
     enum class Form : unsigned char { string, number, data, object };
 
+    /// A key and its text in the list.
+    struct KeyText {
+        const NSString* key;
+        Index text;
+    };
     /// What is known of a class whose instances are archived.
     struct Archived {
         Class* cls = nullptr;
@@ -54,10 +59,15 @@ private:
         bool isReplaced = false; ///< instances may name a substitute
         bool isRenamed = false; ///< instances may be archived as another class
         Index reference = 0; ///< to the class's own record; 0 before it is written
+        bool hasUsual = false; ///< an instance was encoded
+        std::vector<KeyText> usual; ///< the first one's keys in their order, all different
     };
     /// An object that is being encoded.
     struct Frame {
         std::size_t start;
+        const std::vector<KeyText>* usual; ///< of its class
+        std::size_t next = 0; ///< so many keys came as usual
+        bool isUsual = true; ///< no other key came
         unsigned unkeyed = 0;
     };
     /// What has a number in the archive.
@@ -83,6 +93,8 @@ private:
     Index record(NSObject* object);
     Index number(NSObject* object);
     Index dictionary(NSObject* object, Archived& archived);
+    Index keyText(NSString* key);
+    std::vector<KeyText> keysFrom(std::size_t start) const;
     bool hasRepeatedKeys(std::size_t start);
     void dropRepeatedKeys(std::size_t start);
     Archived& archived(Class* cls);
