@@ -2,6 +2,7 @@
 #include "NSObject.h"
 
 #include <cstdio>
+#include <cstring>
 
 #include "ArgumentKinds.h"
 #include "ClassPrivate.h"
@@ -118,29 +119,48 @@ template <> struct NSObject::Methods<struct Root> {
                 + class_getName(argument->classObject()));
     }
 
+    /// Answers the types of what is to be performed; empty when nothing answers it.
+    static std::string performedTypes(NSObject& self, SEL sel, const Method* method)
+    {
+        if (method)
+            return method_getTypeEncoding(method);
+        const Ref<NSMethodSignature> signature = self.methodSignatureForSelector(sel);
+        if (!signature)
+            return {};
+        std::string types = signature->methodReturnType();
+        for (std::uint64_t i = 0; i < signature->numberOfArguments(); ++i)
+            types += signature->getArgumentTypeAtIndex(i);
+        return types;
+    }
+    /// Answers whether a parameter is a word: numbers with a fraction and structures cannot be made of an object.
+    static bool isWord(const char* type) { return !std::strchr("dfD{(", *type); }
+
     static Ref<NSObject> perform(NSObject& self, SEL sel, NSObject* first, NSObject* second)
     {
         ensureInitialized(self.isa_);
         const Method* const method = class_getInstanceMethod(self.isa_, sel);
         requireKind(self, method, 2, first);
         requireKind(self, method, 3, second);
-        std::string types = method ? method_getTypeEncoding(method) : "";
-        if (!method) {
-            const Ref<NSMethodSignature> signature = self.methodSignatureForSelector(sel);
-            if (!signature) {
-                self.doesNotRecognizeSelector(sel);
-                return nullptr;
-            }
-            types = signature->methodReturnType();
-            for (std::uint64_t i = 0; i < signature->numberOfArguments(); ++i)
-                types += signature->getArgumentTypeAtIndex(i);
+        const std::string types = performedTypes(self, sel, method);
+        if (types.empty()) {
+            self.doesNotRecognizeSelector(sel);
+            return nullptr;
         }
         NSObject* receiver = &self;
-        // Parameters beyond the objects read zero, whatever their type; a large answer is dropped.
+        // Parameters beyond the objects, and those no object fits in, read zero; a large answer is dropped.
         std::uint64_t zeros[32] {};
         void* const nothing = zeros;
-        void* arguments[16] = { &receiver, &sel, &first, &second };
-        std::fill(arguments + 4, arguments + 16, nothing);
+        void* arguments[16] = { &receiver, &sel };
+        std::fill(arguments + 2, arguments + 16, nothing);
+        NSObject* objects[] = { first, second };
+        const char* type = types.c_str(); // of the result, the receiver, the selector, the objects
+        for (std::size_t i = 0; type && *type; type = encodingSkipType(type), ++i) {
+            if (i > std::size(arguments))
+                raise("NSInvalidArgumentException",
+                    std::string("too many parameters to be performed: ") + sel_getName(sel));
+            if ((i == 3 || i == 4) && isWord(type))
+                arguments[i - 1] = &objects[i - 3];
+        }
         std::uint64_t result[32] {};
         const Ref<NSObject> alive(&self);
         if (method)

@@ -321,6 +321,31 @@ namespace {
         EXPECT_EQ(animal->friendOfMine(), nullptr);
     }
 
+    TEST(Performing, AnObjectInThePlaceOfAStructureOrAFractionReadsZero)
+    {
+        const auto animal = make<Animal>();
+        animal->setFrame({ { 1, 2 }, { 3, 4 } });
+        animal->performSelector_withObject(selector<"setFrame:">, animal.get());
+        EXPECT_EQ(animal->frame(), CGRect());
+        static double weighed;
+        weighed = 5;
+        const SEL weigh = sel_registerName("weigh:");
+        ASSERT_TRUE(class_addMethod(Animal::cls(), weigh,
+            reinterpret_cast<IMP>(+[](NSObject*, SEL, double grams) { weighed = grams; }), "v@:d"));
+        animal->performSelector_withObject(weigh, animal.get());
+        EXPECT_EQ(weighed, 0);
+    }
+
+    TEST(Performing, MoreParametersThanAnyOperationHasRaise)
+    {
+        const auto animal = make<Animal>();
+        const SEL sel = sel_registerName("manyOfThem:");
+        ASSERT_TRUE(class_addMethod(Animal::cls(), sel,
+            reinterpret_cast<IMP>(+[](NSObject*, SEL) {}), ("v@:" + std::string(15, 'q')).c_str()));
+        EXPECT_NE(raisedBy([&] { animal->performSelector(sel); }).find("too many parameters"),
+            std::string::npos);
+    }
+
     TEST(Performing, WhatNobodyAnswersRaises)
     {
         const auto animal = make<Animal>();
