@@ -49,12 +49,12 @@ public:
             refuseToEncode("objects are nested more than " + std::to_string(kDeepest) + " deep");
         if (isStackShort())
             refuseToEncode("objects are nested deeper than this thread's stack allows");
-        writer.frames_.push_back({ start_, &archived.usual });
+        writer.frames_.add({ start_, &archived.usual });
     }
     ~Nesting()
     {
-        writer_.frames_.pop_back();
-        writer_.entries_.resize(start_);
+        writer_.frames_.cutTo(writer_.frames_.size() - 1);
+        writer_.entries_.cutTo(start_);
     }
     Nesting(const Nesting&) = delete;
     Nesting& operator=(const Nesting&) = delete;
@@ -72,7 +72,7 @@ Writer::Writer(NSKeyedArchiver& owner)
 {
     objects_.add({ nullptr, null_, list_.uid(0) });
     static const std::vector<KeyText> none;
-    frames_.push_back({ 0, &none });
+    frames_.add({ 0, &none });
 }
 
 Writer::~Writer()
@@ -95,34 +95,27 @@ void Writer::setDelegate(NSObject* delegate)
     tellsOfReplacing_ = answers(selector<"archiver:willReplaceObject:withObject:">);
 }
 
-void Writer::requireOpen() const
+void Writer::refuseMore()
 {
-    if (isFinished_)
-        refuseToEncode("archive already finished, cannot encode anything more");
+    refuseToEncode("archive already finished, cannot encode anything more");
 }
 
 // ---- entries
 
-void Writer::put(NSString* key, Index value)
+void Writer::putUnusual(NSString* key, Index value)
 {
-    requireOpen();
-    Frame& frame = frames_.back();
-    const std::vector<KeyText>& usual = *frame.usual;
-    if (frame.next < usual.size() && usual[frame.next].key == key) {
-        entries_.push_back({ usual[frame.next++].text, value });
-        return;
-    }
-    frame.isUsual = false;
-    entries_.push_back({ keyText(key), value });
+    const Index text = keyText(key);
+    frames_.last().isUsual = false;
+    entries_.add({ text, value });
 }
 
 void Writer::putUnkeyed(Index value)
 {
     requireOpen();
-    Frame& frame = frames_.back();
+    Frame& frame = frames_.last();
     frame.isUsual = false;
     const std::string key = "$" + std::to_string(frame.unkeyed++);
-    entries_.push_back({ list_.string(std::string_view(key)), value });
+    entries_.add({ list_.string(std::string_view(key)), value });
 }
 
 Writer::Index Writer::keyText(NSString* key)
@@ -237,7 +230,7 @@ void Writer::dropRepeatedKeys(std::size_t start)
         entries_[place->second] = entries_[i];
         end += isNew;
     }
-    entries_.resize(end);
+    entries_.cutTo(end);
 }
 
 // ---- objects
@@ -256,12 +249,6 @@ void Writer::alias(NSObject* object, Uid uid)
 {
     aliases_.emplace_back(object);
     numbers_[object] = uid + 1;
-}
-
-Writer::Index Writer::reference(NSObject* object, bool isConditional)
-{
-    requireOpen();
-    return objects_[object ? uidOf(object, isConditional) : 0].reference;
 }
 
 Writer::Uid Writer::uidOf(NSObject* object, bool isConditional)
@@ -383,9 +370,9 @@ Writer::Index Writer::number(NSObject* object)
 Writer::Index Writer::dictionary(NSObject* object, Archived& archived)
 {
     const Nesting nesting(*this, archived);
-    entries_.push_back({ classKey_, 0 });
+    entries_.add({ classKey_, 0 });
     object->send<"encodeWithCoder:">(static_cast<NSCoder*>(&owner_));
-    if (!frames_.back().isUsual) {
+    if (!frames_.last().isUsual) {
         dropRepeatedKeys(nesting.start());
         if (!std::exchange(archived.hasUsual, true))
             archived.usual = keysFrom(nesting.start() + 1);
@@ -393,7 +380,7 @@ Writer::Index Writer::dictionary(NSObject* object, Archived& archived)
     Class* const cls = archived.isRenamed ? classForKeyedArchiver(object) : archived.cls;
     const Index reference = classReference(cls ? cls : archived.cls);
     entries_[nesting.start()].value = reference;
-    return list_.dictionary(std::span(entries_).subspan(nesting.start()));
+    return list_.dictionary(entries_.from(nesting.start()));
 }
 
 // ---- classes
@@ -479,8 +466,8 @@ Ref<NSData> Writer::finish()
     const lists::ArchiveList::Entry entries[] = {
         { text("$version"), list_.integer(100000) },
         { text("$archiver"), text("NSKeyedArchiver") },
-        { text("$top"), list_.dictionary(entries_) },
-        { text("$objects"), list_.array({ records.data(), records.size() }) },
+        { text("$top"), list_.dictionary(entries_.from(0)) },
+        { text("$objects"), list_.array(records.from(0)) },
     };
     const Index top = list_.dictionary(entries);
     return list_.finish(top);

@@ -21,13 +21,29 @@ public:
 
     lists::ArchiveList& list() { return list_; }
     /// Adds an entry to the object that is being encoded.
-    void put(NSString* key, Index value);
+    void put(NSString* key, Index value)
+    {
+        requireOpen();
+        Frame& frame = frames_.last();
+        if (frame.next < frame.usual->size() && (*frame.usual)[frame.next].key == key)
+            entries_.add({ (*frame.usual)[frame.next++].text, value });
+        else
+            putUnusual(key, value);
+    }
     /// Answers the reference that stands for an object, which is encoded now if it was not before.
-    Index reference(NSObject* object, bool isConditional = false);
+    Index reference(NSObject* object, bool isConditional = false)
+    {
+        requireOpen();
+        return objects_[object ? uidOf(object, isConditional) : 0].reference;
+    }
     /// Adds an entry under a key of this coder's own.
     void putUnkeyed(Index value);
     /// Raises when the archive is finished.
-    void requireOpen() const;
+    void requireOpen() const
+    {
+        if (isFinished_) [[unlikely]]
+            refuseMore();
+    }
 
     std::size_t beginList() const { return elements_.size(); }
     void addToList(Index element) { elements_.push_back(element); }
@@ -83,6 +99,8 @@ private:
     };
     class Nesting;
 
+    [[noreturn]] static void refuseMore();
+    void putUnusual(NSString* key, Index value);
     Uid uidOf(NSObject* object, bool isConditional);
     Uid uidOfSubstitute(NSObject* object, bool isConditional);
     Uid newUid(NSObject* object);
@@ -113,9 +131,9 @@ private:
     ObjectNumbers numbers_; // the UID and one
     lists::Row<Numbered> objects_; // by their UIDs
     std::vector<Ref<NSObject>> aliases_; // kept like them; their numbers are those of others
-    std::vector<lists::ArchiveList::Entry> entries_;
+    lists::Row<lists::ArchiveList::Entry> entries_;
     std::vector<Index> elements_;
-    std::vector<Frame> frames_;
+    lists::Row<Frame> frames_;
     std::unordered_map<Class*, Archived> classes_;
     std::array<Archived*, 64> recentClasses_ {}; // by their address
     std::array<std::uint64_t, 256> seenKeys_ {}; // the upper half: in which search

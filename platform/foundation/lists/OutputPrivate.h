@@ -53,6 +53,9 @@ public:
     T* data() { return first_; }
     const T& operator[](std::size_t index) const { return first_[index]; }
     T& operator[](std::size_t index) { return first_[index]; }
+    T& last() { return first_[size_ - 1]; }
+    /// Answers the elements from one on, good until others are added.
+    std::span<const T> from(std::size_t index) const { return { first_ + index, size_ - index }; }
     const T* begin() const { return first_; }
     const T* end() const { return first_ + size_; }
     T* begin() { return first_; }
