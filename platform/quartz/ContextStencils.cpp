@@ -64,11 +64,20 @@ namespace {
         Stencil stencil = trimmed(blurred(trimmed(draw(job, job.touched, state)), sigma));
         stencil.left -= job.touched.left;
         stencil.top -= job.touched.top;
+        if (sigma == 0)
+            raster::findSolid(stencil);
         return cache.insert(key, std::move(stencil));
     }
 
-    /// Lays a colour through a stencil whose place is counted from `x`, `y`.
-    void lay(ContextData& data, const Stencil& stencil, int x, int y, const raster::Color& color)
+    /// Answers whether stencils are laid right into the pixels.
+    bool laysDirectly(const GraphicsState& state)
+    {
+        return !state.clipShapes && state.blend == kCGBlendModeNormal;
+    }
+
+    /// Lays a colour through a stencil whose place is counted from `x`, `y`. - cover: what will be covered, in device pixels.
+    void lay(ContextData& data, const Stencil& stencil, int x, int y, const raster::Color& color,
+        raster::Cover cover = {})
     {
         const int left = x + stencil.left;
         const int top = y + stencil.top;
@@ -76,12 +85,14 @@ namespace {
             return;
         const GraphicsState& state = data.state;
         const Pixel pixel = raster::pixelFromColor(color);
-        if (!state.clipShapes && state.blend == kCGBlendModeNormal) {
+        if (laysDirectly(state)) {
             const Access access(data, { left, top, left + stencil.width, top + stencil.height });
             Canvas& canvas = data.canvas();
             canvas.beginDirect();
-            raster::drawMask(canvas.bitmap(), stencil.mask(), left - canvas.left(),
-                top - canvas.top(), canvas.local(state.clipBox), pixel);
+            cover.left -= canvas.left();
+            cover.top -= canvas.top();
+            raster::drawMaskAround(canvas.bitmap(), stencil.mask(), left - canvas.left(),
+                top - canvas.top(), canvas.local(state.clipBox), pixel, cover);
             return canvas.endDirect();
         }
         std::vector<Pixel> pixels(stencil.coverage.size());
@@ -121,6 +132,11 @@ namespace {
         PixelRect sourceOf(PixelRect shown) const { return grown(moved(shown, -x, -y), reach); }
     };
 
+    bool isOpaque(const raster::Color& color)
+    {
+        return raster::alphaOf(raster::pixelFromColor(color)) == 255;
+    }
+
     raster::Color faded(raster::Color color, double alpha)
     {
         color.alpha *= alpha;
@@ -135,8 +151,7 @@ bool canBeRemembered(const PenJob& job, const GraphicsState& state)
     constexpr int kLargest = kLongestSide * kLongestSide / 4;
     const int width = widthOf(job.touched);
     const int height = heightOf(job.touched);
-    const bool isUsed
-        = state.shadow.paints || (!state.clipShapes && state.blend == kCGBlendModeNormal);
+    const bool isUsed = state.shadow.paints || laysDirectly(state);
     return isUsed && job.color && state.smoothEdges() && width <= kLongestSide
         && height <= kLongestSide && width * height <= kLargest;
 }
@@ -152,8 +167,14 @@ void castShadow(ContextData& data, const PenJob& job)
     const ShadowPause plain(data.state);
     const raster::Color color = faded(data.state.shadow.color, job.color ? job.color->alpha : 1);
     if (job.key) {
+        const auto [left, top, right, bottom] = job.touched;
         const StencilCache::Entry stencil = remembered(job, data.state, cast.sigma);
-        return lay(data, *stencil, job.touched.left + cast.x, job.touched.top + cast.y, color);
+        if (!isOpaque(*job.color) || !laysDirectly(data.state))
+            return lay(data, *stencil, left + cast.x, top + cast.y, color);
+        // The shape itself will cover most of its shadow.
+        const StencilCache::Entry shape = remembered(job, data.state, 0);
+        return lay(data, *stencil, left + cast.x, top + cast.y, color,
+            { shape->solid, left + shape->left, top + shape->top });
     }
     lay(data, blurred(draw(job, area, data.state), cast.sigma), cast.x, cast.y, color);
 }
@@ -197,7 +218,7 @@ void paintShape(ContextData& data, const PenJob& job)
     const GraphicsState& state = data.state;
     if (intersection(job.touched, state.clipBox).isEmpty())
         return;
-    if (state.clipShapes || state.blend != kCGBlendModeNormal || !job.key)
+    if (!laysDirectly(state) || !job.key)
         return runJob(data, job);
     lay(data, *remembered(job, state, 0), job.touched.left, job.touched.top, *job.color);
 }

@@ -25,13 +25,16 @@ void ShapeKey::add(const PathData& path, int left, int top)
 std::uint64_t ShapeKey::hash() const
 {
     constexpr std::uint64_t kMix = 0x9E3779B97F4A7C15;
-    std::uint64_t hash = (count_ ^ std::bit_cast<std::uint64_t>(blur_)) * kMix;
-    for (std::size_t i = 0; i < count_; i += 2) {
-        std::uint64_t two = 0;
-        std::memcpy(
-            &two, words_.data() + i, std::min<std::size_t>(count_ - i, 2) * sizeof(std::int32_t));
-        hash = (hash ^ hash >> 29 ^ two) * kMix;
+    if (wordsHash_ == 0) {
+        wordsHash_ = count_ * kMix;
+        for (std::size_t i = 0; i < count_; i += 2) {
+            std::uint64_t two = 0;
+            std::memcpy(&two, words_.data() + i,
+                std::min<std::size_t>(count_ - i, 2) * sizeof(std::int32_t));
+            wordsHash_ = (wordsHash_ ^ wordsHash_ >> 29 ^ two) * kMix;
+        }
     }
+    const std::uint64_t hash = (wordsHash_ ^ std::bit_cast<std::uint64_t>(blur_)) * kMix;
     return hash ^ hash >> 32;
 }
 

@@ -22,6 +22,7 @@ public:
         if (count_ < words_.size())
             words_[count_] = word;
         ++count_;
+        wordsHash_ = 0;
     }
     void add(double number)
     {
@@ -46,6 +47,7 @@ private:
     std::array<std::int32_t, 128> words_;
     std::size_t count_ = 0;
     double blur_ = 0;
+    mutable std::uint64_t wordsHash_ = 0; // 0: not yet known
 };
 
 /// Stencils of shapes that were painted lately, in bounded memory: interfaces draw the same few again and again.

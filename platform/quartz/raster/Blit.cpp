@@ -34,6 +34,19 @@ namespace {
             row[i] = scaled(source[i], alpha);
     }
 
+    /// Answers the covered part of a row of `count` pixels that begins at `left`, in whole steps of the wide way: all other
+    /// pixels are reached in the same steps as without it, and come out the same.
+    Stretch stepsIn(const Cover& cover, int line, int left, int count)
+    {
+        constexpr int kStep = 8;
+        const auto row = static_cast<std::size_t>(line - cover.top);
+        if (line < cover.top || row >= cover.rows.size())
+            return {};
+        const int from = std::max(cover.rows[row].from + cover.left - left, 0);
+        const int to = std::min(cover.rows[row].to + cover.left - left, count);
+        return { (from + kStep - 1) / kStep * kStep, to / kStep * kStep };
+    }
+
     /// Lays a colour over a row where a mask lets it through.
     void maskRow(Pixel* row, const std::uint8_t* coverage, int count, Pixel color)
     {
@@ -70,13 +83,27 @@ void drawImage(const Bitmap& bitmap, const Bitmap& image, int x, int y, PixelRec
 
 void drawMask(const Bitmap& bitmap, const Mask& mask, int x, int y, PixelRect clip, Pixel color)
 {
+    drawMaskAround(bitmap, mask, x, y, clip, color, {});
+}
+
+void drawMaskAround(const Bitmap& bitmap, const Mask& mask, int x, int y, PixelRect clip,
+    Pixel color, const Cover& cover)
+{
     const PixelRect target = landing(bitmap, x, y, mask.width, mask.height, clip);
     if (target.isEmpty() || color == 0)
         return;
+    const int count = target.right - target.left;
     for (int line = target.top; line < target.bottom; ++line) {
-        maskRow(bitmap.row(line) + target.left,
-            mask.coverage + (line - y) * mask.stride + (target.left - x),
-            target.right - target.left, color);
+        Pixel* const row = bitmap.row(line) + target.left;
+        const std::uint8_t* const coverage
+            = mask.coverage + (line - y) * mask.stride + (target.left - x);
+        const Stretch hidden = stepsIn(cover, line, target.left, count);
+        if (hidden.from >= hidden.to) {
+            maskRow(row, coverage, count, color);
+            continue;
+        }
+        maskRow(row, coverage, hidden.from, color);
+        maskRow(row + hidden.to, coverage + hidden.to, count - hidden.to, color);
     }
 }
 

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include <span>
+
 #include "Bitmap.h"
 
 namespace brindle::raster {
@@ -25,5 +27,22 @@ struct Mask {
 /// Lays a colour over the bitmap where a mask lets it through.
 /// - x, y: device pixel of the mask's top left.
 void drawMask(const Bitmap& bitmap, const Mask& mask, int x, int y, PixelRect clip, Pixel color);
+
+/// A stretch of a row, as first pixel and end.
+struct Stretch {
+    int from = 0;
+    int to = 0;
+};
+
+/// Parts of rows that somebody will cover anyway: one stretch a row, counted from `left` and `top`.
+struct Cover {
+    std::span<const Stretch> rows;
+    int left = 0;
+    int top = 0;
+};
+
+/// The same, but leaves out what is covered later as far as that saves work.
+void drawMaskAround(const Bitmap& bitmap, const Mask& mask, int x, int y, PixelRect clip,
+    Pixel color, const Cover& cover);
 
 }

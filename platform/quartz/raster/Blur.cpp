@@ -101,6 +101,21 @@ Stencil blurred(const Stencil& stencil, double sigma)
     return result;
 }
 
+void findSolid(Stencil& stencil)
+{
+    stencil.solid.resize(static_cast<std::size_t>(std::max(stencil.height, 0)));
+    const std::uint8_t* row = stencil.coverage.data();
+    for (Stretch& longest : stencil.solid) {
+        for (int from = 0, at = 0; at < stencil.width; ++at) {
+            if (row[at] != 255)
+                from = at + 1;
+            else if (at + 1 - from > longest.to - longest.from)
+                longest = { from, at + 1 };
+        }
+        row += stencil.width;
+    }
+}
+
 Stencil trimmed(const Stencil& stencil)
 {
     PixelRect ink { stencil.width, stencil.height, 0, 0 };

@@ -14,6 +14,7 @@ struct Stencil {
     int top = 0;
     int width = 0;
     int height = 0;
+    std::vector<Stretch> solid {}; // what is wholly covered of each row; empty where nobody looked
 
     Mask mask() const { return { coverage.data(), width, height, width }; }
     /// Answers the coverage of a device pixel; 0 outside.
@@ -38,6 +39,9 @@ int blurReach(double sigma);
 /// Three passes of a box whose outermost pixels count in part, so that any sigma is met: P. Gwosdek et al., "Theoretical
 /// Foundations of Gaussian Convolution by Extended Box Filtering" (2011). The time does not depend on sigma.
 Stencil blurred(const Stencil& stencil, double sigma);
+
+/// Notes the longest wholly covered stretch of each row.
+void findSolid(Stencil& stencil);
 
 /// Answers a stencil without the blank rows and columns around it.
 Stencil trimmed(const Stencil& stencil);

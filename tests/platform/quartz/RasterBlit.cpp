@@ -2,6 +2,7 @@
 #include "RasterTwin.h"
 
 #include "quartz/raster/Blit.h"
+#include "quartz/raster/Blur.h"
 
 #include <limits>
 #include <vector>
@@ -105,6 +106,49 @@ TEST(RasterMask, LetsTheColourThroughLikeCairos)
             });
         EXPECT_LE(difference, 1) << color.alpha;
     }
+}
+
+TEST(RasterMask, LeavesOutOnlyWhatIsCoveredLater)
+{
+    constexpr int kWidth = 37;
+    constexpr int kHeight = 9;
+    std::vector<std::uint8_t> coverage(kWidth * kHeight);
+    for (std::size_t i = 0; i < coverage.size(); ++i)
+        coverage[i] = static_cast<std::uint8_t>(1 + i * 31 % 255);
+    const std::vector<Stretch> rows { { 0, kWidth }, { 3, 30 }, { 0, 9 }, { 20, 22 }, { 5, 5 } };
+    const Mask mask { coverage.data(), kWidth, kHeight, kWidth };
+    const Pixel color = pixelFromColor({ 0.2, 0.5, 1, 0.6 });
+    for (const int left : { -4, 2, 6 }) {
+        const Cover cover { rows, left + 1, 6 };
+        std::vector<Pixel> whole(40 * 30, 0xFF808080);
+        std::vector<Pixel> around = whole;
+        drawMask({ whole.data(), 40, 30, 160 }, mask, left, 4, kAll, color);
+        drawMaskAround({ around.data(), 40, 30, 160 }, mask, left, 4, kAll, color, cover);
+        std::size_t leftOut = 0;
+        for (int y = 0; y < 30; ++y) {
+            for (int x = 0; x < 40; ++x) {
+                const auto place = static_cast<std::size_t>(y * 40 + x);
+                const bool isCovered = y >= 6 && y < 11
+                    && x >= left + 1 + rows[static_cast<std::size_t>(y - 6)].from
+                    && x < left + 1 + rows[static_cast<std::size_t>(y - 6)].to;
+                const bool isUntouched = isCovered && around[place] == 0xFF808080;
+                leftOut += isUntouched;
+                ASSERT_TRUE(isUntouched || around[place] == whole[place]) << x << ", " << y;
+            }
+        }
+        EXPECT_GE(leftOut, 32u);
+    }
+}
+
+TEST(RasterStencil, FindsTheLongestCoveredStretchOfEachRow)
+{
+    Stencil stencil { { 255, 255, 0, 255, 255, 255, 9, 255, 0, 0, 0, 0 }, 0, 0, 6, 2 };
+    findSolid(stencil);
+    ASSERT_EQ(stencil.solid.size(), 2u);
+    EXPECT_EQ(stencil.solid[0].from, 3);
+    EXPECT_EQ(stencil.solid[0].to, 6);
+    EXPECT_EQ(stencil.solid[1].from, 1);
+    EXPECT_EQ(stencil.solid[1].to, 2);
 }
 
 }
