@@ -161,6 +161,33 @@ TEST(HumanInterval, ATranslatedFormatReceivesTheCount)
     EXPECT_EQ(utf8(humanIntervalAgoSinceNow(ago(300))), "vor 5 Minuten");
 }
 
+TEST(HumanInterval, FixedAndCountedPhrasesHaveTextsOfTheirOwn)
+{
+    const VirtualClock clock;
+    const UserLanguage user("de_DE");
+    const BundleFolder folder;
+    folder.add("de.lproj/Localizable.strings",
+        R"("2h" = "zwei Stunden"; "%uh" = "%u Std."; "2d" = "zwei Tage"; "%ud" = "%u T.";)"
+        R"("2 wks" = "zwei Wochen"; "%u wks" = "%u W."; "1 yr" = "ein Jahr"; "%u mos" = "%u M.";)"
+        R"("2 hours ago" = "vor zwei Stunden"; "2 weeks ago" = "vor zwei Wochen";)"
+        R"("2 days ago" = "vor zwei Tagen"; "%u weeks ago" = "vor %u W.";)");
+    const MainBundle main(folder);
+    const auto terse = [](double seconds) { return utf8(humanIntervalSinceNow(ago(seconds))); };
+    EXPECT_EQ(terse(10799), "zwei Stunden");
+    EXPECT_EQ(terse(10800), "3 Std.");
+    EXPECT_EQ(terse(172800), "zwei Tage");
+    EXPECT_EQ(terse(259199), "zwei Tage");
+    EXPECT_EQ(terse(259200), "3 T.");
+    EXPECT_EQ(terse(1209599), "zwei Wochen");
+    EXPECT_EQ(terse(1209600), "2 W.");
+    EXPECT_EQ(terse(49247999), "18 M.");
+    EXPECT_EQ(terse(49248000), "ein Jahr");
+    EXPECT_EQ(utf8(humanIntervalAgoSinceNow(ago(10799))), "vor zwei Stunden");
+    EXPECT_EQ(utf8(humanIntervalAgoSinceNow(ago(259199))), "vor zwei Tagen");
+    EXPECT_EQ(utf8(humanIntervalAgoSinceNow(ago(1209599))), "vor zwei Wochen");
+    EXPECT_EQ(utf8(humanIntervalAgoSinceNow(ago(1209600))), "vor 2 W.");
+}
+
 TEST(HumanInterval, ATranslationThatAsksForSomethingElseIsNotUsed)
 {
     const VirtualClock clock;
