@@ -194,6 +194,24 @@ namespace {
         EXPECT_EQ(redEdges(screen, *view, kAllEdges), "LTRB");
     }
 
+    TEST(BRBorderedView, EachEdgeReachesFromCornerToCorner)
+    {
+        HeadlessScreen screen { 100, 100 };
+        const auto view = screen.add<BRBorderedView>(NSMakeRect(10, 10, 80, 80));
+        const auto corners = [&](std::int32_t edges) {
+            redEdges(screen, *view, edges);
+            const display::Snapshot seen = screen.pixels();
+            std::string found;
+            for (const auto& [x, y] : { std::pair { 10, 10 }, { 89, 10 }, { 10, 89 }, { 89, 89 } })
+                found += seen.at(x, y) == 0xFFFF0000 ? '+' : '-';
+            return found;
+        };
+        EXPECT_EQ(corners(BRBorderEdgeLeft), "+-+-");
+        EXPECT_EQ(corners(BRBorderEdgeRight), "-+-+");
+        EXPECT_EQ(corners(BRBorderEdgeTop), "++--");
+        EXPECT_EQ(corners(BRBorderEdgeBottom), "--++");
+    }
+
     TEST(BRBorderedView, LinesBeginAtZeroAndEndAtTheBounds)
     {
         HeadlessScreen screen { 100, 100 };

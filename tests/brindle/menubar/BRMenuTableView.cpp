@@ -349,6 +349,17 @@ namespace {
         EXPECT_EQ(utf8(identifier(row)), "MENUROW");
     }
 
+    TEST_F(MenuTable, RowsThatNoLongerShowAreUsedAgain)
+    {
+        const Ref<NSTableRowView> first = table->rowViewAtRow_makeIfNecessary(0, true);
+        scroll->contentView()->scrollToPoint({ 0, 950 });
+        screen.process();
+        bool isUsed = false;
+        for (NSInteger row = 50; row < 60; ++row)
+            isUsed |= table->rowViewAtRow_makeIfNecessary(row, false) == first;
+        EXPECT_TRUE(isUsed);
+    }
+
     TEST_F(MenuTable, RowsAreNotAskedOfTheStoredDelegate)
     {
         host->rowView_ = [](NSInteger) -> Ref<NSObject> { return make<NSTableRowView>(); };
