@@ -102,22 +102,74 @@ NSRect onPixels(NSRect rect)
         left, low, std::round(rect.size.width / p) * p, std::round(rect.size.height / p) * p);
 }
 
-void fillRounded(NSRect rect, CGFloat radius, Shade shade)
-{
-    const Ref<CGContext> c = currentCGContext();
-    CGContextBeginPath(c.get());
-    addRounded(c.get(), rect, radius);
-    setFill(c.get(), shade);
-    CGContextFillPath(c.get());
+namespace {
+
+    /// - width: of the edge alone; 0 fills it all.
+    void paintWhole(CGContext* c, NSRect rect, CGFloat radius, CGFloat width)
+    {
+        CGContextBeginPath(c);
+        addRounded(c, rect, radius);
+        if (width > 0)
+            addRounded(c, NSInsetRect(rect, width, width), radius - width);
+        CGContextEOFillPath(c);
+    }
+
+    // The corners are those of a small square, which the context remembers; a large shape would be made anew each time.
+    void paintInParts(CGContext* c, NSRect rect, CGFloat radius, CGFloat width, CGFloat reach)
+    {
+        const CGFloat p = pixel();
+        const auto whole = [p](CGFloat place) { return std::round(place / p) * p; };
+        const CGFloat left = whole(NSMinX(rect) + reach);
+        const CGFloat right = whole(NSMaxX(rect) - reach);
+        const CGFloat low = whole(NSMinY(rect) + reach);
+        const CGFloat high = whole(NSMaxY(rect) - reach);
+        for (const bool atRight : { false, true }) {
+            for (const bool atTop : { false, true }) {
+                const GraphicsStateGuard saved;
+                CGContextClipToRect(c,
+                    NSMakeRect(atRight ? right : left - 2 * reach, atTop ? high : low - 2 * reach,
+                        2 * reach, 2 * reach));
+                paintWhole(c,
+                    NSMakeRect(atRight ? NSMaxX(rect) - 2 * reach : NSMinX(rect),
+                        atTop ? NSMaxY(rect) - 2 * reach : NSMinY(rect), 2 * reach, 2 * reach),
+                    radius, width);
+            }
+        }
+        const CGFloat wide = width > 0 ? width : left - NSMinX(rect);
+        const CGFloat tall = width > 0 ? width : low - NSMinY(rect);
+        const CGFloat wideAtRight = width > 0 ? width : NSMaxX(rect) - right;
+        const CGFloat tallAtTop = width > 0 ? width : NSMaxY(rect) - high;
+        CGContextFillRect(c, NSMakeRect(left, NSMinY(rect), right - left, tall));
+        CGContextFillRect(c, NSMakeRect(left, NSMaxY(rect) - tallAtTop, right - left, tallAtTop));
+        CGContextFillRect(c, NSMakeRect(NSMinX(rect), low, wide, high - low));
+        CGContextFillRect(c, NSMakeRect(NSMaxX(rect) - wideAtRight, low, wideAtRight, high - low));
+        if (width <= 0)
+            CGContextFillRect(c, NSMakeRect(left, low, right - left, high - low));
+    }
+
+    void paintRounded(NSRect rect, CGFloat radius, CGFloat width, Shade shade)
+    {
+        constexpr CGFloat kLarge = 128 * 128; // pixels
+        const Ref<CGContext> c = currentCGContext();
+        setFill(c.get(), shade);
+        const CGFloat p = pixel();
+        const CGFloat reach = (std::ceil((std::max(radius, 0.0) + width) / p) + 1) * p;
+        const CGAffineTransform turn = CGContextGetCTM(c.get());
+        const bool isUpright = turn.b == 0 && turn.c == 0;
+        if (isUpright && rect.size.width * rect.size.height > kLarge * p * p
+            && std::min(rect.size.width, rect.size.height) > 4 * reach)
+            paintInParts(c.get(), rect, radius, width, reach);
+        else
+            paintWhole(c.get(), rect, radius, width);
+    }
+
 }
+
+void fillRounded(NSRect rect, CGFloat radius, Shade shade) { paintRounded(rect, radius, 0, shade); }
 void frameRounded(NSRect rect, CGFloat radius, CGFloat width, Shade shade)
 {
-    const Ref<CGContext> c = currentCGContext();
-    CGContextBeginPath(c.get());
-    addRounded(c.get(), rect, radius);
-    addRounded(c.get(), NSInsetRect(rect, width, width), radius - width);
-    setFill(c.get(), shade);
-    CGContextEOFillPath(c.get());
+    if (width > 0)
+        paintRounded(rect, radius, width, shade);
 }
 void strokeLine(const NSPoint* points, std::size_t count, CGFloat width, Shade s)
 {

@@ -25,6 +25,9 @@ namespace menus {
     inline constexpr CGFloat kArrowWidth = 10; ///< of the mark for a submenu
     inline constexpr CGFloat kWidest = 600;
     inline constexpr CGFloat kScrollStrip = 20; ///< height of an arrow for scrolling
+
+    /// Draws the shadow that a menu casts, in a view whose y goes down. MenuShadow.cpp.
+    void drawShadow(NSRect body);
 }
 
 /// One line of an open menu.

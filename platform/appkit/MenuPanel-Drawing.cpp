@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <algorithm>
 #include <cmath>
-#include <numbers>
 
 #include "ControlDrawingPrivate.h"
 #include "MenuSessionPrivate.h"
@@ -20,9 +19,6 @@ using controls::Shade;
 
 namespace {
 
-    constexpr CGFloat kShadowSpread = 5; // points, of the bell curve
-    constexpr CGFloat kShadowDrop = 3;
-
     Shade ground()
     {
         return controls::isDark() ? Shade { 0.184, 0.192, 0.212, 1 }
@@ -31,18 +27,6 @@ namespace {
     Shade edge()
     {
         return controls::isDark() ? Shade { 0, 0, 0, 0.7 } : Shade { 0, 0.01, 0.04, 0.22 };
-    }
-
-    // Rings of one point, the fainter the farther out: a blur of a whole menu would take longer than all the rest.
-    void drawShadow(NSRect body)
-    {
-        const double strength = controls::isDark() ? 0.55 : 0.30;
-        const NSRect cast = NSOffsetRect(body, 0, kShadowDrop);
-        for (CGFloat out = 11; out > -kShadowDrop; --out) {
-            const double share = std::erfc((out - 0.5) / (kShadowSpread * std::numbers::sqrt2)) / 2;
-            controls::frameRounded(
-                NSInsetRect(cast, -out, -out), kRadius + out, 1, { 0, 0, 0, strength * share });
-        }
     }
 
     Shade inkFor(bool enabled, bool highlighted)

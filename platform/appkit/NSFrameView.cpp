@@ -124,8 +124,10 @@ template <> struct NSWindowFrameView::Methods<struct Frame> {
         const Ref<CGContext> c = currentCGContext();
         const NSRect whole { {}, state.frame.size };
         if (!WindowAccess::hasBar(state.style)) {
-            background->set();
-            NSRectFill(rect);
+            if (background->alphaComponent() > 0) { // a pass begins with clear pixels
+                background->set();
+                NSRectFill(rect);
+            }
             if (state.style & NSDocModalWindowMask) {
                 stroke(c.get(), look().border);
                 CGContextStrokeRectWithWidth(c.get(), NSInsetRect(whole, 0.5, 0.5), 1);

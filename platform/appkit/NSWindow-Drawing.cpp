@@ -137,7 +137,9 @@ template <> struct NSWindow::Methods<struct Drawing> {
         if (state.drawing)
             return;
         const Ref<NSWindow> alive(&self);
+        const Backing* const before = state.backing.get();
         Backing& backing = WindowAccess::backing(self);
+        const bool isFresh = &backing != before; // and clear
         if (state.damage.isEmpty() && state.moved.isEmpty())
             return;
         const DrawingScope scope(state);
@@ -146,8 +148,10 @@ template <> struct NSWindow::Methods<struct Drawing> {
         Painter painter(self, partsOf(state));
         painter.plan(*state.frameView);
         const std::vector<display::PixelRect> rects = state.damage.take();
-        for (const display::PixelRect& rect : rects)
-            clearPixels(backing, rect);
+        for (const display::PixelRect& rect : rects) {
+            if (!isFresh)
+                clearPixels(backing, rect);
+        }
         painter.paint(*state.frameView);
         Damage changed = std::exchange(state.moved, {});
         for (const display::PixelRect& rect : rects)

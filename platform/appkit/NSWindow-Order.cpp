@@ -132,15 +132,16 @@ void WindowAccess::orderIn(
     insert(window, mode, other);
     display::Surface& native = surface(window);
     const bool appears = !std::exchange(s.visible, true);
-    if (appears)
+    if (appears) {
+        damageAll(window); // what it looks like was not followed while nobody saw it
         drawIfVisible(window); // the first picture is there before the window is
+    }
     native.setConcealed(false);
     if (!native.isShown())
         native.show();
     if (appears || mode != NSWindowAbove || !s.parent)
         stack(window, mode, other);
     if (appears) {
-        damageAll(window);
         s.viewsMoved = true;
         settleScreen(window);
     }
