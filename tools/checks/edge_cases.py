@@ -14,6 +14,7 @@ import tree
 LIST = "tests/EDGE_CASES.md"
 LINE = re.compile(r"- (?P<behaviour>\S.*\S) · (?P<tests>[\w.:, ]+)")
 CASE = re.compile(r"^[ \t]*TEST(?:_F|_P)?\(\s*(\w+),\s*(\w+)\s*\)", re.MULTILINE)
+RUN = re.compile(r"(?:\w+\.)?(?:\w+/)?(?P<case>\w+\.\w+)(?:/.*)?")
 FUNCTION = re.compile(r"^[ \t]*def (test_\w+)\(", re.MULTILINE)
 
 # Programs that are one test of ctest each, however many cases they hold.
@@ -42,9 +43,9 @@ def passed(results):
     names = set()
     for case in xml.etree.ElementTree.parse(results).iter("testcase"):
         if case.get("status") == "run":
-            name = re.sub(r"/[^.]*$", "", case.get("name"))
-            names.add(name)
-            names.add(re.sub(r"^\w+\.(?:\w+/)?(?=\w+\.)", "", name))
+            name = case.get("name")
+            bare = RUN.fullmatch(name)
+            names.add(bare["case"] if bare else name)
     return names
 
 
