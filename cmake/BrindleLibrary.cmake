@@ -27,7 +27,8 @@ set_target_properties(brindle PROPERTIES
     LINK_DEPENDS "${brindle_map}")
 # Classes stay registered and their methods reachable for the life of the process, hence nodelete.
 target_link_options(brindle PRIVATE
-    "LINKER:--version-script=${brindle_map}" "LINKER:-z,nodelete" "LINKER:--as-needed")
+    "LINKER:--version-script=${brindle_map}" "LINKER:-z,nodelete" "LINKER:--as-needed"
+    "LINKER:-Bsymbolic-functions") # its own functions are found when it is linked, not when a program starts
 # Tables of methods are full of addresses; packed, the loader reads a hundredth of the pages to set them.
 check_linker_flag(CXX "LINKER:-z,pack-relative-relocs" brindle_packs_addresses)
 if(brindle_packs_addresses)
