@@ -161,6 +161,15 @@ bool RunLoopCore::runControls()
     return any;
 }
 
+void RunLoopCore::enqueueSlowly(ClosureRing::Item item)
+{
+    if (inbox_->hasItems())
+        inbox_->takeItems(items_); // what others posted before comes first
+    items_.push(item);
+    if (outside_)
+        inbox_->wake(Inbox::Wake::look);
+}
+
 bool RunLoopCore::drainItems(Modes mode)
 {
     if (!(mode & kCommon))

@@ -54,9 +54,9 @@ void ClosureRing::resize(std::size_t size)
 {
     std::vector<Item> larger(size);
     for (std::uint64_t i = head_; i < tail_; ++i)
-        larger[i & (size - 1)] = items_[i & (items_.size() - 1)];
+        larger[i & (size - 1)] = items_[i & (room_ - 1)];
     items_.swap(larger);
-    mask_ = size - 1;
+    room_ = size;
 }
 
 void ClosureRing::clear()

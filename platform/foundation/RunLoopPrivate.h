@@ -65,13 +65,16 @@ public:
     std::uint64_t head() const { return head_; }
     std::uint64_t tail() const { return tail_; }
     bool empty() const { return head_ == tail_; }
+    bool hasRoom() const { return tail_ - head_ < room_; }
     void push(Item item)
     {
-        if (tail_ - head_ > mask_ || items_.empty()) [[unlikely]]
-            resize(items_.empty() ? 64 : items_.size() * 2);
-        items_[tail_++ & mask_] = item;
+        if (!hasRoom()) [[unlikely]]
+            resize(room_ ? room_ * 2 : 64);
+        place(item);
     }
-    Item pop() { return items_[head_++ & mask_]; }
+    /// The same where there is room.
+    void place(Item item) { items_[tail_++ & (room_ - 1)] = item; }
+    Item pop() { return items_[head_++ & (room_ - 1)]; }
     /// Whether a great burst has left room behind.
     bool isRoomy() const { return empty() && items_.size() > kKept; }
     /// Gives that room back.
@@ -79,7 +82,7 @@ public:
     {
         if (isRoomy()) {
             items_ = std::vector<Item>();
-            mask_ = 0;
+            room_ = 0;
         }
     }
     void clear();
@@ -89,10 +92,10 @@ private:
 
     void resize(std::size_t size);
 
-    std::vector<Item> items_; // a power of two of them
+    std::vector<Item> items_;
+    std::uint64_t room_ = 0; // how many they are: none or a power of two
     std::uint64_t head_ = 0;
     std::uint64_t tail_ = 0;
-    std::uint64_t mask_ = 0;
 };
 
 /// What other threads hand to a loop. Their writing wakes it, with a system call only when it sleeps.
@@ -257,11 +260,9 @@ public:
     /// Adds a closure of this thread for the common modes; takes its count over.
     void enqueue(ClosureRing::Item item)
     {
-        if (inbox_->hasItems()) [[unlikely]]
-            inbox_->takeItems(items_); // what others posted before comes first
-        items_.push(item);
-        if (outside_) [[unlikely]]
-            inbox_->wake(Inbox::Wake::look);
+        if (!items_.hasRoom() || inbox_->hasItems() || outside_) [[unlikely]]
+            return enqueueSlowly(item);
+        items_.place(item);
     }
 
     void addSource(NSRunLoopSource& source, Modes modes);
@@ -291,6 +292,7 @@ private:
         bool sources = false; ///< something other than timers
     };
 
+    void enqueueSlowly(ClosureRing::Item item);
     TimerLane& laneFor(Modes modes);
     Done turn(Modes mode);
     bool runControls();

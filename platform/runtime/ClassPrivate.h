@@ -124,8 +124,16 @@ void* handOut(void* buffer);
 void clearWeakReferences(void* object);
 void clearExtras(void* object);
 
+/// The class of closures; nullptr before the first one is made.
+extern constinit std::atomic<Class*> knownClosureClass;
+
 /// Closures are made and ended by the thousand: their end needs no message.
-bool isClosure(const NSObject* object);
+inline bool isClosure(const NSObject* object)
+{
+    return object->isa_ == knownClosureClass.load(std::memory_order_relaxed);
+}
+/// Answers whether a closure ends by giving its memory back: it holds nothing that has an end, and nothing hangs on it.
+bool isBareClosure(const NSObject* object);
 void endClosure(NSObject* object);
 void freeClosure(NSObject* object);
 

@@ -129,6 +129,8 @@ namespace {
             KeptBlock* first;
             std::uint32_t count;
         } kept[kSizes];
+        std::uint32_t
+            mostKept; // of each size; none before the thread's end is known, nor while it ends
         char* next; // the rest of the open slab
         char* end;
         std::intptr_t cut; // blocks of the open slab that were taken
@@ -142,6 +144,11 @@ namespace {
                 settle(slabOf(end - 1), kOpen - cut);
             next = end = nullptr;
             cut = 0;
+        }
+        void keep(Kept& place, void* memory)
+        {
+            place.first = ::new (memory) KeptBlock { place.first };
+            ++place.count;
         }
         void giveBack(void* memory)
         {
@@ -161,6 +168,7 @@ namespace {
         void finish()
         {
             isEnding = true;
+            mostKept = 0;
             for (Kept& each : kept) {
                 while (KeptBlock* const block = each.first) {
                     each.first = block->next;
@@ -180,6 +188,13 @@ namespace {
     };
     thread_local BlocksEnd blocksEnd;
 
+    /// From now on the thread ends what it keeps, so it may keep some.
+    void expectEnd()
+    {
+        blocksEnd.known = true;
+        ownBlocks.mostKept = kMostKept;
+    }
+
     constexpr std::size_t rounded(std::size_t size)
     {
         return (size + kAlignment - 1) & ~(kAlignment - 1);
@@ -198,13 +213,18 @@ namespace {
         if (own.isEnding)
             own.closeSlab();
         else
-            blocksEnd.known = true; // makes the thread end them
+            expectEnd();
         return memory;
     }
 
-    [[gnu::noinline]] void giveToSlab(void* memory)
+    /// The first block of this thread, one of another slab than the last, or one after the end.
+    [[gnu::noinline]] void giveRarely(Blocks::Kept& place, void* memory)
     {
         Blocks& own = ownBlocks;
+        if (own.mostKept == 0 && !own.isEnding) {
+            expectEnd();
+            return own.keep(place, memory);
+        }
         own.giveBack(memory);
         if (own.isEnding)
             own.settleReturned();
@@ -241,15 +261,13 @@ void giveClosureMemory(void* memory, std::size_t size)
         return;
     }
     Blocks& own = ownBlocks;
-    Blocks::Kept& kept = own.kept[rounded(size) / kAlignment];
-    if (kept.count == kMostKept || own.isEnding) {
-        giveToSlab(memory);
-        return;
-    }
-    if (!own.next)
-        blocksEnd.known = true; // this thread takes none itself; makes it end what it keeps
-    kept.first = ::new (memory) KeptBlock { kept.first };
-    ++kept.count;
+    Blocks::Kept& place = own.kept[rounded(size) / kAlignment];
+    if (place.count < own.mostKept)
+        own.keep(place, memory);
+    else if (slabOf(memory) == own.returned)
+        ++own.returnedCount;
+    else
+        giveRarely(place, memory);
 }
 
 bool hasSpareClosureMemory() { return spares.isMoreThan(kSlabsOfBurst); }

@@ -54,9 +54,23 @@ template <> struct NSBlock::Methods<struct Closures> {
 };
 BRINDLE_RECORD(NSBlock, Closures)
 
-Class* closureClass() { return classOf<NSBlock>(); }
+constinit std::atomic<Class*> knownClosureClass { nullptr };
 
-bool isClosure(const NSObject* object) { return object->isa_ == classOf<NSBlock>(); }
+Class* closureClass()
+{
+    Class* known = knownClosureClass.load(std::memory_order_acquire);
+    if (!known) [[unlikely]] {
+        known = classOf<NSBlock>();
+        knownClosureClass.store(known, std::memory_order_release);
+    }
+    return known;
+}
+
+bool isBareClosure(const NSObject* object)
+{
+    return isClosure(object) && !static_cast<const ClosureBase*>(object)->kind->end
+        && headerOf(object).extras.load(std::memory_order_acquire) == 0;
+}
 
 void endClosure(NSObject* object)
 {

@@ -75,6 +75,8 @@ namespace {
 
 void destroyObject(void* object)
 {
+    if (isBareClosure(static_cast<NSObject*>(object)))
+        return freeClosure(static_cast<NSObject*>(object));
     if (ending.depth >= kDeepestEnd) // a long chain must not use the stack up
         return waitForEnd(object);
     ++ending.depth;

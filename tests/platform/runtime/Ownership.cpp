@@ -155,6 +155,19 @@ namespace {
         EXPECT_EQ(weak.get(), nullptr);
     }
 
+    TEST(Closures, WithNothingToEndStillEndWhatHangsOnThem)
+    {
+        static const char key = 0;
+        const auto animal = make<Animal>();
+        Block<void()> block = [] {};
+        const WeakRef<NSObject> weak(block.get());
+        objc_setAssociatedObject(block.get(), &key, animal.get(), OBJC_ASSOCIATION_RETAIN);
+        EXPECT_EQ(countOf(animal.get()), 2);
+        block = nullptr;
+        EXPECT_EQ(weak.get(), nullptr);
+        EXPECT_EQ(countOf(animal.get()), 1);
+    }
+
     TEST(Closures, AnswerObjectsAsOwners)
     {
         const auto animal = make<Animal>();
