@@ -14,6 +14,7 @@ namespace {
 
     constexpr std::size_t kSmall = std::size_t { 16 }
         << 10; // bytes that are not worth the shared memory
+    constexpr std::size_t kLeast = std::size_t { 128 } << 10;
     constexpr std::size_t kLargest = std::size_t { 2 } << 20;
     constexpr std::size_t kPage = 4096;
 
@@ -103,7 +104,9 @@ void Presenter::present(xcb_window_t window, xcb_gcontext_t context, std::uint8_
     const Pixels& image, PixelRect rect)
 {
     const std::size_t bytes = rowBytes(rect) * static_cast<std::size_t>(rect.height());
-    if (bytes > kSmall && ensureMemory(std::min(bytes, kLargest))) {
+    // Fresh pages cost both sides more than a few answers that bands wait for, unless they are used again.
+    const std::size_t wanted = std::min(bytes, std::clamp(size_ * 2, kLeast, kLargest));
+    if (bytes > kSmall && ensureMemory(wanted)) {
         inBands(rect, size_,
             [&](PixelRect band) { presentShared(window, context, depth, image, band); });
         return;

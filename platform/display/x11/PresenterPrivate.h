@@ -10,8 +10,8 @@ namespace brindle::display {
 
 /// Brings pixels into windows: through memory shared with the server where that works, else inside requests.
 ///
-/// One piece of shared memory serves all windows. It grows to the largest damage seen, up to a limit; larger damage goes
-/// in bands. Small damage is cheaper inside a request.
+/// One piece of shared memory serves all windows. It doubles with each large damage, as far as that needs it and up to a
+/// limit; what is larger goes in bands. Small damage is cheaper inside a request.
 class Presenter {
 public:
     explicit Presenter(Connection& connection);
