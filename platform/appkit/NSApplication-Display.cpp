@@ -14,6 +14,7 @@
 #include "ToolTipsPrivate.h"
 #include "foundation/Clock.h"
 #include "foundation/NSBeep.h"
+#include "quartz/text/FontFamilies.h"
 
 namespace brindle {
 
@@ -268,8 +269,10 @@ namespace {
 display::Display& ApplicationAccess::display()
 {
     ApplicationState& app = state();
-    if (!app.displayOpened)
+    if (!app.displayOpened) {
+        text::readFontsAhead(); // meanwhile the server answers, and windows are made
         use(display::openDisplay());
+    }
     return *app.display;
 }
 

@@ -25,6 +25,10 @@ struct FamilyMember {
     bool isMonospaced = false;
 };
 
+/// Begins to read the list of the installed fonts on a thread of its own, so that it is there when text is first drawn.
+/// Whoever asks for a font meanwhile waits for it. Only the first call does anything. Thread: any.
+void readFontsAhead();
+
 /// Answers the names of all families with usable faces, sorted. Thread: any.
 std::vector<std::string> installedFamilies();
 

@@ -6,6 +6,8 @@
 #include <algorithm>
 #include <cstdlib>
 #include <cstring>
+#include <system_error>
+#include <thread>
 
 namespace brindle::text {
 
@@ -124,6 +126,12 @@ const std::vector<FontLibrary::Candidate>& FontLibrary::candidates()
         return std::strcmp(a.filePath, b.filePath) < 0;
     });
     return candidates_;
+}
+
+void FontLibrary::read()
+{
+    const std::lock_guard lock(mutex_);
+    candidates();
 }
 
 const FontFace* FontLibrary::open(FcPattern* pattern)
@@ -269,6 +277,18 @@ std::vector<FamilyMember> FontLibrary::members(std::string_view family)
         return std::pair(a.slant, a.weight) < std::pair(b.slant, b.weight);
     });
     return members;
+}
+
+void readFontsAhead()
+{
+    static std::once_flag once;
+    std::call_once(once, [] {
+        try {
+            std::thread([] { FontLibrary::shared().read(); }).detach();
+        } catch (const std::
+                system_error&) { // no thread is left; fonts will be read when they are needed
+        }
+    });
 }
 
 std::vector<std::string> installedFamilies() { return FontLibrary::shared().families(); }

@@ -43,6 +43,8 @@ class FontLibrary {
 public:
     static FontLibrary& shared();
 
+    /// Reads the font configuration now.
+    void read();
     const FontFace* named(std::string_view name);
     const FontFace* inFamily(std::string_view family, int weight, Slant slant);
     const FontFace* system(int weight, Slant slant);
