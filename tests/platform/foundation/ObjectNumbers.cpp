@@ -28,9 +28,9 @@ TEST(ObjectNumbers, NeighboursHaveNumbersOfTheirOwn)
 {
     ObjectNumbers numbers;
     for (std::uint32_t i = 1; i < 1000; ++i)
-        numbers[objectAt(0x7f0000000010 + 24 * i)] = i;
+        numbers[objectAt(0x7f0000000010 + 32 * i)] = i;
     for (std::uint32_t i = 1; i < 1000; ++i)
-        EXPECT_EQ(numbers[objectAt(0x7f0000000010 + 24 * i)], i);
+        EXPECT_EQ(numbers[objectAt(0x7f0000000010 + 32 * i)], i);
 }
 
 TEST(ObjectNumbers, ObjectsFarApartHaveNumbersOfTheirOwn)

@@ -17,6 +17,27 @@ WeakRef<NSObject> lastOf(const Ref<NSObject>& array)
     return cast<NSArray>(array)->lastObject().get();
 }
 
+std::string bigEndian(std::size_t value, int bytes)
+{
+    std::string text;
+    for (int shift = 8 * (bytes - 1); shift >= 0; shift -= 8)
+        text += static_cast<char>(value >> shift);
+    return text;
+}
+
+/// Writes arrays nested so deep, the innermost first.
+std::string nestedFromWithin(std::size_t depth)
+{
+    std::string out = "bplist00\xa0";
+    std::string table = bigEndian(8, 3);
+    for (std::size_t i = 1; i < depth; ++i) {
+        table += bigEndian(out.size(), 3);
+        out += "\xa1" + bigEndian(i - 1, 3);
+    }
+    return out + table + std::string("\0\0\0\0\0\0\3\3", 8) + bigEndian(depth, 8)
+        + bigEndian(depth - 1, 8) + bigEndian(out.size(), 8);
+}
+
 }
 
 TEST(BinaryListOrder, WhatIsHeldMayStandFirst)
@@ -41,6 +62,13 @@ TEST(BinaryListOrder, WhatTheTopDoesNotReachMayContainItself)
 {
     EXPECT_EQ(textOf(readList(binaryList({ "\xa1\0"sv, "\x51x", "\xa1\1"sv, "\xa1\3"sv }, 2))),
         "(\n    x\n)");
+}
+
+TEST(BinaryListOrder, WhatIsHeldFirstIsNestedNoDeeper)
+{
+    EXPECT_EQ(readFailure(nestedFromWithin(512)), "accepted");
+    EXPECT_EQ(readFailure(nestedFromWithin(513)), "3840: byte 9: containers are nested too deeply");
+    EXPECT_EQ(readFailure(nestedFromWithin(100000)).substr(0, 5), "3840:");
 }
 
 TEST(BinaryListOrder, ObjectsEndWithTheListThatHoldsThemManyTimes)
