@@ -15,7 +15,7 @@ LAYERS = {
     "display": {"foundation", "runtime"},
     "appkit": {"quartz", "foundation", "runtime", "display"},
 }
-FRAMEWORK = ["core", "text", "introspection", "graphics", "viewkit", "controls", "menubar", "shell"]
+FRAMEWORK = ["core", "text", "introspection", "graphics", "viewkit", "controls", "menubar", "shell", "inspector"]
 # Menubar and shell find each other by class name.
 STRANGERS = {("menubar", "shell"), ("shell", "menubar")}
 for place, layer in enumerate(FRAMEWORK):
