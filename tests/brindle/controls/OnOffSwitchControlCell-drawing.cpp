@@ -106,6 +106,14 @@ TEST(OnOffSwitchDrawing, TheThumbGoesFromWhiteToALightGrey)
     EXPECT_NEAR(off.at(10, 17).red, 255 * 0.91, 3);
 }
 
+TEST(OnOffSwitchDrawing, TheThumbCastsAShadowOnTheTrack)
+{
+    const test::Picture off = switchPicture(NSOffState);
+    EXPECT_LT(off.at(24, 10).red, off.at(45, 10).red - 10);
+    EXPECT_LT(off.at(24, 10).red, off.at(25, 10).red);
+    EXPECT_NEAR(off.at(28, 10).red, off.at(45, 10).red, 1) << "three points reach no further";
+}
+
 TEST(OnOffSwitchDrawing, TheOutlineIsDark)
 {
     // A line of one point lies half on each side of the track's edge.
@@ -164,6 +172,18 @@ TEST(OnOffSwitchDrawing, ATintColoursBothSidesOfTheThumb)
     });
     EXPECT_GT(picture.at(10, 10).green, picture.at(10, 10).red + 50);
     EXPECT_GT(picture.at(50, 10).red, picture.at(50, 10).green + 50);
+}
+
+TEST(OnOffSwitchDrawing, ATintIsDividedAtTheThumbWhereverTheFrameIs)
+{
+    const test::Focused picture(100, 20);
+    picture.fillWhite();
+    const Ref<OnOffSwitchControlCell> cell = make<OnOffSwitchControlCell>();
+    cell->setShowsOnOffLabels(false);
+    cell->setOnOffSwitchControlColors(OnOffSwitchControlGreenRedColors);
+    cell->tintBackgroundWithFrame_inView(NSMakeRect(30, 0, 60, 20), make<NSView>().get());
+    EXPECT_GT(picture.at(36, 10).green, picture.at(36, 10).red + 50); // up to 42
+    EXPECT_GT(picture.at(48, 10).red, picture.at(48, 10).green + 50);
 }
 
 /// A scheme and what it makes of white on both sides of the thumb.

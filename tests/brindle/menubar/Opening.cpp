@@ -104,6 +104,21 @@ namespace {
         click(file);
         EXPECT_EQ(lit, "Edit ; View ; ");
     }
+    TEST_F(OpenBar, PassesOverButtonsThatAreHiddenOrDisabled)
+    {
+        edit->setEnabled(false);
+        script.key(NSRightArrowFunctionKey);
+        noteLit();
+        script.then([&] {
+            edit->setEnabled(true);
+            edit->setHidden(true);
+        });
+        script.key(NSLeftArrowFunctionKey);
+        noteLit();
+        script.key(kEscape);
+        click(file);
+        EXPECT_EQ(lit, "View ; File ; ");
+    }
     TEST_F(OpenBar, LeavesTheKeyboardWithItsWindow)
     {
         desk.screen.window().makeKeyAndOrderFront(nullptr);
