@@ -39,7 +39,7 @@ TEST(ObjectNumbers, ObjectsFarApartHaveNumbersOfTheirOwn)
     std::vector<std::uintptr_t> addresses;
     for (unsigned shift = 10; shift < 47; ++shift) {
         for (std::uintptr_t i = 1; i < 40; ++i)
-            addresses.push_back((std::uintptr_t { 1 } << 47) + (i << shift) + shift * 16);
+            addresses.push_back((std::uintptr_t { 1 } << 47) + (i << shift) + shift * 32);
     }
     for (const std::uintptr_t address : addresses)
         ++numbers[objectAt(address)];

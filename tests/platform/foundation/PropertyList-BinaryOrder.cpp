@@ -67,7 +67,7 @@ TEST(BinaryListOrder, WhatTheTopDoesNotReachMayContainItself)
 TEST(BinaryListOrder, WhatIsHeldFirstIsNestedNoDeeper)
 {
     EXPECT_EQ(readFailure(nestedFromWithin(512)), "accepted");
-    EXPECT_EQ(readFailure(nestedFromWithin(513)), "3840: byte 9: containers are nested too deeply");
+    EXPECT_EQ(readFailure(nestedFromWithin(513)), "3840: byte 8: containers are nested too deeply");
     EXPECT_EQ(readFailure(nestedFromWithin(100000)).substr(0, 5), "3840:");
 }
 
