@@ -10,7 +10,11 @@
 
 namespace brindle {
 
-NSLayoutManager::~NSLayoutManager() = default;
+NSLayoutManager::~NSLayoutManager()
+{
+    for (const auto& container : containers_)
+        container->setLayoutManager(nullptr);
+}
 
 template <> struct NSLayoutManager::Methods<struct Setup> {
 
@@ -21,12 +25,6 @@ template <> struct NSLayoutManager::Methods<struct Setup> {
         layouts::ensure(self);
         return &self;
     }
-    static void dealloc(NSLayoutManager& self)
-    {
-        for (const auto& container : self.containers_)
-            container->setLayoutManager(nullptr);
-    }
-
     static Ref<NSTextStorage> textStorage(NSLayoutManager& self) { return self.storage_; }
     static void setTextStorage(NSLayoutManager& self, NSTextStorage* storage)
     {
@@ -134,7 +132,6 @@ template <> struct NSLayoutManager::Methods<struct Setup> {
         });
         t.methods({
             { "init", imp<init> },
-            { "dealloc", imp<dealloc> },
             { "textStorage", imp<textStorage> },
             { "setTextStorage:", imp<setTextStorage> },
             { "replaceTextStorage:", imp<replaceTextStorage> },

@@ -33,7 +33,6 @@ class NSLayoutManager : public NSObject {
 
 public:
     NSLayoutManager(const NSLayoutManager&) = delete;
-    ~NSLayoutManager();
 
     // ---- text and containers
 
@@ -256,6 +255,10 @@ public:
     {
         send<"drawGlyphsForGlyphRange:atPoint:">(range, origin);
     }
+
+protected:
+    /// Containers that live on forget the layout manager.
+    BRINDLE_EXPORT ~NSLayoutManager();
 
 private:
     friend struct ManagerAccess;

@@ -16,6 +16,12 @@
 
 namespace brindle {
 
+NSMenu::~NSMenu()
+{
+    for (const Ref<NSMenuItem>& item : items_)
+        MenuItemAccess::menu(*item) = nullptr;
+}
+
 Ref<NSMenu> MenuAccess::root(NSMenu& menu)
 {
     NSMenu* found = &menu;
@@ -82,12 +88,6 @@ template <> struct NSMenu::Methods<struct Basics> {
         return &self;
     }
     static Ref<NSObject> init(NSMenu& self) { return self.initWithTitle(nullptr); }
-    static void dealloc(NSMenu& self)
-    {
-        for (const Ref<NSMenuItem>& item : self.items_)
-            MenuItemAccess::menu(*item) = nullptr;
-    }
-
     static Ref<NSString> title(NSMenu& self) { return self.title_; }
     static void setTitle(NSMenu& self, NSString* title)
     {
@@ -301,7 +301,6 @@ template <> struct NSMenu::Methods<struct Basics> {
         t.methods({
             { "init", imp<init> },
             { "initWithTitle:", imp<initWithTitle> },
-            { "dealloc", imp<dealloc> },
             { "title", imp<title> },
             { "setTitle:", imp<setTitle> },
             { "supermenu", imp<supermenu> },

@@ -209,6 +209,10 @@ public:
     /// Answers the item that would be chosen now; nil when there is none or the menu is not open.
     Ref<NSMenuItem> highlightedItem() const { return send<"highlightedItem", Ref<NSMenuItem>>(); }
 
+protected:
+    /// Items that live on forget the menu.
+    BRINDLE_EXPORT ~NSMenu();
+
 private:
     friend struct MenuAccess;
 

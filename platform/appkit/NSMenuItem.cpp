@@ -22,6 +22,12 @@ namespace {
 
 }
 
+NSMenuItem::~NSMenuItem()
+{
+    if (submenu_)
+        MenuAccess::parent(*submenu_) = nullptr;
+}
+
 Ref<NSString> menuText(NSString* text, const char* operation)
 {
     if (text && !text->isKindOfClass(NSString::cls()))
@@ -54,12 +60,6 @@ template <> struct NSMenuItem::Methods<struct Basics> {
         item->enabled_ = false;
         return item;
     }
-    static void dealloc(NSMenuItem& self)
-    {
-        if (self.submenu_)
-            MenuAccess::parent(*self.submenu_) = nullptr;
-    }
-
     static void changed(NSMenuItem& self)
     {
         if (self.menu_)
@@ -221,7 +221,6 @@ template <> struct NSMenuItem::Methods<struct Basics> {
         t.methods({
             { "init", imp<init> },
             { "initWithTitle:action:keyEquivalent:", imp<initWith> },
-            { "dealloc", imp<dealloc> },
             { "menu", imp<menu> },
             { "isSeparatorItem", imp<Access<&I::separator_>::get> },
             { "hasSubmenu", imp<hasSubmenu> },

@@ -123,6 +123,10 @@ public:
         send<"setAllowsKeyEquivalentWhenHidden:">(allows);
     }
 
+protected:
+    /// A submenu that lives on forgets the item.
+    BRINDLE_EXPORT ~NSMenuItem();
+
 private:
     friend struct MenuItemAccess;
 

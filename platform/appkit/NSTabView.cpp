@@ -11,6 +11,12 @@
 
 namespace brindle {
 
+NSTabView::~NSTabView()
+{
+    for (const Ref<NSTabViewItem>& item : items_)
+        TabAccess::setTabView(*item, nullptr);
+}
+
 template <> struct NSTabView::Methods<struct Items> {
 
     static bool yes(NSTabView&) { return true; }
@@ -93,12 +99,6 @@ template <> struct NSTabView::Methods<struct Items> {
             show(self, self.items_.empty() ? nullptr : self.items_[next]);
         }
         countChanged(self);
-    }
-    static void dealloc(NSTabView& self)
-    {
-        for (const Ref<NSTabViewItem>& item : self.items_)
-            TabAccess::setTabView(*item, nullptr);
-        super<NSTabView, "dealloc">(self);
     }
 
     // ---- selecting
@@ -263,7 +263,6 @@ template <> struct NSTabView::Methods<struct Items> {
             { "addTabViewItem:", imp<add> },
             { "insertTabViewItem:atIndex:", imp<insert> },
             { "removeTabViewItem:", imp<remove> },
-            { "dealloc", imp<dealloc> },
             { "selectedTabViewItem", imp<selected> },
             { "selectTabViewItem:", imp<select> },
             { "selectTabViewItemAtIndex:", imp<selectAt> },

@@ -100,6 +100,10 @@ public:
     Ref<NSObject> delegate() const { return send<"delegate", Ref<NSObject>>(); }
     void setDelegate(NSObject* delegate) { send<"setDelegate:">(delegate); }
 
+protected:
+    /// Items that live on forget the tab view.
+    BRINDLE_EXPORT ~NSTabView();
+
 private:
     friend struct TabAccess;
 

@@ -18,6 +18,12 @@ std::shared_ptr<TableState> makeTableState()
     return state;
 }
 
+TableState::~TableState()
+{
+    for (const Ref<NSTableColumn>& column : columns)
+        TableAccess::tableOf(*column) = nullptr;
+}
+
 void TableAccess::post(NSTableView& table, NSString* name, SEL told, NSDictionary* facts)
 {
     const Ref<NSTableView> alive(&table);
@@ -44,12 +50,6 @@ template <> struct NSTableView::Methods<struct Basics> {
             NSMakeRect(0, 0, frame.size.width, kHeaderHeight));
         self.setHeaderView(cast<NSTableHeaderView>(header).get());
         return made;
-    }
-    static void dealloc(NSTableView& self)
-    {
-        for (const Ref<NSTableColumn>& column : of(self).columns)
-            TableAccess::tableOf(*column) = nullptr;
-        super<NSTableView, "dealloc">(self);
     }
     static bool yes(NSTableView&) { return true; }
     static bool no(NSTableView&) { return false; }
@@ -175,7 +175,6 @@ template <> struct NSTableView::Methods<struct Basics> {
         using Highlight = NSTableViewSelectionHighlightStyle;
         t.methods({
             { "initWithFrame:", imp<initWithFrame> },
-            { "dealloc", imp<dealloc> },
             { "isFlipped", imp<yes> },
             { "mouseDownCanMoveWindow", imp<no> },
             { "isOpaque", imp<isOpaque> },

@@ -44,6 +44,11 @@ struct ShownRow {
 
 /// Everything a table is and has.
 struct TableState {
+    TableState() = default;
+    ~TableState(); // columns that live on forget the table
+    TableState(const TableState&) = delete;
+    TableState& operator=(const TableState&) = delete;
+
     WeakRef<NSObject> dataSource;
     WeakRef<NSObject> delegate;
     std::vector<Ref<NSTableColumn>> columns;

@@ -12,6 +12,12 @@
 
 namespace brindle {
 
+NSTextStorage::~NSTextStorage()
+{
+    for (const auto& manager : managers_)
+        manager->setTextStorage(nullptr);
+}
+
 template <> struct NSTextStorage::Methods<struct Managing> {
 
     static void addLayoutManager(NSTextStorage& self, NSLayoutManager* manager)
@@ -39,12 +45,6 @@ template <> struct NSTextStorage::Methods<struct Managing> {
             list.push_back(manager.get());
         return NSArray::cls().arrayWithObjects_count(list.data(), list.size());
     }
-    static void dealloc(NSTextStorage& self)
-    {
-        for (const auto& manager : self.managers_)
-            manager->setTextStorage(nullptr);
-    }
-
     static Ref<NSObject> delegate(NSTextStorage& self) { return self.delegate_.get(); }
     static void setDelegate(NSTextStorage& self, NSObject* delegate) { self.delegate_ = delegate; }
 
@@ -56,7 +56,6 @@ template <> struct NSTextStorage::Methods<struct Managing> {
             { "layoutManagers", imp<layoutManagers> },
             { "delegate", imp<delegate> },
             { "setDelegate:", imp<setDelegate> },
-            { "dealloc", imp<dealloc> },
         });
     }
 };

@@ -63,6 +63,10 @@ public:
     /// Not kept.
     void setDelegate(NSObject* delegate) { send<"setDelegate:">(delegate); }
 
+protected:
+    /// Layout managers that live on forget the storage.
+    BRINDLE_EXPORT ~NSTextStorage();
+
 private:
     std::vector<Ref<NSLayoutManager>> managers_;
     WeakRef<NSObject> delegate_;

@@ -16,6 +16,23 @@ void ViewAccess::addTrackedViews(NSView& view, std::int64_t difference)
         v->trackedViews_ += static_cast<std::uint64_t>(difference);
 }
 
+// The subviews may live on, held by others; they must not know a superview that has gone.
+NSView::~NSView()
+{
+    for (const Ref<NSView>& view : subviews_) {
+        view->superview_ = nullptr;
+        view->setNextResponder(nullptr);
+    }
+    if (nextKeyView_)
+        nextKeyView_->previousKeyView_ = nullptr;
+    if (previousKeyView_)
+        previousKeyView_->nextKeyView_ = nullptr;
+    if (tracking_) {
+        for (const Ref<NSObject>& area : tracking_->all())
+            TrackingAccess::view(static_cast<NSTrackingArea&>(*area)) = nullptr;
+    }
+}
+
 template <> struct NSView::Methods<struct Hierarchy> {
 
     using Views = std::vector<Ref<NSView>>;
@@ -231,27 +248,9 @@ template <> struct NSView::Methods<struct Hierarchy> {
     static void nothingWithView(NSView&, NSView*) { }
     static void nothingWithWindow(NSView&, NSWindow*) { }
 
-    // The subviews may live on, held by others; they must not know a superview that has gone.
-    static void dealloc(NSView& self)
-    {
-        for (const Ref<NSView>& view : self.subviews_) {
-            view->superview_ = nullptr;
-            view->setNextResponder(nullptr);
-        }
-        if (self.nextKeyView_)
-            self.nextKeyView_->previousKeyView_ = nullptr;
-        if (self.previousKeyView_)
-            self.previousKeyView_->nextKeyView_ = nullptr;
-        if (self.tracking_) {
-            for (const Ref<NSObject>& area : self.tracking_->all())
-                TrackingAccess::view(static_cast<NSTrackingArea&>(*area)) = nullptr;
-        }
-    }
-
     static void table(Builder& t)
     {
         t.methods({
-            { "dealloc", imp<dealloc> },
             { "window", imp<window> },
             { "superview", imp<superview> },
             { "subviews", imp<subviews> },

@@ -310,31 +310,36 @@ public:
     Ref<NSString> toolTip() const { return send<"toolTip", Ref<NSString>>(); }
     void setToolTip(NSString* text) { send<"setToolTip:">(text); }
 
+protected:
+    /// What knows the view bare forgets it here, so that no `dealloc` can keep it from that.
+    BRINDLE_EXPORT ~NSView();
+
 private:
     friend struct ViewAccess;
 
+    // What passes over many siblings ask stands together: most views are passed over.
     NSRect frame_ {};
-    NSRect bounds_ {};
-    NSRect dirty_ {}; // own coordinates; means something while needsDisplay_ is set
+    bool hidden_ = false;
+    bool needsDisplay_ = false;
+    bool scaled_ = false; // the bounds' size was set apart from the frame's
+    bool autoresizesSubviews_ = true;
+    bool postsFrameChanges_ = true;
+    bool postsBoundsChanges_ = true;
+    std::shared_ptr<ViewLayer> layer_; // none until a layer is wanted
     NSView* superview_ = nullptr; // bare: the superview owns this view
     NSWindow* window_ = nullptr; // bare: the window owns the frame view
     std::vector<Ref<NSView>> subviews_;
+    NSRect bounds_ {};
+    NSRect dirty_ {}; // own coordinates; means something while needsDisplay_ is set
+    CGFloat alpha_ = 1;
     std::shared_ptr<quartz::ResizeSeries> resizing_; // where autoresizing started from
     std::shared_ptr<TrackingIndex> tracking_;
-    std::shared_ptr<ViewLayer> layer_; // none until a layer is wanted
     std::uint64_t trackedViews_ = 0; // views with tracking areas in this subtree, itself included
     NSView* nextKeyView_ = nullptr;
     NSView* previousKeyView_ = nullptr;
     Ref<NSString> toolTip_;
-    CGFloat alpha_ = 1;
     NSAutoresizingMaskOptions autoresizingMask_ = 0;
     unsigned frameChanges_ = 0; // `setFrame:` calls in progress
-    bool autoresizesSubviews_ = true;
-    bool postsFrameChanges_ = true;
-    bool postsBoundsChanges_ = true;
-    bool hidden_ = false;
-    bool needsDisplay_ = false;
-    bool scaled_ = false; // the bounds' size was set apart from the frame's
 };
 
 }

@@ -45,6 +45,12 @@ template <> struct ControllerLink::Methods<struct Nothing> {
 };
 BRINDLE_RECORD(ControllerLink, Nothing)
 
+NSViewController::~NSViewController()
+{
+    for (const Ref<NSViewController>& child : children_)
+        child->parent_ = nullptr;
+}
+
 void ControllerAccess::willMove(NSView& view, NSWindow* window)
 {
     const Ref<NSViewController> controller = controllerOf(view);
@@ -100,8 +106,6 @@ template <> struct NSViewController::Methods<struct Controllers> {
     }
     static void dealloc(NSViewController& self)
     {
-        for (const Ref<NSViewController>& child : self.children_)
-            child->parent_ = nullptr;
         if (self.view_)
             release(self);
     }

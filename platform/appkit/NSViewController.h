@@ -73,6 +73,10 @@ public:
     }
     void removeFromParentViewController() { send<"removeFromParentViewController">(); }
 
+protected:
+    /// Children that live on forget the controller.
+    BRINDLE_EXPORT ~NSViewController();
+
 private:
     friend struct ControllerAccess;
 

@@ -11,6 +11,25 @@
 
 namespace brindle {
 
+NSWindow::~NSWindow() { WindowAccess::end(*this); }
+
+void WindowAccess::end(NSWindow& window)
+{
+    if (!isReady(window) || !state(window).frameView)
+        return;
+    WindowState& s = state(window);
+    for (const Ref<NSWindow>& child : s.children)
+        state(*child).parent = nullptr;
+    for (const Ref<NSWindow>& sheet : s.sheets)
+        state(*sheet).sheetHost = nullptr;
+    ApplicationAccess::removeWindow(window);
+    s.firstResponder = nullptr;
+    s.pressed = {};
+    ViewAccess::setRootOf(*s.frameView, nullptr);
+    s.frameView = nullptr;
+    s.surface.reset();
+}
+
 void WindowAccess::notify(NSWindow& window, NSString* name, const char* delegateSelector)
 {
     const Ref<NSWindow> alive(&window);
@@ -53,22 +72,7 @@ template <> struct NSWindow::Methods<struct Basics> {
                 | NSResizableWindowMask,
             NSBackingStoreBuffered, true);
     }
-    static void dealloc(NSWindow& self)
-    {
-        if (!WindowAccess::isReady(self))
-            return;
-        WindowState& state = of(self);
-        for (const Ref<NSWindow>& child : state.children)
-            of(*child).parent = nullptr;
-        for (const Ref<NSWindow>& sheet : state.sheets)
-            of(*sheet).sheetHost = nullptr;
-        ApplicationAccess::removeWindow(self);
-        state.firstResponder = nullptr;
-        state.pressed = {};
-        if (state.frameView)
-            ViewAccess::setRootOf(*state.frameView, nullptr);
-        state.surface.reset();
-    }
+    static void dealloc(NSWindow& self) { WindowAccess::end(self); }
 
     // ---- views
 

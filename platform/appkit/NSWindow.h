@@ -474,6 +474,10 @@ public:
         return send<"mouseLocationOutsideOfEventStream", NSPoint>();
     }
 
+protected:
+    /// Ends what a `dealloc` of the host's has kept from ending.
+    BRINDLE_EXPORT ~NSWindow();
+
 private:
     friend struct WindowAccess;
 

@@ -135,6 +135,8 @@ struct WindowAccess {
         window.state_ = std::move(state);
     }
     static bool isReady(const NSWindow& window) { return window.state_ != nullptr; }
+    /// Parts the window from its views, children and sheets, the screen and the application.
+    static void end(NSWindow& window);
 
     // Told by views.
     static void forgetView(NSWindow& window, NSView& view);

@@ -38,6 +38,16 @@ std::vector<Ref<CALayer>> LayerAccess::drawingOrder(const CALayer& layer)
     return order;
 }
 
+CALayer::~CALayer()
+{
+    if (!state_)
+        return;
+    for (const Ref<CALayer>& layer : state_->sublayers)
+        LayerAccess::state(*layer).superlayer = nullptr;
+    if (state_->mask)
+        LayerAccess::state(*state_->mask).superlayer = nullptr;
+}
+
 template <> struct CALayer::Methods<struct Tree> {
 
     using Layers = std::vector<Ref<CALayer>>;
@@ -193,16 +203,10 @@ template <> struct CALayer::Methods<struct Tree> {
         LayerAccess::invalidate(self);
     }
 
-    // Layers that others hold must not know a superlayer that has gone.
     static void dealloc(CALayer& self)
     {
-        if (!self.state_)
-            return;
-        LayerAccess::endMovements(self, false);
-        for (const Ref<CALayer>& layer : self.state_->sublayers)
-            of(*layer).superlayer = nullptr;
-        if (self.state_->mask)
-            of(*self.state_->mask).superlayer = nullptr;
+        if (self.state_)
+            LayerAccess::endMovements(self, false);
     }
 
     static void table(Builder& t)

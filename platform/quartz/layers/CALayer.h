@@ -298,6 +298,10 @@ public:
     float speed() const { return send<"speed", float>(); }
     void setSpeed(float speed) { send<"setSpeed:">(speed); }
 
+protected:
+    /// Layers that live on forget their superlayer.
+    BRINDLE_EXPORT ~CALayer();
+
 private:
     friend struct LayerAccess;
     std::shared_ptr<LayerState> state_; // made when it is first asked for
