@@ -9,8 +9,6 @@ namespace brindle {
 namespace {
 
     using display::PixelRect;
-    constexpr std::size_t kMostRects = 12;
-
     PixelRect united(PixelRect a, PixelRect b)
     {
         return { std::min(a.left, b.left), std::min(a.top, b.top), std::max(a.right, b.right),
@@ -43,15 +41,15 @@ void Damage::add(PixelRect rect)
             continue;
         }
         rect = united(rects_[i], rect);
-        rects_.erase(rects_.begin() + static_cast<std::ptrdiff_t>(i));
+        rects_.remove(i);
         i = 0; // the larger one may reach others
     }
-    rects_.push_back(rect);
-    if (rects_.size() <= kMostRects)
-        return;
-    for (const PixelRect& other : rects_)
-        rect = united(rect, other);
-    rects_ = { rect };
+    if (rects_.isFull()) {
+        for (const PixelRect& other : rects_.all())
+            rect = united(rect, other);
+        rects_.clear();
+    }
+    rects_.add(rect);
 }
 
 PixelRect Damage::pixelsOf(NSRect rect, double scale, display::PixelSize size)

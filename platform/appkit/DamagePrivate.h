@@ -3,8 +3,8 @@
 
 #include <span>
 #include <utility>
-#include <vector>
 
+#include "FewPrivate.h"
 #include "display/Types.h"
 
 namespace brindle {
@@ -14,11 +14,14 @@ namespace brindle {
 /// Rectangles that touch are joined when that costs little; past a dozen all become one.
 class Damage {
 public:
+    static constexpr std::size_t kMostRects = 12;
+    using Rects = Few<display::PixelRect, kMostRects>;
+
     void add(display::PixelRect rect);
-    bool isEmpty() const { return rects_.empty(); }
+    bool isEmpty() const { return rects_.isEmpty(); }
     void clear() { rects_.clear(); }
-    std::vector<display::PixelRect> take() { return std::exchange(rects_, {}); }
-    std::span<const display::PixelRect> rects() const { return rects_; }
+    Rects take() { return std::exchange(rects_, {}); }
+    std::span<const display::PixelRect> rects() const { return rects_.all(); }
 
     /// Answers the whole pixels that a rectangle of a window touches.
     /// - rect: points, y up. - scale: pixels a point. - size: of the window, in pixels.
@@ -27,7 +30,7 @@ public:
     static NSRect pointsOf(display::PixelRect rect, double scale, display::PixelSize size);
 
 private:
-    std::vector<display::PixelRect> rects_;
+    Rects rects_;
 };
 
 }

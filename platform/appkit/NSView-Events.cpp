@@ -5,6 +5,7 @@
 #include "NSWindowPrivate.h"
 #include "ViewLayerPrivate.h"
 #include "foundation/NSArray.h"
+#include "runtime/Runtime.h"
 #include "runtime/Table.h"
 
 namespace brindle {
@@ -16,14 +17,39 @@ template <> struct NSView::Methods<struct Events> {
         return point.x >= NSMinX(rect) && point.x < NSMaxX(rect) && point.y >= NSMinY(rect)
             && point.y < NSMaxY(rect);
     }
+    static bool isHit(const NSView& view, NSPoint point)
+    {
+        return !view.hidden_ && isIn(point, view.frame_);
+    }
+    /// Knows whether a class answers `hitTest:` as it is answered here. Siblings are mostly of one class.
+    class OrdinaryClass {
+    public:
+        bool is(Class* cls)
+        {
+            if (cls != last_) {
+                last_ = cls;
+                ordinary_ = class_getMethodImplementation(cls, selector<"hitTest:">)
+                    == imp<hitTest>.address();
+            }
+            return ordinary_;
+        }
+
+    private:
+        Class* last_ = nullptr;
+        bool ordinary_ = false;
+    };
     static Ref<NSView> hitTest(NSView& self, NSPoint point)
     {
-        if (self.hidden_ || !isIn(point, self.frame_))
+        if (!isHit(self, point))
             return nullptr;
+        OrdinaryClass known;
         const NSPoint inside = ViewAccess::toSuperview(self).inverse().apply(point);
         for (std::size_t i = self.subviews_.size(); i-- > 0;) {
             if (i >= self.subviews_.size())
                 continue; // an override changed the list
+            const NSView& lent = *self.subviews_[i];
+            if (!isHit(lent, inside) && known.is(lent.isa_))
+                continue; // would answer nil
             const Ref<NSView> view = self.subviews_[i];
             if (Ref<NSView> found = view->hitTest(inside))
                 return found;

@@ -102,7 +102,7 @@ void ViewLayer::render(CGContextRef context, quartz::LayerLook look)
     }
     if (ViewAccess::isHidden(view_))
         return;
-    Painter painter(context, { area }, look);
+    Painter painter(context, area, look);
     painter.paintAlone(view_);
     if (painter.raised())
         std::rethrow_exception(painter.raised());

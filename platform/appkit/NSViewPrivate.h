@@ -35,6 +35,14 @@ struct ViewAccess {
     /// Answers what shows the view's layer; null without one.
     static ViewLayer* layer(const NSView& view) { return view.layer_.get(); }
     static bool& needsDisplay(NSView& view) { return view.needsDisplay_; }
+    /// Answers whether a view may paint in a rectangle of its superview's coordinates; NO is certain.
+    static bool mayReach(const NSView& view, NSRect rect)
+    {
+        const NSRect frame = view.frame_;
+        return !view.hidden_
+            && (NSIntersectsRect(frame, rect) || view.layer_ || frame.size.width < 0
+                || frame.size.height < 0);
+    }
 
     /// Answers the transform from a view's coordinates to its superview's, or to the window's for the topmost one.
     static AxisTransform toSuperview(const NSView& view);

@@ -121,11 +121,11 @@ template <> struct NSWindow::Methods<struct Drawing> {
         WindowState& state;
     };
 
-    static std::vector<NSRect> partsOf(const WindowState& state)
+    static Parts partsOf(const WindowState& state)
     {
-        std::vector<NSRect> parts;
+        Parts parts;
         for (const display::PixelRect& rect : state.damage.rects())
-            parts.push_back(Damage::pointsOf(rect, state.backing->scale, state.backing->size));
+            parts.add(Damage::pointsOf(rect, state.backing->scale, state.backing->size));
         return parts;
     }
 
@@ -147,14 +147,14 @@ template <> struct NSWindow::Methods<struct Drawing> {
         announcing.announce(*state.frameView); // views may mark more now
         Painter painter(self, partsOf(state));
         painter.plan(*state.frameView);
-        const std::vector<display::PixelRect> rects = state.damage.take();
-        for (const display::PixelRect& rect : rects) {
+        const Damage::Rects rects = state.damage.take();
+        for (const display::PixelRect& rect : rects.all()) {
             if (!isFresh)
                 clearPixels(backing, rect);
         }
         painter.paint(*state.frameView);
         Damage changed = std::exchange(state.moved, {});
-        for (const display::PixelRect& rect : rects)
+        for (const display::PixelRect& rect : rects.all())
             changed.add(rect);
         WindowAccess::present(self, changed.rects());
         if (const std::exception_ptr& raised

@@ -13,12 +13,18 @@ namespace {
         return { t.scaleX, 0, 0, t.scaleY, t.moveX, t.moveY };
     }
 
-    NSRect boxAround(const std::vector<NSRect>& parts)
+    NSRect boxAround(const Parts& parts)
     {
-        NSRect box = parts.empty() ? NSRect {} : parts.front();
-        for (const NSRect& part : parts)
+        NSRect box = parts.isEmpty() ? NSRect {} : parts[0];
+        for (const NSRect& part : parts.all())
             box = NSUnionRect(box, part);
         return box;
+    }
+
+    /// Answers a box of the window in a view's coordinates, and a little more: its edges have been rounded.
+    NSRect reachIn(const AxisTransform& toWindow, NSRect box)
+    {
+        return NSInsetRect(toWindow.inverse().apply(box), -1, -1);
     }
 
 }
@@ -38,7 +44,7 @@ std::span<const NSRect> Focus::partsOf(const NSView& view)
 {
     for (std::size_t i = stack().size(); i-- > 0;) {
         if (stack()[i]->view_ == &view)
-            return stack()[i]->parts_;
+            return stack()[i]->parts_.all();
     }
     return {};
 }
@@ -57,7 +63,7 @@ Focus::Focus(NSView& view, const Backing& backing, const AxisTransform& toWindow
 {
     const AxisTransform inverse = toWindow.inverse();
     for (const NSRect& part : clip) {
-        parts_.push_back(inverse.apply(part));
+        parts_.add(inverse.apply(part));
         clipped_ = clipped_ == NSRect {} ? part : NSUnionRect(clipped_, part);
     }
     CGContextClipToRects(context_.get(), clip.data(), clip.size());
@@ -145,34 +151,55 @@ namespace {
 
 }
 
-Painter::Painter(NSWindow& window, std::vector<NSRect> parts)
+Painter::Painter(NSWindow& window, const Parts& parts)
     : backing_(WindowAccess::backing(window))
-    , parts_(std::move(parts))
+    , parts_(parts)
     , box_(boxAround(parts_))
 {
 }
 
-Painter::Painter(CGContext* context, std::vector<NSRect> parts, quartz::LayerLook look)
+Painter::Painter(CGContext* context, NSRect part, quartz::LayerLook look)
     : backing_(own_)
-    , parts_(std::move(parts))
-    , box_(boxAround(parts_))
+    , box_(part)
     , look_(look)
     , clearsMarks_(false)
 {
+    parts_.add(part);
     NSGraphicsContext::Meta maker = NSGraphicsContext::cls();
     own_.context = context;
     own_.upright = maker.graphicsContextWithGraphicsPort_flipped(context, false);
     own_.flipped = maker.graphicsContextWithGraphicsPort_flipped(context, true);
 }
 
-std::vector<NSRect> Painter::partsIn(NSRect visible) const
+Parts Painter::partsIn(NSRect visible) const
 {
-    std::vector<NSRect> inside;
-    for (const NSRect& part : parts_) {
+    Parts inside;
+    for (const NSRect& part : parts_.all()) {
         if (NSIntersectsRect(part, visible))
-            inside.push_back(NSIntersectionRect(part, visible));
+            inside.add(NSIntersectionRect(part, visible));
     }
     return inside;
+}
+
+// Siblings are sorted out by their frames alone, which costs a few comparisons each; who passes is asked exactly. A step may
+// change the list, so that it is kept aside: on one stack for all passes, in memory that is asked for once.
+template <class Step>
+void Painter::forTouched(NSView& view, const AxisTransform& toWindow, Step&& step) const
+{
+    static auto* const touched = new std::vector<Ref<NSView>>;
+    struct Level {
+        ~Level() { touched->resize(start); }
+        const std::size_t start = touched->size();
+    } const level;
+    const NSRect reach = reachIn(toWindow, box_);
+    for (const Ref<NSView>& subview : ViewAccess::subviews(view)) {
+        if (ViewAccess::mayReach(*subview, reach))
+            touched->push_back(subview);
+    }
+    for (std::size_t i = level.start, end = touched->size(); i < end; ++i) {
+        const Ref<NSView> subview = (*touched)[i];
+        step(*subview);
+    }
 }
 
 // The last opaque view, in the order of drawing, that covers all that is to be drawn: nothing before it shows.
@@ -184,8 +211,11 @@ NSView* Painter::coveringView(NSView& view, const AxisTransform& outer, NSRect c
     const NSRect visible = NSIntersectionRect(clip, toWindow.apply(ViewAccess::bounds(view)));
     if (!NSContainsRect(visible, box_))
         return nullptr;
+    const NSRect reach = reachIn(toWindow, box_);
     const std::vector<Ref<NSView>>& inside = ViewAccess::subviews(view);
     for (std::size_t i = inside.size(); i-- > 0;) {
+        if (!ViewAccess::mayReach(*inside[i], reach))
+            continue;
         if (NSView* found = coveringView(*inside[i], toWindow, visible))
             return found;
     }
@@ -237,9 +267,7 @@ void Painter::announce(NSView& view, const AxisTransform& outer, NSRect clip)
     if (ViewAccess::needsDisplay(view))
         attempt([&] { view.viewWillDraw(); });
     const NSRect visible = NSIntersectionRect(clip, toWindow.apply(ViewAccess::bounds(view)));
-    const std::vector<Ref<NSView>> inside = ViewAccess::subviews(view);
-    for (const Ref<NSView>& subview : inside)
-        announce(*subview, toWindow, visible);
+    forTouched(view, toWindow, [&](NSView& subview) { announce(subview, toWindow, visible); });
 }
 
 void Painter::paint(NSView& view, const AxisTransform& outer, NSRect clip)
@@ -268,9 +296,8 @@ void Painter::paintAt(NSView& view, const AxisTransform& toWindow, NSRect clip)
 void Painter::paintLayered(
     NSView& view, ViewLayer& shower, const AxisTransform& toWindow, NSRect clip)
 {
-    const std::vector<NSRect> parts
-        = partsIn(NSIntersectionRect(clip, toWindow.apply(areaOf(view))));
-    if (parts.empty())
+    const Parts parts = partsIn(NSIntersectionRect(clip, toWindow.apply(areaOf(view))));
+    if (parts.isEmpty())
         return;
     const bool draws = beginView(view);
     const bool updates = draws && view.wantsUpdateLayer();
@@ -279,7 +306,7 @@ void Painter::paintLayered(
     CGContext* const context = backing_.context.get();
     const NSRect visible = NSIntersectionRect(clip, toWindow.apply(ViewAccess::bounds(view)));
     const quartz::StateScope scope(context);
-    CGContextClipToRects(context, parts.data(), parts.size());
+    CGContextClipToRects(context, parts.all().data(), parts.size());
     CGContextConcatCTM(context, matrixOf(toWindow));
     quartz::HostedDrawing drawing(*shower.layer(), context, look_);
     if (clearsMarks_)
@@ -307,11 +334,11 @@ bool Painter::beginView(NSView& view)
 
 void Painter::drawOwn(NSView& view, const AxisTransform& toWindow, NSRect visible)
 {
-    const std::vector<NSRect> parts = partsIn(visible);
-    if (parts.empty())
+    const Parts parts = partsIn(visible);
+    if (parts.isEmpty())
         return;
     attempt([&] {
-        const Focus focus(view, backing_, toWindow, parts);
+        const Focus focus(view, backing_, toWindow, parts.all());
         view.drawRect(focus.box());
     });
 }
@@ -320,12 +347,10 @@ void Painter::paintSubviews(NSView& view, const AxisTransform& toWindow, NSRect 
 {
     if (!NSIntersectsRect(visible, box_))
         return;
-    const std::vector<Ref<NSView>> inside
-        = ViewAccess::subviews(view); // drawing may change the list
-    for (const Ref<NSView>& subview : inside) {
-        if (ViewAccess::superview(*subview) == &view)
-            paint(*subview, toWindow, visible);
-    }
+    forTouched(view, toWindow, [&](NSView& subview) {
+        if (ViewAccess::superview(subview) == &view)
+            paint(subview, toWindow, visible);
+    });
 }
 
 }

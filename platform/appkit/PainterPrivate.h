@@ -13,6 +13,9 @@
 
 namespace brindle {
 
+/// The rectangles that a pass draws.
+using Parts = Few<NSRect, Damage::kMostRects>;
+
 /// Which view's coordinates the current context has. Drawing passes and `lockFocus` nest.
 class Focus {
 public:
@@ -43,7 +46,7 @@ private:
     Ref<CGContext> context_;
     quartz::StateScope state_;
     CurrentContextScope current_;
-    std::vector<NSRect> parts_;
+    Parts parts_;
     NSRect clipped_; // window coordinates, around the parts
     bool locked_ = false;
 };
@@ -52,10 +55,10 @@ private:
 class Painter {
 public:
     /// - parts: what is to be drawn, in window coordinates.
-    Painter(NSWindow& window, std::vector<NSRect> parts);
+    Painter(NSWindow& window, const Parts& parts);
     /// Draws into any context, in its present state.
     /// - look: which values layers are drawn with.
-    Painter(CGContext* context, std::vector<NSRect> parts, quartz::LayerLook look);
+    Painter(CGContext* context, NSRect part, quartz::LayerLook look);
     /// Finds the view that hides all before it. Sends `isOpaque`.
     void plan(NSView& root) { first_ = coveringView(root, {}, ViewAccess::frame(root)); }
     /// Draws what `plan` has left, also while some view is locked.
@@ -78,11 +81,13 @@ private:
     void drawOwn(NSView& view, const AxisTransform& toWindow, NSRect visible);
     void paintSubviews(NSView& view, const AxisTransform& toWindow, NSRect visible);
     NSRect areaOf(NSView& view) const;
-    std::vector<NSRect> partsIn(NSRect visible) const;
+    Parts partsIn(NSRect visible) const;
+    template <class Step>
+    void forTouched(NSView& view, const AxisTransform& toWindow, Step&& step) const;
 
     Backing own_; // of a painter without a window
     const Backing& backing_;
-    std::vector<NSRect> parts_;
+    Parts parts_;
     NSRect box_;
     quartz::LayerLook look_ = quartz::LayerLook::shown;
     bool clearsMarks_ = true;

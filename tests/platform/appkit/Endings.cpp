@@ -41,7 +41,7 @@ namespace {
     }
     template <class T> Ref<T> silent()
     {
-        const auto raw = Ref<NSObject>::adopt(class_createInstance(silentClass<T>()));
+        const Ref<NSObject> raw = Ref<NSObject>::adopt(class_createInstance(silentClass<T>()));
         return cast<T>(raw->send<"init", Ref<NSObject>>());
     }
 
