@@ -1,12 +1,13 @@
 // SPDX-License-Identifier: Apache-2.0
+#include "ActionCodingPrivate.h"
 #include "CodingPrivate.h"
 #include "NSActionCell.h"
 #include "NSButtonPrivate.h"
+#include "NSMenu.h"
 #include "NSView.h"
 #include "foundation/NSAttributedString.h"
 #include "foundation/NSDate.h"
 #include "foundation/NSNumber.h"
-#include "foundation/NSObjCRuntime.h"
 #include "foundation/NSURL.h"
 
 namespace brindle {
@@ -62,7 +63,8 @@ namespace {
 
 }
 
-// - Shape: the value under "NSContents", a picture under "NSImage", the font under "NSFontName" and "NSFontSize", a number for every setting.
+// - Shape: the value under "NSContents", a picture under "NSImage", "NSFormatter", "NSMenu", the font under "NSFontName" and
+//   "NSFontSize", a number for every setting.
 template <> struct NSCell::Methods<struct Coding> {
 
     static void encode(NSCell& self, NSCoder* coder)
@@ -70,6 +72,8 @@ template <> struct NSCell::Methods<struct Coding> {
         CellAttributes& attributes = CellAccess::of(self);
         coder->encodeObject_forKey(attributes.contents.get(), "NSContents"_ns);
         coder->encodeObject_forKey(attributes.image.get(), "NSImage"_ns);
+        coder->encodeObject_forKey(attributes.formatter.get(), "NSFormatter"_ns);
+        coder->encodeObject_forKey(attributes.menu.get(), "NSMenu"_ns);
         if (attributes.font) {
             coder->encodeObject_forKey(attributes.font->fontName().get(), "NSFontName"_ns);
             coder->encodeDouble_forKey(attributes.font->pointSize(), "NSFontSize"_ns);
@@ -81,6 +85,8 @@ template <> struct NSCell::Methods<struct Coding> {
         CellAttributes& attributes = CellAccess::of(self);
         attributes.contents = decodeValue(coder, "NSContents"_ns);
         attributes.image = decode<NSImage>(coder, "NSImage"_ns);
+        attributes.formatter = decode<NSFormatter>(coder, "NSFormatter"_ns);
+        attributes.menu = decode<NSMenu>(coder, "NSMenu"_ns);
         if (const Ref<NSString> name = decode<NSString>(coder, "NSFontName"_ns))
             attributes.font = NSFont::cls().fontWithName_size(
                 name.get(), coder->decodeDoubleForKey("NSFontSize"_ns));
@@ -98,17 +104,14 @@ template <> struct NSActionCell::Methods<struct Coding> {
     {
         super<NSActionCell, "encodeWithCoder:">(self, coder);
         coder->encodeInteger_forKey(self.tag_, "NSTag"_ns);
-        coder->encodeConditionalObject_forKey(self.target_.get().get(), "NSTarget"_ns);
-        if (self.action_)
-            coder->encodeObject_forKey(NSStringFromSelector(self.action_).get(), "NSAction"_ns);
+        encodeAction(coder, self.target_.get().get(), self.action_);
     }
     static Ref<NSObject> initWithCoder(NSActionCell& self, NSCoder* coder)
     {
         Ref<NSObject> made = super<NSActionCell, "initWithCoder:", Ref<NSObject>>(self, coder);
         self.tag_ = coder->decodeIntegerForKey("NSTag"_ns);
         self.target_ = coder->decodeObjectForKey("NSTarget"_ns);
-        if (const Ref<NSString> action = decode<NSString>(coder, "NSAction"_ns))
-            self.action_ = NSSelectorFromString(action.get());
+        self.action_ = decodeAction(coder);
         return made;
     }
 

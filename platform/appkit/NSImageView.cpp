@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "NSImageView.h"
 
+#include "ActionCodingPrivate.h"
 #include "CodingPrivate.h"
 #include "NSBitmapImageRep.h"
 #include "NSEvent.h"
@@ -8,7 +9,6 @@
 #include "NSPasteboard.h"
 #include "foundation/NSBeep.h"
 #include "foundation/NSData.h"
-#include "foundation/NSObjCRuntime.h"
 
 namespace brindle {
 
@@ -149,17 +149,14 @@ template <> struct NSImageView::Methods<struct Pictures> {
     static void encode(NSImageView& self, NSCoder* coder)
     {
         super<NSImageView, "encodeWithCoder:">(self, coder);
-        coder->encodeConditionalObject_forKey(self.target_.get().get(), "NSTarget"_ns);
-        if (self.action_)
-            coder->encodeObject_forKey(NSStringFromSelector(self.action_).get(), "NSAction"_ns);
+        encodeAction(coder, self.target_.get().get(), self.action_);
         code({ coder, false }, self);
     }
     static Ref<NSObject> initWithCoder(NSImageView& self, NSCoder* coder)
     {
         Ref<NSObject> made = super<NSImageView, "initWithCoder:", Ref<NSObject>>(self, coder);
         self.target_ = coder->decodeObjectForKey("NSTarget"_ns);
-        if (const Ref<NSString> action = decode<NSString>(coder, "NSAction"_ns))
-            self.action_ = NSSelectorFromString(action.get());
+        self.action_ = decodeAction(coder);
         code({ coder, true }, self);
         return made;
     }

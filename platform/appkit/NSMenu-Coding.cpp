@@ -1,8 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
+#include "ActionCodingPrivate.h"
 #include "NSMenuPrivate.h"
-#include "foundation/CodingTable.h"
 #include "foundation/NSArray.h"
-#include "foundation/NSObjCRuntime.h"
 #include "foundation/NSSet.h"
 #include "runtime/Table.h"
 
@@ -43,9 +42,7 @@ template <> struct NSMenuItem::Methods<struct Coding> {
         coder->encodeObject_forKey(self.toolTip_.get(), "NSToolTip"_ns);
         coder->encodeObject_forKey(self.represented_.get(), "NSRepObject"_ns);
         coder->encodeObject_forKey(self.submenu_.get(), "NSSubmenu"_ns);
-        coder->encodeConditionalObject_forKey(self.target_.get().get(), "NSTarget"_ns);
-        if (self.action_)
-            coder->encodeObject_forKey(NSStringFromSelector(self.action_).get(), "NSAction"_ns);
+        encodeAction(coder, self.target_.get().get(), self.action_);
     }
     static Ref<NSObject> initWithCoder(NSMenuItem& self, NSCoder* coder)
     {
@@ -64,8 +61,7 @@ template <> struct NSMenuItem::Methods<struct Coding> {
         self.setToolTip(decode<NSString>(coder, "NSToolTip"_ns).get());
         self.represented_ = coder->decodeObjectForKey("NSRepObject"_ns);
         self.setTarget(coder->decodeObjectForKey("NSTarget"_ns).get());
-        if (const Ref<NSString> action = decode<NSString>(coder, "NSAction"_ns))
-            self.action_ = NSSelectorFromString(action.get());
+        self.action_ = decodeAction(coder);
         self.setSubmenu(decode<NSMenu>(coder, "NSSubmenu"_ns).get());
         return &self;
     }

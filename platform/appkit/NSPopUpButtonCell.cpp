@@ -64,7 +64,6 @@ template <> struct NSPopUpButtonCell::Methods<struct Items> {
     static void encode(NSPopUpButtonCell& self, NSCoder* coder)
     {
         super<NSPopUpButtonCell, "encodeWithCoder:">(self, coder);
-        coder->encodeObject_forKey(&menuOf(self), "NSMenu"_ns);
         coder->encodeInteger_forKey(self.indexOfSelectedItem(), "NSSelectedIndex"_ns);
         coder->encodeBool_forKey(self.pullsDown_, "NSPullDown"_ns);
         coder->encodeBool_forKey(!self.altersState_, "NSKeepsState"_ns);
@@ -72,7 +71,6 @@ template <> struct NSPopUpButtonCell::Methods<struct Items> {
     static Ref<NSObject> initWithCoder(NSPopUpButtonCell& self, NSCoder* coder)
     {
         Ref<NSObject> made = super<NSPopUpButtonCell, "initWithCoder:", Ref<NSObject>>(self, coder);
-        CellAccess::of(self).menu = decode<NSMenu>(coder, "NSMenu"_ns);
         self.pullsDown_ = coder->decodeBoolForKey("NSPullDown"_ns);
         self.altersState_ = !coder->decodeBoolForKey("NSKeepsState"_ns);
         const NSInteger index = coder->decodeIntegerForKey("NSSelectedIndex"_ns);

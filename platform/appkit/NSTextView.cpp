@@ -21,6 +21,43 @@ Ref<NSString> TextViewAccess::text(NSTextView& view)
     return s.secretText ? Ref<NSString>(s.secretText) : s.storage->string();
 }
 
+void TextViewAccess::prepare(NSTextView& view, NSSize size, NSTextContainer* lent)
+{
+    constexpr CGFloat kUnbounded = 1e7;
+    const auto state = std::make_shared<TextViewState>();
+    Ref<NSTextContainer> container(lent);
+    if (!container) {
+        container = alloc<NSTextContainer>()->initWithContainerSize({ size.width, kUnbounded });
+        container->setWidthTracksTextView(true);
+    }
+    state->layout = container->layoutManager();
+    if (!state->layout) {
+        state->layout = make<NSLayoutManager>();
+        state->layout->addTextContainer(container.get());
+    }
+    state->storage = state->layout->textStorage();
+    if (!state->storage) {
+        state->storage = make<NSTextStorage>();
+        state->storage->addLayoutManager(state->layout.get());
+    }
+    state->container = container;
+    state->plainAttributes
+        = makeDictionary({ { NSFontAttributeName, NSFont::cls().userFontOfSize(12).get() },
+            { NSForegroundColorAttributeName, NSColor::cls().textColor().get() } });
+    state->minSize = size;
+    install(view, state);
+}
+
+void TextViewAccess::settle(NSTextView& view, NSSize size)
+{
+    const TextViewState& state = of(view);
+    state.container->setTextView(&view);
+    view.setFrameSize(size); // the container follows
+    NSNotificationCenter::cls().defaultCenter()->addObserver_selector_name_object(&view,
+        selector<"storageDidChange:">, NSTextStorageDidProcessEditingNotification,
+        state.storage.get());
+}
+
 /// A text view under its other name.
 template <> struct NSText::Methods<struct Making> {
     static Ref<NSObject> alloc(Class& self)
@@ -35,8 +72,6 @@ BRINDLE_RECORD(NSText, Making)
 
 template <> struct NSTextView::Methods<struct Basics> {
 
-    static constexpr CGFloat kUnbounded = 1e7;
-
     static TextViewState& of(NSTextView& self) { return TextViewAccess::of(self); }
 
     // ---- making
@@ -45,41 +80,13 @@ template <> struct NSTextView::Methods<struct Basics> {
     {
         return self.initWithFrame_textContainer(frame, nullptr);
     }
-    static Ref<NSDictionary> ordinaryAttributes()
+    static Ref<NSTextView> initWithContainer(
+        NSTextView& self, NSRect frame, NSTextContainer* container)
     {
-        return makeDictionary({ { NSFontAttributeName, NSFont::cls().userFontOfSize(12).get() },
-            { NSForegroundColorAttributeName, NSColor::cls().textColor().get() } });
-    }
-    static Ref<NSTextView> initWithContainer(NSTextView& self, NSRect frame, NSTextContainer* lent)
-    {
-        const auto state = std::make_shared<TextViewState>();
-        Ref<NSTextContainer> container(lent);
-        if (!container) {
-            container
-                = alloc<NSTextContainer>()->initWithContainerSize({ frame.size.width, kUnbounded });
-            container->setWidthTracksTextView(true);
-        }
-        state->layout = container->layoutManager();
-        if (!state->layout) {
-            state->layout = make<NSLayoutManager>();
-            state->layout->addTextContainer(container.get());
-        }
-        state->storage = state->layout->textStorage();
-        if (!state->storage) {
-            state->storage = make<NSTextStorage>();
-            state->storage->addLayoutManager(state->layout.get());
-        }
-        state->container = container;
-        state->plainAttributes = ordinaryAttributes();
-        state->minSize = frame.size;
-        TextViewAccess::install(self, state);
+        TextViewAccess::prepare(self, frame.size, container);
         if (!super<NSTextView, "initWithFrame:", Ref<NSView>>(self, frame))
             return nullptr;
-        container->setTextView(&self);
-        self.setFrameSize(frame.size); // the container follows
-        NSNotificationCenter::cls().defaultCenter()->addObserver_selector_name_object(&self,
-            selector<"storageDidChange:">, NSTextStorageDidProcessEditingNotification,
-            state->storage.get());
+        TextViewAccess::settle(self, frame.size);
         return &self;
     }
     static Ref<NSObject> init(NSTextView& self)

@@ -73,6 +73,11 @@ struct TextViewAccess {
         view.state_ = std::move(state);
     }
 
+    /// Gives a view that is being made its state; a nil container is made for the size.
+    static void prepare(NSTextView& view, NSSize size, NSTextContainer* container);
+    /// Ends the making: container and layout belong to the view.
+    static void settle(NSTextView& view, NSSize size);
+
     /// Answers the text itself, also where bullets are shown in its place.
     static Ref<NSString> text(NSTextView& view);
 

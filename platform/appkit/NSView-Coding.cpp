@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "CodingPrivate.h"
 #include "FieldEditorClipPrivate.h"
+#include "NSMenu.h"
 #include "NSTextField.h"
 #include "NSUserInterfaceItemIdentification.h"
 #include "NSViewPrivate.h"
@@ -8,7 +9,7 @@
 namespace brindle {
 
 // - Shape: "NSFrame"; "NSBounds" where they were set apart from it; "NSSubviews" back to front, without an editor that is
-//   at work; a number for every setting; "NSNextKeyView" where that view is archived too. No window, no superview.
+//   at work; "NSMenu"; a number for every setting; "NSNextKeyView" where that view is archived too. No window, no superview.
 template <> struct NSView::Methods<struct Coding> {
 
     static void code(const NumberCoding& number, NSView& self)
@@ -34,6 +35,7 @@ template <> struct NSView::Methods<struct Coding> {
             coder->encodeObject_forKey(makeArray(std::move(inside)).get(), "NSSubviews"_ns);
         coder->encodeObject_forKey(self.toolTip_.get(), "NSToolTip"_ns);
         coder->encodeObject_forKey(identifier(self).get(), "NSIdentifier"_ns);
+        coder->encodeObject_forKey(super<NSView, "menu", Ref<NSMenu>>(self).get(), "NSMenu"_ns);
         coder->encodeConditionalObject_forKey(self.nextKeyView_, "NSNextKeyView"_ns);
         code({ coder, false }, self);
     }
@@ -50,6 +52,7 @@ template <> struct NSView::Methods<struct Coding> {
         if (const Ref<NSString> tip = decode<NSString>(coder, "NSToolTip"_ns))
             self.setToolTip(tip.get());
         setIdentifier(self, decode<NSString>(coder, "NSIdentifier"_ns).get());
+        super<NSView, "setMenu:">(self, decode<NSMenu>(coder, "NSMenu"_ns).get());
         code({ coder, true }, self);
         if (const Ref<NSView> next = decode<NSView>(coder, "NSNextKeyView"_ns))
             self.setNextKeyView(next.get());

@@ -4,12 +4,15 @@
 #include "appkit/NSButton.h"
 #include "appkit/NSColor.h"
 #include "appkit/NSImage.h"
+#include "appkit/NSMenu.h"
+#include "appkit/NSMenuItem.h"
 #include "appkit/NSScrollView.h"
 #include "appkit/NSTextField.h"
 #include "foundation/NSArray.h"
 #include "foundation/NSAttributedString.h"
 #include "foundation/NSError.h"
 #include "foundation/NSNumber.h"
+#include "foundation/NSNumberFormatter.h"
 #include "support/ActionLog.h"
 #include "support/Archives.h"
 #include "support/EditingDesk.h"
@@ -123,6 +126,39 @@ namespace {
         const Ref<NSButton> second = cast<NSButton>(back->subviews()->firstObject());
         EXPECT_EQ(second->target(), back);
         EXPECT_EQ(second->action(), selector<"display">);
+    }
+    TEST(ControlCoding, KeepsAnActionThatNoClassHasYet)
+    {
+        const Ref<NSButton> button = make<NSButton>();
+        button->setAction(selector<"actionThatNobodyHasRegistered:">);
+        EXPECT_EQ(archived(button)->action(), selector<"actionThatNobodyHasRegistered:">);
+    }
+    TEST(ControlCoding, KeepsTheFormatterOfAField)
+    {
+        const Ref<NSTextField> field = make<NSTextField>();
+        const auto formatter = make<NSNumberFormatter>();
+        formatter->setMinimumFractionDigits(2);
+        field->cell()->setFormatter(formatter.get());
+        const Ref<NSFormatter> back = archived(field)->cell()->formatter();
+        ASSERT_NE(back, nullptr);
+        EXPECT_EQ(cast<NSNumberFormatter>(back)->minimumFractionDigits(), 2U);
+    }
+    TEST(ControlCoding, KeepsTheMenuOfACell)
+    {
+        const Ref<NSButton> button = make<NSButton>();
+        const Ref<NSMenu> menu = alloc<NSMenu>()->initWithTitle("Sizes"_ns);
+        cast<NSCell>(button->cell())->setMenu(menu.get());
+        EXPECT_EQ(utf8Of(maybe(archived(button)->cell()->menu())->title()), "Sizes");
+    }
+    TEST(ViewCoding, KeepsTheMenuOfAView)
+    {
+        const Ref<NSView> view = make<NSView>();
+        const Ref<NSMenu> menu = alloc<NSMenu>()->initWithTitle("Tools"_ns);
+        menu->addItemWithTitle_action_keyEquivalent("Cut"_ns, selector<"cut:">, ""_ns);
+        view->setMenu(menu.get());
+        const Ref<NSMenu> back = archived(view)->menu();
+        ASSERT_EQ(maybe(back)->numberOfItems(), 1);
+        EXPECT_EQ(back->itemAtIndex(0)->action(), selector<"cut:">);
     }
     TEST(ControlCoding, AButtonFeelsThePointerAgain)
     {
