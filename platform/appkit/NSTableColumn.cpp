@@ -60,8 +60,11 @@ template <> struct NSTableColumn::Methods<struct Basics> {
         if (self.hidden_ == hidden)
             return;
         self.hidden_ = hidden;
-        if (const Ref<NSTableView> table = self.tableView_)
-            TableAccess::columnsChanged(*table);
+        const Ref<NSTableView> table = self.tableView_;
+        if (!table)
+            return;
+        TableAccess::columnsChanged(*table);
+        TableAccess::saveColumns(*table);
     }
 
     // ---- header

@@ -5,7 +5,9 @@
 #include "NSApplication.h"
 #include "NSEvent.h"
 #include "NSGraphicsContext.h"
+#include "NSTableView+Columns.h"
 #include "NSTableViewPrivate.h"
+#include "NSView+CursorRects.h"
 #include "foundation/NSMutableArray.h"
 #include "foundation/NSRunLoop.h"
 #include "foundation/NSSortDescriptor.h"
@@ -73,6 +75,38 @@ template <> struct NSTableHeaderView::Methods<struct Basics> {
             : nullptr;
     }
 
+    // ---- the shape of the pointer
+
+    static bool isUserResizable(NSTableView& table, NSTableColumn& column)
+    {
+        return table.allowsColumnResizing()
+            && (column.resizingMask() & NSTableColumnUserResizingMask);
+    }
+    /// Answers an arrow to where the edge can go.
+    static Ref<NSCursor> cursorOf(NSTableColumn& column)
+    {
+        const NSCursor::Meta cursors = NSCursor::cls();
+        if (column.width() <= column.minWidth())
+            return cursors.resizeRightCursor();
+        return column.width() >= column.maxWidth() ? cursors.resizeLeftCursor()
+                                                   : cursors.resizeLeftRightCursor();
+    }
+    static void resetCursors(NSTableHeaderView& self)
+    {
+        const Ref<NSTableView> table = self.tableView();
+        const NSInteger columns = maybe(table)->numberOfColumns();
+        for (NSInteger i = 0; i < columns; ++i) {
+            const NSRect place = self.headerRectOfColumn(i);
+            const Ref<NSTableColumn> edged = column(self, i);
+            if (place.size.width > 0 && isUserResizable(*table, *edged))
+                addCursorRect_cursor(self,
+                    NSIntersectionRect(self.visibleRect(),
+                        NSMakeRect(
+                            NSMaxX(place) - kEdge, NSMinY(place), 2 * kEdge, place.size.height)),
+                    cursorOf(*edged).get());
+        }
+    }
+
     // ---- drawing
 
     static Ref<NSSortDescriptor> order(NSTableView& table)
@@ -100,7 +134,7 @@ template <> struct NSTableHeaderView::Methods<struct Basics> {
             return;
         const Ref<NSSortDescriptor> sorted = order(*table);
         const bool decides = sameKey(sorted.get(), drawn->sortDescriptorPrototype().get());
-        cell->setHighlighted(self.pressedColumn_ == index);
+        cell->setHighlighted(self.pressedColumn_ == index || isColumnSelected(table, index));
         cell->setState(decides ? NSOnState : NSOffState);
         cell->drawWithFrame_inView(rect, &self);
         if (decides && cell->isKindOfClass(NSTableHeaderCell::cls()))
@@ -273,8 +307,7 @@ template <> struct NSTableHeaderView::Methods<struct Basics> {
         const Ref<NSTableHeaderView> alive(&self);
         const CGFloat x = placeOf(self, *event);
         const Ref<NSTableColumn> edge = column(self, edgeAt(self, x));
-        if (edge && table->allowsColumnResizing()
-            && (edge->resizingMask() & NSTableColumnUserResizingMask))
+        if (edge && isUserResizable(*table, *edge))
             return widen(self, TableAccess::indexOf(*table, *edge), x);
         const NSInteger index = self.columnAtPoint({ x, 0 });
         const Ref<NSTableColumn> pressed = column(self, index);
@@ -284,6 +317,8 @@ template <> struct NSTableHeaderView::Methods<struct Basics> {
         if (pull(self, index, x))
             return;
         sort(*table, *pressed);
+        TableAccess::userSelectsColumn(
+            *table, TableAccess::indexOf(*table, *pressed), event->modifierFlags());
         tell<"tableView:didClickTableColumn:">(table, pressed);
     }
 
@@ -300,6 +335,7 @@ template <> struct NSTableHeaderView::Methods<struct Basics> {
             { "setTableView:", imp<setTableView> },
             { "headerRectOfColumn:", imp<rectOf> },
             { "columnAtPoint:", imp<columnAt> },
+            { "resetCursorRects", imp<resetCursors> },
             { "drawRect:", imp<drawRect> },
             { "mouseDown:", imp<mouseDown> },
             { "draggedColumn", imp<draggedColumn> },

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "CodingPrivate.h"
 #include "NSColor.h"
+#include "NSTableView+Columns.h"
 #include "NSTableViewPrivate.h"
 #include "NSViewPrivate.h"
 
@@ -67,6 +68,8 @@ template <> struct NSTableView::Methods<struct Coding> {
         number("NSAllowsColumnResizing"_ns, s.resizes);
         number("NSAllowsTypeSelect"_ns, s.typeSelects);
         number("NSAlternatingRowBackgroundColors"_ns, s.alternates);
+        number("NSAllowsColumnSelection"_ns, s.choosesColumns);
+        number("NSAutosaveTableColumns"_ns, s.autosaves);
     }
     static void encode(NSTableView& self, NSCoder* coder)
     {
@@ -75,6 +78,7 @@ template <> struct NSTableView::Methods<struct Coding> {
         TableState& s = TableAccess::state(self);
         coder->encodeObject_forKey(self.tableColumns().get(), "NSTableColumns"_ns);
         coder->encodeObject_forKey(s.header.get(), "NSHeaderView"_ns);
+        coder->encodeObject_forKey(s.autosaveName.get(), "NSAutosaveName"_ns);
         coder->encodeObject_forKey(s.background.get(), "NSBackgroundColor"_ns);
         coder->encodeObject_forKey(s.grid.get(), "NSGridColor"_ns);
         coder->encodeConditionalObject_forKey(s.delegate.get().get(), "NSDelegate"_ns);
@@ -99,6 +103,7 @@ template <> struct NSTableView::Methods<struct Coding> {
         for (const Ref<NSTableColumn>& column :
             decodeAll<NSTableColumn>(coder, "NSTableColumns"_ns))
             self.addTableColumn(column.get());
+        setAutosaveName(self, decode<NSString>(coder, "NSAutosaveName"_ns).get());
         self.setHeaderView(decode<NSTableHeaderView>(coder, "NSHeaderView"_ns).get());
         self.setDelegate(coder->decodeObjectForKey("NSDelegate"_ns).get());
         self.setDataSource(coder->decodeObjectForKey("NSDataSource"_ns).get());

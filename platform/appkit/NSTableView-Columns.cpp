@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "NSClipView.h"
 #include "NSTableViewPrivate.h"
+#include "NSView+CursorRects.h"
 #include "foundation/NSMutableDictionary.h"
 #include "foundation/NSNotificationCenter.h"
 #include "foundation/NSNumber.h"
@@ -37,11 +38,18 @@ CGFloat TableAccess::columnsWidth(const NSTableView& table)
     return width;
 }
 
+void TableAccess::headerChanged(NSTableView& table)
+{
+    const Ref<NSTableHeaderView> header = state(table).header;
+    maybe(header)->setNeedsDisplay(true);
+    invalidateCursorRectsForView(maybe(header)->window(), header.get());
+}
+
 void TableAccess::columnsChanged(NSTableView& table)
 {
     forget(table);
     table.tile();
-    maybe(state(table).header)->setNeedsDisplay(true);
+    headerChanged(table);
 }
 
 void TableAccess::columnResized(NSTableColumn& column, CGFloat before)
@@ -52,7 +60,8 @@ void TableAccess::columnResized(NSTableColumn& column, CGFloat before)
     table->tile();
     place(*table, false);
     table->setNeedsDisplay(true);
-    maybe(state(*table).header)->setNeedsDisplay(true);
+    headerChanged(*table);
+    saveColumns(*table);
     const Ref<NSMutableDictionary> facts = make<NSMutableDictionary>();
     facts->setObject_forKey(&column, "NSTableColumn"_ns);
     facts->setObject_forKey(NSNumber::cls().numberWithDouble(before).get(), "NSOldWidth"_ns);
@@ -85,6 +94,7 @@ template <> struct NSTableView::Methods<struct Columns> {
         of(self).columns.emplace_back(column);
         TableAccess::tableOf(*column) = &self;
         TableAccess::columnsChanged(self);
+        TableAccess::restoreColumns(self);
     }
     static void removeColumn(NSTableView& self, NSTableColumn* column)
     {
@@ -95,6 +105,7 @@ template <> struct NSTableView::Methods<struct Columns> {
         TableAccess::tableOf(*column) = nullptr;
         TableAccess::forget(self);
         of(self).columns.erase(of(self).columns.begin() + index);
+        std::erase(of(self).chosenColumns, alive);
         TableAccess::columnsChanged(self);
     }
     static void moveColumn(NSTableView& self, NSInteger from, NSInteger to)
@@ -108,6 +119,7 @@ template <> struct NSTableView::Methods<struct Columns> {
         columns.erase(columns.begin() + from);
         columns.insert(columns.begin() + to, column);
         TableAccess::columnsChanged(self);
+        TableAccess::saveColumns(self);
         const Ref<NSMutableDictionary> facts = make<NSMutableDictionary>();
         facts->setObject_forKey(NSNumber::cls().numberWithInteger(from).get(), "NSOldColumn"_ns);
         facts->setObject_forKey(NSNumber::cls().numberWithInteger(to).get(), "NSNewColumn"_ns);

@@ -22,6 +22,7 @@ template <> struct NSTableView::Methods<struct Drawing> {
         const Ref<NSTableView> alive(&self);
         TableAccess::settle(self); // whoever draws the table alone has not announced it
         self.drawBackgroundInClipRect(rect);
+        TableAccess::drawChosenColumns(self, rect);
         if (of(self).gridStyle != NSTableViewGridNone)
             self.drawGridInClipRect(rect);
     }

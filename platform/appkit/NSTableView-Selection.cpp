@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
+#include "NSTableView+Columns.h"
 #include "NSTableViewPrivate.h"
 #include "runtime/Table.h"
 
@@ -16,6 +17,8 @@ bool TableAccess::setSelection(NSTableView& table, const NSIndexSet& rows, NSInt
     TableState& s = state(table);
     const bool changes = !s.selection->isEqualToIndexSet(&rows);
     s.lead = lead;
+    if (rows.count())
+        forgetChosenColumns(table);
     if (!changes)
         return false;
     s.selection = cast<NSMutableIndexSet>(rows.mutableCopy());
@@ -39,21 +42,20 @@ void TableAccess::trimSelection(NSTableView& table)
     const Ref<NSMutableIndexSet> kept = cast<NSMutableIndexSet>(s.selection->mutableCopy());
     const auto rows = static_cast<NSUInteger>(count(table));
     kept->removeIndexesInRange({ rows, NSNotFound - rows });
-    if (!s.empty && rows && !kept->count())
+    if (!s.empty && rows && !kept->count() && s.chosenColumns.empty())
         kept->addIndex(0);
     s.anchor = std::min(s.anchor, static_cast<NSInteger>(rows) - 1);
     if (setSelection(table, *kept, isRow(table, s.lead) ? s.lead : -1))
         postSelection(table);
 }
 
-namespace {
+bool TableAccess::mayChangeSelection(NSTableView& table)
+{
+    const Ref<NSObject> delegate = delegateFor<"selectionShouldChangeInTableView:">(table);
+    return !delegate || delegate->send<"selectionShouldChangeInTableView:", bool>(&table);
+}
 
-    bool agrees(NSTableView& table)
-    {
-        const Ref<NSObject> delegate
-            = TableAccess::delegateFor<"selectionShouldChangeInTableView:">(table);
-        return !delegate || delegate->send<"selectionShouldChangeInTableView:", bool>(&table);
-    }
+namespace {
 
     /// Answers what the delegate makes of the rows that the user asks for.
     Ref<NSIndexSet> agreed(NSTableView& table, const NSIndexSet& rows)
@@ -90,7 +92,7 @@ bool TableAccess::userSelects(NSTableView& table, const NSIndexSet& rows, NSInte
         state(table).lead = lead;
         return true;
     }
-    if (!agrees(table))
+    if (!mayChangeSelection(table))
         return false;
     const Ref<NSMutableIndexSet> taken
         = cast<NSMutableIndexSet>(agreed(table, rows)->mutableCopy());
@@ -168,8 +170,11 @@ template <> struct NSTableView::Methods<struct Selection> {
     }
     static void deselectAll(NSTableView& self, NSObject*)
     {
-        if (of(self).empty)
-            TableAccess::userSelects(self, *NSIndexSet::cls().indexSet().get(), -1);
+        if (!of(self).empty)
+            return;
+        if (!of(self).chosenColumns.empty() && TableAccess::mayChangeSelection(self))
+            return selectColumnIndexes_byExtendingSelection(self, nullptr, false);
+        TableAccess::userSelects(self, *NSIndexSet::cls().indexSet().get(), -1);
     }
 
     static NSInteger selectedRow(NSTableView& self)

@@ -65,6 +65,7 @@ struct TableState {
     Ref<NSMutableIndexSet> selection;
     NSInteger lead = -1; // the row that was selected last
     NSInteger anchor = -1; // the end of an extended selection that stays
+    std::vector<Ref<NSTableColumn>> chosenColumns; // the last one was chosen last; no rows are then
     Ref<NSMutableString> typed; // of choosing rows by letters
     double typedAt = 0;
 
@@ -76,6 +77,8 @@ struct TableState {
     NSTableViewColumnAutoresizingStyle autoresizing = NSTableViewLastColumnOnlyAutoresizingStyle;
     NSTableViewGridLineStyle gridStyle = NSTableViewGridNone;
     NSTableViewSelectionHighlightStyle highlight = NSTableViewSelectionHighlightStyleRegular;
+
+    Ref<NSString> autosaveName; // nil: columns are not kept
 
     double movingUntil = 0; // when the last row comes to rest
     std::size_t generation = 0; // counts what makes row views useless
@@ -90,6 +93,9 @@ struct TableState {
     bool resizes = true;
     bool typeSelects = true;
     bool alternates = false;
+    bool choosesColumns = false;
+    bool autosaves = false;
+    bool restoring = false; // columns, out of the defaults
 };
 
 /// What the files of a table do with each other beside sending messages.
@@ -157,6 +163,10 @@ struct TableAccess {
     static void columnsChanged(NSTableView& table);
     static void columnResized(NSTableColumn& column, CGFloat before);
     static NSInteger indexOf(const NSTableView& table, const NSTableColumn& column);
+    /// The titles, and where their edges lie, are others now.
+    static void headerChanged(NSTableView& table);
+    static void saveColumns(NSTableView& table);
+    static void restoreColumns(NSTableView& table);
     static void fitColumns(NSTableView& table, NSTableViewColumnAutoresizingStyle style);
 
     // ---- selection
@@ -168,6 +178,12 @@ struct TableAccess {
     /// - Returns: whether it changed; it is not posted.
     static bool setSelection(NSTableView& table, const NSIndexSet& rows, NSInteger lead);
     static void postSelection(NSTableView& table);
+    /// Asks the delegate whether the user may choose something else.
+    static bool mayChangeSelection(NSTableView& table);
+    /// Follows a click on a column's title.
+    static void userSelectsColumn(NSTableView& table, NSInteger index, NSEventModifierFlags held);
+    static void forgetChosenColumns(NSTableView& table);
+    static void drawChosenColumns(NSTableView& table, NSRect rect);
     /// Selects as the user asks: the delegate may refuse or change it.
     static bool userSelects(NSTableView& table, const NSIndexSet& rows, NSInteger lead);
 
