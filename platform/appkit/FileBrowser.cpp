@@ -27,6 +27,7 @@ void Browser::disconnect()
 {
     client_ = nullptr;
     listing_ = nullptr;
+    watch_ = nullptr;
     asking_ = nullptr;
 }
 
@@ -48,6 +49,9 @@ void Browser::enter(std::string folder, std::string select, FolderListing::Pace 
     if (!client_)
         return;
     isReading_ = true;
+    isTouched_ = false;
+    if (isOther) // before it is read, so that nothing is missed
+        watch_ = std::make_unique<FolderWatch>(folder_, [this] { folderTouched(); });
     listing_ = std::make_unique<FolderListing>(folder_, order_, pace,
         [this](std::shared_ptr<const Contents> contents) { take(std::move(contents)); });
     if (!isOther)
@@ -72,6 +76,15 @@ void Browser::show(std::string folder, std::string select)
     enter(std::move(folder), std::move(select), FolderListing::Pace::soon);
 }
 void Browser::reload() { enter(folder_, awaited_, FolderListing::Pace::whenComplete); }
+
+// A folder that changes all the time is still read to its end.
+void Browser::folderTouched()
+{
+    if (isReading_)
+        isTouched_ = true;
+    else
+        reload();
+}
 
 void Browser::goBack()
 {
@@ -140,6 +153,8 @@ void Browser::take(std::shared_ptr<const Contents> contents)
         client_->contentsChanged();
     if (client_ && selection_ != before)
         client_->selectionChanged();
+    if (!isReading_ && isTouched_)
+        reload();
 }
 
 // Every entry is asked for, but events come between: what asks may be slow.

@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "FolderListingPrivate.h"
+#include "FolderWatchPrivate.h"
 
 /// What an open or save panel shows of the files: a folder, its entries, which of them may be chosen, which are.
 namespace brindle::files {
@@ -48,7 +49,7 @@ public:
     const std::string& folder() const { return folder_; }
     /// Shows a folder. - select: the name of an entry to select once it is known, or "".
     void show(std::string folder, std::string select = {});
-    /// Reads the folder again; what is selected stays.
+    /// Reads the folder again; what is selected stays. Done without being asked when the folder changes.
     void reload();
     bool canGoBack() const { return !back_.empty(); }
     bool canGoForward() const { return !forward_.empty(); }
@@ -98,6 +99,7 @@ public:
 private:
     void enter(std::string folder, std::string select, FolderListing::Pace pace);
     void take(std::shared_ptr<const Contents> contents);
+    void folderTouched();
     void askSome();
     void changeSelection(std::set<std::size_t> selection, std::size_t lead);
     /// Answers the nearest enabled entry from a place on in a direction; the count where there is none.
@@ -111,6 +113,7 @@ private:
     std::vector<std::string> forward_;
     Order order_;
     std::unique_ptr<FolderListing> listing_;
+    std::unique_ptr<FolderWatch> watch_;
     std::shared_ptr<const Contents> contents_; // null until the first are known
     std::vector<Known> known_; // what the client has said of each entry
     std::size_t asked_ = 0; // entries before it have been asked for
@@ -120,6 +123,7 @@ private:
     std::size_t anchor_ = 0;
     std::string awaited_; // the name to select
     bool isReading_ = false;
+    bool isTouched_ = false; // the folder changed while it was being read
 };
 
 }

@@ -307,15 +307,20 @@ void FilePanelAccess::end(NSSavePanel& panel, NSModalResponse code)
 
 // ---- folders
 
-bool FilePanelAccess::goTo(NSSavePanel& panel, const std::string& typed)
+std::string FilePanelAccess::pathOfTyped(const files::Browser& browser, const std::string& typed)
 {
-    files::Browser& browser = *of(panel).browser;
     std::string path = typed;
     if (path.starts_with('~'))
         path = utf8Of(maybe(stringFrom(path))->stringByExpandingTildeInPath());
     if (!path.starts_with('/'))
         path = joined(browser.folder(), path);
-    path = fs::path(path).lexically_normal().string();
+    return fs::path(path).lexically_normal().string();
+}
+
+bool FilePanelAccess::goTo(NSSavePanel& panel, const std::string& typed)
+{
+    files::Browser& browser = *of(panel).browser;
+    std::string path = pathOfTyped(browser, typed);
     while (path.size() > 1 && path.ends_with('/'))
         path.pop_back();
     if (isFolder(path))

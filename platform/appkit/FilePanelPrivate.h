@@ -80,6 +80,10 @@ struct FilePanelAccess {
     /// Goes to a path that was typed: a folder, or the folder of a file, which is selected.
     /// - Returns: whether something is there.
     static bool goTo(NSSavePanel& panel, const std::string& typed);
+    /// Answers what somebody means who types a path: from the root, the user's folder, or the folder that is shown.
+    static std::string pathOfTyped(const files::Browser& browser, const std::string& typed);
+    /// Answers a typed path with as much at its end as all names there have in common; a folder's ends in a slash.
+    static std::string completed(const files::Browser& browser, const std::string& typed);
     /// Answers the path of the folder that is shown, with a slash at its end, as it is typed.
     static Ref<NSString> shownPath(const files::Browser& browser);
     /// Makes a folder in the one that is shown and selects it; a failure is shown.

@@ -329,6 +329,16 @@ void FilePanelViews::beginPath(FilePanelView& v, NSString* text)
     if (const Ref<NSText> editor = v.pathField_->currentEditor())
         editor->setSelectedRange({ text->length(), 0 });
 }
+void FilePanelViews::completePath(FilePanelView& v)
+{
+    const Ref<NSText> editor = v.pathField_->currentEditor();
+    const std::string typed = utf8Of(v.pathField_->stringValue());
+    const Ref<NSString> full = stringFrom(FilePanelAccess::completed(*v.browser_, typed));
+    if (!editor || !full || utf8Of(full) == typed)
+        return NSBeep();
+    editor->selectAll(nullptr);
+    editor->insertText(full.get());
+}
 void FilePanelViews::endPath(FilePanelView& v)
 {
     if (v.pathField_->isHidden())
@@ -486,10 +496,11 @@ template <> struct FilePanelView::Methods<struct Acting> {
         const Ref<FilePanelView> alive(&self);
         if (command == selector<"insertNewline:">)
             return FilePanelViews::typed(self, field), true;
-        if (command != selector<"cancelOperation:"> || !self.pathField_
-            || !FilePanelViews::isTyping(self, field))
+        if (!self.pathField_ || !FilePanelViews::isTyping(self, field))
             return false;
-        return FilePanelViews::endPath(self), true;
+        if (command == selector<"insertTab:">)
+            return FilePanelViews::completePath(self), true;
+        return command == selector<"cancelOperation:"> && (FilePanelViews::endPath(self), true);
     }
 
     static void table(Builder& t)

@@ -99,6 +99,8 @@ struct FilePanelViews {
     static void contentsChanged(FilePanelView& view);
     static void selectionChanged(FilePanelView& view);
     static void beginPath(FilePanelView& view, NSString* text);
+    /// Types what the path can only go on with, or beeps.
+    static void completePath(FilePanelView& view);
     static void endPath(FilePanelView& view);
     static void askForFolder(FilePanelView& view);
     static void showAs(FilePanelView& view, files::Look look);

@@ -10,6 +10,7 @@
 #include "foundation/NSDate.h"
 #include "foundation/NSRunLoop.h"
 #include "runtime/NSException.h"
+#include "support/OrdinaryUser.h"
 #include "support/Strings.h"
 #include "support/TemporaryFolder.h"
 
@@ -130,6 +131,36 @@ namespace {
         show("file");
         EXPECT_EQ(browser.error(), ENOTDIR);
         EXPECT_EQ(browser.count(), 0u);
+    }
+    TEST_F(Browsing, AFolderThatMayNotBeReadSaysSo)
+    {
+        putFolder("shut");
+        put("shut/file");
+        fs::permissions(folder.path(), fs::perms(0755));
+        fs::permissions(place("shut"), fs::perms::none);
+        {
+            const test::OrdinaryUser user;
+            ASSERT_TRUE(user.worked());
+            show("shut");
+        }
+        fs::permissions(place("shut"), fs::perms(0755));
+        EXPECT_EQ(browser.error(), EACCES);
+        EXPECT_EQ(browser.count(), 0u);
+    }
+    TEST_F(Browsing, AFolderWithNamesThatMayNotBeAskedForIsListed)
+    {
+        putFolder("dim");
+        put("dim/file", 5);
+        fs::permissions(folder.path(), fs::perms(0755));
+        fs::permissions(place("dim"), fs::perms(0744)); // names, but nothing about them
+        {
+            const test::OrdinaryUser user;
+            ASSERT_TRUE(user.worked());
+            show("dim");
+        }
+        fs::permissions(place("dim"), fs::perms(0755));
+        EXPECT_EQ(names(), "file ");
+        EXPECT_EQ(browser.error(), 0);
     }
     TEST_F(Browsing, ALinkToAFolderIsAFolderAndOneToNothingIsNot)
     {
