@@ -30,9 +30,11 @@ template <> struct NSTabView::Methods<struct Tabs> {
 
     static bool hasTabs(NSTabView& self) { return self.type_ <= NSRightTabsBezelBorder; }
     static bool hasBox(NSTabView& self) { return self.type_ <= NSNoTabsLineBorder; }
-    static bool tabsBelow(NSTabView& self)
+    static bool tabsBelow(NSTabView& self) { return self.type_ == NSBottomTabsBezelBorder; }
+    /// Answers whether the tabs lie one under the other, beside the box.
+    static bool tabsBeside(NSTabView& self)
     {
-        return self.type_ == NSBottomTabsBezelBorder || self.type_ == NSRightTabsBezelBorder;
+        return self.type_ == NSLeftTabsBezelBorder || self.type_ == NSRightTabsBezelBorder;
     }
     static CGFloat barHeight(NSTabView& self) { return controls::metricsFor(self.size_).height; }
     static NSRect less(NSRect rect, CGFloat top, CGFloat bottom, CGFloat sides)
@@ -41,9 +43,16 @@ template <> struct NSTabView::Methods<struct Tabs> {
             std::max(0.0, rect.size.width - 2 * sides),
             std::max(0.0, rect.size.height - top - bottom));
     }
-    /// The tabs lie across the edge of the box, half of them inside.
+    /// Tabs above or below lie across the edge of the box, half of them inside; those at a side lie outside.
     static NSRect boxRect(NSTabView& self)
     {
+        if (tabsBeside(self)) {
+            NSRect box = self.bounds();
+            const CGFloat taken = std::min(columnWidth(self) + kInset, box.size.width);
+            box.size.width -= taken;
+            box.origin.x += self.type_ == NSLeftTabsBezelBorder ? taken : 0;
+            return box;
+        }
         const CGFloat half
             = hasTabs(self) ? std::floor(barHeight(self) / 2) + controls::kRingRoom : 0;
         return tabsBelow(self) ? less(self.bounds(), 0, half, 0) : less(self.bounds(), half, 0, 0);
@@ -54,8 +63,9 @@ template <> struct NSTabView::Methods<struct Tabs> {
             return self.bounds();
         const NSRect box = boxRect(self);
         const CGFloat edge = kBorder + (self.type_ == NSNoTabsLineBorder ? 0 : kInset);
-        const CGFloat tabs
-            = hasTabs(self) ? std::ceil(barHeight(self) / 2) + controls::kRingRoom : 0;
+        const CGFloat tabs = hasTabs(self) && !tabsBeside(self)
+            ? std::ceil(barHeight(self) / 2) + controls::kRingRoom
+            : 0;
         return tabsBelow(self) ? less(box, edge, edge + tabs, edge)
                                : less(box, edge + tabs, edge, edge);
     }
@@ -74,9 +84,43 @@ template <> struct NSTabView::Methods<struct Tabs> {
     {
         return controls::sizeOf(styled(self, item).get()).width + 2 * kPadding;
     }
+    static CGFloat widestOf(NSTabView& self)
+    {
+        CGFloat widest = 0;
+        for (const Ref<NSTabViewItem>& item : self.items_)
+            widest = std::max(widest, widthOf(self, *item));
+        return std::ceil(widest);
+    }
+    /// Answers the width of tabs at a side with the room for their ring: that of the widest, half of the view at most.
+    static CGFloat columnWidth(NSTabView& self)
+    {
+        return std::min(widestOf(self), std::floor(self.bounds().size.width / 2))
+            + 2 * controls::kRingRoom;
+    }
+    /// Tabs at a side begin at the top; too many share the room.
+    static std::vector<NSRect> sideTabs(NSTabView& self)
+    {
+        std::vector<NSRect> rects;
+        const NSRect bounds = self.bounds();
+        const CGFloat width = columnWidth(self);
+        const CGFloat left
+            = self.type_ == NSLeftTabsBezelBorder ? NSMinX(bounds) : NSMaxX(bounds) - width;
+        const auto count = static_cast<CGFloat>(self.items_.size());
+        const CGFloat room = std::max(0.0, bounds.size.height - 2 * kMargin);
+        const CGFloat height = std::min(barHeight(self), count > 0 ? room / count : 0);
+        for (CGFloat i = 0; i < count; ++i) {
+            const CGFloat top = std::round(NSMinY(bounds) + kMargin + i * height);
+            const CGFloat end = std::round(NSMinY(bounds) + kMargin + (i + 1) * height);
+            rects.push_back(NSMakeRect(left + controls::kRingRoom, top,
+                std::max(0.0, width - 2 * controls::kRingRoom), end - top));
+        }
+        return rects;
+    }
     /// Answers where the tabs lie, in the middle; too many share the room.
     static std::vector<NSRect> tabs(NSTabView& self)
     {
+        if (tabsBeside(self))
+            return sideTabs(self);
         std::vector<NSRect> rects;
         if (!hasTabs(self))
             return rects;
@@ -113,6 +157,9 @@ template <> struct NSTabView::Methods<struct Tabs> {
     }
     static NSSize minimumSize(NSTabView& self)
     {
+        if (tabsBeside(self))
+            return { 2 * widestOf(self),
+                static_cast<CGFloat>(self.items_.size()) * barHeight(self) + 2 * kMargin };
         CGFloat width = 2 * kMargin;
         for (const Ref<NSTabViewItem>& item : self.items_)
             width += hasTabs(self) ? widthOf(self, *item) : 0;
@@ -126,6 +173,15 @@ template <> struct NSTabView::Methods<struct Tabs> {
     {
         const double level = controls::isDark() ? 1 : 0;
         return { level, level, level, controls::isDark() ? 0.045 : 0.035 };
+    }
+    /// Answers the line between a tab and the one before it.
+    static NSRect separator(NSTabView& self, NSRect tab)
+    {
+        constexpr CGFloat kShort = 5; // of the tab's side, at both ends
+        const CGFloat hair = controls::pixel();
+        return tabsBeside(self)
+            ? NSMakeRect(NSMinX(tab) + kShort, NSMinY(tab), tab.size.width - 2 * kShort, hair)
+            : NSMakeRect(NSMinX(tab), NSMinY(tab) + kShort, hair, tab.size.height - 2 * kShort);
     }
     static void drawTabs(NSTabView& self)
     {
@@ -147,9 +203,7 @@ template <> struct NSTabView::Methods<struct Tabs> {
                 controls::drawBezel(tab, radius,
                     { .pressed = self.pressed_ == &item, .accented = chosen, .active = active });
             else if (i > 0 && self.selected_ != self.items_[i - 1])
-                controls::fillRounded(NSMakeRect(NSMinX(tab), NSMinY(tab) + 5, controls::pixel(),
-                                          tab.size.height - 10),
-                    0, line);
+                controls::fillRounded(separator(self, tab), 0, line);
             controls::drawText(styled(self, item).get(),
                 NSInsetRect(tab, std::min(kPadding, tab.size.width / 4), 0), NSTextAlignmentCenter);
         }
@@ -226,15 +280,17 @@ template <> struct NSTabView::Methods<struct Tabs> {
     {
         const Ref<NSString> typed = maybe(event)->charactersIgnoringModifiers();
         const unichar key = maybe(typed)->length() ? typed->characterAtIndex(0) : unichar {};
-        const bool ours = key == NSLeftArrowFunctionKey || key == NSRightArrowFunctionKey
-            || key == NSHomeFunctionKey || key == NSEndFunctionKey;
+        const unichar previous = tabsBeside(self) ? NSUpArrowFunctionKey : NSLeftArrowFunctionKey;
+        const unichar next = tabsBeside(self) ? NSDownArrowFunctionKey : NSRightArrowFunctionKey;
+        const bool ours
+            = key == previous || key == next || key == NSHomeFunctionKey || key == NSEndFunctionKey;
         if (ours && std::exchange(self.focusedByPointer_, false))
             self.setNeedsDisplay(true);
-        switch (key) {
-        case NSLeftArrowFunctionKey:
+        if (key == previous)
             return self.selectPreviousTabViewItem(&self);
-        case NSRightArrowFunctionKey:
+        if (key == next)
             return self.selectNextTabViewItem(&self);
+        switch (key) {
         case NSHomeFunctionKey:
             return self.selectFirstTabViewItem(&self);
         case NSEndFunctionKey:

@@ -9,9 +9,9 @@ namespace brindle {
 
 enum NSTabViewType : NSUInteger {
     NSTopTabsBezelBorder = 0,
-    NSLeftTabsBezelBorder = 1, ///< drawn as at the top
+    NSLeftTabsBezelBorder = 1, ///< one under the other, with upright labels
     NSBottomTabsBezelBorder = 2,
-    NSRightTabsBezelBorder = 3, ///< drawn as at the bottom
+    NSRightTabsBezelBorder = 3, ///< the same at the other side
     NSNoTabsBezelBorder = 4,
     NSNoTabsLineBorder = 5,
     NSNoTabsNoBorder = 6,
@@ -19,7 +19,7 @@ enum NSTabViewType : NSUInteger {
 
 /// Shows one of several views, which the user chooses by tabs.
 ///
-/// A press on a tab selects it, and so do the arrow keys while the tabs have the keyboard. The first item that is added is
+/// A press on a tab selects it, and so do the arrow keys along the tabs while they have the keyboard. The first item that is added is
 /// selected. The delegate, which is not kept, is asked and told by name: `tabView:shouldSelectTabViewItem:`,
 /// `tabView:willSelectTabViewItem:`, `tabView:didSelectTabViewItem:`, `tabViewDidChangeNumberOfTabViewItems:`.
 /// Thread: main.

@@ -188,6 +188,45 @@ namespace {
         tabs->setTabViewType(NSBottomTabsBezelBorder);
         EXPECT_GT(tab(light).y, 75);
     }
+    TEST_F(TabTest, TabsCanStandOneUnderTheOtherAtTheLeft)
+    {
+        tabs->setTabViewType(NSLeftTabsBezelBorder);
+        EXPECT_EQ(tabs->tabViewItemAtPoint({ 20, 15 }), sound);
+        EXPECT_EQ(tabs->tabViewItemAtPoint({ 20, 60 }), heat);
+        EXPECT_EQ(tabs->tabViewItemAtPoint({ 140, 75 }), nullptr);
+        EXPECT_GT(NSMinX(tabs->contentRect()), 40);
+        EXPECT_LT(NSMinY(tabs->contentRect()), 10);
+    }
+    TEST_F(TabTest, TabsCanStandOneUnderTheOtherAtTheRight)
+    {
+        tabs->setTabViewType(NSRightTabsBezelBorder);
+        EXPECT_EQ(tabs->tabViewItemAtPoint({ 260, 15 }), sound);
+        EXPECT_EQ(tabs->tabViewItemAtPoint({ 20, 15 }), nullptr);
+        EXPECT_LT(NSMaxX(tabs->contentRect()), 240);
+    }
+    TEST_F(TabTest, TabsBesideTheBoxFollowTheArrowsUpAndDown)
+    {
+        tabs->setTabViewType(NSLeftTabsBezelBorder);
+        desk.window->makeFirstResponder(tabs.get());
+        desk.press(NSDownArrowFunctionKey);
+        EXPECT_EQ(tabs->selectedTabViewItem(), light);
+        desk.press(NSUpArrowFunctionKey);
+        EXPECT_EQ(tabs->selectedTabViewItem(), sound);
+    }
+    TEST_F(TabTest, TooManyTabsBesideTheBoxShareItsHeight)
+    {
+        tabs->setTabViewType(NSLeftTabsBezelBorder);
+        for (int i = 0; i < 20; ++i)
+            add("More"_ns);
+        EXPECT_NE(tabs->tabViewItemAtPoint({ 20, 140 }), nullptr);
+        EXPECT_EQ(tabs->tabViewItemAtPoint({ 20, 149 }), nullptr);
+    }
+    TEST_F(TabTest, LongLabelsBesideTheBoxLeaveItHalfOfTheView)
+    {
+        tabs->setTabViewType(NSLeftTabsBezelBorder);
+        sound->setLabel("A label that is much longer than everything else that can be seen"_ns);
+        EXPECT_GT(tabs->contentRect().size.width, 100);
+    }
     TEST_F(TabTest, TooManyTabsShareTheRoom)
     {
         for (int i = 0; i < 30; ++i)
