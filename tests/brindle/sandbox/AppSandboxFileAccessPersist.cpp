@@ -176,7 +176,7 @@ namespace {
     {
         keep(place("top/in"), bookmark(place("top/in")).get());
         const std::string link = place("top/link");
-        for (int round = 0; round < 2000; ++round) {
+        for (int round = 0; round < 10'000; ++round) {
             const bool inside = round % 2 == 0;
             fs::remove(link);
             fs::create_symlink(inside ? "in/file" : "other", link);
