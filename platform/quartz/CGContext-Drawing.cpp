@@ -295,12 +295,17 @@ void CGContextClipToRects(CGContextRef context, const CGRect* rects, std::size_t
     ContextData* const data = dataOf(context);
     if (!data || (!rects && count > 0))
         return;
-    PathData path;
+    // Every view that is drawn is clipped: the path lies in the same memory again.
+    constexpr std::size_t kFew = 16;
+    static thread_local PathData path;
+    path.clear();
     for (std::size_t i = 0; i < count; ++i) {
         if (!CGRectIsNull(rects[i]))
             path.rect(CGRectStandardize(rects[i]), data->state.toDevice);
     }
     quartz::clipToPath(*data, path, false);
+    if (count > kFew)
+        path = {};
 }
 
 CGRect CGContextGetClipBoundingBox(CGContextRef context)

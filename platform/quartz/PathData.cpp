@@ -86,6 +86,10 @@ void PathData::rect(CGRect rect, const CGAffineTransform& transform)
 {
     const CGPoint corners[] = { { NSMinX(rect), NSMinY(rect) }, { NSMaxX(rect), NSMinY(rect) },
         { NSMaxX(rect), NSMaxY(rect) }, { NSMinX(rect), NSMaxY(rect) } };
+    if (steps_.empty()) { // most clips are one rectangle
+        steps_.reserve(5);
+        points_.reserve(4);
+    }
     move(CGPointApplyAffineTransform(corners[0], transform));
     for (std::size_t i = 1; i < 4; ++i)
         line(CGPointApplyAffineTransform(corners[i], transform));
