@@ -8,8 +8,10 @@
 #include "quartz/CGGeometry.h"
 #include "quartz/CGGradient.h"
 #include "quartz/CGImage.h"
+#include "quartz/CGLayer.h"
 #include "quartz/CGPath.h"
 #include "quartz/CGPattern.h"
+#include "quartz/CGShading.h"
 #include "runtime/Function.h"
 
 namespace brindle {
@@ -217,5 +219,22 @@ BRINDLE_FUNCTION(CGPathGetBoundingBox)
 BRINDLE_FUNCTION(CGPathGetPathBoundingBox)
 BRINDLE_FUNCTION(CGPathGetCurrentPoint)
 BRINDLE_FUNCTION(CGPathContainsPoint)
+
+BRINDLE_FUNCTION(CGLayerCreateWithContext)
+BRINDLE_FUNCTION(CGLayerRetain)
+BRINDLE_FUNCTION(CGLayerRelease)
+BRINDLE_FUNCTION(CGLayerGetSize)
+BRINDLE_FUNCTION(CGLayerGetContext)
+BRINDLE_FUNCTION(CGContextDrawLayerInRect)
+BRINDLE_FUNCTION(CGContextDrawLayerAtPoint)
+
+BRINDLE_FUNCTION(CGFunctionCreate)
+BRINDLE_FUNCTION(CGFunctionRetain)
+BRINDLE_FUNCTION(CGFunctionRelease)
+BRINDLE_FUNCTION(CGShadingCreateAxial)
+BRINDLE_FUNCTION(CGShadingCreateRadial)
+BRINDLE_FUNCTION(CGShadingRetain)
+BRINDLE_FUNCTION(CGShadingRelease)
+BRINDLE_FUNCTION(CGContextDrawShading)
 
 }

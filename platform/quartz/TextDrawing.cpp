@@ -127,14 +127,18 @@ namespace {
     }
 
     void drawOutlines(
-        CGContext* context, const text::Line& line, CGPoint baseline, const raster::Color& color)
+        CGContext* context, const text::Line& line, CGPoint baseline, const Paint& paint)
     {
         ContextData& data = *dataOf(context);
         if (!isUsable(data.state.toDevice))
             return;
-        fillPath(
-            data, outlineOf(line, baseline, data.state.toDevice), false, { color, true, nullptr });
-        drawPictures(context, line, baseline, color.alpha);
+        fillPath(data, outlineOf(line, baseline, data.state.toDevice), false, paint);
+        drawPictures(context, line, baseline, paint.color.alpha);
+    }
+
+    bool hasRoom(const ContextData* data, const text::Line& line)
+    {
+        return data && !line.glyphs().empty() && !data->state.clipBox.isEmpty();
     }
 
 }
@@ -143,11 +147,11 @@ void drawTextLine(
     CGContext* context, const text::Line& line, CGPoint baseline, const raster::Color& color)
 {
     ContextData* const data = dataOf(context);
-    if (!data || line.glyphs().empty() || data->state.clipBox.isEmpty() || !(color.alpha > 0))
+    if (!hasRoom(data, line) || !(color.alpha > 0))
         return;
     const double scale = uprightScale(data->state);
     if (scale == 0 || !raster::canDrawLine(line, scale))
-        return drawOutlines(context, line, baseline, color);
+        return drawOutlines(context, line, baseline, { color, true, nullptr });
     const CGPoint device = CGPointApplyAffineTransform(baseline, data->state.toDevice);
     const GraphicsState& state = data->state;
     if (!state.clipShapes && !state.shadow.paints && state.blend == kCGBlendModeNormal) {
@@ -163,7 +167,11 @@ void drawTextLine(
 
 void drawTextLine(CGContext* context, const text::Line& line, CGPoint baseline, CGColor* color)
 {
-    drawTextLine(context, line, baseline, rasterColor(color));
+    CGPattern* const pattern = CGColorGetPattern(color);
+    if (!pattern)
+        drawTextLine(context, line, baseline, rasterColor(color));
+    else if (hasRoom(dataOf(context), line))
+        drawOutlines(context, line, baseline, { rasterColor(color), true, pattern });
 }
 
 }

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "quartz/CGPattern.h"
 
+#include "quartz/TextDrawing.h"
 #include "support/Pixels.h"
 
 #include <limits>
@@ -171,4 +172,29 @@ TEST(CGPattern, ColoursTellTheirPatternsApart)
     EXPECT_FALSE(
         CGColorEqualToColor(color(pattern).get(), color(makePattern(drawCell, true)).get()));
     EXPECT_EQ(CGColorSpaceGetModel(space.get()), kCGColorSpaceModelPattern);
+}
+
+TEST(CGPattern, FillsText)
+{
+    const auto pattern = makePattern(drawCell, true);
+    const auto space = Ref<CGColorSpace>::adopt(CGColorSpaceCreatePattern(nullptr));
+    const CGFloat alpha = 1;
+    const auto color
+        = Ref<CGColor>::adopt(CGColorCreateWithPattern(space.get(), pattern.get(), &alpha));
+    const text::Line bar
+        = text::shapeLine(u"|||", { text::FontFace::named("LiberationSans-Bold"), 40 });
+    const Picture picture(60, 50);
+    quartz::drawTextLine(picture, bar, { 4, 10 }, color.get());
+    int red = 0;
+    int blue = 0;
+    int other = 0;
+    for (int x = 0; x < 60; ++x) {
+        const Rgba pixel = picture.at(x, 25);
+        red += pixel == kRed;
+        blue += pixel == kBlue;
+        other += pixel.alpha == 255 && pixel != kRed && pixel != kBlue;
+    }
+    EXPECT_GT(red, 2);
+    EXPECT_GT(blue, 2);
+    EXPECT_EQ(other, 0);
 }
