@@ -26,9 +26,16 @@ BRINDLE_EXPORT void NSDottedFrameRect(NSRect rect);
 /// - Returns: what is left of the rectangle in the middle.
 BRINDLE_EXPORT NSRect NSDrawTiledRects(
     NSRect bounds, NSRect clip, const NSRectEdge* sides, const CGFloat* grays, NSInteger count);
-/// Draws the ends of a bar at their own size and its middle stretched between them. Images may be nil.
+/// Draws the ends of a bar at their own size and its middle side by side between them; across, all of them are stretched.
+/// Images may be nil.
 /// - vertical: the start is at the top. - flipped: whether the y of the present space goes down.
 BRINDLE_EXPORT void NSDrawThreePartImage(NSRect frame, NSImage* startCap, NSImage* centerFill,
     NSImage* endCap, bool vertical, NSCompositingOperation operation, CGFloat alpha, bool flipped);
+/// Draws the corners of a frame at their own size, and its sides and its middle side by side between them. Images may be
+/// nil; the corners at the left say how high and wide the sides are, and the right ones how wide theirs.
+BRINDLE_EXPORT void NSDrawNinePartImage(NSRect frame, NSImage* topLeftCorner, NSImage* topEdgeFill,
+    NSImage* topRightCorner, NSImage* leftEdgeFill, NSImage* centerFill, NSImage* rightEdgeFill,
+    NSImage* bottomLeftCorner, NSImage* bottomEdgeFill, NSImage* bottomRightCorner,
+    NSCompositingOperation operation, CGFloat alpha, bool flipped);
 
 }
