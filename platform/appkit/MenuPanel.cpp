@@ -5,6 +5,7 @@
 #include "MenuSessionPrivate.h"
 #include "NSApplicationPrivate.h"
 #include "NSColor.h"
+#include "NSView+ToolTips.h"
 #include "NSWindowPrivate.h"
 #include "runtime/Table.h"
 
@@ -145,6 +146,19 @@ void MenuPanel::placeViews()
             view_->addSubview(view.get());
         const NSRect place = rectInView(static_cast<NSInteger>(i));
         view->setFrame(NSMakeRect(margin_, NSMinY(place), frame_.size.width, place.size.height));
+    }
+    placeToolTips();
+}
+
+void MenuPanel::placeToolTips()
+{
+    removeAllToolTips(view_);
+    const NSRect body { { margin_, margin_ }, frame_.size };
+    for (std::size_t i = 0; i < layout_.rows.size(); ++i) {
+        if (const Ref<NSString> text = layout_.rows[i].item->toolTip(); maybe(text)->length())
+            addToolTipRect_owner_userData(view_,
+                NSIntersectionRect(body, rectInView(static_cast<NSInteger>(i))), text.get(),
+                nullptr);
     }
 }
 

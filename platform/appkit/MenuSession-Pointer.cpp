@@ -4,6 +4,7 @@
 #include "MenuSessionPrivate.h"
 #include "NSEventPrivate.h"
 #include "NSWindowPrivate.h"
+#include "ToolTipsPrivate.h"
 
 namespace brindle {
 
@@ -53,10 +54,14 @@ void MenuSession::pointerAt(NSPoint place)
 {
     pointer_ = place;
     const std::size_t level = panelAt(place);
-    if (level < panels_.size())
+    if (level < panels_.size()) {
+        const Ref<NSWindow> window(&panels_[level]->window());
         pointerInPanel(level, place);
-    else
+        ToolTips::pointerMoved(*window, window->convertPointFromScreen(place));
+    } else {
+        ToolTips::dismiss();
         pointerOutside(place);
+    }
 }
 
 void MenuSession::pointerInPanel(std::size_t level, NSPoint place)

@@ -7,6 +7,7 @@
 #include "NSEventPrivate.h"
 #include "NSWindow+ScreenEdge.h"
 #include "NSWindowPrivate.h"
+#include "ToolTipsPrivate.h"
 #include "foundation/NSDate.h"
 
 namespace brindle {
@@ -261,6 +262,7 @@ void MenuSession::closeFrom(std::size_t level)
     while (panels_.size() > level) {
         panels_.back()->setHighlighted(-1);
         panels_.pop_back();
+        ToolTips::dismiss();
     }
     while (told_.size() > level) {
         const Ref<NSMenu> menu = cast<NSMenu>(told_.back());
@@ -301,6 +303,8 @@ void MenuSession::handle(NSEvent& event)
         watchIdle();
         modifiers_ = event.modifierFlags();
     }
+    if (events::isIn(type, events::kDowns | NSScrollWheelMask | NSKeyDownMask))
+        ToolTips::dismiss();
     if (panels_.empty())
         return end();
     if (events::isIn(type, events::kDowns))

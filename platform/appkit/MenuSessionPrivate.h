@@ -74,6 +74,7 @@ private:
     bool showsStrip(int direction) const;
     void setFrame(NSRect frame);
     void placeViews();
+    void placeToolTips();
     void markRow(NSInteger row);
     void drawBody(NSRect dirty) const;
     void drawRow(const MenuRow& row, NSRect rect, bool highlighted) const;

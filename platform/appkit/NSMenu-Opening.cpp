@@ -46,9 +46,9 @@ template <> struct NSMenu::Methods<struct Opening> {
         opening.menu = &self;
         opening.positioned = item;
         opening.view = view;
-        // A press that is being handled may go on into the menu.
+        // A press that is being handled may go on into the menu, and one that a key opens is used by keys.
         const Ref<NSEvent> current = ApplicationAccess::state().current;
-        if (current && events::isIn(current->type(), events::kDowns))
+        if (current && events::isIn(current->type(), events::kDowns | NSKeyDownMask))
             opening.event = current;
         opening.location = window
             ? window->convertPointToScreen(view->convertPoint_toView(location, nullptr))

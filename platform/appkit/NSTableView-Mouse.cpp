@@ -32,6 +32,12 @@ template <> struct NSTableView::Methods<struct Mouse> {
             setClicked(self, placeOf(self, *event));
         return super<NSTableView, "menuForEvent:", Ref<NSMenu>>(self, event);
     }
+    static NSRect anchor(NSTableView& self)
+    {
+        const NSInteger row = self.selectedRow();
+        return row < 0 ? super<NSTableView, "selectionAnchorRect", NSRect>(self)
+                       : self.rectOfRow(row);
+    }
     static NSPoint placeOf(NSTableView& self, NSEvent& event)
     {
         return self.convertPoint_fromView(event.locationInWindow(), nullptr);
@@ -206,6 +212,7 @@ template <> struct NSTableView::Methods<struct Mouse> {
         t.methods({
             { "hitTest:", imp<hitTest> },
             { "menuForEvent:", imp<menuForEvent> },
+            { "selectionAnchorRect", imp<anchor> },
             { "mouseDown:", imp<mouseDown> },
         });
     }

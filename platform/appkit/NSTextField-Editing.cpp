@@ -2,6 +2,7 @@
 #include "NSTextField.h"
 #include "NSApplication.h"
 #include "NSEvent.h"
+#include "NSMenu.h"
 #include "NSText.h"
 #include "NSWindow.h"
 #include "foundation/NSAttributedString.h"
@@ -74,6 +75,19 @@ template <> struct NSTextField::Methods<struct Editing> {
             super<NSControl, "mouseDown:">(static_cast<NSControl&>(self), press);
     }
     static Ref<NSText> currentEditor(NSTextField& self) { return self.editor_; }
+    // A field without a menu of its own has the editor's, which can work only once it is there.
+    static Ref<NSMenu> menuForEvent(NSTextField& self, NSEvent* event)
+    {
+        const Ref<NSMenu> own = super<NSTextField, "menuForEvent:", Ref<NSMenu>>(self, event);
+        const Ref<NSWindow> window = self.window();
+        if (own || !window || !self.isSelectable() || !self.isEnabled())
+            return own;
+        if (!window->isKeyWindow())
+            window->makeKeyWindow(); // or the menu would act on somebody else's text
+        if (!self.editor_)
+            window->makeFirstResponder(&self);
+        return maybe(self.editor_)->menuForEvent(event);
+    }
 
     // ---- taking over
 
@@ -274,6 +288,7 @@ template <> struct NSTextField::Methods<struct Editing> {
             { "selectText:", imp<selectText> },
             { "mouseDown:", imp<mouseDown> },
             { "currentEditor", imp<currentEditor> },
+            { "menuForEvent:", imp<menuForEvent> },
             { "validateEditing", imp<validateEditing> },
             { "abortEditing", imp<abortEditing> },
             { "textShouldBeginEditing:", imp<shouldBegin> },

@@ -224,7 +224,7 @@ template <> struct NSTextView::Methods<struct Clipboard> {
             return self.isEditable()
                 && NSPasteboard::cls().generalPasteboard()->availableTypeFromArray(
                     NSArray::cls().arrayWithObject(NSPasteboardTypeString.get()).get());
-        return true;
+        return action != selector<"selectAll:"> || TextViewAccess::length(self) > 0;
     }
 
     static void table(Builder& t)

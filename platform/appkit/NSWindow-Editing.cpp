@@ -80,6 +80,13 @@ template <> struct NSWindow::Methods<struct Editing> {
         if (maybe(manager)->canRedo())
             manager->redo();
     }
+    static bool validate(NSWindow& self, NSObject* item)
+    {
+        const SEL action = maybe(item)->send<"action", SEL>();
+        if (action == selector<"undo:">)
+            return maybe(managerInUse(self))->canUndo();
+        return action != selector<"redo:"> || maybe(managerInUse(self))->canRedo();
+    }
 
     static void table(Builder& t)
     {
@@ -89,6 +96,8 @@ template <> struct NSWindow::Methods<struct Editing> {
             { "undoManager", imp<undoManager> },
             { "undo:", imp<undo> },
             { "redo:", imp<redo> },
+            { "validateMenuItem:", imp<validate> },
+            { "validateUserInterfaceItem:", imp<validate> },
         });
     }
 };

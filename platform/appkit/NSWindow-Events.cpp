@@ -4,6 +4,7 @@
 #include "NSApplicationPrivate.h"
 #include "NSEventPrivate.h"
 #include "NSPanel.h"
+#include "NSView+ContextMenus.h"
 #include "NSViewPrivate.h"
 #include "NSWindowPrivate.h"
 #include "foundation/NSBeep.h"
@@ -269,6 +270,23 @@ template <> struct NSWindow::Methods<struct Events> {
         }
     }
 
+    static bool asksForMenu(NSEvent& key)
+    {
+        constexpr unichar kF10 = NSF1FunctionKey + 9;
+        constexpr NSEventModifierFlags kHeld
+            = NSShiftKeyMask | NSControlKeyMask | NSAlternateKeyMask | NSCommandKeyMask;
+        const Ref<NSString> text = key.charactersIgnoringModifiers();
+        const unichar first = maybe(text)->length() ? text->characterAtIndex(0) : unichar {};
+        const NSEventModifierFlags held = key.modifierFlags() & kHeld;
+        return (first == NSMenuFunctionKey && !held) || (first == kF10 && held == NSShiftKeyMask);
+    }
+    static bool showsMenu(NSWindow& self, NSEvent& key)
+    {
+        return asksForMenu(key) && !WindowAccess::attachedSheet(self)
+            && self.firstResponder()->tryToPerform_with(
+                selector<"showContextMenuForSelection:">, nullptr);
+    }
+
     static void sendEvent(NSWindow& self, NSEvent* lent)
     {
         const Ref<NSWindow> alive(&self);
@@ -284,7 +302,7 @@ template <> struct NSWindow::Methods<struct Events> {
             viewAt(self, event->locationInWindow())->scrollWheel(lent);
         else if (type == NSMouseMoved && of(self).acceptsMoved)
             self.firstResponder()->mouseMoved(lent);
-        else if (type == NSKeyDown)
+        else if (type == NSKeyDown && !showsMenu(self, *event))
             self.firstResponder()->keyDown(lent);
         else if (type == NSKeyUp)
             self.firstResponder()->keyUp(lent);

@@ -168,7 +168,7 @@ namespace {
                     rest = nullptr;
                     show();
                 });
-            NSRunLoop::cls().mainRunLoop()->addTimer_forMode(rest.get(), NSDefaultRunLoopMode);
+            NSRunLoop::cls().mainRunLoop()->addTimer_forMode(rest.get(), NSRunLoopCommonModes);
         }
         void show()
         {
@@ -185,7 +185,7 @@ namespace {
             present(text.get(), host->convertPointToScreen(point), host->screen());
             end = NSTimer::cls().timerWithTimeInterval_repeats_block(
                 kShownSeconds, false, [this](NSTimer*) { hide(); });
-            NSRunLoop::cls().mainRunLoop()->addTimer_forMode(end.get(), NSDefaultRunLoopMode);
+            NSRunLoop::cls().mainRunLoop()->addTimer_forMode(end.get(), NSRunLoopCommonModes);
         }
         void present(NSString* text, NSPoint pointer, const Ref<NSScreen>& screen)
         {

@@ -95,6 +95,18 @@ namespace {
         EXPECT_EQ(chosen(), "Save As");
     }
 
+    TEST_F(MenuKeysTest, AnAlternateHasAKeyOfItsOwnWithoutBeingShown)
+    {
+        add(*menu, "Close"_ns, "w"_ns);
+        const Ref<NSMenuItem> all = add(*menu, "Close All"_ns, "w"_ns);
+        all->setAlternate(true);
+        all->setKeyEquivalentModifierMask(NSCommandKeyMask | NSAlternateKeyMask);
+        menu->performKeyEquivalent(press("w", NSCommandKeyMask | NSAlternateKeyMask).get());
+        EXPECT_EQ(chosen(), "Close All");
+        menu->performKeyEquivalent(press("w").get());
+        EXPECT_EQ(chosen(), "Close");
+    }
+
     TEST_F(MenuKeysTest, TheMaskMayNameOtherModifiers)
     {
         add(*menu, "Minimise"_ns, "m"_ns)
