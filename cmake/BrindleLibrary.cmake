@@ -15,6 +15,18 @@ target_link_libraries(brindle_objects PRIVATE PkgConfig::BRINDLE_DEPENDENCIES)
 set_source_files_properties("${PROJECT_SOURCE_DIR}/brindle/introspection/NSUserDefaults+ReviewRequest.cpp" PROPERTIES
     COMPILE_DEFINITIONS "BRINDLE_REVIEW_HOST=\"${BRINDLE_REVIEW_HOST}\"")
 
+# What a start runs lies side by side, where the linker can do that; tools/start-order writes the list. Sources of which
+# it names single functions are compiled so that each has a section.
+set(brindle_start "${PROJECT_SOURCE_DIR}/cmake/start.ld")
+check_linker_flag(CXX "LINKER:-T,${brindle_start}" brindle_orders_code)
+if(brindle_orders_code)
+    set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS "${brindle_start}")
+    file(STRINGS "${brindle_start}" split_sources REGEX "\\.cpp\\.o\\(\\.text\\.")
+    list(TRANSFORM split_sources REPLACE "^ *\\*/(.*)\\.o\\(.*" "${PROJECT_SOURCE_DIR}/\\1")
+    list(REMOVE_DUPLICATES split_sources)
+    set_property(SOURCE ${split_sources} APPEND PROPERTY COMPILE_OPTIONS -ffunction-sections)
+endif()
+
 # --- the shared library -------------------------------------------------------------------------------
 
 set(brindle_map "${PROJECT_SOURCE_DIR}/cmake/brindle.map")
@@ -34,9 +46,6 @@ check_linker_flag(CXX "LINKER:-z,pack-relative-relocs" brindle_packs_addresses)
 if(brindle_packs_addresses)
     target_link_options(brindle PRIVATE "LINKER:-z,pack-relative-relocs")
 endif()
-# What a start runs lies side by side, where the linker can do that; tools/start-order writes the list.
-set(brindle_start "${PROJECT_SOURCE_DIR}/cmake/start.ld")
-check_linker_flag(CXX "LINKER:-T,${brindle_start}" brindle_orders_code)
 if(brindle_orders_code)
     target_link_options(brindle PRIVATE "LINKER:-T,${brindle_start}")
     set_property(TARGET brindle APPEND PROPERTY LINK_DEPENDS "${brindle_start}")
