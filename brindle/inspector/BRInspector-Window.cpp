@@ -38,10 +38,10 @@ void InspectorState::follow()
 
 template <> struct BRInspector::Methods<struct Window> {
 
-    static constexpr NSSize kSize { 820, 480 };
+    static constexpr NSSize kSize { 880, 480 };
     static constexpr double kBar = 40;
     static constexpr double kTreeWidth = 380;
-    static constexpr double kNameWidth = 170;
+    static constexpr double kNameWidth = 190;
 
     // ---- making
 
@@ -113,6 +113,7 @@ template <> struct BRInspector::Methods<struct Window> {
         state.tree->setDataSource(&self);
         state.details->setDataSource(&self);
         split->adjustSubviews();
+        split->setPosition_ofDividerAtIndex(kTreeWidth, 0);
     }
 
     // ---- showing
@@ -257,8 +258,10 @@ template <> struct BRInspector::Methods<struct Window> {
     static Ref<NSString> detailDescription(BRInspector& self)
     {
         std::string text;
-        for (const inspector::DetailRow& row : stateOf(self).detailRows)
-            text += row.isHeading ? row.name + "\n" : row.name + ": " + row.value + "\n";
+        for (const inspector::DetailRow& row : stateOf(self).detailRows) {
+            const char* const between = row.value.empty() ? "" : row.isHeading ? " " : ": ";
+            text += row.name + between + row.value + "\n";
+        }
         return stringFrom(text);
     }
 

@@ -55,7 +55,7 @@ public:
 
     /// Answers what stands at the left, a line a view, indented by its depth. For logs and tests.
     Ref<NSString> treeDescription() { return send<"treeDescription", Ref<NSString>>(); }
-    /// Answers what stands at the right, a line a row, name and value parted by ": ".
+    /// Answers what stands at the right, a line a row, name and value parted by ": ", by a space in headings.
     Ref<NSString> detailDescription() { return send<"detailDescription", Ref<NSString>>(); }
 
 private:

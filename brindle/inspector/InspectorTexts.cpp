@@ -33,9 +33,19 @@ namespace {
             --end;
         return text.substr(0, end) + "…";
     }
+    /// "<NSImage: 0x55f2>" says the same in every run as "<NSImage>".
+    std::string withoutAddress(const std::string& text)
+    {
+        const std::size_t begin = text.find(": 0x");
+        const std::size_t end = text.find('>', begin);
+        if (text.empty() || text[0] != '<' || begin == std::string::npos
+            || end == std::string::npos)
+            return text;
+        return text.substr(0, begin) + text.substr(end);
+    }
     std::string textOf(const Ref<NSObject>& object)
     {
-        return object ? line(utf8Of(object->description())) : "nil";
+        return object ? line(withoutAddress(utf8Of(object->description()))) : "nil";
     }
     std::string nameOf(const NSObject& object) { return class_getName(object.classObject()); }
 
@@ -76,11 +86,14 @@ namespace {
 
     using Rows = std::vector<DetailRow>;
 
-    void addHeading(Rows& rows, std::string text) { rows.push_back({ std::move(text), "", true }); }
+    void addHeading(Rows& rows, std::string name, std::string value = "")
+    {
+        rows.push_back({ std::move(name), std::move(value), true });
+    }
 
     void addClasses(Rows& rows, NSObject& object)
     {
-        addHeading(rows, titleOf(object));
+        addHeading(rows, "Inspecting", titleOf(object));
         std::string chain;
         for (Class* cls = object.classObject(); cls; cls = class_getSuperclass(cls))
             chain += (chain.empty() ? "" : " : ") + std::string(class_getName(cls));
@@ -109,7 +122,7 @@ namespace {
                 if (!seen.insert(name).second)
                     continue;
                 if (isFirst)
-                    addHeading(rows, std::string("Properties of ") + class_getName(cls));
+                    addHeading(rows, "Properties of", class_getName(cls));
                 isFirst = false;
                 rows.push_back({ name, valueOf(object, name) });
             }

@@ -187,6 +187,13 @@ TEST_F(Inspector, ShowsTheKeyEquivalentsOfMenusAndButtons)
     EXPECT_THAT(details(), HasSubstr("Return: Fine\n"));
 }
 
+TEST_F(Inspector, SaysOfOtherObjectsWhatIsTheSameInEveryRun)
+{
+    view->setWantsLayer(true);
+    inspector->inspectObject(view.get());
+    EXPECT_THAT(details(), HasSubstr("layer: <CALayer>"));
+}
+
 TEST_F(Inspector, CutsLongValuesAndKeepsThemInOneLine)
 {
     view->note_ = stringFrom("a\nb" + std::string(1000, 'x'));
