@@ -6,6 +6,9 @@
 #include "foundation/NSMutableArray.h"
 #include "foundation/NSNotification.h"
 #include "foundation/NSString.h"
+#include "foundation/NSUserDefaults.h"
+#include "foundation/StringConstant.h"
+#include "inspector/BRInspector.h"
 #include "pages/Pages.h"
 #include "runtime/Table.h"
 
@@ -17,6 +20,7 @@ namespace {
 
     constexpr double kSidebarWidth = 200;
     constexpr NSSize kSize { 1080, 700 };
+    constexpr StringConstant<"GalleryPage"> kPageKey;
     constexpr NSSize kLeastSize { 980, 640 };
 
 }
@@ -48,8 +52,14 @@ template <> struct GalleryController::Methods<struct Pages> {
                 maybe(weak.get())->showPage(index);
             });
         content->addSubview(self.sidebar_.get());
+        BRInspector::cls().sharedInspector()->setEnabled(true);
+        // Where and on which page the user left it; what is beyond the last page shows nothing.
         self.showPage(0);
+        const NSInteger last
+            = NSUserDefaults::cls().standardUserDefaults()->integerForKey(kPageKey);
+        self.showPage(static_cast<NSUInteger>(last));
         self.window_->center();
+        self.window_->setFrameAutosaveName("Gallery"_ns);
         self.window_->makeKeyAndOrderFront(&self);
     }
 
@@ -65,6 +75,8 @@ template <> struct GalleryController::Methods<struct Pages> {
         self.page_->setAutoresizingMask(NSViewWidthSizable | NSViewHeightSizable);
         content->addSubview(self.page_.get());
         self.sidebar_->setSelection(index);
+        NSUserDefaults::cls().standardUserDefaults()->setInteger_forKey(
+            static_cast<NSInteger>(index), kPageKey);
         self.window_->makeFirstResponder(self.page_.get());
     }
 

@@ -9,6 +9,7 @@
 #include "appkit/NSMenu.h"
 #include "appkit/NSMenuItem.h"
 #include "foundation/NSArray.h"
+#include "inspector/BRInspector.h"
 #include "kit/Palette.h"
 #include "menubar/BRCustomMenubarMenuButton.h"
 #include "pages/Pages.h"
@@ -138,6 +139,8 @@ namespace {
         add(*menu, "Next Page", selector<"nextPage:">, "]")->setTarget(&target);
         add(*menu, "Previous Page", selector<"previousPage:">, "[")->setTarget(&target);
         separate(*menu);
+        add(*menu, "Inspector", selector<"showInspector:">, "i", NSAlternateKeyMask)
+            ->setTarget(&target);
         add(*menu, "Dark Appearance", selector<"switchAppearance:">, "d")->setTarget(&target);
         return menu;
     }
@@ -264,6 +267,10 @@ template <> struct GalleryMenubar::Methods<struct Actions> {
     }
     static void nextPage(GalleryMenubar&, NSObject*) { controller()->turnPages(1); }
     static void previousPage(GalleryMenubar&, NSObject*) { controller()->turnPages(-1); }
+    static void showInspector(GalleryMenubar&, NSObject*)
+    {
+        BRInspector::cls().sharedInspector()->show();
+    }
     static void switchAppearance(GalleryMenubar& self, NSObject*)
     {
         setDark(!isDark());
@@ -289,6 +296,7 @@ template <> struct GalleryMenubar::Methods<struct Actions> {
             { "choosePage:", imp<choosePage> },
             { "nextPage:", imp<nextPage> },
             { "previousPage:", imp<previousPage> },
+            { "showInspector:", imp<showInspector> },
             { "switchAppearance:", imp<switchAppearance> },
             { "validateMenuItem:", imp<validate> },
         });

@@ -1,7 +1,10 @@
 // SPDX-License-Identifier: Apache-2.0
+#include "Menubar.h"
 #include "Tour.h"
 #include "WindowsPage.h"
 #include "appkit/NSApplication.h"
+#include "foundation/NSMutableArray.h"
+#include "inspector/BRInspector.h"
 
 namespace gallery {
 
@@ -20,6 +23,14 @@ void tourWindows(Tour& tour)
     maybe(NSApplication::cls().sharedApplication()->keyWindow())->close();
     tour.settle();
     tour.darkPicture("windows-dark");
+
+    const Ref<BRInspector> inspector = BRInspector::cls().sharedInspector();
+    inspector->show();
+    inspector->inspectObject(menubar().bar()->menubarViews()->firstObject().get());
+    tour.settle();
+    tour.picture("windows-inspector");
+    tour.darkPicture("windows-inspector-dark");
+    inspector->close();
 }
 
 }
