@@ -28,13 +28,21 @@ if(EXISTS "${fonts}")
     list(APPEND brindle_test_environment FONTCONFIG_FILE=set:${fonts})
 endif()
 
+# The library under test is optimised; the tests need not be, and a quarter of the time of compiling them is saved.
+function(brindle_compile_test target)
+    brindle_compile(${target})
+    if(NOT BRINDLE_SANITIZE)
+        target_compile_options(${target} PRIVATE $<$<CONFIG:RelWithDebInfo>:-O0 -g0>)
+    endif()
+endfunction()
+
 # brindle_test_program(<name> <sources>...): an executable over the static library, so that a test may also
 # reach what the shared library keeps to itself. Started by itself it sees the pinned fonts too.
 set_source_files_properties(Surroundings.cpp PROPERTIES
     COMPILE_DEFINITIONS BRINDLE_TESTS="${CMAKE_CURRENT_SOURCE_DIR}")
 function(brindle_test_program name)
     add_executable(${name} ${ARGN} Surroundings.cpp)
-    brindle_compile(${name})
+    brindle_compile_test(${name})
     target_link_libraries(${name} PRIVATE
         brindle_test_support brindle_static GTest::gmock GTest::gtest_main)
 endfunction()
