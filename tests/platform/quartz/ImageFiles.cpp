@@ -32,7 +32,7 @@ namespace {
         }
         return quartz::imageTaking(std::move(pixels), width, height, true);
     }
-    std::string littleEndian(std::uint32_t value, int bytes)
+    std::string littleEndian(std::uint64_t value, int bytes)
     {
         std::string text;
         for (int i = 0; i < bytes; ++i)
