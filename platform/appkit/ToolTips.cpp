@@ -261,7 +261,7 @@ template <> struct ToolTipWindow::Methods<struct Key> {
 };
 BRINDLE_RECORD(ToolTipWindow, Key)
 
-template <> struct ToolTipView::Methods<struct Look> {
+template <> struct ToolTipView::Methods<struct Drawing> {
 
     static bool yes(ToolTipView&) { return true; }
     static void drawRect(ToolTipView& self, NSRect)
@@ -280,7 +280,7 @@ template <> struct ToolTipView::Methods<struct Look> {
             { "drawRect:", imp<drawRect> } });
     }
 };
-BRINDLE_RECORD(ToolTipView, Look)
+BRINDLE_RECORD(ToolTipView, Drawing)
 
 template <> struct ToolTipRects::Methods<struct Nothing> {
     static void table(Builder&) { }
