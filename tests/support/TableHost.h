@@ -6,11 +6,14 @@
 #include <string>
 #include <vector>
 
+#include <gtest/gtest.h>
+
 #include "appkit/NSScrollView.h"
 #include "appkit/NSTableCellView.h"
 #include "appkit/NSTableHeaderView.h"
 #include "appkit/NSTableView.h"
 #include "foundation/NSArray.h"
+#include "support/HeadlessScreen.h"
 #include "support/Strings.h"
 
 namespace brindle {
@@ -61,6 +64,14 @@ namespace test {
         Ref<NSTableView> view;
         Ref<NSScrollView> scroll;
         Ref<TableHost> host;
+    };
+
+    /// A table on a screen, at its bottom left.
+    struct TableTest : testing::Test {
+        HeadlessScreen screen;
+        Table t { 100 };
+
+        void SetUp() override { screen.window().contentView()->addSubview(t.scroll.get()); }
     };
 
 }

@@ -1,9 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <gtest/gtest.h>
 
-#include <limits>
-
-#include "support/HeadlessScreen.h"
 #include "support/TableHost.h"
 
 namespace brindle {
@@ -13,17 +10,7 @@ namespace {
     using test::column;
     using test::indexes;
     using test::Table;
-
-    constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
-    constexpr double kInfinity = std::numeric_limits<double>::infinity();
-
-    /// A table on a screen, at its bottom left.
-    struct TableTest : testing::Test {
-        HeadlessScreen screen;
-        Table t { 100 };
-
-        void SetUp() override { screen.window().contentView()->addSubview(t.scroll.get()); }
-    };
+    using test::TableTest;
 
     // ---- what shows
 

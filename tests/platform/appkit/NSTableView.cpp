@@ -3,7 +3,6 @@
 
 #include <limits>
 
-#include "support/HeadlessScreen.h"
 #include "support/TableHost.h"
 
 namespace brindle {
@@ -13,17 +12,10 @@ namespace {
     using test::column;
     using test::indexes;
     using test::Table;
+    using test::TableTest;
 
     constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
     constexpr double kInfinity = std::numeric_limits<double>::infinity();
-
-    /// A table on a screen, at its bottom left.
-    struct TableTest : testing::Test {
-        HeadlessScreen screen;
-        Table t { 100 };
-
-        void SetUp() override { screen.window().contentView()->addSubview(t.scroll.get()); }
-    };
 
     // ---- a new table
 
