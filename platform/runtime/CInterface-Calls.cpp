@@ -440,9 +440,9 @@ brindle_call* brindle_makeCall(const char* selector, const char* types, brindle_
         call->selector = sel.value;
         call->name = sel_getName(sel);
         call->from = plain::classOf(from);
-        call->signature
-            = { clean, std::strlen(clean), nullptr, &noImplementation, &noImplementation };
-        call->key = hashOf({ clean, call->signature.length }, sel.value);
+        call->signature = { clean, std::strlen(clean), hashOf(clean), nullptr, &noImplementation,
+            &noImplementation };
+        call->key = dispatch::keyOf(sel, call->signature.hash);
         call->made = lastCall.load(std::memory_order_relaxed);
         while (!lastCall.compare_exchange_weak(call->made, call.get()))
             continue;

@@ -47,6 +47,13 @@ namespace encoding {
     template <class T> concept Described = requires { Structure<T>::encoding; };
     template <class T> concept Hidden = requires { Opaque<T>::encoding; };
 
+    /// Any other class type than these is an object's.
+    template <class U>
+    inline constexpr bool isObject = std::is_class_v<U> && !isClosure<U> && !Hidden<U> && !Owner<U>
+        && !Described<U> && !std::is_same_v<U, Class> && !std::is_same_v<U, SEL>;
+    template <class T> inline constexpr bool isObjectPointer = false;
+    template <class U> inline constexpr bool isObjectPointer<U*> = isObject<std::remove_cv_t<U>>;
+
     constexpr std::string_view integer(std::size_t size, bool isUnsigned)
     {
         const std::string_view letters = isUnsigned ? "CSIQ" : "csiq";
@@ -70,8 +77,7 @@ namespace encoding {
         else if constexpr (Hidden<U>) {
             out.add("^");
             out.add(Opaque<U>::encoding);
-        } else if constexpr (std::is_void_v<U> || std::is_arithmetic_v<U> || std::is_enum_v<U>
-            || std::is_pointer_v<U> || std::is_same_v<U, SEL> || Owner<U> || Described<U>) {
+        } else if constexpr (!isObject<U>) {
             out.add("^");
             append<U>(out);
         } else

@@ -103,18 +103,20 @@ template <class T> T* maybe(const Ref<T>& object) { return maybe(object.get()); 
 
 namespace dispatch {
 
-    /// The road every message takes: two loads, a compare, an indirect call.
-    template <Text S, class R, class... A>
-    inline R sendThrough(const NSObject* self, Class* holder, A... a)
+    /// Selector and call signature in one word: a call with other types never hits.
+    constexpr std::uint64_t keyOf(SEL sel, std::uint64_t signature)
+    {
+        return sel.value ^ signature;
+    }
+
+    /// The road every message takes: two loads, a compare, an indirect call. One for each signature, whatever the
+    /// message's name.
+    template <class R, class... A>
+    [[gnu::always_inline]] inline R sendThrough(
+        const NSObject* self, Class* holder, SEL sel, const char* name, std::uint64_t key, A... a)
     {
         static_assert(
             (std::is_trivially_copyable_v<A> && ...), "arguments are lent: pass ref.get()");
-        using C = typename Abi<R>::C;
-        constexpr SEL sel = selectorOf(S.view());
-        constexpr const Signature& signature = signatureOf<R, A...>;
-        // Selector and call signature in one key: a call with other types never hits.
-        constexpr std::uint64_t key = hashOf({ signature.types, signature.length }, sel.value);
-
         // The mask first: tables only grow, so an old mask fits a new table.
         const std::uint64_t mask = holder->mask_.load(std::memory_order_acquire);
         const auto* table
@@ -122,8 +124,9 @@ namespace dispatch {
         const auto& slot = *reinterpret_cast<const Slot*>(table + (key & mask));
         const IMP imp = slot.key.load(std::memory_order_acquire) == key
             ? slot.imp.load(std::memory_order_acquire)
-            : miss(self, holder, sel, S.characters, signature, key);
-        const auto function = reinterpret_cast<C (*)(const NSObject*, SEL, A...)>(imp);
+            : miss(self, holder, sel, name, signatureOf<R, A...>, key);
+        const auto function
+            = reinterpret_cast<typename Abi<R>::C (*)(const NSObject*, SEL, A...)>(imp);
         if constexpr (encoding::Owner<R>)
             return R::adopt(function(self, sel, a...));
         else
@@ -134,7 +137,9 @@ namespace dispatch {
 
 template <Text S, class R, class... A> inline R NSObject::send(A... arguments) const
 {
-    return dispatch::sendThrough<S, R, A...>(this, isa_, arguments...);
+    constexpr SEL sel = selectorOf(S.view());
+    constexpr std::uint64_t key = dispatch::keyOf(sel, signatureOf<R, A...>.hash);
+    return dispatch::sendThrough<R, A...>(this, isa_, sel, S.characters, key, arguments...);
 }
 
 /// Answers the class of a name, realising it on first use; nil for nil, "" and names nobody declared.
@@ -215,7 +220,10 @@ R super(Self& self, A... arguments)
     Class* holder = classOf<T>();
     if constexpr (std::is_same_v<Self, Class>)
         holder = holder->isa_;
-    return dispatch::sendThrough<S, R, A...>(&self, holder->super_, arguments...);
+    constexpr SEL sel = selectorOf(S.view());
+    constexpr std::uint64_t key = dispatch::keyOf(sel, signatureOf<R, A...>.hash);
+    return dispatch::sendThrough<R, A...>(
+        &self, holder->super_, sel, S.characters, key, arguments...);
 }
 
 /// The receiver of an extension's function: made from a reference, a pointer, an owner or a class object.

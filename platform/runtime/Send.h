@@ -17,6 +17,7 @@ using IMP = void (*)();
 struct Signature {
     const char* types;
     std::size_t length;
+    std::uint64_t hash; ///< of the types
     /// Calls an implementation: `arguments` are addresses of receiver, selector and arguments in order; the
     /// result is written to `result` (an owned count where the type is an object).
     void (*invoke)(IMP imp, void* const* arguments, void* result);
@@ -50,15 +51,15 @@ template <encoding::Owner T> struct Abi<T> {
 
 namespace dispatch {
 
-    template <class T> constexpr bool isPlainObject()
-    {
-        if constexpr (std::is_void_v<T>)
-            return false;
-        else
-            return encodingOf<T>.view() == "@";
-    }
+    template <bool> struct Merge {
+        template <class T> using With = T;
+    };
+    template <> struct Merge<true> {
+        template <class T> using With = NSObject*;
+    };
     /// Every object pointer is the same to a C call: fewer instantiations.
-    template <class T> using Common = std::conditional_t<isPlainObject<T>(), NSObject*, T>;
+    template <class T>
+    using Common = typename Merge<encoding::isObjectPointer<T>>::template With<T>;
 
     template <class C, class... A> struct Call {
         using Function = C (*)(NSObject*, SEL, A...);
@@ -87,8 +88,8 @@ namespace dispatch {
 
     template <class C, class... A>
     inline constexpr Signature signature { messageEncoding<C, A...>.text,
-        messageEncoding<C, A...>.view().size(), &Call<C, A...>::invoke, &Call<C, A...>::zeroAddress,
-        &Call<C, A...>::forwardAddress };
+        messageEncoding<C, A...>.view().size(), hashOf(messageEncoding<C, A...>.view()),
+        &Call<C, A...>::invoke, &Call<C, A...>::zeroAddress, &Call<C, A...>::forwardAddress };
 
     template <class C, class... A> C Call<C, A...>::forward(NSObject* self, SEL sel, A... a)
     {
