@@ -71,16 +71,15 @@ public:
     }
 
     /// Adds an entry whose key is not there yet.
-    void append(Entry entry)
+    void append(Entry&& entry)
     {
         ++changes_;
         if (entries_.size() >= limit())
             tidy(live_ + 1);
-        const std::uint64_t hash = entry.hash;
         entries_.push_back(std::move(entry));
         ++live_;
         if (!slots_.empty())
-            enter(hash, entries_.size());
+            enter(entries_.back().hash, entries_.size());
     }
 
     /// Takes an entry out and answers it, so that it ends when the table is in order again.
@@ -106,6 +105,7 @@ public:
         return std::exchange(entries_, {});
     }
 
+    /// Makes room for that many entries in all.
     void reserve(std::size_t count)
     {
         if (count <= kMostReserved)
@@ -153,6 +153,7 @@ private:
     {
         std::erase_if(entries_, [](const Entry& entry) { return !entry.key; });
         if (wanted <= kShort) {
+            entries_.reserve(wanted);
             slots_.clear();
             return;
         }
