@@ -5,8 +5,8 @@
 
 #include "../../../tests/support/HeadlessScreen.h"
 #include "../../../tests/support/TemporaryFolder.h"
-#include "appkit/FileBrowserPrivate.h"
 #include "appkit/NSAlert.h"
+#include "appkit/panels/FileBrowserPrivate.h"
 #include "foundation/NSDate.h"
 #include "support/Measure.h"
 #include "support/Topics.h"

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "appkit/FileBrowserPrivate.h"
+#include "appkit/panels/FileBrowserPrivate.h"
 
 #include <fstream>
 #include <set>

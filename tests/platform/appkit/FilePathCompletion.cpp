@@ -3,8 +3,8 @@
 
 #include <gtest/gtest.h>
 
-#include "appkit/FilePanelPrivate.h"
 #include "appkit/NSOpenPanel.h"
+#include "appkit/panels/FilePanelPrivate.h"
 #include "foundation/NSDate.h"
 #include "support/DefaultsFolder.h"
 #include "support/HeadlessScreen.h"

@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "appkit/FolderWatchPrivate.h"
+#include "appkit/panels/FolderWatchPrivate.h"
 
 #include <fstream>
 
 #include <gtest/gtest.h>
 
-#include "appkit/FileBrowserPrivate.h"
+#include "appkit/panels/FileBrowserPrivate.h"
 #include "foundation/NSDate.h"
 #include "support/TemporaryFolder.h"
 #include "support/VirtualClock.h"

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <gtest/gtest.h>
 
-#include "appkit/MenuLayoutPrivate.h"
 #include "appkit/NSButton.h"
+#include "appkit/menus/MenuLayoutPrivate.h"
 #include "support/OpenMenu.h"
 
 namespace brindle {

@@ -6,8 +6,8 @@
 #include <gtest/gtest.h>
 #include <unistd.h>
 
-#include "appkit/FilePanelPrivate.h"
 #include "appkit/ScriptedAnswers.h"
+#include "appkit/panels/FilePanelPrivate.h"
 #include "foundation/Dispatch.h"
 #include "foundation/Each.h"
 #include "foundation/NSDate.h"

@@ -5,10 +5,10 @@
 
 #include <gtest/gtest.h>
 
-#include "appkit/FilePanelPrivate.h"
 #include "appkit/NSAlert.h"
 #include "appkit/NSButton.h"
 #include "appkit/ScriptedAnswers.h"
+#include "appkit/panels/FilePanelPrivate.h"
 #include "foundation/NSDate.h"
 #include "support/DefaultsFolder.h"
 #include "support/HeadlessScreen.h"

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "appkit/NSWindow.h"
 
-#include "appkit/NSWindowPrivate.h"
+#include "appkit/windows/NSWindowPrivate.h"
 
 #include <gtest/gtest.h>
 

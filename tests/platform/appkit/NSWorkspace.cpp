@@ -6,9 +6,9 @@
 
 #include <gtest/gtest.h>
 
-#include "appkit/DesktopPrivate.h"
 #include "appkit/NSImage.h"
 #include "appkit/ScriptedAnswers.h"
+#include "appkit/application/DesktopPrivate.h"
 #include "foundation/NSArray.h"
 #include "foundation/NSDictionary.h"
 #include "foundation/NSNotificationCenter.h"

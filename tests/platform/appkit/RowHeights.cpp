@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "appkit/RowHeightsPrivate.h"
+#include "appkit/tables/RowHeightsPrivate.h"
 
 #include <gtest/gtest.h>
 

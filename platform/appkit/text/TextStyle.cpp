@@ -1,0 +1,133 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "TextStylePrivate.h"
+
+#include <algorithm>
+#include <cmath>
+
+#include "appkit/NSStringDrawing.h"
+#include "appkit/NSTextAttachment.h"
+#include "appkit/NSTextTab.h"
+#include "foundation/Each.h"
+#include "foundation/NSArray.h"
+#include "foundation/NSNumber.h"
+
+namespace brindle::layouts {
+
+namespace {
+
+    // Raised and lowered text: a part of the font's size for each step.
+    constexpr double kScriptStep = 0.33;
+
+    double finite(double value) { return std::isfinite(value) ? value : 0; }
+
+    void addBox(text::StyledRun& run, const NSTextAttachment& attachment)
+    {
+        const NSRect bounds = attachment.attachmentBounds();
+        run.isBox = true;
+        run.boxWidth = std::max(finite(bounds.size.width), 0.0);
+        run.boxDescent = std::max(finite(-bounds.origin.y), 0.0);
+        run.boxAscent = std::max(finite(bounds.origin.y + bounds.size.height), 0.0);
+    }
+
+}
+
+double numberAttribute(const NSDictionary* attributes, NSString* name)
+{
+    const Ref<NSNumber> number = attribute<NSNumber>(attributes, name);
+    return number ? finite(number->doubleValue()) : 0;
+}
+
+NSFont* defaultFont()
+{
+    static NSFont* const font = NSFont::cls().userFontOfSize(12).leak();
+    return font;
+}
+
+Ref<NSParagraphStyle> paragraphStyleIn(const NSDictionary* attributes)
+{
+    Ref<NSParagraphStyle> style
+        = attribute<NSParagraphStyle>(attributes, NSParagraphStyleAttributeName);
+    return style ? style : NSParagraphStyle::cls().defaultParagraphStyle();
+}
+
+text::StyledRun styledRun(const NSDictionary* attributes, NSRange range)
+{
+    text::StyledRun run;
+    run.range = range;
+    const NSUInteger count = attributes->count();
+    const Ref<NSFont> font = attribute<NSFont>(attributes, NSFontAttributeName);
+    run.font = NSFont::textFont(font ? font.get() : defaultFont());
+    if (!run.font.face)
+        run.font = NSFont::textFont(defaultFont());
+    if (count == (font ? 1u : 0u))
+        return run;
+    run.kern = numberAttribute(attributes, NSKernAttributeName);
+    run.raise = numberAttribute(attributes, NSBaselineOffsetAttributeName)
+        + std::clamp(numberAttribute(attributes, NSSuperscriptAttributeName), -9.0, 9.0)
+            * kScriptStep * run.font.size;
+    if (const auto attachment = attribute<NSTextAttachment>(attributes, NSAttachmentAttributeName))
+        addBox(run, *attachment);
+    return run;
+}
+
+void readRuns(NSAttributedString& text, NSRange range, std::vector<text::StyledRun>& runs)
+{
+    runs.clear();
+    const NSUInteger length = text.length();
+    for (NSUInteger at = range.location; at < NSMaxRange(range);) {
+        NSRange found {};
+        const Ref<NSDictionary> attributes = text.attributesAtIndex_effectiveRange(at, &found);
+        const NSUInteger end = std::clamp(NSMaxRange(found), at + 1, NSMaxRange(range));
+        runs.push_back(styledRun(attributes.get(), NSMakeRange(at - range.location, end - at)));
+        at = end;
+    }
+    if (!runs.empty())
+        return;
+    // An empty line is as high as its line break, or as the letter before it.
+    const NSUInteger near = range.location < length ? range.location : length - 1;
+    const Ref<NSDictionary> attributes
+        = length ? text.attributesAtIndex_effectiveRange(near, nullptr) : make<NSDictionary>();
+    runs.push_back(styledRun(attributes.get(), NSMakeRange(0, 0)));
+    runs.back().isBox = false;
+}
+
+double lineHeight(const text::Font& font, bool usesLeading)
+{
+    return std::round(font.ascender()) + std::round(-font.descender())
+        + (usesLeading ? std::round(font.leading()) : 0);
+}
+
+ParagraphShape shapeOf(const NSParagraphStyle& style)
+{
+    return { style.alignment(), style.lineBreakMode(), style.lineSpacing(),
+        style.paragraphSpacing(), style.paragraphSpacingBefore(), style.lineHeightMultiple(),
+        style.minimumLineHeight(), style.maximumLineHeight(), style.firstLineHeadIndent(),
+        style.headIndent(), style.tailIndent() };
+}
+
+text::BaseDirection directionOf(const NSParagraphStyle& style)
+{
+    switch (style.baseWritingDirection()) {
+    case NSWritingDirectionLeftToRight:
+        return text::BaseDirection::leftToRight;
+    case NSWritingDirectionRightToLeft:
+        return text::BaseDirection::rightToLeft;
+    default:
+        return text::BaseDirection::natural;
+    }
+}
+
+std::vector<text::TabStop> tabsOf(const NSParagraphStyle& style)
+{
+    std::vector<text::TabStop> stops;
+    for (NSTextTab* tab : each<NSTextTab>(style.tabStops())) {
+        const NSTextAlignment alignment = tab->alignment();
+        const double share = alignment == NSTextAlignmentRight ? 1
+            : alignment == NSTextAlignmentCenter               ? 0.5
+                                                               : 0;
+        stops.push_back({ tab->location(), share });
+    }
+    return stops;
+}
+
+}
