@@ -13,6 +13,28 @@ namespace {
     // What is longer is no word of a language; it is shaped as far as it is cut.
     constexpr std::size_t kLongestPiece = 256;
 
+    enum Kind : std::uint8_t { kLetter = 1, kMark = 2, kSign = 4 };
+
+    constexpr std::array<Kind, kPlainLetters> makeKinds()
+    {
+        std::array<Kind, kPlainLetters> kinds {};
+        for (std::size_t i = 0; i < kPlainLetters; ++i) {
+            const auto letter = static_cast<char>(i + ' ');
+            const bool isLetter = (letter | 0x20) >= 'a' && (letter | 0x20) <= 'z';
+            const bool isMark = std::string_view(".,;:!?").find(letter) != std::string_view::npos;
+            kinds[i] = isLetter ? kLetter : isMark ? kMark : kSign;
+        }
+        return kinds;
+    }
+
+    constexpr std::array<Kind, kPlainLetters> kKinds = makeKinds();
+
+    /// - before: the kinds of all letters of a word but the last.
+    constexpr bool isPlainWord(unsigned before, Kind last)
+    {
+        return last == kLetter ? before <= kLetter : last == kMark && before == kLetter;
+    }
+
 }
 
 LetterPairs::LetterPairs(const FontFace& face)
@@ -23,20 +45,56 @@ LetterPairs::LetterPairs(const FontFace& face)
         glyphs_[letter] = face.glyphFor(static_cast<char32_t>(letter + u' '));
         advances_[letter] = hb_font_get_glyph_h_advance(face.handles().font.get(), glyphs_[letter]);
     }
-    rules_ = readLetterRules(face, glyphs_);
+    rules_ = readLetterRules(face.handles().face.get(), glyphs_);
+}
+
+/// Measures the spaces before a word, and what they move the word by.
+inline bool LetterPairs::measureSpaces(std::u16string_view text, PieceMeasures& measures) const
+{
+    std::size_t at = measures.start + 1;
+    while (at < text.size() && text[at] == u' ')
+        ++at;
+    measures.wordStart = measures.end = at;
+    Advances& advances = measures.advances;
+    advances.whole = 0;
+    if (const auto between = static_cast<std::int64_t>(at - measures.start - 1); between > 0) {
+        if (pair(0, 0).step == Pair::kUnknown)
+            return false;
+        advances.whole = between * pair(0, 0).step;
+    }
+    if (at == text.size()) {
+        measures.isPlain = true;
+        advances.whole += advances_[0];
+        advances.spaces = advances.whole;
+        return isFree(0);
+    }
+    const std::size_t next = letterOf(text[at]);
+    if (next >= kPlainLetters || pair(0, next).step == Pair::kUnknown)
+        return false;
+    advances.whole += pair(0, next).step;
+    advances.spaces = advances.whole - pair(0, next).moved;
+    return true;
 }
 
 bool LetterPairs::measure(
     std::u16string_view text, std::size_t start, PieceMeasures& measures) const
 {
-    measures = { start, start, start, {} };
-    if (text[start] == u' ' && !measureSpaces(text, measures))
-        return false;
+    measures.start = start;
+    std::size_t at = start;
+    std::int64_t advance = 0;
+    if (text[start] == u' ') {
+        if (!measureSpaces(text, measures))
+            return false;
+        at = measures.wordStart;
+        advance = measures.advances.whole;
+    } else {
+        measures.wordStart = start;
+        measures.advances.spaces = 0;
+    }
     const std::size_t limit = std::min(text.size(), start + kLongestPiece);
-    std::size_t at = measures.wordStart;
     if (at >= limit)
         return at == text.size();
-    std::int64_t advance = measures.advances.whole;
+    unsigned before = 0;
     std::size_t letter = letterOf(text[at]);
     if (letter >= kPlainLetters)
         return false;
@@ -50,39 +108,15 @@ bool LetterPairs::measure(
         advance += step;
         if (next == 0)
             break;
+        before |= kKinds[letter];
         letter = next;
     }
     const bool isAtEnd = at == text.size();
     if (at == limit && (!isAtEnd || !isFree(letter)))
         return false;
     measures.end = at;
+    measures.isPlain = isPlainWord(before, kKinds[letter]);
     measures.advances.whole = isAtEnd ? advance + advances_[letter] : advance;
-    return true;
-}
-
-/// Measures the spaces before a word, and what they move the word by.
-bool LetterPairs::measureSpaces(std::u16string_view text, PieceMeasures& measures) const
-{
-    std::size_t at = measures.start;
-    while (at < text.size() && text[at] == u' ')
-        ++at;
-    measures.wordStart = measures.end = at;
-    Advances& advances = measures.advances;
-    if (const auto between = static_cast<std::int64_t>(at - measures.start - 1); between > 0) {
-        if (pair(0, 0).step == Pair::kUnknown)
-            return false;
-        advances.whole = between * pair(0, 0).step;
-    }
-    if (at == text.size()) {
-        advances.whole += advances_[0];
-        advances.spaces = advances.whole;
-        return isFree(0);
-    }
-    const std::size_t next = letterOf(text[at]);
-    if (next >= kPlainLetters || pair(0, next).step == Pair::kUnknown)
-        return false;
-    advances.whole += pair(0, next).step;
-    advances.spaces = advances.whole - pair(0, next).moved;
     return true;
 }
 
@@ -143,10 +177,35 @@ bool LetterPairs::learnPair(
     };
     if (!isSmall(step) || !isSmall(moved) || !isSmall(advances_[first]))
         return false;
-    if (!rows_[first])
+    if (!rows_[first]) {
         known_[first] = (rows_[first] = std::make_unique<Row>()).get();
+        ++rowCount_;
+    }
     (*rows_[first])[second] = { static_cast<std::int16_t>(step), static_cast<std::int16_t>(moved) };
     return true;
+}
+
+LetterPairs& LetterTables::of(const FontFace& face)
+{
+    if (current_ && face_ == &face)
+        return *current_;
+    if (current_)
+        otherBytes_ += current_->byteCount();
+    if (otherBytes_ > mostBytes_)
+        clear();
+    const auto [place, isNew] = tables_.try_emplace(&face, face);
+    current_ = &place->second;
+    face_ = &face;
+    if (!isNew)
+        otherBytes_ -= current_->byteCount();
+    return *current_;
+}
+
+void LetterTables::clear()
+{
+    tables_.clear();
+    current_ = nullptr;
+    otherBytes_ = 0;
 }
 
 }

@@ -7,6 +7,7 @@
 #include <memory>
 #include <span>
 #include <string_view>
+#include <unordered_map>
 #include <vector>
 
 #include "LetterRules.h"
@@ -36,6 +37,8 @@ public:
     /// - Returns: whether all of them are known now.
     bool learn(std::u16string_view text, std::span<const ShapedGlyph> glyphs);
 
+    std::size_t byteCount() const { return sizeof *this + rowCount_ * sizeof(Row); }
+
 private:
     struct Pair {
         static constexpr std::int16_t kUnknown = std::numeric_limits<std::int16_t>::min();
@@ -61,6 +64,32 @@ private:
     LetterRules rules_;
     std::array<const Row*, kPlainLetters> known_ {}; // by first letter; never null
     std::array<std::unique_ptr<Row>, kPlainLetters> rows_; // those with something in them
+    std::size_t rowCount_ = 0;
+};
+
+/// What is known of faces, in bounded memory: when it is too much, all is forgotten and learned again as text comes.
+///
+/// Thread: one at a time.
+class LetterTables {
+public:
+    /// - mostBytes: together with what one face more may take, some forty kilobytes.
+    explicit LetterTables(std::size_t mostBytes)
+        : mostBytes_(mostBytes)
+    {
+    }
+
+    /// Answers what is known of a face, good until the next call.
+    LetterPairs& of(const FontFace& face);
+
+    void clear();
+    std::size_t byteCount() const { return otherBytes_ + (current_ ? current_->byteCount() : 0); }
+
+private:
+    std::unordered_map<const FontFace*, LetterPairs> tables_;
+    const FontFace* face_ = nullptr; // the last one that was asked for, …
+    LetterPairs* current_ = nullptr; // … whose table may still grow
+    std::size_t otherBytes_ = 0;
+    std::size_t mostBytes_;
 };
 
 }

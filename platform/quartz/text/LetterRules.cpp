@@ -7,7 +7,6 @@
 #include <memory>
 #include <span>
 #include <string_view>
-#include <vector>
 
 #include <hb-aat.h>
 #include <hb-ot.h>
@@ -17,6 +16,9 @@ namespace brindle::text {
 namespace {
 
     /// Big-endian numbers of a font's table. What lies outside reads 0, and is noted.
+    ///
+    /// So is a table that leads to the same places over and over: what is installed makes us read some thousand numbers,
+    /// and a few kilobytes could make us read for hours.
     class Numbers {
     public:
         Numbers(hb_face_t* face, hb_tag_t tag)
@@ -31,7 +33,7 @@ namespace {
         bool isBroken() const { return isBroken_; }
         std::size_t word(std::size_t offset)
         {
-            if (offset + 2 > bytes_.size()) {
+            if (offset + 2 > bytes_.size() || ++reads_ > kMostReads) {
                 isBroken_ = true;
                 return 0;
             }
@@ -40,8 +42,11 @@ namespace {
         std::size_t longWord(std::size_t offset) { return word(offset) << 16 | word(offset + 2); }
 
     private:
+        static constexpr std::size_t kMostReads = 1 << 17;
+
         HarfBuzz<hb_blob_t> blob_;
         std::span<const unsigned char> bytes_;
+        std::size_t reads_ = 0;
         bool isBroken_ = false;
     };
 
@@ -82,14 +87,16 @@ namespace {
     class RuleReader {
     public:
         RuleReader(const std::array<GlyphId, kPlainLetters>& glyphs, LetterRules& rules)
-            : letters_(*std::ranges::max_element(glyphs) + 1, kNoLetter)
-            , rules_(rules)
+            : rules_(rules)
         {
-            for (std::size_t letter = 0; letter < kPlainLetters; ++letter) {
-                std::uint8_t& place = letters_[glyphs[letter]];
-                if (place != kNoLetter) // a face of capitals: what is done to one is done to both
-                    rules_.isFree[letter] = rules_.isFree[place] = false;
-                place = static_cast<std::uint8_t>(letter);
+            for (std::size_t letter = 0; letter < kPlainLetters; ++letter)
+                letters_[letter] = { glyphs[letter], letter };
+            std::ranges::sort(letters_, {}, &Letter::glyph);
+            for (std::size_t i = 1; i < kPlainLetters; ++i) {
+                // A face of capitals: what is done to one is done to both.
+                if (letters_[i - 1].glyph == letters_[i].glyph)
+                    rules_.isFree[letters_[i - 1].letter] = rules_.isFree[letters_[i].letter]
+                        = false;
             }
         }
 
@@ -109,7 +116,10 @@ namespace {
         }
 
     private:
-        static constexpr std::uint8_t kNoLetter = 0xFF;
+        struct Letter {
+            std::size_t glyph = 0;
+            std::size_t letter = 0;
+        };
 
         /// The numbers of the kinds of lookups that are told apart, in one of the two tables.
         struct Kinds {
@@ -166,18 +176,12 @@ namespace {
 
         // ---- sets of letters
 
-        std::uint8_t letterOf(std::size_t glyph) const
-        {
-            return glyph < letters_.size() ? letters_[glyph] : kNoLetter;
-        }
-
         /// Calls `visit` with each letter among a range of glyphs, and its place there.
         template <class Visit> void forEachLetter(std::size_t first, std::size_t last, Visit visit)
         {
-            for (std::size_t glyph = first; glyph <= last && glyph < letters_.size(); ++glyph) {
-                if (const std::uint8_t letter = letterOf(glyph); letter != kNoLetter)
-                    visit(letter, glyph - first);
-            }
+            auto at = std::ranges::lower_bound(letters_, first, {}, &Letter::glyph);
+            for (; at != letters_.end() && at->glyph <= last; ++at)
+                visit(at->letter, at->glyph - first);
         }
 
         /// Calls `visit` with each letter of a coverage and its place there.
@@ -190,17 +194,15 @@ namespace {
                 const std::size_t first = word(entry);
                 const std::size_t last = hasRanges ? word(entry + 2) : first;
                 const std::size_t place = hasRanges ? word(entry + 4) : i;
-                forEachLetter(first, last, [&](std::uint8_t letter, std::size_t behind) {
-                    visit(letter, place + behind);
-                });
+                forEachLetter(first, last,
+                    [&](std::size_t letter, std::size_t behind) { visit(letter, place + behind); });
             }
         }
 
         PlainLetters lettersIn(std::size_t coverage)
         {
             PlainLetters letters;
-            forEachCovered(
-                coverage, [&](std::uint8_t letter, std::size_t) { letters.set(letter); });
+            forEachCovered(coverage, [&](std::size_t letter, std::size_t) { letters.set(letter); });
             return letters;
         }
 
@@ -217,7 +219,7 @@ namespace {
                 const std::size_t last = hasRanges ? word(entry + 2) : first;
                 const std::size_t number = word(entry + (hasRanges ? 4 : 0));
                 forEachLetter(first, last,
-                    [&](std::uint8_t letter, std::size_t) { classes[letter] = number; });
+                    [&](std::size_t letter, std::size_t) { classes[letter] = number; });
             }
             return classes;
         }
@@ -242,15 +244,18 @@ namespace {
 
         void readLigatures(std::size_t part)
         {
-            forEachCovered(part + word(part + 2), [&](std::uint8_t first, std::size_t place) {
+            forEachCovered(part + word(part + 2), [&](std::size_t first, std::size_t place) {
                 const std::size_t set = part + word(part + 6 + 2 * place);
                 const std::size_t count = word(set);
                 for (std::size_t i = 0; i < count && !numbers_->isBroken(); ++i) {
                     const std::size_t rule = set + word(set + 2 + 2 * i);
+                    const std::size_t second = word(rule + 4);
                     if (word(rule + 2) <= 1)
                         rules_.isFree.reset(first);
-                    else if (const auto second = letterOf(word(rule + 4)); second != kNoLetter)
-                        rules_.acting[first].set(second);
+                    else
+                        forEachLetter(second, second, [&](std::size_t letter, std::size_t) {
+                            rules_.acting[first].set(letter);
+                        });
                 }
             });
         }
@@ -322,7 +327,7 @@ namespace {
             }
         }
 
-        std::vector<std::uint8_t> letters_; // by glyph
+        std::array<Letter, kPlainLetters> letters_; // by glyph
         LetterRules& rules_;
         Numbers* numbers_ = nullptr;
     };
@@ -365,9 +370,8 @@ namespace {
 
 }
 
-LetterRules readLetterRules(const FontFace& face, const std::array<GlyphId, kPlainLetters>& glyphs)
+LetterRules readLetterRules(hb_face_t* handle, const std::array<GlyphId, kPlainLetters>& glyphs)
 {
-    hb_face_t* const handle = face.handles().face.get();
     const Plan plan = planForLatin(handle);
     LetterRules rules;
     for (std::size_t letter = 0; letter < kPlainLetters; ++letter)
@@ -379,6 +383,19 @@ LetterRules readLetterRules(const FontFace& face, const std::array<GlyphId, kPla
         && reader.read(handle, plan.get(), HB_OT_TAG_GSUB)
         && reader.read(handle, plan.get(), HB_OT_TAG_GPOS);
     return isKnown ? rules : LetterRules {};
+}
+
+LetterRules readLetterRules(std::span<const std::byte> file)
+{
+    const HarfBuzz<hb_blob_t> blob(hb_blob_create(reinterpret_cast<const char*>(file.data()),
+        static_cast<unsigned>(file.size()), HB_MEMORY_MODE_READONLY, nullptr, nullptr));
+    const HarfBuzz<hb_face_t> face(hb_face_create(blob.get(), 0));
+    const HarfBuzz<hb_font_t> font(hb_font_create(face.get()));
+    std::array<GlyphId, kPlainLetters> glyphs {};
+    for (std::size_t letter = 0; letter < kPlainLetters; ++letter)
+        hb_font_get_nominal_glyph(
+            font.get(), static_cast<hb_codepoint_t>(letter + u' '), &glyphs[letter]);
+    return readLetterRules(face.get(), glyphs);
 }
 
 }

@@ -4,8 +4,11 @@
 #include <array>
 #include <bitset>
 #include <cstddef>
+#include <span>
 
 #include "FontFace.h"
+
+struct hb_face_t;
 
 namespace brindle::text {
 
@@ -23,6 +26,10 @@ struct LetterRules {
 
 /// Reads a face's rules. Where it cannot be sure, no letter is free.
 /// - glyphs: those of the letters.
-LetterRules readLetterRules(const FontFace& face, const std::array<GlyphId, kPlainLetters>& glyphs);
+/// Cost: bounded, whatever the tables say.
+LetterRules readLetterRules(hb_face_t* face, const std::array<GlyphId, kPlainLetters>& glyphs);
+
+/// Reads the rules of a font file's first face. - file: lent; anything at all.
+LetterRules readLetterRules(std::span<const std::byte> file);
 
 }

@@ -8,7 +8,6 @@
 #include <algorithm>
 #include <limits>
 #include <mutex>
-#include <unordered_map>
 
 namespace brindle::text {
 
@@ -19,6 +18,7 @@ namespace {
     constexpr std::size_t kWindowUnits = 4096;
     constexpr std::size_t kKeptGlyphs = 8192;
     constexpr std::size_t kLongestSegment = 4096;
+    constexpr std::size_t kMostTableBytes = 1024 * 1024;
 
     struct Segment {
         std::size_t start = 0;
@@ -89,22 +89,24 @@ namespace {
     /// A piece of plain letters, which are set when somebody wants to see them.
     class LetterPiece final : public ShapingSink::Piece {
     public:
-        LetterPiece(const PieceMeasures& measures, const LetterPairs& pairs,
-            std::u16string_view text, std::vector<ShapedGlyph>& glyphs)
-            : Piece(measures)
+        LetterPiece(
+            const LetterPairs* pairs, std::u16string_view text, std::vector<ShapedGlyph>& glyphs)
+            : Piece({})
             , pairs_(pairs)
             , text_(text)
             , glyphs_(glyphs)
         {
         }
+        /// Becomes the piece that begins at an index, where its letters' places are known.
+        bool moveTo(std::size_t at) { return pairs_ && pairs_->measure(text_, at, *this); }
         std::span<const ShapedGlyph> glyphs() const override
         {
-            pairs_.set(text_.substr(start), end - start, glyphs_);
+            pairs_->set(text_.substr(start), end - start, glyphs_);
             return glyphs_;
         }
 
     private:
-        const LetterPairs& pairs_;
+        const LetterPairs* pairs_; // none where letters are no plain ones
         std::u16string_view text_; // of the stretch
         std::vector<ShapedGlyph>& glyphs_;
     };
@@ -127,6 +129,7 @@ namespace {
 
         std::mutex mutex;
         WordCache cache;
+        LetterTables tables { kMostTableBytes };
         std::uint64_t hits = 0;
         std::uint64_t misses = 0;
 
@@ -147,13 +150,11 @@ namespace {
             ShapingSink& sink);
         WordKey keyFor(Segment segment) const;
         void setStyle(const ShapingStyle& style);
-        bool setLetters(std::size_t& at, ShapingSink& sink);
         std::size_t shapeSegment(std::size_t start, ShapingSink& sink);
 
         std::u16string_view text_;
         ShapingStyle style_;
         LetterPairs* pairs_ = nullptr; // of the style; none where letters are no plain ones
-        std::unordered_map<const FontFace*, LetterPairs> allPairs_;
         std::vector<ShapedGlyph> letters_;
         HarfBuzz<hb_buffer_t> buffer_;
         Shaping alone_;
@@ -319,20 +320,7 @@ namespace {
             return;
         style_ = style;
         const bool isPlain = style.script == kLatin && !style.rightToLeft;
-        pairs_ = isPlain ? &allPairs_.try_emplace(style.face, *style.face).first->second : nullptr;
-    }
-
-    /// Hands on the word that begins at an index, and moves behind it, where its letters' places are known.
-    bool WordShaper::setLetters(std::size_t& at, ShapingSink& sink)
-    {
-        PieceMeasures measures;
-        if (!pairs_ || !pairs_->measure(text_, at, measures))
-            return false;
-        shapeMissing(sink);
-        ++hits;
-        sink.addPiece(LetterPiece(measures, *pairs_, text_, letters_));
-        at = measures.end;
-        return true;
+        pairs_ = isPlain ? &tables.of(*style.face) : nullptr;
     }
 
     /// Hands on the word that begins at an index, or puts it with the missing ones; answers its end.
@@ -371,9 +359,17 @@ namespace {
         setStyle(style);
         missing_.clear();
         std::size_t at = window.start;
+        LetterPiece letters(pairs_, text, letters_);
         while (at < window.end) {
-            if (!setLetters(at, sink))
+            if (!letters.moveTo(at)) {
                 at = shapeSegment(at, sink);
+                continue;
+            }
+            if (!missing_.empty())
+                shapeMissing(sink);
+            ++hits;
+            sink.addPiece(letters);
+            at = letters.end;
         }
         shapeMissing(sink);
         return at;
@@ -382,7 +378,7 @@ namespace {
     void WordShaper::forget()
     {
         cache.clear();
-        allPairs_.clear();
+        tables.clear();
         style_ = {};
         pairs_ = nullptr;
     }
@@ -408,7 +404,8 @@ WordCacheState wordCacheState()
 {
     WordShaper& shaper = WordShaper::shared();
     const std::lock_guard lock(shaper.mutex);
-    return { shaper.cache.wordCount(), shaper.cache.byteCount(), shaper.hits, shaper.misses };
+    return { shaper.cache.wordCount(), shaper.cache.byteCount() + shaper.tables.byteCount(),
+        shaper.hits, shaper.misses };
 }
 
 void clearWordCache()

@@ -39,6 +39,7 @@ struct PieceMeasures {
     std::size_t wordStart = 0; // behind the spaces
     std::size_t end = 0;
     Advances advances;
+    bool isPlain = false; // known to be letters, with one mark behind them at most; or no word at all
 };
 
 /// Takes the pieces of a shaped stretch, in the text's order.
@@ -79,7 +80,7 @@ std::size_t shapeWords(std::u16string_view text, std::size_t start, std::size_t 
 /// How much the memory of words holds and has answered, for tests and measurements.
 struct WordCacheState {
     std::size_t words = 0;
-    std::size_t bytes = 0;
+    std::size_t bytes = 0; // with the tables of pairs of letters
     std::uint64_t hits = 0;
     std::uint64_t misses = 0;
 };

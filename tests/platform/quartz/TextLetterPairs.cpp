@@ -5,6 +5,7 @@
 
 #include <gtest/gtest.h>
 
+#include "quartz/text/LetterPairs.h"
 #include "quartz/text/Line.h"
 #include "quartz/text/Shaper.h"
 
@@ -103,6 +104,86 @@ TEST(TextLetterPairsLearning, KeepNoWordsOfPlainLetters)
     EXPECT_EQ(wordCacheState().words, 0u);
     measureLine(u"d\u00E9j\u00E0 vu", { FontFace::named("LiberationSans"), 13 });
     EXPECT_EQ(wordCacheState().words, 1u);
+}
+
+namespace {
+
+    /// Every plain letter beside every other.
+    std::u16string allPairs()
+    {
+        std::u16string text;
+        for (char16_t first = u' '; first < 0x7F; ++first) {
+            for (char16_t second = u' '; second < 0x7F; ++second)
+                text += { first, second };
+            text += u' ';
+        }
+        return text;
+    }
+
+}
+
+TEST(TextLetterTables, StayWithinBoundedMemoryOverManyFonts)
+{
+    clearWordCache();
+    const std::u16string text = allPairs();
+    std::size_t fonts = 0;
+    for (const std::string& name : FontFace::installedNames()) {
+        measureLine(text, { FontFace::named(name), 13 });
+        ++fonts;
+        EXPECT_LE(wordCacheState().bytes, 2u * 1024 * 1024);
+    }
+    EXPECT_GT(fonts, 30u) << "too few to tell";
+    clearWordCache();
+}
+
+TEST(TextLetterTables, CountInTheBytesOfTheWordCache)
+{
+    clearWordCache();
+    EXPECT_EQ(wordCacheState().bytes, 0u);
+    measureLine(u"one two three", { FontFace::named("LiberationSans"), 13 });
+    const std::size_t some = wordCacheState().bytes;
+    EXPECT_GT(some, 0u);
+    measureLine(u"quick brown fox", { FontFace::named("LiberationSans"), 13 });
+    EXPECT_GT(wordCacheState().bytes, some);
+    EXPECT_EQ(wordCacheState().words, 0u);
+}
+
+TEST(TextLetterTables, ForgetWhatIsTooMuchAndLearnItAgain)
+{
+    const FontFace& one = *FontFace::named("LiberationSans");
+    const FontFace& other = *FontFace::named("LiberationSerif");
+    const auto knows = [](LetterPairs& pairs, std::u16string_view text) {
+        PieceMeasures measures;
+        return pairs.measure(text, 0, measures);
+    };
+    const auto learn = [](LetterPairs& pairs, const FontFace& face, std::u16string_view text) {
+        std::vector<ShapedGlyph> glyphs;
+        for (const char16_t letter : text)
+            glyphs.push_back({ face.glyphFor(letter), 0, 500, 0, 0 });
+        return pairs.learn(text, glyphs);
+    };
+    LetterTables tables(1); // whatever comes to stand beside a face is too much
+    ASSERT_TRUE(learn(tables.of(one), one, u"word"));
+    EXPECT_TRUE(knows(tables.of(one), u"word"));
+    const std::size_t alone = tables.byteCount();
+    EXPECT_FALSE(knows(tables.of(other), u"word"));
+    EXPECT_FALSE(knows(tables.of(one), u"word"));
+    EXPECT_LT(tables.byteCount(), alone);
+    ASSERT_TRUE(learn(tables.of(one), one, u"word"));
+    EXPECT_EQ(tables.byteCount(), alone);
+}
+
+TEST(TextLetterTables, KeepSeveralFontsThatHaveRoom)
+{
+    const FontFace& one = *FontFace::named("LiberationSans");
+    const FontFace& other = *FontFace::named("LiberationSerif");
+    LetterTables tables(100'000);
+    LetterPairs* const first = &tables.of(one);
+    tables.of(other);
+    EXPECT_EQ(&tables.of(one), first);
+    EXPECT_EQ(tables.byteCount(), 2 * first->byteCount());
+    tables.clear();
+    EXPECT_EQ(tables.byteCount(), 0u);
 }
 
 }
