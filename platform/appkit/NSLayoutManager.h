@@ -18,6 +18,9 @@ class NSTextStorage;
 
 namespace layouts {
     class Layout;
+    struct LayoutEnd {
+        BRINDLE_EXPORT void operator()(Layout* layout) const;
+    };
 }
 
 /// Lays the text of a storage out in containers, answers where its letters stand, and draws them.
@@ -263,7 +266,7 @@ protected:
 private:
     friend struct ManagerAccess;
 
-    std::unique_ptr<layouts::Layout> layout_;
+    std::unique_ptr<layouts::Layout, layouts::LayoutEnd> layout_;
     NSTextStorage* storage_ = nullptr; // bare: the storage owns this manager and clears it
     std::vector<Ref<NSTextContainer>> containers_;
     WeakRef<NSObject> delegate_;

@@ -3,6 +3,8 @@
 
 #include <atomic>
 #include <cerrno>
+#include <fstream>
+#include <iterator>
 #include <mutex>
 #include <pwd.h>
 #include <sys/utsname.h>
@@ -23,10 +25,8 @@ namespace {
 
     std::string contentsOf(const char* path)
     {
-        const auto buffer = files::read(path);
-        return buffer
-            ? std::string(reinterpret_cast<const char*>(buffer->bytes()), buffer->length())
-            : std::string();
+        std::ifstream file(path, std::ios::binary);
+        return { std::istreambuf_iterator<char>(file), {} };
     }
 
 }

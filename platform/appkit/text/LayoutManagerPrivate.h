@@ -11,10 +11,7 @@ namespace brindle {
 
 /// The way to a manager's own fields.
 struct ManagerAccess {
-    static std::unique_ptr<layouts::Layout>& layout(NSLayoutManager& manager)
-    {
-        return manager.layout_;
-    }
+    static layouts::LayoutOwner& layout(NSLayoutManager& manager) { return manager.layout_; }
     static bool& isStale(NSLayoutManager& manager) { return manager.isStale_; }
     static const std::vector<Ref<NSTextContainer>>& containers(const NSLayoutManager& manager)
     {

@@ -159,7 +159,7 @@ namespace layouts {
     {
         auto& layout = ManagerAccess::layout(manager);
         if (!layout)
-            layout = std::make_unique<Layout>();
+            layout = takeLayout();
         return *layout;
     }
 

@@ -57,7 +57,8 @@ namespace {
         static NSRect boundingRect(
             NSAttributedString& self, NSSize size, NSStringDrawingOptions options)
         {
-            Layout layout;
+            const layouts::LayoutOwner owner = layouts::takeLayout();
+            Layout& layout = *owner;
             const bool wraps = options & NSStringDrawingUsesLineFragmentOrigin;
             const bool truncates = options & NSStringDrawingTruncatesLastVisibleLine;
             // Only truncation drops lines: what is measured is what the whole text takes.
@@ -86,7 +87,8 @@ namespace {
             const Ref<NSGraphicsContext> current = NSGraphicsContext::cls().currentContext();
             if (!current || !isUsable({ point, {} }))
                 return;
-            Layout layout;
+            const layouts::LayoutOwner owner = layouts::takeLayout();
+            Layout& layout = *owner;
             prepare(layout, self, { kUnbounded, kUnbounded }, NSStringDrawingUsesFontLeading);
             layout.ensureAll();
             const bool flipped = current->isFlipped();
@@ -109,7 +111,8 @@ namespace {
                 return;
             const bool flipped = current->isFlipped();
             const bool truncates = options & NSStringDrawingTruncatesLastVisibleLine;
-            Layout layout;
+            const layouts::LayoutOwner owner = layouts::takeLayout();
+            Layout& layout = *owner;
             if (!(options & NSStringDrawingUsesLineFragmentOrigin)) {
                 prepare(layout, self, { kUnbounded, kUnbounded }, options);
                 layout.ensureIndex(0);

@@ -37,6 +37,8 @@ namespace {
         return passed;
     }
 
+    bool isPlainUnit(char16_t unit) { return unit >= u' ' && unit < 0x80; }
+
     bool endsLine(char16_t unit)
     {
         const bool isPlain = unit > u'\r' && unit < 0x85;
@@ -46,43 +48,40 @@ namespace {
 
 }
 
-/// Memory that layouts use one after the other.
-struct Layout::Memory {
-    std::u16string units;
-    std::vector<text::StyledRun> runs;
-    std::vector<Fragment> fragments;
-    std::vector<Container> containers;
+namespace {
 
-    static thread_local Memory spare;
-};
-thread_local Layout::Memory Layout::Memory::spare;
+    // Layouts often live for one call: the last one that ended serves again, with its memory.
+    thread_local std::unique_ptr<Layout> spare;
 
-Layout::Layout()
-{
-    Memory& spare = Memory::spare;
-    buffer_.swap(spare.units);
-    runs_.swap(spare.runs);
-    fragments_.swap(spare.fragments);
-    containers_.swap(spare.containers);
 }
 
-Layout::~Layout()
+LayoutOwner takeLayout()
 {
-    // A long text must not leave its memory behind.
+    Layout* const layout = spare.release();
+    return LayoutOwner(layout ? layout : new Layout);
+}
+
+void LayoutEnd::operator()(Layout* layout) const
+{
+    if (spare || !layout->rest())
+        delete layout;
+    else
+        spare.reset(layout);
+}
+
+/// Becomes as a new one is. - Returns: false where a long text would leave its memory behind.
+bool Layout::rest()
+{
     constexpr std::size_t kKept = kWindow / 16;
-    const bool isSmall = buffer_.capacity() <= 4 * kWindow
-        && std::max({ runs_.capacity(), fragments_.capacity(), containers_.capacity() }) <= kKept;
-    Memory& spare = Memory::spare;
-    if (!isSmall || buffer_.capacity() < spare.units.capacity())
-        return;
-    buffer_.clear();
+    if (buffer_.capacity() > 4 * kWindow
+        || std::max({ runs_.capacity(), fragments_.capacity(), containers_.capacity() }) > kKept)
+        return false;
+    text_ = nullptr;
+    removeContainers();
     runs_.clear();
-    fragments_.clear();
-    containers_.clear();
-    buffer_.swap(spare.units);
-    runs_.swap(spare.runs);
-    fragments_.swap(spare.fragments);
-    containers_.swap(spare.containers);
+    usesFontLeading = true;
+    lastLineTruncates_ = false;
+    return true;
 }
 
 void Layout::setText(NSAttributedString* text)
@@ -118,13 +117,19 @@ void Layout::invalidate()
 /// Forgets what depends on the text as it was.
 void Layout::clear()
 {
-    glyphs_.clear();
+    if (!glyphs_.empty())
+        glyphs_.clear();
     string_ = nullptr;
     length_ = 0;
     buffer_.clear();
     isComplete_ = false;
     hasExtraLine_ = false;
-    if (!text_)
+}
+
+/// Looks at the text as it is now.
+void Layout::read()
+{
+    if (string_ || !text_)
         return;
     string_ = text_->string();
     length_ = string_ ? string_->length() : 0;
@@ -138,6 +143,7 @@ void Layout::noteEdit(NSRange range, NSInteger delta)
     if (!canKeep)
         return invalidate();
     clear();
+    read();
     // From the paragraph of the letter before the edit: a line break may have been torn apart or joined.
     std::size_t first = fragmentAt(range.location > 0 ? range.location - 1 : 0);
     while (first > 0 && fragments_[first - 1].wrapped)
@@ -195,12 +201,15 @@ Layout::Paragraph Layout::paragraphAt(NSUInteger start)
         load(start, window);
     NSUInteger at = start;
     bool hasTabs = false;
+    bool isPlain = true;
     for (;;) {
         const NSUInteger end = bufferStart_ + buffer_.size();
         const std::u16string_view rest = units(at, end - at);
         std::size_t passed = plainUnits(rest);
-        for (; passed < rest.size() && !endsLine(rest[passed]); ++passed)
+        for (; passed < rest.size() && !endsLine(rest[passed]); ++passed) {
+            isPlain = isPlain && isPlainUnit(rest[passed]);
             hasTabs = hasTabs || rest[passed] == u'\t';
+        }
         at += passed;
         // A carriage return at the very end of the window may have its line feed behind it.
         if (at + 1 < end || (end == length_ && bufferStart_ <= start))
@@ -216,7 +225,7 @@ Layout::Paragraph Layout::paragraphAt(NSUInteger start)
             && buffer_[at + 1 - bufferStart_] == u'\n';
         length += isPair ? 2 : 1;
     }
-    return { start, content, length, hasTabs };
+    return { start, content, length, hasTabs, isPlain };
 }
 
 // ---- lines
@@ -377,23 +386,25 @@ bool Layout::layOutNext()
     if (isFull() || at_ >= length_)
         return false;
     const Paragraph paragraph = paragraphAt(at_);
-    readRuns(*text_, NSMakeRange(paragraph.start, paragraph.contentLength), runs_);
-    const Ref<NSDictionary> attributes = text_->attributesAtIndex_effectiveRange(at_, nullptr);
-    const Ref<NSParagraphStyle> style = paragraphStyleIn(attributes.get());
+    const Ref<NSDictionary> attributes
+        = readRuns(*text_, NSMakeRange(paragraph.start, paragraph.contentLength), runs_);
+    const ParagraphShape shape = shapeIn(attributes.get());
     const std::u16string_view content = units(paragraph.start, paragraph.contentLength);
-    const bool rightToLeft = text::isRightToLeft(content, directionOf(*style));
+    const bool rightToLeft = paragraph.isPlain ? shape.direction == text::BaseDirection::rightToLeft
+                                               : text::isRightToLeft(content, shape.direction);
 
     text::ParagraphRules rules;
-    const ParagraphShape shape = shapeOf(*style);
     rules.wrapping = wrappingOf(shape.lineBreakMode);
     rules.direction
         = rightToLeft ? text::BaseDirection::rightToLeft : text::BaseDirection::leftToRight;
     rules.mayHaveTabs = paragraph.hasTabs;
     std::vector<text::TabStop> tabs;
-    if (paragraph.hasTabs)
+    if (paragraph.hasTabs) {
+        const Ref<NSParagraphStyle> style = paragraphStyleIn(attributes.get());
         tabs = tabsOf(*style);
+    }
     rules.tabs = tabs;
-    rules.tabInterval = style->defaultTabInterval();
+    rules.tabInterval = shape.tabInterval;
     Lines lines(*this, shape, paragraph, rightToLeft);
     rules.firstIndent = lines.headIndent(0);
     rules.indent = shape.headIndent;
@@ -410,6 +421,7 @@ bool Layout::layOutNext()
 
 void Layout::ensureIndex(NSUInteger index)
 {
+    read();
     while (at_ <= index && layOutNext()) { }
     if (at_ >= length_ || isFull())
         finish();
@@ -419,6 +431,7 @@ void Layout::ensureAll() { ensureIndex(std::numeric_limits<NSUInteger>::max()); 
 
 void Layout::ensurePoint(std::size_t container, double y)
 {
+    read();
     while ((container_ < container || (container_ == container && y_ <= y)) && layOutNext()) { }
     if (at_ >= length_ || isFull())
         finish();
@@ -468,62 +481,6 @@ void Layout::truncateLast()
     last.justified = false;
     last.used.size.width = last.room + 2 * containers_[last.container].padding;
     at_ = NSMaxRange(last.range);
-}
-
-// ---- finding lines
-
-std::size_t Layout::fragmentAt(NSUInteger index) const
-{
-    if (fragments_.empty())
-        return 0;
-    const auto after = std::ranges::upper_bound(
-        fragments_, index, {}, [](const Fragment& fragment) { return fragment.range.location; });
-    return after == fragments_.begin() ? 0
-                                       : static_cast<std::size_t>(after - fragments_.begin()) - 1;
-}
-
-std::pair<std::size_t, std::size_t> Layout::fragmentsIn(std::size_t container) const
-{
-    const auto number = static_cast<std::uint32_t>(container);
-    const auto first = std::ranges::lower_bound(fragments_, number, {}, &Fragment::container);
-    const auto end = std::ranges::upper_bound(fragments_, number, {}, &Fragment::container);
-    return { static_cast<std::size_t>(first - fragments_.begin()),
-        static_cast<std::size_t>(end - fragments_.begin()) };
-}
-
-std::size_t Layout::fragmentNear(std::size_t container, double y) const
-{
-    const auto [first, end] = fragmentsIn(container);
-    if (first == end)
-        return fragments_.size();
-    const auto begin = fragments_.begin();
-    const auto found = std::partition_point(begin + static_cast<std::ptrdiff_t>(first),
-        begin + static_cast<std::ptrdiff_t>(end),
-        [y](const Fragment& fragment) { return NSMaxY(fragment.rect) <= y; });
-    return std::min(static_cast<std::size_t>(found - begin), end - 1);
-}
-
-NSRect Layout::usedRect(std::size_t container) const
-{
-    const auto [first, end] = fragmentsIn(container);
-    double left = std::numeric_limits<double>::infinity();
-    double right = 0;
-    double top = 0;
-    double bottom = 0;
-    const auto include = [&](const NSRect& used, bool isFirst) {
-        left = std::min(left, used.origin.x);
-        right = std::max(right, NSMaxX(used));
-        top = isFirst ? used.origin.y : std::min(top, used.origin.y);
-        bottom = isFirst ? NSMaxY(used) : std::max(bottom, NSMaxY(used));
-    };
-    for (std::size_t i = first; i < end; ++i)
-        include(fragments_[i].used, i == first);
-    const bool hasExtra = hasExtraLine_ && extraLine_.container == container;
-    if (hasExtra)
-        include(extraLine_.used, first == end);
-    if (first == end && !hasExtra)
-        return NSZeroRect;
-    return NSMakeRect(left, top, right - left, bottom - top);
 }
 
 }

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "TextStylePrivate.h"
+#include "appkit/NSLayoutManager.h"
 #include "appkit/NSParagraphStyle.h"
 #include "foundation/NSAttributedString.h"
 #include "quartz/text/Typesetter.h"
@@ -53,10 +54,11 @@ struct GlyphLine {
 /// Thread: one at a time. Cost: an edit costs its paragraph, and a move of the lines behind it.
 class Layout {
 public:
-    Layout();
-    ~Layout();
+    Layout() = default;
     Layout(const Layout&) = delete;
     Layout& operator=(const Layout&) = delete;
+
+    bool rest();
 
     /// - text: lent; nullptr for none.
     void setText(NSAttributedString* text);
@@ -105,15 +107,16 @@ public:
 
 private:
     class Lines;
-    struct Memory;
     struct Paragraph {
         NSUInteger start = 0;
         NSUInteger contentLength = 0;
         NSUInteger length = 0; // with its line break
         bool hasTabs = false;
+        bool isPlain = false; // letters and signs of ASCII alone
     };
 
     void clear();
+    void read();
     bool isFull() const { return container_ >= containers_.size(); }
     bool layOutNext();
     void finish();
@@ -124,7 +127,7 @@ private:
     GlyphLine makeGlyphs(const Fragment& fragment);
 
     NSAttributedString* text_ = nullptr;
-    Ref<NSString> string_; // its text, while it does not change
+    Ref<NSString> string_; // its text, since somebody asked and while it does not change
     NSUInteger length_ = 0;
     std::vector<Container> containers_;
     bool lastLineTruncates_ = false;
@@ -144,5 +147,10 @@ private:
     std::vector<text::StyledRun> runs_;
     std::unordered_map<std::size_t, std::unique_ptr<GlyphLine>> glyphs_; // by fragment
 };
+
+using LayoutOwner = std::unique_ptr<Layout, LayoutEnd>;
+
+/// Answers a layout without text.
+LayoutOwner takeLayout();
 
 }

@@ -10,6 +10,7 @@
 #include "foundation/Each.h"
 #include "foundation/NSArray.h"
 #include "foundation/NSNumber.h"
+#include "runtime/MethodChanges.h"
 
 namespace brindle::layouts {
 
@@ -70,25 +71,30 @@ text::StyledRun styledRun(const NSDictionary* attributes, NSRange range)
     return run;
 }
 
-void readRuns(NSAttributedString& text, NSRange range, std::vector<text::StyledRun>& runs)
+Ref<NSDictionary> readRuns(
+    NSAttributedString& text, NSRange range, std::vector<text::StyledRun>& runs)
 {
     runs.clear();
-    const NSUInteger length = text.length();
+    Ref<NSDictionary> first;
     for (NSUInteger at = range.location; at < NSMaxRange(range);) {
         NSRange found {};
-        const Ref<NSDictionary> attributes = text.attributesAtIndex_effectiveRange(at, &found);
+        Ref<NSDictionary> attributes = text.attributesAtIndex_effectiveRange(at, &found);
         const NSUInteger end = std::clamp(NSMaxRange(found), at + 1, NSMaxRange(range));
         runs.push_back(styledRun(attributes.get(), NSMakeRange(at - range.location, end - at)));
         at = end;
+        if (!first)
+            first = std::move(attributes);
     }
     if (!runs.empty())
-        return;
+        return first;
     // An empty line is as high as its line break, or as the letter before it.
+    const NSUInteger length = text.length();
     const NSUInteger near = range.location < length ? range.location : length - 1;
-    const Ref<NSDictionary> attributes
+    Ref<NSDictionary> attributes
         = length ? text.attributesAtIndex_effectiveRange(near, nullptr) : make<NSDictionary>();
     runs.push_back(styledRun(attributes.get(), NSMakeRange(0, 0)));
     runs.back().isBox = false;
+    return attributes;
 }
 
 double lineHeight(const text::Font& font, bool usesLeading)
@@ -97,24 +103,57 @@ double lineHeight(const text::Font& font, bool usesLeading)
         + (usesLeading ? std::round(font.leading()) : 0);
 }
 
-ParagraphShape shapeOf(const NSParagraphStyle& style)
-{
-    return { style.alignment(), style.lineBreakMode(), style.lineSpacing(),
-        style.paragraphSpacing(), style.paragraphSpacingBefore(), style.lineHeightMultiple(),
-        style.minimumLineHeight(), style.maximumLineHeight(), style.firstLineHeadIndent(),
-        style.headIndent(), style.tailIndent() };
+namespace {
+
+    text::BaseDirection directionOf(const NSParagraphStyle& style)
+    {
+        switch (style.baseWritingDirection()) {
+        case NSWritingDirectionLeftToRight:
+            return text::BaseDirection::leftToRight;
+        case NSWritingDirectionRightToLeft:
+            return text::BaseDirection::rightToLeft;
+        default:
+            return text::BaseDirection::natural;
+        }
+    }
+
+    ParagraphShape shapeOf(const NSParagraphStyle& style)
+    {
+        return { style.alignment(), style.lineBreakMode(), style.lineSpacing(),
+            style.paragraphSpacing(), style.paragraphSpacingBefore(), style.lineHeightMultiple(),
+            style.minimumLineHeight(), style.maximumLineHeight(), style.firstLineHeadIndent(),
+            style.headIndent(), style.tailIndent(), directionOf(style),
+            style.defaultTabInterval() };
+    }
+
+    /// Answers the shape of paragraphs without a style, asked again when a method has changed anywhere.
+    ParagraphShape plainShape()
+    {
+        struct Known {
+            std::uint64_t changes = 0;
+            NSParagraphStyle* style
+                = nullptr; // never changes; kept, so that no other takes its place
+            ParagraphShape shape;
+        };
+        thread_local constinit Known known;
+        const std::uint64_t changes = methodChanges.load(std::memory_order_acquire);
+        const Ref<NSParagraphStyle> style = NSParagraphStyle::cls().defaultParagraphStyle();
+        if (known.changes == changes && known.style == style.get() && style)
+            return known.shape;
+        const ParagraphShape shape = shapeOf(*style);
+        if (style->classObject() == NSParagraphStyle::cls()) {
+            const auto former = Ref<NSParagraphStyle>::adopt(known.style);
+            known = { changes, Ref<NSParagraphStyle>(style).leak(), shape };
+        }
+        return shape;
+    }
+
 }
 
-text::BaseDirection directionOf(const NSParagraphStyle& style)
+ParagraphShape shapeIn(const NSDictionary* attributes)
 {
-    switch (style.baseWritingDirection()) {
-    case NSWritingDirectionLeftToRight:
-        return text::BaseDirection::leftToRight;
-    case NSWritingDirectionRightToLeft:
-        return text::BaseDirection::rightToLeft;
-    default:
-        return text::BaseDirection::natural;
-    }
+    const auto style = attribute<NSParagraphStyle>(attributes, NSParagraphStyleAttributeName);
+    return style ? shapeOf(*style) : plainShape();
 }
 
 std::vector<text::TabStop> tabsOf(const NSParagraphStyle& style)

@@ -30,7 +30,9 @@ Ref<NSParagraphStyle> paragraphStyleIn(const NSDictionary* attributes);
 text::StyledRun styledRun(const NSDictionary* attributes, NSRange range);
 /// Replaces `runs` by those of a range of the text; their ranges count from its start. One run at least, an empty one for
 /// an empty range.
-void readRuns(NSAttributedString& text, NSRange range, std::vector<text::StyledRun>& runs);
+/// - Returns: the attributes at its start.
+Ref<NSDictionary> readRuns(
+    NSAttributedString& text, NSRange range, std::vector<text::StyledRun>& runs);
 
 /// Answers how high a line of a font is: each measure is rounded by itself.
 double lineHeight(const text::Font& font, bool usesLeading = true);
@@ -48,10 +50,12 @@ struct ParagraphShape {
     double firstLineHeadIndent = 0;
     double headIndent = 0;
     double tailIndent = 0;
+    text::BaseDirection direction = text::BaseDirection::natural;
+    double tabInterval = 0;
 };
-ParagraphShape shapeOf(const NSParagraphStyle& style);
+/// Answers the shape of a paragraph that begins with these attributes.
+ParagraphShape shapeIn(const NSDictionary* attributes);
 
-text::BaseDirection directionOf(const NSParagraphStyle& style);
 std::vector<text::TabStop> tabsOf(const NSParagraphStyle& style);
 
 }

@@ -7,7 +7,7 @@
 #include <cstdlib>
 #include <cstring>
 #include <system_error>
-#include <unistd.h>
+#include <thread>
 
 namespace brindle::text {
 
@@ -109,64 +109,29 @@ bool FontLibrary::isColored(FcPattern* pattern)
     return flagOf(pattern, FC_COLOR, false) && !flagOf(pattern, FC_OUTLINE, true);
 }
 
-FontLibrary::Installed FontLibrary::readInstalled()
+const std::vector<FontLibrary::Candidate>& FontLibrary::candidates()
 {
-    Installed found { FcConfigReference(nullptr), {} };
-    const FcFontSet* fonts = found.config ? FcConfigGetFonts(found.config, FcSetSystem) : nullptr;
+    if (config_)
+        return candidates_;
+    config_ = FcConfigReference(nullptr);
+    const FcFontSet* fonts = config_ ? FcConfigGetFonts(config_, FcSetSystem) : nullptr;
     for (int i = 0; fonts && i < fonts->nfont; ++i) {
         FcPattern* pattern = fonts->fonts[i];
         if (isUsable(pattern))
-            found.candidates.push_back({ pattern, stringOf(pattern, FC_POSTSCRIPT_NAME),
+            candidates_.push_back({ pattern, stringOf(pattern, FC_POSTSCRIPT_NAME),
                 stringOf(pattern, FC_FULLNAME), stringOf(pattern, FC_FILE) });
     }
     // Directories are listed in no particular order; every start must choose the same fonts.
-    std::ranges::sort(found.candidates, [](const Candidate& a, const Candidate& b) {
+    std::ranges::sort(candidates_, [](const Candidate& a, const Candidate& b) {
         return std::strcmp(a.filePath, b.filePath) < 0;
     });
-    return found;
+    return candidates_;
 }
 
-const std::vector<FontLibrary::Candidate>& FontLibrary::candidates()
+void FontLibrary::read()
 {
-    endReading();
-    if (!installed_.config)
-        installed_ = readInstalled();
-    return installed_.candidates;
-}
-
-void FontLibrary::readAhead()
-{
-    // Nobody reads while the process takes down what reading works with.
-    static const struct AtEnd {
-        ~AtEnd()
-        {
-            FontLibrary& library = shared();
-            const std::lock_guard lock(library.mutex_);
-            library.endReading();
-        }
-    } atEnd;
     const std::lock_guard lock(mutex_);
-    if (installed_.config || reader_.joinable())
-        return;
-    try {
-        readersProcess_ = getpid();
-        reader_ = std::thread([this] { readAhead_ = readInstalled(); });
-    } catch (const std::system_error&) {
-        // No thread is left: fonts will be read when they are needed.
-    }
-}
-
-/// Waits for the reader, if there is one, and takes what it has read.
-void FontLibrary::endReading()
-{
-    if (!reader_.joinable())
-        return;
-    if (readersProcess_ != getpid()) {
-        reader_.detach();
-        return;
-    }
-    reader_.join();
-    installed_ = std::move(readAhead_);
+    candidates();
 }
 
 const FontFace* FontLibrary::open(FcPattern* pattern)
@@ -314,7 +279,17 @@ std::vector<FamilyMember> FontLibrary::members(std::string_view family)
     return members;
 }
 
-void readFontsAhead() { FontLibrary::shared().readAhead(); }
+void readFontsAhead()
+{
+    static std::once_flag once;
+    std::call_once(once, [] {
+        try {
+            std::thread([] { FontLibrary::shared().read(); }).detach();
+        } catch (const std::
+                system_error&) { // no thread is left; fonts will be read when they are needed
+        }
+    });
+}
 
 std::vector<std::string> installedFamilies() { return FontLibrary::shared().families(); }
 

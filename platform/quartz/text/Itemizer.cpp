@@ -10,6 +10,7 @@ namespace brindle::text {
 namespace {
 
     constexpr char32_t kJoiner = 0x200D;
+    constexpr char16_t kAsciiEnd = 0x80;
 
     bool isWeakScript(hb_script_t script)
     {
@@ -155,7 +156,6 @@ namespace {
 
 bool isSingleItem(std::u16string_view text, const Font& font)
 {
-    constexpr char16_t kAsciiEnd = 0x80;
     const FontFace& face = *font.face;
     if (face.handles().coversAscii && bitsOf(text) < kAsciiEnd)
         return true;
@@ -176,7 +176,9 @@ void itemize(std::u16string_view text, std::span<const FontRun> fonts, BaseDirec
     std::vector<Item>& items)
 {
     items.clear();
-    const bool leftToRight = direction != BaseDirection::rightToLeft && !mayRunRightToLeft(text);
+    const bool isAscii = bitsOf(text) < kAsciiEnd;
+    const bool leftToRight
+        = direction != BaseDirection::rightToLeft && (isAscii || !mayRunRightToLeft(text));
     const Directions directions = leftToRight ? Directions {} : directionsOfText(text, direction);
     StretchItemizer itemizer(text, directions, items);
     std::size_t from = 0;
@@ -186,7 +188,8 @@ void itemize(std::u16string_view text, std::span<const FontRun> fonts, BaseDirec
         if (start == end || !run.font.face)
             continue;
         const std::u16string_view stretch = text.substr(start, end - start);
-        if (leftToRight && isSingleItem(stretch, run.font))
+        const bool isCovered = isAscii && run.font.face->handles().coversAscii;
+        if (leftToRight && (isCovered || isSingleItem(stretch, run.font)))
             items.push_back({ start, end - start, run.font, kLatin, 0 });
         else
             itemizer.add(start, end, run.font);

@@ -39,7 +39,8 @@ struct PieceMeasures {
     std::size_t wordStart = 0; // behind the spaces
     std::size_t end = 0;
     Advances advances;
-    bool isPlain = false; // known to be letters, with one mark behind them at most; or no word at all
+    bool isPlain
+        = false; // known to be letters, with one mark behind them at most; or no word at all
 };
 
 /// Takes the pieces of a shaped stretch, in the text's order.

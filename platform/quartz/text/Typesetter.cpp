@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <cmath>
 #include <limits>
+#include <optional>
 
 #include "Itemizer.h"
 #include "LineBreaks.h"
@@ -18,17 +19,32 @@ namespace {
     constexpr std::size_t kWindowUnits = 2048;
     constexpr std::size_t kKeptStretches = 1024;
 
+    LineHeights heightsOf(const Font& font)
+    {
+        // Most lines are of one font.
+        thread_local constinit Font last;
+        thread_local constinit LineHeights heights;
+        if (font != last || !font.face) {
+            heights = { std::round(font.ascender()), std::round(-font.descender()),
+                std::round(font.leading()) };
+            last = font;
+        }
+        return heights;
+    }
     LineHeights heightsOf(const Font& font, double raise)
     {
-        return { std::round(font.ascender()) + std::ceil(std::max(raise, 0.0)),
-            std::round(-font.descender()) + std::ceil(std::max(-raise, 0.0)),
-            std::round(font.leading()) };
+        LineHeights heights = heightsOf(font);
+        if (raise != 0) {
+            heights.ascent += std::ceil(std::max(raise, 0.0));
+            heights.descent += std::ceil(std::max(-raise, 0.0));
+        }
+        return heights;
     }
     LineHeights heightsOf(const StyledRun& run)
     {
         if (!run.isBox)
             return heightsOf(run.font, run.raise);
-        LineHeights heights = heightsOf(run.font, 0);
+        LineHeights heights = heightsOf(run.font);
         heights.include({ std::ceil(run.boxAscent), std::ceil(run.boxDescent), 0 });
         return heights;
     }
@@ -36,8 +52,11 @@ namespace {
     /// Turns shaped words into parts.
     class PartSink final : public ShapingSink {
     public:
-        explicit PartSink(const LineBreaks& breaks)
-            : breaks_(breaks)
+        /// - text: the paragraph, to look for breaks between its words; empty where nobody asks for them.
+        /// - waiting: takes the parts while no filler does.
+        PartSink(std::u16string_view text, std::vector<Part>& waiting)
+            : parts(waiting)
+            , text_(text)
         {
         }
 
@@ -45,14 +64,18 @@ namespace {
         {
             const double width = static_cast<double>(piece.advances.whole) * scale;
             const bool isWide = everywhere || width > room;
-            if (isWide || kern != 0 || breaks_.hasInnerBreaks())
+            const bool isPlain = isPlainSoFar(piece);
+            if (isWide || kern != 0 || (!isPlain && breaks().hasInnerBreaks()))
                 return addDivided(piece, isWide);
             const std::size_t wordStart = offset + piece.wordStart;
+            const bool hasWord = piece.end > piece.wordStart;
             if (piece.wordStart > piece.start) {
                 const double spaces = static_cast<double>(piece.advances.spaces) * scale;
-                add({ wordStart, spaces, heights, Part::space, breaks_.isAllowedAt(wordStart) });
+                const bool mayBreak
+                    = isPlain ? hasWord && !text_.empty() : breaks().isAllowedAt(wordStart);
+                add({ wordStart, spaces, heights, Part::space, mayBreak });
             }
-            if (piece.end > piece.wordStart) {
+            if (hasWord) {
                 const std::int64_t word = piece.advances.whole - piece.advances.spaces;
                 add({ offset + piece.end, static_cast<double>(word) * scale, heights, Part::word,
                     false });
@@ -68,7 +91,7 @@ namespace {
         }
 
         LineFiller* filler = nullptr; // takes the parts at once where no tab measures what follows
-        std::vector<Part> parts;
+        std::vector<Part>& parts;
         std::size_t offset = 0; // of the stretch that is shaped
         double scale = 1; // points a unit of the face
         double kern = 0;
@@ -78,8 +101,23 @@ namespace {
         std::uint32_t heights = 0;
 
     private:
-        /// Adds a piece whose glyphs count: it may be broken inside, or has more than their room.
-        void addDivided(const Piece& piece, bool isWide)
+        /// Answers whether all words up to a piece's own are plain ones between spaces: lines may begin before each, and
+        /// nowhere inside.
+        bool isPlainSoFar(const Piece& piece) const
+        {
+            const std::size_t end = offset + piece.end;
+            return piece.isPlain && !breaks_ && (end >= text_.size() || text_[end] == u' ');
+        }
+        const LineBreaks& breaks()
+        {
+            if (!breaks_)
+                breaks_.emplace(text_);
+            return *breaks_;
+        }
+
+        /// Adds a piece whose glyphs count: it may be broken inside, or has more than their room. Most pieces are others, and
+        /// must not pay for what it needs.
+        [[gnu::noinline]] void addDivided(const Piece& piece, bool isWide)
         {
             const std::size_t first = offset + piece.start;
             const std::size_t wordStart = offset + piece.wordStart;
@@ -112,7 +150,7 @@ namespace {
             rest_ -= advance;
             const double width = static_cast<double>(advance) * scale + clusters * kern;
             const bool breakAfter
-                = breaks_.isAllowedAt(upTo) || (everywhere && kind == Part::cluster);
+                = breaks().isAllowedAt(upTo) || (everywhere && kind == Part::cluster);
             add({ upTo, width, heights, kind, breakAfter });
         }
 
@@ -124,7 +162,7 @@ namespace {
             if (wordStart > first)
                 take(first, wordStart, Part::space, glyph, last);
             while (at < end && !isWide) {
-                at = breaks_.next(at, end);
+                at = breaks().next(at, end);
                 take(first, at, Part::word, glyph, last);
             }
             while (at < end) {
@@ -137,7 +175,8 @@ namespace {
             }
         }
 
-        const LineBreaks& breaks_;
+        std::u16string_view text_;
+        std::optional<LineBreaks> breaks_; // since they were asked for
         std::int64_t rest_ = 0; // of the piece
         std::size_t end_ = 0; // of the piece
     };
@@ -146,8 +185,19 @@ namespace {
     struct Scratch {
         std::vector<Part> parts;
         std::vector<LineHeights> heights;
-        std::vector<FontRun> fonts;
+        std::vector<FontRun> fonts; // of letters
         std::vector<Item> items;
+
+        void forget()
+        {
+            // A paragraph of very many stretches must not leave its memory behind.
+            if (std::max({ heights.capacity(), fonts.capacity(), items.capacity() })
+                > kKeptStretches)
+                *this = {};
+            parts.clear();
+            heights.clear();
+            fonts.clear();
+        }
     };
     thread_local Scratch scratch;
 
@@ -159,42 +209,28 @@ namespace {
             : text_(text)
             , runs_(runs)
             , rules_(rules)
-            , breaks_(rules.wrapping == Wrapping::words ? text : std::u16string_view())
-            , sink_(breaks_)
-            , heights_(std::move(scratch.heights))
-            , fonts_(std::move(scratch.fonts))
-            , items_(std::move(scratch.items))
-            , filler_(rules, heights_, taker)
+            , memory_(scratch)
+            , sink_(rules.wrapping == Wrapping::words ? text : std::u16string_view(), memory_.parts)
+            , filler_(rules, memory_.heights, taker)
         {
-            sink_.parts = std::move(scratch.parts);
             sink_.everywhere = rules.wrapping == Wrapping::characters;
             sink_.filler = rules.mayHaveTabs ? nullptr : &filler_;
             room_ = filler_.room();
         }
-        ~ParagraphBreaker()
-        {
-            // A paragraph of very many stretches must not leave its memory behind.
-            if (std::max({ heights_.capacity(), fonts_.capacity(), items_.capacity() })
-                > kKeptStretches)
-                return;
-            heights_.clear();
-            sink_.parts.clear();
-            fonts_.clear();
-            scratch = { std::move(sink_.parts), std::move(heights_), std::move(fonts_),
-                std::move(items_) };
-        }
+        ~ParagraphBreaker() { memory_.forget(); }
         ParagraphBreaker(const ParagraphBreaker&) = delete;
         ParagraphBreaker& operator=(const ParagraphBreaker&) = delete;
 
         bool run()
         {
             readFonts();
-            itemize(text_, fonts_, rules_.direction, items_);
-            auto item = items_.begin();
+            std::vector<Item>& items = memory_.items;
+            itemize(text_, memory_.fonts, rules_.direction, items);
+            auto item = items.begin();
             for (const StyledRun& style : runs_) {
                 if (style.isBox)
                     addBoxes(style);
-                for (; item != items_.end() && item->start < NSMaxRange(style.range); ++item)
+                for (; item != items.end() && item->start < NSMaxRange(style.range); ++item)
                     addItem(*item, style);
             }
             flush();
@@ -215,24 +251,24 @@ namespace {
         {
             for (const StyledRun& run : runs_) {
                 if (!run.isBox)
-                    fonts_.push_back({ run.range, run.font });
+                    memory_.fonts.push_back({ run.range, run.font });
             }
         }
 
         void addBoxes(const StyledRun& style)
         {
-            heights_.push_back(heightsOf(style));
-            const auto heights = static_cast<std::uint32_t>(heights_.size() - 1);
+            memory_.heights.push_back(heightsOf(style));
+            const auto heights = static_cast<std::uint32_t>(memory_.heights.size() - 1);
             for (std::size_t at = style.range.location; at < NSMaxRange(style.range); ++at)
                 sink_.add({ at + 1, style.boxWidth, heights, Part::word, true });
         }
 
         void addItem(const Item& item, const StyledRun& style)
         {
-            heights_.push_back(heightsOf(style));
+            memory_.heights.push_back(heightsOf(style));
             if (item.font != style.font)
-                heights_.back().include(heightsOf(item.font, style.raise));
-            sink_.heights = static_cast<std::uint32_t>(heights_.size() - 1);
+                memory_.heights.back().include(heightsOf(item.font, style.raise));
+            sink_.heights = static_cast<std::uint32_t>(memory_.heights.size() - 1);
             sink_.scale = item.font.size / item.font.face->unitsPerEm();
             sink_.kern = style.kern;
             sink_.rightToLeft = item.isRightToLeft();
@@ -264,11 +300,8 @@ namespace {
         std::u16string_view text_;
         std::span<const StyledRun> runs_;
         const ParagraphRules& rules_;
-        LineBreaks breaks_;
+        Scratch& memory_;
         PartSink sink_;
-        std::vector<LineHeights> heights_;
-        std::vector<FontRun> fonts_; // of letters
-        std::vector<Item> items_;
         LineFiller filler_;
         double room_ = 0; // of the line where the window began
     };

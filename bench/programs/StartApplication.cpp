@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 
-// Opens a window with rows of text, paints it and ends.
+// Opens a window, paints it and ends; with --stay it goes on, idle, until it is stopped.
+
+#include <string_view>
 
 #include "Scene.h"
 #include "appkit/NSApplication.h"
@@ -15,15 +17,21 @@
 
 namespace brindle::bench {
 
-class RowsView : public NSView {
-    BRINDLE_OBJECT(RowsView, NSView)
+namespace {
+
+    constinit bool stays = false;
+
+}
+
+class StartView : public NSView {
+    BRINDLE_OBJECT(StartView, NSView)
 };
 
-template <> struct RowsView::Methods<struct Rows> {
+template <> struct StartView::Methods<struct Rows> {
 
-    static bool isFlipped(RowsView&) { return true; }
+    static bool isFlipped(StartView&) { return true; }
 
-    static void drawRect(RowsView&, NSRect)
+    static void drawRect(StartView&, NSRect)
     {
         const Ref<CGContext> context = NSGraphicsContext::cls().currentContext()->CGContext();
         for (int row = 0; row < scene::kRows; ++row) {
@@ -35,9 +43,9 @@ template <> struct RowsView::Methods<struct Rows> {
                 NSString::cls().stringWithUTF8String(scene::textOf(row).c_str()),
                 { scene::kTextLeft, top + 3 }, nullptr);
         }
-        // A later turn: this one still shows what was painted.
-        dispatch_async(dispatch_get_main_queue(),
-            [] { NSApplication::cls().sharedApplication()->terminate(nullptr); });
+        if (!stays) // a later turn: this one still shows what was painted
+            dispatch_async(dispatch_get_main_queue(),
+                [] { NSApplication::cls().sharedApplication()->terminate(nullptr); });
     }
 
     static void table(Builder& t)
@@ -48,20 +56,22 @@ template <> struct RowsView::Methods<struct Rows> {
         });
     }
 };
-BRINDLE_RECORD(RowsView, Rows)
+BRINDLE_RECORD(StartView, Rows)
 
 }
 
-int main()
+int main(int count, char** arguments)
 {
     using namespace brindle;
+    bench::stays = count > 1 && std::string_view(arguments[1]) == "--stay";
     const Ref<NSApplication> application = NSApplication::cls().sharedApplication();
     const NSRect frame = NSMakeRect(100, 100, bench::scene::kWidth, bench::scene::kHeight);
     const Ref<NSWindow> window = alloc<NSWindow>()->initWithContentRect_styleMask_backing_defer(
         frame, NSTitledWindowMask | NSClosableWindowMask, NSBackingStoreBuffered, true);
     window->setReleasedWhenClosed(false);
-    const auto view = alloc<bench::RowsView>()->initWithFrame({ {}, frame.size });
+    const auto view = alloc<bench::StartView>()->initWithFrame({ {}, frame.size });
     window->setContentView(view.get());
     window->makeKeyAndOrderFront(nullptr);
     application->run();
+    return 0;
 }
