@@ -2,12 +2,14 @@
 # The libraries under the platform. The installed package asks for the same list when somebody links the
 # static library, so it is written once, here.
 
-# ICU is not among them: its headers are compiled against, the library is loaded when text needs it.
 set(BRINDLE_PKG_CONFIG_MODULES
-    cairo harfbuzz freetype2 fontconfig libpng libjpeg
-    xcb xcb-randr xcb-xkb xcb-xinput xcb-cursor xcb-sync xcb-shm xcb-shape xcb-xfixes
+    cairo harfbuzz freetype2 fontconfig libpng
+    xcb xcb-randr xcb-xkb xcb-xinput xcb-sync xcb-shm xcb-shape xcb-xfixes
     xkbcommon xkbcommon-x11)
 
 find_package(PkgConfig REQUIRED)
 pkg_check_modules(BRINDLE_DEPENDENCIES REQUIRED IMPORTED_TARGET ${BRINDLE_PKG_CONFIG_MODULES})
+
+# The headers of these are compiled against; the libraries are opened when something needs them.
+pkg_check_modules(BRINDLE_LATE REQUIRED libjpeg xcb-cursor)
 find_package(ICU REQUIRED COMPONENTS uc i18n)

@@ -11,6 +11,7 @@ add_library(brindle_objects OBJECT ${brindle_sources})
 brindle_compile(brindle_objects)
 target_include_directories(brindle_objects PUBLIC ${brindle_roots})
 target_link_libraries(brindle_objects PRIVATE PkgConfig::BRINDLE_DEPENDENCIES)
+target_include_directories(brindle_objects SYSTEM PRIVATE ${BRINDLE_LATE_INCLUDE_DIRS})
 
 set_source_files_properties("${PROJECT_SOURCE_DIR}/brindle/introspection/NSUserDefaults+ReviewRequest.cpp" PROPERTIES
     COMPILE_DEFINITIONS "BRINDLE_REVIEW_HOST=\"${BRINDLE_REVIEW_HOST}\"")

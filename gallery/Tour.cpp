@@ -2,7 +2,6 @@
 #include "Tour.h"
 
 #include <cstdio>
-#include <cstdlib>
 #include <filesystem>
 
 #include "Menubar.h"
@@ -10,10 +9,8 @@
 #include "foundation/NSMutableArray.h"
 #include "foundation/NSRunLoop.h"
 #include "foundation/NSTimer.h"
-#include "foundation/NSUserDefaults.h"
 #include "kit/Card.h"
 #include "kit/Chip.h"
-#include "kit/OpenedURLs.h"
 #include "kit/Palette.h"
 #include "menubar/BRCustomMenubarMenuButton.h"
 #include "pages/Pages.h"
@@ -25,8 +22,6 @@ namespace gallery {
 using namespace brindle;
 
 namespace {
-
-    constexpr double kTenHours = 10 * 60 * 60;
 
     /// Answers the chip of a title or the card of a heading, in a view and below.
     Ref<NSView> partOf(const Ref<NSView>& view, NSString* text)
@@ -56,41 +51,12 @@ namespace {
 
 Tour::Tour(std::string folder, double scale)
     : folder_(std::move(folder))
+    , surroundings_(scale)
 {
-    fixSurroundings();
+    if (!surroundings_.isReady())
+        fail("cannot make a folder for settings");
     std::error_code ignored; // writing the first picture tells
     std::filesystem::create_directories(folder_, ignored);
-    auto display = std::make_unique<display::HeadlessDisplay>(
-        std::vector { display::HeadlessDisplay::screenOfSize(1280, 800, scale) });
-    display_ = display.get();
-    display_->setTimeSource([] { return Clock::uptime(); });
-    display_->setBackground(0xFF8C9AA6);
-    installDisplay(std::move(display));
-}
-
-Tour::~Tour()
-{
-    NSUserDefaults::cls().standardUserDefaults()->synchronize();
-    std::error_code ignored;
-    if (!settings_.empty())
-        std::filesystem::remove_all(settings_, ignored);
-}
-
-void Tour::fixSurroundings()
-{
-    Clock::useVirtual();
-    Clock::setWall(Clock::wall() + kTenHours); // later than midnight, so that minutes ago is today
-    setenv("LC_ALL", "en_US.UTF-8", 1);
-    setenv("TZ", "UTC", 1);
-    // mkdtemp fills in the six letters.
-    std::string name = (std::filesystem::temp_directory_path() / "gallery-XXXXXX").string();
-    if (!mkdtemp(name.data()))
-        return fail("cannot make a folder for settings");
-    settings_ = name;
-    setenv("XDG_CONFIG_HOME", settings_.c_str(), 1);
-    setenv("XDG_DATA_HOME", settings_.c_str(), 1);
-    setenv("TMPDIR", settings_.c_str(), 1);
-    keepOpenedURLs();
 }
 
 bool Tour::play()
@@ -103,7 +69,7 @@ bool Tour::play()
     settle();
     NSUInteger index = 0;
     for (const PageEntry& page : pages()) {
-        display_->movePointer({ 4, 4 });
+        display().movePointer({ 4, 4 });
         controller_->showPage(index++); // there are more pages than digits
         settle();
         page.tour(*this);
@@ -133,26 +99,26 @@ void Tour::press(const char* chip)
 
 void Tour::moveTo(const char* card, double x, double y)
 {
-    display_->movePointer(onScreen(card, x, y));
+    display().movePointer(onScreen(card, x, y));
     settle();
 }
 
 void Tour::click(const char* card, double x, double y)
 {
-    display_->click(onScreen(card, x, y));
+    display().click(onScreen(card, x, y));
     settle();
 }
 
 void Tour::scroll(const char* card, double lines)
 {
     moveTo(card, 60, 80);
-    display_->scroll(0, lines);
+    display().scroll(0, lines);
     settle();
 }
 
 void Tour::type(std::u16string_view text)
 {
-    display_->typeText(text);
+    display().typeText(text);
     settle();
 }
 
@@ -166,7 +132,7 @@ void Tour::settle(double seconds)
 
 void Tour::picture(const std::string& name)
 {
-    const display::Snapshot shot = display_->snapshot();
+    const display::Snapshot shot = display().snapshot();
     const auto image
         = quartz::imageFromPixels(shot.words.data(), static_cast<std::size_t>(shot.width),
             static_cast<std::size_t>(shot.height), std::ptrdiff_t { shot.width } * 4);
@@ -194,14 +160,14 @@ void Tour::menuPicture(const char* button, std::u16string_view keys, const std::
         constexpr double kStep = 0.3; // longer than a submenu takes to open
         double due = kStep;
         for (const char16_t key : keys) {
-            later(due, [this, key] { display_->typeText(std::u16string_view(&key, 1)); });
+            later(due, [this, key] { display().typeText(std::u16string_view(&key, 1)); });
             due += kStep;
         }
         later(due, [this, name] { picture(name); });
-        later(due + kStep, [this] { display_->typeText(u"\x1B"); });
+        later(due + kStep, [this] { display().typeText(u"\x1B"); });
         const NSRect place = view->window()->convertRectToScreen(
             view->convertRect_toView(view->bounds(), nullptr));
-        display_->click({ NSMidX(place), NSMidY(place) });
+        display().click({ NSMidX(place), NSMidY(place) });
         return settle();
     }
     fail(std::string("the bar has no button called ") + button);

@@ -5,7 +5,7 @@
 #include <string>
 
 #include "Gallery.h"
-#include "display/headless/HeadlessDisplay.h"
+#include "Surroundings.h"
 
 namespace gallery {
 
@@ -17,8 +17,6 @@ class Tour {
 public:
     /// - folder: made when it is missing. - scale: device pixels a point.
     Tour(std::string folder, double scale);
-    ~Tour();
-    Tour(const Tour&) = delete;
 
     /// Opens the gallery and plays the tour of each page.
     /// - Returns: false when a picture could not be written, or something to be pressed was not there.
@@ -45,11 +43,10 @@ public:
     /// Writes the present state in the dark appearance.
     void darkPicture(const std::string& name);
 
-    brindle::display::HeadlessDisplay& display() { return *display_; }
+    brindle::display::HeadlessDisplay& display() { return surroundings_.display(); }
     brindle::Ref<brindle::NSWindow> window() const { return controller_->window(); }
 
 private:
-    void fixSurroundings();
     brindle::Ref<brindle::NSView> find(const char* text);
     brindle::NSPoint onScreen(const char* text, double x, double y);
     /// Does something a moment later, while a menu is followed.
@@ -57,8 +54,7 @@ private:
     void fail(const std::string& what);
 
     std::string folder_;
-    std::string settings_; // a temporary folder
-    brindle::display::HeadlessDisplay* display_ = nullptr; // the application's
+    Surroundings surroundings_;
     brindle::Ref<GalleryController> controller_;
     bool succeeded_ = true;
 };

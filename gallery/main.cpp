@@ -6,6 +6,7 @@
 
 #include "Gallery.h"
 #include "Menubar.h"
+#include "Soak.h"
 #include "Tour.h"
 #include "kit/Palette.h"
 #include "shell/BRApplication.h"
@@ -18,6 +19,8 @@ struct Arguments {
     bool wrong = false;
     std::string tour;
     double scale = 1;
+    double soak = 0; // seconds
+    std::uint32_t seed = 1;
     gallery::MenubarLook bar;
 };
 
@@ -47,6 +50,10 @@ Arguments read(int count, char** values)
             arguments.dark = true;
         else if (word == "--tour" && hasNext)
             arguments.tour = values[++i];
+        else if (word == "--soak" && hasNext)
+            arguments.soak = std::atof(values[++i]);
+        else if (word == "--seed" && hasNext)
+            arguments.seed = static_cast<std::uint32_t>(std::strtoul(values[++i], nullptr, 10));
         else if (word == "--scale" && hasNext)
             arguments.scale = std::atof(values[++i]);
         else if (word == "--shadow")
@@ -78,16 +85,19 @@ int open()
 int main(int count, char** values)
 {
     const Arguments arguments = read(count, values);
-    if (arguments.wrong || arguments.headless != !arguments.tour.empty()) {
+    if (arguments.wrong || arguments.headless != (arguments.soak > 0 || !arguments.tour.empty())) {
         std::fputs(
             "brindle-gallery [--dark] [BAR]                                    opens the gallery\n"
             "brindle-gallery --headless --tour FOLDER [--scale FACTOR] [BAR]  draws it to files\n"
+            "brindle-gallery --headless --soak SECONDS [--seed N]             does anything to it\n"
             "BAR: --theme custom|overlay  --shadow  --spacing standard|none\n",
             stderr);
         return 2;
     }
     gallery::setDark(arguments.dark);
     gallery::menubar().setLook(arguments.bar);
+    if (arguments.soak > 0)
+        return gallery::Soak(arguments.soak, arguments.seed).run() ? 0 : 1;
     if (arguments.headless)
         return gallery::Tour(arguments.tour, arguments.scale).play() ? 0 : 1;
     return open();

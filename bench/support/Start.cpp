@@ -33,24 +33,31 @@ namespace {
         }
     };
 
+    /// What is started: a scene, and how the rows call it.
+    struct Scene {
+        const char* name;
+        std::vector<std::string> program;
+        const char* floor;
+    };
+
     /// Starts both programs in turn and adds two lines; false when one of them failed.
     bool compare(
-        const std::string& where, const std::string& floorArgument, std::vector<Line>& lines)
+        const Scene& scene, const char* where, const char* floorsPlace, std::vector<Line>& lines)
     {
-        Side ours { { besideThis("bench-start-application") }, {}, {} };
-        Side floor { { besideThis("bench-start-floor"), floorArgument }, {}, {} };
+        Side ours { scene.program, {}, {} };
+        Side floor { { besideThis("bench-start-floor"), scene.floor, floorsPlace }, {}, {} };
         for (int i = -1; i < kRuns; ++i) {
             if (!ours.run() || !floor.run())
                 return false;
             if (i < 0) { // the first of each reads its files from the disk
-                ours.milliseconds.clear();
-                floor.milliseconds.clear();
+                ours = { ours.arguments, {}, {} };
+                floor = { floor.arguments, {}, {} };
             }
         }
+        const std::string start = std::string("process start to ") + scene.name + where;
         const auto add = [&](const char* what, const char* unit, Budget budget,
                              const std::vector<double>& our, const std::vector<double>& their) {
-            const Row row { "process start to first frame, " + where + what, unit, budget, {}, {},
-                {} };
+            const Row row { start + what, unit, budget, {}, {}, {} };
             const double ourMedian = median(our);
             const double theirMedian = median(their);
             lines.push_back(lineFor(row, ourMedian, theirMedian, ourMedian / theirMedian));
@@ -60,10 +67,20 @@ namespace {
         return true;
     }
 
+    /// Compares both scenes on the display that the environment names.
+    bool compareAll(const char* where, const char* floorsPlace, std::vector<Line>& lines)
+    {
+        const Scene controls { "menubar, controls and table",
+            { besideThis("bench-start-controls"), "--once" }, "controls" };
+        const Scene rows { "a window of text", { besideThis("bench-start-rows") }, "rows" };
+        return compare(controls, where, floorsPlace, lines)
+            && compare(rows, where, floorsPlace, lines);
+    }
+
     /// Counts how often any thread of an idle application is put on a processor.
     void watchIdle(std::vector<Line>& lines)
     {
-        const Running application({ besideThis("bench-start-application"), "--stay" });
+        const Running application({ besideThis("bench-start-controls") });
         sleep(2); // it has started, and is idle
         const double before = application.timesScheduled();
         sleep(kIdleSeconds);
@@ -86,9 +103,9 @@ int measureStart(Format format, char* program)
     }
     std::vector<Line> lines;
     setenv("BRINDLE_DISPLAY", "headless", 1);
-    bool all = compare("in memory", "--memory", lines);
+    bool all = compareAll(", in memory", "memory", lines);
     setenv("BRINDLE_DISPLAY", "x11", 1);
-    all = all && compare("on a screen", "--screen", lines);
+    all = all && compareAll(", on a screen", "screen", lines);
     if (all)
         watchIdle(lines);
     printTable(lines, format);

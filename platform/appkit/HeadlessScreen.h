@@ -37,6 +37,11 @@ namespace headless {
     /// Presses and releases one key while modifiers are down.
     BRINDLE_EXPORT void pressKey(NSString* characters, NSEventModifierFlags modifiers);
 
+    /// Lets somebody at the application who does anything: moves, clicks, drags, turns the wheel, types and presses keys, so
+    /// many times. Unlike the other hands these do not only queue it: each thing is sent and drawn before the next.
+    /// - seed: the same one does the same.
+    BRINDLE_EXPORT void doAnything(std::uint32_t seed, NSInteger times);
+
     /// Answers what a screen shows as a PNG file's contents; nil without one. Draws nothing anew.
     BRINDLE_EXPORT Ref<NSData> screenshot();
     /// Answers one pixel, counted from the top left, as 0xAARRGGBB; 0 outside.

@@ -3,8 +3,6 @@
 
 #include <atomic>
 #include <cerrno>
-#include <fstream>
-#include <iterator>
 #include <mutex>
 #include <pwd.h>
 #include <sys/utsname.h>
@@ -25,8 +23,10 @@ namespace {
 
     std::string contentsOf(const char* path)
     {
-        std::ifstream file(path, std::ios::binary);
-        return { std::istreambuf_iterator<char>(file), {} };
+        const auto buffer = files::read(path);
+        return buffer
+            ? std::string(reinterpret_cast<const char*>(buffer->bytes()), buffer->length())
+            : std::string();
     }
 
 }

@@ -10,9 +10,26 @@
 
 #include <jpeglib.h>
 
+#include "foundation/LateLibrary.h"
+
 namespace brindle::quartz {
 
 namespace {
+
+    /// Answers the library; nullptr where the machine has none, or one of old that does not write to memory.
+    void* library()
+    {
+        static void* const opened = [] {
+            // From 70 on the headers count in tenths.
+            constexpr int kNumber
+                = JPEG_LIB_VERSION < 70 ? JPEG_LIB_VERSION : JPEG_LIB_VERSION / 10;
+            void* const found = late::openLibrary("libjpeg.so." + std::to_string(kNumber));
+            return late::findFunction(found, "jpeg_mem_dest") ? found : nullptr;
+        }();
+        return opened;
+    }
+
+#define JPEG(name) BRINDLE_LATE(library(), name)
 
     /// What the library calls when it gives up: it must not return, so it jumps back.
     struct Failure {
@@ -21,7 +38,7 @@ namespace {
 
         Failure()
         {
-            jpeg_std_error(&manager);
+            JPEG(jpeg_std_error)(&manager);
             manager.error_exit = [](j_common_ptr info) {
                 std::longjmp(reinterpret_cast<Failure*>(info->err)->back, 1);
             };
@@ -45,7 +62,7 @@ namespace {
         std::vector<std::uint32_t> pixels;
 
         Reader() { info.err = &failure.manager; }
-        ~Reader() { jpeg_destroy_decompress(&info); }
+        ~Reader() { JPEG(jpeg_destroy_decompress)(&info); }
         Reader(const Reader&) = delete;
         Reader& operator=(const Reader&) = delete;
 
@@ -53,9 +70,10 @@ namespace {
         {
             if (setjmp(failure.back))
                 return false;
-            jpeg_create_decompress(&info);
-            jpeg_mem_src(&info, reinterpret_cast<const unsigned char*>(bytes.data()), bytes.size());
-            jpeg_read_header(&info, TRUE);
+            const auto* data = reinterpret_cast<const unsigned char*>(bytes.data());
+            JPEG(jpeg_CreateDecompress)(&info, JPEG_LIB_VERSION, sizeof info);
+            JPEG(jpeg_mem_src)(&info, data, bytes.size());
+            JPEG(jpeg_read_header)(&info, TRUE);
             info.out_color_space = JCS_EXT_BGRA;
             info.progress = &progress;
             progress.progress_monitor = [](j_common_ptr common) {
@@ -67,7 +85,7 @@ namespace {
             const std::size_t width = info.image_width;
             const std::size_t most = std::min(kMostPixels, bytes.size() * kMostPixelsAByte);
             return width > 0 && info.image_height > 0 && info.image_height <= most / width
-                && jpeg_start_decompress(&info);
+                && JPEG(jpeg_start_decompress)(&info);
         }
 
         bool read()
@@ -77,9 +95,9 @@ namespace {
             while (info.output_scanline < info.output_height) {
                 auto* row = reinterpret_cast<JSAMPROW>(
                     pixels.data() + std::size_t { info.output_scanline } * info.output_width);
-                jpeg_read_scanlines(&info, &row, 1);
+                JPEG(jpeg_read_scanlines)(&info, &row, 1);
             }
-            jpeg_finish_decompress(&info); // reads what is left up to the end mark
+            JPEG(jpeg_finish_decompress)(&info); // reads what is left up to the end mark
             return true;
         }
 
@@ -100,7 +118,7 @@ namespace {
         Writer() { info.err = &failure.manager; }
         ~Writer()
         {
-            jpeg_destroy_compress(&info);
+            JPEG(jpeg_destroy_compress)(&info);
             std::free(bytes);
         }
         Writer(const Writer&) = delete;
@@ -111,24 +129,24 @@ namespace {
         {
             if (setjmp(failure.back))
                 return false;
-            jpeg_create_compress(&info);
-            jpeg_mem_dest(&info, &bytes, &size);
+            JPEG(jpeg_CreateCompress)(&info, JPEG_LIB_VERSION, sizeof info);
+            JPEG(jpeg_mem_dest)(&info, &bytes, &size);
             info.image_width = width;
             info.image_height = height;
             info.input_components = 4;
             info.in_color_space = JCS_EXT_BGRX;
-            jpeg_set_defaults(&info);
-            jpeg_set_quality(&info, quality, TRUE);
+            JPEG(jpeg_set_defaults)(&info);
+            JPEG(jpeg_set_quality)(&info, quality, TRUE);
             info.density_unit = 1; // the inch
             info.X_density = info.Y_density = static_cast<UINT16>(
                 std::clamp(std::lround(std::min(dotsPerInch, 65535.0)), 1L, 65535L));
-            jpeg_start_compress(&info, TRUE);
+            JPEG(jpeg_start_compress)(&info, TRUE);
             while (info.next_scanline < height) {
                 auto* row = reinterpret_cast<JSAMPROW>(const_cast<std::uint32_t*>(pixels.data())
                     + std::size_t { info.next_scanline } * width);
-                jpeg_write_scanlines(&info, &row, 1);
+                JPEG(jpeg_write_scanlines)(&info, &row, 1);
             }
-            jpeg_finish_compress(&info);
+            JPEG(jpeg_finish_compress)(&info);
             return true;
         }
     };
@@ -137,6 +155,8 @@ namespace {
 
 ImageFile decodeJPEG(std::span<const std::byte> bytes)
 {
+    if (!library())
+        return {};
     Reader reader;
     if (!reader.begin(bytes))
         return {};
@@ -150,7 +170,8 @@ ImageFile decodeJPEG(std::span<const std::byte> bytes)
 
 std::string encodeJPEG(const CGImage* image, double quality, double dotsPerInch)
 {
-    if (!image || image->width() > JPEG_MAX_DIMENSION || image->height() > JPEG_MAX_DIMENSION)
+    if (!library() || !image || image->width() > JPEG_MAX_DIMENSION
+        || image->height() > JPEG_MAX_DIMENSION)
         return {};
     const std::size_t count = image->width() * image->height();
     std::vector<std::uint32_t> pixels(image->pixels(), image->pixels() + count);

@@ -73,6 +73,13 @@ private:
 
 enum class Initialization : int { none, running, done };
 
+/// What a slot of a dispatch table answers for. Kept apart: tables are mostly empty.
+struct CachedAnswer {
+    std::size_t slot;
+    SEL sel;
+    const Signature* signature;
+};
+
 /// What sends need not see of a class.
 struct ClassData {
     std::string name;
@@ -91,9 +98,7 @@ struct ClassData {
     std::vector<Class*> subclasses;
     std::atomic<Initialization> initialization { Initialization::none };
     std::atomic<std::uintptr_t> initializer { 0 }; ///< the thread that runs `+initialize`
-    std::size_t cached = 0; ///< filled slots of the dispatch table
-    std::vector<SEL> cachedSelectors; ///< beside the slots, for the update after a change
-    std::vector<const Signature*> cachedSignatures;
+    std::vector<CachedAnswer> cached; ///< of the filled slots, for the update after a change
     std::vector<dispatch::Slot*> oldTables; ///< kept: another thread may still be reading one
 };
 

@@ -2,6 +2,7 @@
 #include <condition_variable>
 #include <cstdlib>
 #include <thread>
+#include <utility>
 
 #include "ClassPrivate.h"
 #include "MethodChanges.h"
@@ -44,7 +45,7 @@ namespace {
     }
 
     /// Puts an answer into a table that nobody reads yet, or into a free slot of one that is read.
-    bool put(Class* cls, Slot* table, std::uint64_t mask, std::uint64_t key, IMP imp, SEL sel,
+    void put(Class* cls, Slot* table, std::uint64_t mask, std::uint64_t key, IMP imp, SEL sel,
         const Signature* signature)
     {
         for (std::size_t probe = 0; probe < kProbes; ++probe) {
@@ -53,36 +54,30 @@ namespace {
                 continue;
             slot.imp.store(imp, std::memory_order_relaxed);
             slot.key.store(key, std::memory_order_release);
-            const auto index = static_cast<std::size_t>(&slot - table);
-            cls->data_->cachedSelectors[index] = sel;
-            cls->data_->cachedSignatures[index] = signature;
-            return true;
+            cls->data_->cached.push_back(
+                { static_cast<std::size_t>(&slot - table), sel, signature });
+            return;
         }
-        return false;
     }
 
     /// Replaces the table by an empty or larger one. The old one stays.
     void replaceTable(Class* cls, std::size_t count, bool keepAnswers)
     {
-        const std::size_t oldCount = slotsIn(cls);
         Slot* const old = cls->slots_.load(std::memory_order_relaxed);
-        const auto oldSelectors = std::move(cls->data_->cachedSelectors);
-        const auto oldSignatures = std::move(cls->data_->cachedSignatures);
+        const bool hadSlots = slotsIn(cls) > 0;
         auto* const table = static_cast<Slot*>(std::calloc(count, sizeof(Slot)));
         if (!table)
             fatal("out of memory");
         const std::uint64_t mask = (count - 1) * sizeof(Slot);
-        cls->data_->cachedSelectors.assign(count, SEL {});
-        cls->data_->cachedSignatures.assign(count, nullptr);
-        cls->data_->cached = 0;
-        for (std::size_t i = 0; keepAnswers && i < oldCount; ++i) {
-            const std::uint64_t key = old[i].key.load(std::memory_order_relaxed);
-            if (key
-                && put(cls, table, mask, key, old[i].imp.load(std::memory_order_relaxed),
-                    oldSelectors[i], oldSignatures[i]))
-                ++cls->data_->cached;
+        const std::vector<CachedAnswer> answers = std::exchange(cls->data_->cached, {});
+        if (keepAnswers) {
+            cls->data_->cached.reserve(answers.size() + 1);
+            for (const CachedAnswer& answer : answers)
+                put(cls, table, mask, old[answer.slot].key.load(std::memory_order_relaxed),
+                    old[answer.slot].imp.load(std::memory_order_relaxed), answer.sel,
+                    answer.signature);
         }
-        if (oldCount)
+        if (hadSlots)
             cls->data_->oldTables.push_back(old);
         cls->slots_.store(table, std::memory_order_release);
         cls->mask_.store(mask, std::memory_order_release);
@@ -98,17 +93,16 @@ namespace {
             const std::uint64_t mask = cls->mask_.load(std::memory_order_relaxed);
             const bool homeIsTaken
                 = slotAt(table, mask, key, 0).key.load(std::memory_order_relaxed) != 0;
-            const bool crowded = (cls->data_->cached + 1) * 4 > count;
+            const bool crowded = (cls->data_->cached.size() + 1) * 4 > count;
             const bool mayGrow = count < kLargestTable;
             // A first slot that is taken costs every later send a second look: grow while that is cheap.
-            const bool worthwhile = homeIsTaken && (cls->data_->cached + 1) * 12 > count;
+            const bool worthwhile = homeIsTaken && (cls->data_->cached.size() + 1) * 12 > count;
             if (mayGrow && (crowded || worthwhile)) {
                 replaceTable(cls, count *= 2, true);
                 continue;
             }
-            if (put(cls, table, mask, key, imp, sel, signature))
-                ++cls->data_->cached;
-            return; // a full neighbourhood: this answer is looked up each time
+            put(cls, table, mask, key, imp, sel, signature);
+            return; // in a full neighbourhood the answer is looked up each time
         }
     }
 
@@ -264,21 +258,20 @@ void updateCaches(Class* cls, SEL sel)
 {
     methodChanges.fetch_add(1, std::memory_order_release);
     ClassData& data = *cls->data_;
-    const std::size_t count = slotsIn(cls);
     Slot* const table = cls->slots_.load(std::memory_order_relaxed);
     bool stale = false;
-    for (std::size_t i = 0; i < count; ++i) {
-        if (data.cachedSelectors[i] != sel)
+    for (const CachedAnswer& answer : data.cached) {
+        if (answer.sel != sel)
             continue;
         const Method* const method = findMethod(cls, sel);
-        if (method && std::strcmp(method->types, data.cachedSignatures[i]->types) == 0)
-            table[i].imp.store(
+        if (method && std::strcmp(method->types, answer.signature->types) == 0)
+            table[answer.slot].imp.store(
                 method->imp.load(std::memory_order_relaxed), std::memory_order_release);
         else
             stale = true;
     }
     if (stale) // the signature changed: the answer must be looked for, and refused, again
-        replaceTable(cls, count, false);
+        replaceTable(cls, slotsIn(cls), false);
     for (Class* const subclass : data.subclasses)
         updateCaches(subclass, sel);
 }

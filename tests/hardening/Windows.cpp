@@ -2,7 +2,6 @@
 // Windows by the thousand, views with text nobody would write, and a user who does anything.
 
 #include <array>
-#include <random>
 #include <string>
 #include <vector>
 
@@ -13,6 +12,7 @@
 #include "appkit/NSTextField.h"
 #include "appkit/NSTextView.h"
 #include "controls/OnOffSwitchControl.h"
+#include "display/headless/RandomUser.h"
 #include "foundation/NSArray.h"
 #include "runtime/NSException.h"
 #include "support/HeadlessScreen.h"
@@ -102,57 +102,6 @@ namespace {
         window->close();
     }
 
-    /// A user who moves, presses, types and scrolls at random, the same for the same seed.
-    class AnyUser {
-    public:
-        AnyUser(HeadlessScreen& screen, std::uint32_t seed)
-            : display_(screen.display())
-            , random_(seed)
-        {
-        }
-        void act()
-        {
-            switch (random_() % 7) {
-            case 0:
-                return display_.movePointer(place());
-            case 1:
-                return display_.click(
-                    place(), 1 + static_cast<int>(random_() % 3), static_cast<int>(random_() % 3));
-            case 2:
-                return display_.drag(place(), place(), 1 + static_cast<int>(random_() % 5));
-            case 3:
-                return display_.scroll(amount(), amount(), random_() % 2 != 0);
-            case 4:
-                return typeAKey();
-            case 5:
-                return display_.typeText(u"Aä\u05D0 1");
-            default:
-                return display_.setModifiers(static_cast<display::Modifiers>(random_() & 15));
-            }
-        }
-
-    private:
-        CGPoint place()
-        {
-            return { static_cast<double>(random_() % 420) - 10,
-                static_cast<double>(random_() % 320) - 10 };
-        }
-        double amount() { return static_cast<double>(random_() % 200) - 100; }
-        void typeAKey()
-        {
-            constexpr std::u16string_view kKeys
-                = u"\r\t\x1b\x7f\x08 aczvx\uF700\uF701\uF702\uF703\uF728\uF729\uF72B\uF72C\uF72D";
-            display::ScriptedKey key;
-            key.characters = kKeys[random_() % kKeys.size()];
-            key.modifiers = static_cast<display::Modifiers>(random_() & 15);
-            display_.pressKey(key);
-            display_.releaseKey(key);
-        }
-
-        display::HeadlessDisplay& display_;
-        std::mt19937 random_;
-    };
-
     /// Answers whether a new window still gets what is typed into its field.
     bool isServed(HeadlessScreen& screen)
     {
@@ -176,7 +125,7 @@ namespace {
             const auto onOff
                 = alloc<OnOffSwitchControl>()->initWithFrame(NSMakeRect(140, 20, 80, 24));
             window->contentView()->addSubview(cast<NSView>(onOff).get());
-            AnyUser user(screen, static_cast<std::uint32_t>(seed));
+            display::RandomUser user(screen.display(), static_cast<std::uint32_t>(seed));
             for (int i = 0; i < 1000; ++i) {
                 user.act();
                 screen.process();
@@ -185,8 +134,7 @@ namespace {
                 if (!window->isVisible())
                     window->makeKeyAndOrderFront(nullptr);
             }
-            screen.display().setModifiers(0);
-            screen.display().releaseButton();
+            user.giveUp();
             screen.process();
             window->close();
             EXPECT_TRUE(isServed(screen)) << seed;

@@ -3,6 +3,7 @@
 
 #include "NSApplicationPrivate.h"
 #include "display/headless/HeadlessDisplay.h"
+#include "display/headless/RandomUser.h"
 #include "foundation/Clock.h"
 #include "foundation/NSBeep.h"
 #include "foundation/NSData.h"
@@ -102,6 +103,23 @@ namespace headless {
         key.modifiers = static_cast<display::Modifiers>(modifiers);
         display->pressKey(key);
         display->releaseKey(key);
+    }
+
+    void doAnything(std::uint32_t seed, NSInteger times)
+    {
+        auto* const display = screen();
+        if (!display)
+            return;
+        const Ref<NSApplication> application = NSApplication::cls().sharedApplication();
+        display::RandomUser user(*display, seed);
+        for (NSInteger i = 0; i < times && screen() == display; ++i) {
+            user.act();
+            application->processEvents();
+        }
+        if (screen() != display)
+            return;
+        user.giveUp();
+        application->processEvents();
     }
 
     Ref<NSData> screenshot()

@@ -270,8 +270,9 @@ display::Display& ApplicationAccess::display()
 {
     ApplicationState& app = state();
     if (!app.displayOpened) {
-        text::readFontsAhead(); // meanwhile the server answers, and windows are made
         use(display::openDisplay());
+        if (!app.display->screens().empty())
+            text::readFontsAhead(); // while windows are made
     }
     return *app.display;
 }

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <algorithm>
+#include <cerrno>
 #include <filesystem>
 
 #include "FilePanelPrivate.h"
@@ -196,6 +197,21 @@ namespace {
         return name != nullptr;
     }
 
+    /// Says what has gone since the folder was read, and reads it again. - Returns: whether nothing has.
+    bool areThere(NSSavePanel& panel, const std::vector<Ref<NSURL>>& urls)
+    {
+        for (const Ref<NSURL>& url : urls) {
+            if (isThere(utf8Of(url->path())))
+                continue;
+            FilePanelAccess::of(panel).browser->reload();
+            Ref<NSError> error;
+            reportFileError(&error, ENOENT, false, url->path().get());
+            FilePanelAccess::showError(panel, error.get());
+            return false;
+        }
+        return true;
+    }
+
     void askToReplace(NSSavePanel& panel, const std::vector<Ref<NSURL>>& urls)
     {
         const Ref<NSString> name = urls.front()->lastPathComponent();
@@ -262,7 +278,7 @@ void FilePanelAccess::confirm(NSSavePanel& panel)
     const std::vector<Ref<NSURL>> urls = candidates(panel);
     if (urls.empty())
         return NSBeep();
-    if (agrees(panel, urls))
+    if (areThere(panel, urls) && agrees(panel, urls))
         choose(panel, urls);
 }
 

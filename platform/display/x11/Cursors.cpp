@@ -3,9 +3,20 @@
 
 #include <xcb/xcb_cursor.h>
 
+#include "foundation/LateLibrary.h"
+
 namespace brindle::display {
 
 namespace {
+
+    // It brings two more libraries along.
+    void* library()
+    {
+        static void* const opened = late::openLibrary("libxcb-cursor.so.0");
+        return opened;
+    }
+
+#define THEME(name) BRINDLE_LATE(library(), name)
 
     // The customary name first, then what older themes call it.
     struct Names {
@@ -51,7 +62,7 @@ namespace {
 Cursors::~Cursors()
 {
     if (context_)
-        xcb_cursor_context_free(context_);
+        THEME(xcb_cursor_context_free)(context_);
 }
 
 xcb_cursor_t Cursors::operator[](Cursor cursor)
@@ -67,15 +78,15 @@ xcb_cursor_t Cursors::load(Cursor cursor)
     if (!tried_) {
         tried_ = true;
         auto* screen = const_cast<xcb_screen_t*>(&connection_.screen());
-        if (connection_.isBroken()
-            || xcb_cursor_context_new(connection_.raw(), screen, &context_) < 0)
+        if (connection_.isBroken() || !library()
+            || THEME(xcb_cursor_context_new)(connection_.raw(), screen, &context_) < 0)
             context_ = nullptr;
     }
     if (!context_)
         return XCB_NONE;
     const Names names = namesOf(cursor);
-    const xcb_cursor_t found = xcb_cursor_load_cursor(context_, names.first);
-    return found ? found : xcb_cursor_load_cursor(context_, names.second);
+    const xcb_cursor_t found = THEME(xcb_cursor_load_cursor)(context_, names.first);
+    return found ? found : THEME(xcb_cursor_load_cursor)(context_, names.second);
 }
 
 xcb_cursor_t Cursors::makeHidden()

@@ -24,12 +24,7 @@ inline bool isThere() { return international() != nullptr; }
 
 /// A function of the library, looked up once: `ICU(udat_open)(…)`. Only after `isThere`.
 #define ICU(name)                                                                                  \
-    ([] {                                                                                          \
-        static const auto function                                                                 \
-            = reinterpret_cast<decltype(&::name)>(::brindle::unicode::findFunction(                \
-                ::brindle::unicode::international(), BRINDLE_VERSIONED(name)));                    \
-        return function;                                                                           \
-    }())
+    BRINDLE_LATE_AS(::brindle::unicode::international(), name, BRINDLE_VERSIONED(name))
 
 /// Calls a function that writes into a buffer and says how long the answer is; "" when it fails.
 template <class String, class Call> String filled(Call call)

@@ -62,9 +62,9 @@ FontLibrary::FallbackList& FontLibrary::fallbackList(const FontFace& face)
     const StyleKey key { isBold(face.weight()), face.slant(), face.isMonospaced() };
     const auto [place, isNew] = fallbacks_.try_emplace(key);
     FallbackList& list = place->second;
-    if (!isNew || !config_)
+    if (!isNew || !installed_.config)
         return list;
-    list.sorted = sortedFonts(config_, face);
+    list.sorted = sortedFonts(installed_.config, face);
     for (int i = 0; list.sorted && i < list.sorted->nfont; ++i) {
         FcPattern* pattern = list.sorted->fonts[i];
         FcCharSet* characters = nullptr;

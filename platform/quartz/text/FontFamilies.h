@@ -26,7 +26,8 @@ struct FamilyMember {
 };
 
 /// Begins to read the list of the installed fonts on a thread of its own, so that it is there when text is first drawn.
-/// Whoever asks for a font meanwhile waits for it. Only the first call does anything. Thread: any.
+/// Whoever asks for a font waits for that thread, and so does the end of the process. Nothing happens where the list is known
+/// or being read. Thread: any.
 void readFontsAhead();
 
 /// Answers the names of all families with usable faces, sorted. Thread: any.

@@ -7,7 +7,7 @@
 #include <cstdlib>
 #include <cstring>
 #include <system_error>
-#include <thread>
+#include <unistd.h>
 
 namespace brindle::text {
 
@@ -109,29 +109,64 @@ bool FontLibrary::isColored(FcPattern* pattern)
     return flagOf(pattern, FC_COLOR, false) && !flagOf(pattern, FC_OUTLINE, true);
 }
 
-const std::vector<FontLibrary::Candidate>& FontLibrary::candidates()
+FontLibrary::Installed FontLibrary::readInstalled()
 {
-    if (config_)
-        return candidates_;
-    config_ = FcConfigReference(nullptr);
-    const FcFontSet* fonts = config_ ? FcConfigGetFonts(config_, FcSetSystem) : nullptr;
+    Installed found { FcConfigReference(nullptr), {} };
+    const FcFontSet* fonts = found.config ? FcConfigGetFonts(found.config, FcSetSystem) : nullptr;
     for (int i = 0; fonts && i < fonts->nfont; ++i) {
         FcPattern* pattern = fonts->fonts[i];
         if (isUsable(pattern))
-            candidates_.push_back({ pattern, stringOf(pattern, FC_POSTSCRIPT_NAME),
+            found.candidates.push_back({ pattern, stringOf(pattern, FC_POSTSCRIPT_NAME),
                 stringOf(pattern, FC_FULLNAME), stringOf(pattern, FC_FILE) });
     }
     // Directories are listed in no particular order; every start must choose the same fonts.
-    std::ranges::sort(candidates_, [](const Candidate& a, const Candidate& b) {
+    std::ranges::sort(found.candidates, [](const Candidate& a, const Candidate& b) {
         return std::strcmp(a.filePath, b.filePath) < 0;
     });
-    return candidates_;
+    return found;
 }
 
-void FontLibrary::read()
+const std::vector<FontLibrary::Candidate>& FontLibrary::candidates()
 {
+    endReading();
+    if (!installed_.config)
+        installed_ = readInstalled();
+    return installed_.candidates;
+}
+
+void FontLibrary::readAhead()
+{
+    // Nobody reads while the process takes down what reading works with.
+    static const struct AtEnd {
+        ~AtEnd()
+        {
+            FontLibrary& library = shared();
+            const std::lock_guard lock(library.mutex_);
+            library.endReading();
+        }
+    } atEnd;
     const std::lock_guard lock(mutex_);
-    candidates();
+    if (installed_.config || reader_.joinable())
+        return;
+    try {
+        readersProcess_ = getpid();
+        reader_ = std::thread([this] { readAhead_ = readInstalled(); });
+    } catch (const std::system_error&) {
+        // No thread is left: fonts will be read when they are needed.
+    }
+}
+
+/// Waits for the reader, if there is one, and takes what it has read.
+void FontLibrary::endReading()
+{
+    if (!reader_.joinable())
+        return;
+    if (readersProcess_ != getpid()) {
+        reader_.detach();
+        return;
+    }
+    reader_.join();
+    installed_ = std::move(readAhead_);
 }
 
 const FontFace* FontLibrary::open(FcPattern* pattern)
@@ -279,17 +314,7 @@ std::vector<FamilyMember> FontLibrary::members(std::string_view family)
     return members;
 }
 
-void readFontsAhead()
-{
-    static std::once_flag once;
-    std::call_once(once, [] {
-        try {
-            std::thread([] { FontLibrary::shared().read(); }).detach();
-        } catch (const std::
-                system_error&) { // no thread is left; fonts will be read when they are needed
-        }
-    });
-}
+void readFontsAhead() { FontLibrary::shared().readAhead(); }
 
 std::vector<std::string> installedFamilies() { return FontLibrary::shared().families(); }
 

@@ -7,6 +7,8 @@
 #include <mutex>
 #include <string>
 #include <string_view>
+#include <sys/types.h>
+#include <thread>
 #include <tuple>
 #include <unordered_map>
 #include <vector>
@@ -34,7 +36,7 @@ enum class Presentation { sign, picture };
 
 /// All faces of the process and the installed fonts that they come from.
 ///
-/// The font configuration is read when the first face is asked for. Bitmap and variable fonts are
+/// The font configuration is read when the first face is asked for, or ahead on a thread that this one then waits for. Bitmap and variable fonts are
 /// passed over: the former cannot be drawn at any size, and the instances of the latter are listed
 /// under their own names. Fonts of coloured pictures (emoji) are taken where nothing else has a character or
 /// where a picture is wanted.
@@ -43,8 +45,8 @@ class FontLibrary {
 public:
     static FontLibrary& shared();
 
-    /// Reads the font configuration now.
-    void read();
+    /// Begins to read the font configuration on a thread of its own, unless it is known or on its way.
+    void readAhead();
     const FontFace* named(std::string_view name);
     const FontFace* inFamily(std::string_view family, int weight, Slant slant);
     const FontFace* system(int weight, Slant slant);
@@ -65,6 +67,11 @@ private:
         const char* filePath = nullptr;
     };
 
+    struct Installed {
+        FcConfig* config = nullptr;
+        std::vector<Candidate> candidates;
+    };
+
     struct FallbackFont {
         FcPattern* pattern = nullptr;
         FcCharSet* characters = nullptr;
@@ -82,6 +89,8 @@ private:
 
     using StyleKey = std::tuple<int, Slant, bool>; // bold or not, slant, monospaced
 
+    static Installed readInstalled();
+    void endReading();
     static bool isUsable(FcPattern* pattern);
     static bool isColored(FcPattern* pattern);
     const std::vector<Candidate>& candidates();
@@ -92,8 +101,10 @@ private:
     const FontFace* firstWith(const FallbackList& list, char32_t codePoint, bool colored);
 
     std::mutex mutex_;
-    FcConfig* config_ = nullptr;
-    std::vector<Candidate> candidates_;
+    Installed installed_;
+    std::thread reader_;
+    pid_t readersProcess_ = 0; // a child of it has no such thread
+    Installed readAhead_; // the reader's until it has ended
     std::map<std::pair<std::string, unsigned>, std::unique_ptr<FontFace>> faces_; // by file
     std::map<std::string, const FontFace*, std::less<>> named_;
     std::map<std::pair<int, Slant>, const FontFace*> system_;

@@ -1,5 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
+#include <algorithm>
 #include <functional>
+#include <random>
 #include <thread>
 
 #include "SandboxHost.h"
@@ -319,6 +321,37 @@ namespace {
             text(place("top/other")).get(), [&] { EXPECT_TRUE(accesses(place("top/in/file"))); },
             false));
         EXPECT_EQ(runs, 1);
+    }
+
+    TEST_F(Sandbox, RandomNestsOfAccessesThatThrowLeaveNoneOpen)
+    {
+        const auto logging = make<LoggingAccess>();
+        logging->granted_ = url(place("top/other"));
+        test::grant(*logging->granted_);
+        std::minstd_rand random(7);
+        std::intptr_t most = 0;
+        const std::function<void(int)> nest = [&](int depth) {
+            logging->accessFilePath_withBlock_persistPermission(
+                text(place("top/other")).get(),
+                [&] {
+                    EXPECT_EQ(test::accessesTo(*logging->granted_), depth);
+                    most = std::max<std::intptr_t>(most, depth);
+                    while (random() % 3 != 0 && depth < 40)
+                        nest(depth + 1);
+                    if (random() % 4 == 0)
+                        raise("NestException", "out of the middle");
+                },
+                false);
+            EXPECT_EQ(test::accessesTo(*logging->granted_), depth - 1);
+        };
+        for (int round = 0; round < 200; ++round) {
+            try {
+                nest(1);
+            } catch (const Exception&) { // goes through every level
+            }
+            EXPECT_EQ(test::accessesTo(*logging->granted_), 0);
+        }
+        EXPECT_GT(most, 3);
     }
 
     // ---- threads

@@ -1,11 +1,14 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "appkit/NSApplication.h"
 
+#include <iostream>
+
 #include <gtest/gtest.h>
 
 #include "appkit/NSScreen.h"
 #include "foundation/NSArray.h"
 #include "foundation/NSDate.h"
+#include "foundation/NSNotification.h"
 #include "runtime/NSException.h"
 #include "runtime/Table.h"
 #include "support/HeadlessScreen.h"
@@ -25,6 +28,30 @@ template <> struct ActionDelegate::Methods<struct Acting> {
     static void table(Builder& t) { t.methods({ { "act:", imp<act> }, { "fail:", imp<fail> } }); }
 };
 BRINDLE_RECORD(ActionDelegate, Acting)
+
+/// A delegate that is asked whether the application may end, and writes down what it hears.
+class QuittingDelegate : public NSObject {
+    BRINDLE_OBJECT(QuittingDelegate, NSObject)
+
+public:
+    NSApplicationTerminateReply reply_ = NSTerminateNow;
+};
+template <> struct QuittingDelegate::Methods<struct Quitting> {
+    static NSApplicationTerminateReply ask(QuittingDelegate& self, NSApplication*)
+    {
+        std::cerr << "asked ";
+        return self.reply_;
+    }
+    static void tell(QuittingDelegate&, NSNotification*) { std::cerr << "told "; }
+    static void table(Builder& t)
+    {
+        t.methods({
+            { "applicationShouldTerminate:", imp<ask> },
+            { "applicationWillTerminate:", imp<tell> },
+        });
+    }
+};
+BRINDLE_RECORD(QuittingDelegate, Quitting)
 
 namespace {
 
@@ -117,6 +144,37 @@ TEST(NSApplication, TheLostServerEndsTheProgramWithOneLine)
             screen.process();
         },
         testing::ExitedWithCode(1), "^brindle: lost the connection to the display server\n$");
+}
+
+TEST(NSApplication, TerminatingTellsAndEndsTheProgram)
+{
+    EXPECT_EXIT(
+        {
+            HeadlessScreen screen;
+            const auto delegate = make<QuittingDelegate>();
+            screen.application().setDelegate(delegate.get());
+            screen.application().terminate(nullptr);
+        },
+        testing::ExitedWithCode(0), "asked told ");
+}
+
+TEST(NSApplication, ADelegateMayRefuseToTerminateAndMayAgreeLater)
+{
+    EXPECT_EXIT(
+        {
+            HeadlessScreen screen;
+            NSApplication& app = screen.application();
+            const auto delegate = make<QuittingDelegate>();
+            app.setDelegate(delegate.get());
+            delegate->reply_ = NSTerminateCancel;
+            app.terminate(nullptr);
+            delegate->reply_ = NSTerminateLater;
+            app.terminate(nullptr);
+            app.replyToApplicationShouldTerminate(false);
+            std::cerr << "later ";
+            app.replyToApplicationShouldTerminate(true);
+        },
+        testing::ExitedWithCode(0), "asked asked later told ");
 }
 
 TEST(NSApplication, HidingAndShowingKeepsTheOrder)

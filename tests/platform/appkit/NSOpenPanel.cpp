@@ -448,6 +448,34 @@ namespace {
         EXPECT_EQ(log, "0");
     }
 
+    TEST_F(OpenPanel, AFileThatHasGoneIsNotChosenAndThePanelSaysSo)
+    {
+        begin();
+        press(kDown);
+        fs::remove(place("a.txt"));
+        panel->send<"ok:">(static_cast<NSObject*>(nullptr));
+        EXPECT_TRUE(panel->isVisible());
+        ASSERT_NE(panel->attachedSheet(), nullptr);
+        press(u'\r'); // of the alert
+        EXPECT_EQ(panel->attachedSheet(), nullptr);
+        EXPECT_EQ(browser().count(), 3u);
+        EXPECT_EQ(log, "");
+        press(kDown);
+        press(u'\r');
+        EXPECT_EQ(log, "1 ");
+        EXPECT_EQ(chosen(), "/b.png ");
+    }
+    TEST_F(OpenPanel, TheApplicationCanBeQuitWhileItIsOpen)
+    {
+        EXPECT_EXIT(
+            {
+                dispatch_async(
+                    dispatch_get_main_queue(), [&] { screen.application().terminate(nullptr); });
+                panel->runModal();
+            },
+            testing::ExitedWithCode(0), "");
+    }
+
     // ---- rights
 
     TEST_F(OpenPanel, WhatIsChosenIsGranted)

@@ -1,8 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 
-// Opens a window, paints it and ends; with --stay it goes on, idle, until it is stopped.
-
-#include <string_view>
+// Opens a window with rows of text, paints it and ends.
 
 #include "Scene.h"
 #include "appkit/NSApplication.h"
@@ -17,21 +15,15 @@
 
 namespace brindle::bench {
 
-namespace {
-
-    constinit bool stays = false;
-
-}
-
-class StartView : public NSView {
-    BRINDLE_OBJECT(StartView, NSView)
+class RowsView : public NSView {
+    BRINDLE_OBJECT(RowsView, NSView)
 };
 
-template <> struct StartView::Methods<struct Rows> {
+template <> struct RowsView::Methods<struct Rows> {
 
-    static bool isFlipped(StartView&) { return true; }
+    static bool isFlipped(RowsView&) { return true; }
 
-    static void drawRect(StartView&, NSRect)
+    static void drawRect(RowsView&, NSRect)
     {
         const Ref<CGContext> context = NSGraphicsContext::cls().currentContext()->CGContext();
         for (int row = 0; row < scene::kRows; ++row) {
@@ -43,9 +35,9 @@ template <> struct StartView::Methods<struct Rows> {
                 NSString::cls().stringWithUTF8String(scene::textOf(row).c_str()),
                 { scene::kTextLeft, top + 3 }, nullptr);
         }
-        if (!stays) // a later turn: this one still shows what was painted
-            dispatch_async(dispatch_get_main_queue(),
-                [] { NSApplication::cls().sharedApplication()->terminate(nullptr); });
+        // A later turn: this one still shows what was painted.
+        dispatch_async(dispatch_get_main_queue(),
+            [] { NSApplication::cls().sharedApplication()->terminate(nullptr); });
     }
 
     static void table(Builder& t)
@@ -56,22 +48,20 @@ template <> struct StartView::Methods<struct Rows> {
         });
     }
 };
-BRINDLE_RECORD(StartView, Rows)
+BRINDLE_RECORD(RowsView, Rows)
 
 }
 
-int main(int count, char** arguments)
+int main()
 {
     using namespace brindle;
-    bench::stays = count > 1 && std::string_view(arguments[1]) == "--stay";
     const Ref<NSApplication> application = NSApplication::cls().sharedApplication();
     const NSRect frame = NSMakeRect(100, 100, bench::scene::kWidth, bench::scene::kHeight);
     const Ref<NSWindow> window = alloc<NSWindow>()->initWithContentRect_styleMask_backing_defer(
         frame, NSTitledWindowMask | NSClosableWindowMask, NSBackingStoreBuffered, true);
     window->setReleasedWhenClosed(false);
-    const auto view = alloc<bench::StartView>()->initWithFrame({ {}, frame.size });
+    const auto view = alloc<bench::RowsView>()->initWithFrame({ {}, frame.size });
     window->setContentView(view.get());
     window->makeKeyAndOrderFront(nullptr);
     application->run();
-    return 0;
 }

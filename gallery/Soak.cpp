@@ -1,0 +1,187 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "Soak.h"
+
+#include <cstdio>
+#include <fstream>
+
+#include <unistd.h>
+
+#include "appkit/NSApplication.h"
+#include "appkit/ScriptedAnswers.h"
+#include "foundation/Each.h"
+#include "foundation/NSArray.h"
+#include "foundation/NSRunLoop.h"
+#include "foundation/NSTimer.h"
+#include "pages/Pages.h"
+#include "runtime/NSException.h"
+#include "runtime/Table.h"
+#include "shell/BRApplication.h"
+
+namespace gallery {
+
+using namespace brindle;
+
+/// The gallery of somebody who cannot quit it.
+class SoakController : public GalleryController {
+    BRINDLE_OBJECT(SoakController, GalleryController)
+};
+template <> struct SoakController::Methods<struct Staying> {
+    static NSApplicationTerminateReply shouldTerminate(SoakController&, NSApplication*)
+    {
+        return NSTerminateCancel;
+    }
+    static void table(Builder& t)
+    {
+        t.methods({ { "applicationShouldTerminate:", imp<shouldTerminate> } });
+    }
+};
+BRINDLE_RECORD(SoakController, Staying)
+
+namespace {
+
+    constexpr double kPause = 0.02; // virtual seconds between two actions
+    constexpr std::uint64_t kActionsAPage = 400;
+    constexpr std::uint64_t kMostEndings = 2000;
+    constexpr unsigned kHangSeconds = 60;
+    constexpr std::size_t kMostGrowth = std::size_t { 24 } << 20;
+    constexpr std::size_t kMostWindows = 200;
+
+    std::size_t residentBytes()
+    {
+        std::ifstream file("/proc/self/statm");
+        std::size_t pages = 0;
+        std::size_t resident = 0;
+        file >> pages >> resident;
+        return resident * static_cast<std::size_t>(sysconf(_SC_PAGESIZE));
+    }
+
+    /// Answers whether every view below knows its superview and its window.
+    bool isSound(NSView& view, NSWindow& window)
+    {
+        if (view.window() != &window)
+            return false;
+        for (NSView* below : each<NSView>(view.subviews())) {
+            if (below->superview() != &view || !isSound(*below, window))
+                return false;
+        }
+        return true;
+    }
+
+    Ref<NSTimer> repeat(std::initializer_list<NSString*> modes, std::function<void()> step)
+    {
+        const Ref<NSTimer> timer = NSTimer::cls().timerWithTimeInterval_repeats_block(
+            kPause, true, [step = std::move(step)](NSTimer*) { step(); });
+        for (NSString* mode : modes)
+            NSRunLoop::cls().mainRunLoop()->addTimer_forMode(timer.get(), mode);
+        return timer;
+    }
+
+}
+
+Soak::Soak(double seconds, std::uint32_t seed)
+    : seconds_(seconds)
+    , seed_(seed)
+    , user_(surroundings_.display(), seed)
+{
+}
+
+bool Soak::run()
+{
+    if (!surroundings_.isReady()) {
+        std::fputs("brindle-gallery: cannot make a folder for settings\n", stderr);
+        return false;
+    }
+    // A panel would let the user make folders anywhere.
+    scripted::answerPanels([](NSSavePanel*) { return Ref<NSArray>(); });
+    const Ref<NSApplication> application = BRApplication::cls().sharedApplication();
+    controller_ = make<SoakController>();
+    application->setDelegate(controller_.get());
+    begun_ = std::chrono::steady_clock::now();
+    const auto acting
+        = repeat({ NSDefaultRunLoopMode, NSModalPanelRunLoopMode, NSEventTrackingRunLoopMode },
+            [this] { step(); });
+    // Only the outermost loop runs this one: when it does after the end, every menu, sheet and drag has ended too.
+    const auto ending = repeat({ NSDefaultRunLoopMode }, [&] {
+        if (isOver() && endings_ > 0)
+            application->stop(nullptr);
+    });
+    while (!isOver()) {
+        try {
+            application->run();
+        } catch (const Exception& exception) {
+            complain("raised " + utf8Of(exception.get()->reason()));
+        }
+    }
+    acting->invalidate();
+    ending->invalidate();
+    look();
+    alarm(0);
+    std::printf("soak: seed %u, %llu actions in %.0f s, memory %+.1f MiB, %s\n", seed_,
+        static_cast<unsigned long long>(actions_), elapsed(),
+        (static_cast<double>(residentBytes()) - static_cast<double>(warm_)) / (1 << 20),
+        complaint_.empty() ? "nothing wrong" : complaint_.c_str());
+    return complaint_.empty();
+}
+
+void Soak::step()
+{
+    alarm(kHangSeconds); // a hang ends the process by the signal
+    if (isOver()) {
+        user_.giveUp();
+        if (++endings_ == kMostEndings)
+            complain("something does not end by Escape");
+        if (endings_ > kMostEndings)
+            NSApplication::cls().sharedApplication()->abortModal();
+        return;
+    }
+    if (actions_ % kActionsAPage == 0) {
+        bringBack();
+        look();
+    }
+    ++actions_;
+    user_.act();
+}
+
+void Soak::bringBack()
+{
+    const Ref<NSApplication> application = NSApplication::cls().sharedApplication();
+    application->unhide(nullptr);
+    application->activateIgnoringOtherApps(true);
+    const Ref<NSWindow> window = controller_->window();
+    if (!window)
+        return;
+    window->deminiaturize(nullptr);
+    window->makeKeyAndOrderFront(nullptr);
+    const NSUInteger turn = actions_ / kActionsAPage;
+    if (!window->attachedSheet())
+        controller_->showPage(turn % pages().size());
+    if (warm_ == 0 && turn > 2 * pages().size())
+        warm_ = residentBytes();
+}
+
+void Soak::look()
+{
+    const Ref<NSArray> windows = NSApplication::cls().sharedApplication()->windows();
+    for (NSWindow* window : each<NSWindow>(windows)) {
+        const Ref<NSView> root = maybe(window->contentView())->superview();
+        if (root && !isSound(*root, *window))
+            complain("a view does not know where it is");
+    }
+    if (windows->count() > kMostWindows)
+        complain("windows pile up");
+    if (warm_ != 0 && residentBytes() > warm_ + kMostGrowth)
+        complain("memory grows");
+}
+
+void Soak::complain(const std::string& what)
+{
+    if (complaint_.empty())
+        complaint_ = what + " after action " + std::to_string(actions_);
+}
+
+double Soak::elapsed() const
+{
+    return std::chrono::duration<double>(std::chrono::steady_clock::now() - begun_).count();
+}
+
+}

@@ -1,0 +1,48 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <chrono>
+#include <cstdint>
+#include <string>
+
+#include "Gallery.h"
+#include "Surroundings.h"
+#include "display/headless/RandomUser.h"
+
+namespace gallery {
+
+/// Leaves the gallery to a user who does anything (`RandomUser`) and looks from time to time whether it still stands: views
+/// and windows know each other, nothing raises, nothing hangs, memory stays.
+///
+/// The same seed does the same in the same order, so what went wrong once goes wrong again.
+class Soak {
+public:
+    Soak(double seconds, std::uint32_t seed);
+
+    /// Plays, and prints what came of it.
+    /// - Returns: whether all was well.
+    bool run();
+
+private:
+    using Instant = std::chrono::steady_clock::time_point;
+
+    void step();
+    void bringBack();
+    void look();
+    void complain(const std::string& what);
+    double elapsed() const;
+    bool isOver() const { return !complaint_.empty() || elapsed() >= seconds_; }
+
+    double seconds_;
+    std::uint32_t seed_;
+    Surroundings surroundings_;
+    brindle::display::RandomUser user_;
+    brindle::Ref<GalleryController> controller_;
+    Instant begun_ = std::chrono::steady_clock::now();
+    std::uint64_t actions_ = 0;
+    std::uint64_t endings_ = 0; // times that it was asked to come to rest
+    std::size_t warm_ = 0; // bytes held once every page was seen
+    std::string complaint_;
+};
+
+}
