@@ -6,8 +6,7 @@
 #include "ReplaceCounter.h"
 #include "foundation/NSBundle.h"
 #include "foundation/NSUserDefaults.h"
-#include "kit/Drawing.h"
-#include "kit/Palette.h"
+#include "kit/Figure.h"
 #include "runtime/Table.h"
 
 namespace gallery {
@@ -59,15 +58,12 @@ template <> struct BurstCard::Methods<struct Burst> {
 
     static void drawBody(BurstCard& self, NSRect body)
     {
-        const Palette& colors = palette();
         const auto figure = self.bursts_ == 0
             ? Ref<NSString>("Ready"_ns)
             : NSString::cls().stringWithFormat(
                 self.replacements_ == 1 ? "%ld replacement"_ns : "%ld replacements"_ns,
                 self.replacements_);
-        drawText(figure.get(), body.origin, Style::figure, colors.accent.get());
-        drawText("of the file, as the system counts"_ns, { body.origin.x, body.origin.y + 28 },
-            Style::caption, colors.quietText.get());
+        drawFigure(figure.get(), "of the file, as the system counts"_ns, body);
     }
 
     static void table(Builder& t)

@@ -3,8 +3,7 @@
 
 #include "foundation/NSNotificationCenter.h"
 #include "foundation/NSUserDefaults.h"
-#include "kit/Drawing.h"
-#include "kit/Palette.h"
+#include "kit/Figure.h"
 #include "runtime/Table.h"
 
 namespace gallery {
@@ -40,12 +39,9 @@ template <> struct ChangesCard::Methods<struct Counting> {
 
     static void drawBody(ChangesCard& self, NSRect body)
     {
-        const Palette& colors = palette();
         const auto figure = NSString::cls().stringWithFormat(
             self.changes_ == 1 ? "%ld change"_ns : "%ld changes"_ns, self.changes_);
-        drawText(figure.get(), body.origin, Style::figure, colors.accent.get());
-        drawText("noticed since the page opened"_ns, { body.origin.x, body.origin.y + 28 },
-            Style::caption, colors.quietText.get());
+        drawFigure(figure.get(), "noticed since the page opened"_ns, body);
     }
 
     static void table(Builder& t)

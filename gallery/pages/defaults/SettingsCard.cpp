@@ -3,8 +3,7 @@
 
 #include "Layers.h"
 #include "introspection/NSUserDefaults+DefaultsFromSettingsBundle.h"
-#include "kit/Drawing.h"
-#include "kit/Palette.h"
+#include "kit/Figure.h"
 #include "runtime/Table.h"
 
 namespace gallery {
@@ -35,15 +34,12 @@ template <> struct SettingsCard::Methods<struct Registering> {
 
     static void drawBody(SettingsCard&, NSRect body)
     {
-        const Palette& colors = palette();
         NSUInteger count = 0;
         for (const SampleKey& sample : sampleKeys())
             count += valueIn(Layer::registered, sample.key) ? 1 : 0;
         const auto figure = count == 0 ? Ref<NSString>("Not registered"_ns)
                                        : NSString::cls().stringWithFormat("%lu values"_ns, count);
-        drawText(figure.get(), body.origin, Style::figure, colors.accent.get());
-        drawText("the text “YES” becomes a boolean"_ns, { body.origin.x, body.origin.y + 28 },
-            Style::caption, colors.quietText.get());
+        drawFigure(figure.get(), "the text “YES” becomes a boolean"_ns, body);
     }
 
     static void table(Builder& t)

@@ -6,6 +6,7 @@
 #include "foundation/NSDictionary.h"
 #include "foundation/NSUserDefaults.h"
 #include "kit/Drawing.h"
+#include "kit/Figure.h"
 #include "kit/Palette.h"
 #include "runtime/Table.h"
 #include "sandbox/AppSandboxFileAccess.h"
@@ -73,12 +74,10 @@ template <> struct AccessCard::Methods<struct Asking> {
     {
         const Palette& colors = palette();
         const Ref<NSURL> letter = sampleLetter();
-        drawFitted(letter->lastPathComponent().get(), body.origin, body.size.width, Style::figure,
-            colors.accent.get());
         const bool isKept
             = AppSandboxFileAccessPersist::cls().bookmarkDataForURL(letter.get()) != nullptr;
-        drawText(isKept ? "a bookmark covers it"_ns : "no bookmark covers it"_ns,
-            { body.origin.x, body.origin.y + 30 }, Style::caption, colors.quietText.get());
+        drawFigure(letter->lastPathComponent().get(),
+            isKept ? "a bookmark covers it"_ns : "no bookmark covers it"_ns, body);
         double y = body.origin.y + 60;
         for (const Ref<NSString>& line : self.lines_) {
             drawFitted(

@@ -3,8 +3,7 @@
 
 #include "core/MethodPatching.h"
 #include "foundation/NSString.h"
-#include "kit/Drawing.h"
-#include "kit/Palette.h"
+#include "kit/Figure.h"
 #include "runtime/Table.h"
 
 namespace gallery {
@@ -55,16 +54,13 @@ template <> struct ExchangeCard::Methods<struct Exchanging> {
 
     static void drawBody(ExchangeCard& self, NSRect body)
     {
-        const Palette& colors = palette();
         const auto says = cast<GalleryGreeter>(self.greeter_)->greeting();
-        drawText(says.get(), body.origin, Style::figure, colors.accent.get());
         const auto note = self.exchanges_ == 0
             ? Ref<NSString>("what -greeting answers now"_ns)
             : NSString::cls().stringWithFormat(
                 self.exchanges_ == 1 ? "exchanged once"_ns : "exchanged %ld times"_ns,
                 self.exchanges_);
-        drawText(note.get(), { body.origin.x, body.origin.y + 28 }, Style::caption,
-            colors.quietText.get());
+        drawFigure(says.get(), note.get(), body);
     }
 
     static void table(Builder& t)

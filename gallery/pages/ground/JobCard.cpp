@@ -5,8 +5,7 @@
 #include <vector>
 
 #include "foundation/NSString.h"
-#include "kit/Drawing.h"
-#include "kit/Palette.h"
+#include "kit/Figure.h"
 #include "runtime/Table.h"
 
 namespace gallery {
@@ -69,18 +68,15 @@ template <> struct JobCard::Methods<struct Job> {
 
     static void drawBody(JobCard& self, NSRect body)
     {
-        const Palette& colors = palette();
         const auto figure = self.running_ ? Ref<NSString>("Counting..."_ns)
             : self.primes_ < 0            ? Ref<NSString>("Ready"_ns)
                                : NSString::cls().stringWithFormat("%ld primes"_ns, self.primes_);
-        drawText(figure.get(), body.origin, Style::figure, colors.accent.get());
         const auto note = self.runs_ == 0 ? Ref<NSString>("below 2,000,000"_ns)
                                           : NSString::cls().stringWithFormat(self.runs_ == 1
                                                   ? "below 2,000,000, counted once"_ns
                                                   : "below 2,000,000, counted %ld times"_ns,
                                               self.runs_);
-        drawText(note.get(), { body.origin.x, body.origin.y + 28 }, Style::caption,
-            colors.quietText.get());
+        drawFigure(figure.get(), note.get(), body);
     }
 
     static void table(Builder& t)

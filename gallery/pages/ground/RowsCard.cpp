@@ -6,6 +6,7 @@
 #include "core/BRGeometry.h"
 #include "foundation/NSString.h"
 #include "kit/Drawing.h"
+#include "kit/Figure.h"
 #include "kit/Palette.h"
 #include "runtime/Table.h"
 
@@ -60,12 +61,9 @@ template <> struct RowsCard::Methods<struct Screen> {
         const auto format = [](NSString* text, double a, double b) {
             return NSString::cls().stringWithFormat(text, a, b);
         };
-        drawText(format("%.0f rows of %.0f"_ns, rows, height).get(), body.origin, Style::figure,
-            colors.accent.get());
-        drawText(NSString::cls()
-                     .stringWithFormat("from a standard of %.0f points"_ns, self.standardHeight_)
-                     .get(),
-            { body.origin.x, body.origin.y + 28 }, Style::caption, colors.quietText.get());
+        const Ref<NSString> standard = NSString::cls().stringWithFormat(
+            "from a standard of %.0f points"_ns, self.standardHeight_);
+        drawFigure(format("%.0f rows of %.0f"_ns, rows, height).get(), standard.get(), body);
         drawText(
             format("screen %.0f × %.0f points"_ns, screen.size.width, screen.size.height).get(),
             { body.origin.x, body.origin.y + 44 }, Style::caption, colors.quietText.get());

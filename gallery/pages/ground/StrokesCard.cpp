@@ -8,6 +8,7 @@
 #include "foundation/NSArray.h"
 #include "foundation/NSString.h"
 #include "kit/Drawing.h"
+#include "kit/Figure.h"
 #include "kit/Palette.h"
 #include "runtime/Table.h"
 
@@ -46,13 +47,11 @@ template <> struct StrokesCard::Methods<struct Debounce> {
     {
         const Palette& colors = palette();
         const auto figure = NSString::cls().stringWithFormat("%ld moves"_ns, self.shownMoves_);
-        drawText(figure.get(), body.origin, Style::figure, colors.accent.get());
         const auto note = self.redraws_ == 0
             ? Ref<NSString>("move over this card, then rest"_ns)
             : NSString::cls().stringWithFormat(
                 self.redraws_ == 1 ? "%ld redraw"_ns : "%ld redraws"_ns, self.redraws_);
-        drawText(note.get(), { body.origin.x, body.origin.y + 28 }, Style::caption,
-            colors.quietText.get());
+        drawFigure(figure.get(), note.get(), body);
         const double step = 4;
         const auto most = static_cast<NSInteger>(body.size.width / step);
         const NSInteger ticks = std::min(self.shownMoves_, most);

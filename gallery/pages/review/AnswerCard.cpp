@@ -4,6 +4,7 @@
 #include "foundation/NSNotificationCenter.h"
 #include "foundation/NSUserDefaults.h"
 #include "kit/Drawing.h"
+#include "kit/Figure.h"
 #include "kit/OpenedURLs.h"
 #include "kit/Palette.h"
 #include "runtime/Table.h"
@@ -41,13 +42,12 @@ template <> struct AnswerCard::Methods<struct Showing> {
         const NSInteger response = defaults->integerForKey("JUAppUsesResponse"_ns);
         const NSInteger at = defaults->integerForKey("JUAppRespondedAt"_ns);
         const NSPoint place = body.origin;
-        drawText(nameOf(response), place, Style::figure, colors.accent.get());
         const auto line = response == 0
             ? Ref<NSString>("asked again at every use from the eighth"_ns)
             : response == 2
             ? NSString::cls().stringWithFormat("at use %ld; asked again at use %ld"_ns, at, at + 11)
             : NSString::cls().stringWithFormat("at use %ld; never asked again"_ns, at);
-        drawText(line.get(), { place.x, place.y + 30 }, Style::caption, colors.quietText.get());
+        drawFigure(nameOf(response), line.get(), body);
         const Ref<NSString> opened = lastOpenedURL();
         if (!opened || response != 1)
             return;
