@@ -2,13 +2,15 @@
 #include "Gallery.h"
 
 #include "Menubar.h"
+#include "Options.h"
 #include "appkit/NSApplication.h"
-#include "foundation/NSMutableArray.h"
+#include "appkit/NSMenuItem.h"
+#include "foundation/NSArray.h"
 #include "foundation/NSNotification.h"
-#include "foundation/NSString.h"
-#include "foundation/NSUserDefaults.h"
-#include "foundation/StringConstant.h"
+#include "foundation/NSObjCRuntime.h"
 #include "inspector/BRInspector.h"
+#include "kit/GalleryWindow.h"
+#include "kit/Palette.h"
 #include "pages/Pages.h"
 #include "runtime/Table.h"
 
@@ -16,70 +18,93 @@ namespace gallery {
 
 using namespace brindle;
 
-namespace {
-
-    constexpr double kSidebarWidth = 200;
-    constexpr NSSize kSize { 1080, 700 };
-    constexpr StringConstant<"GalleryPage"> kPageKey;
-    constexpr NSSize kLeastSize { 980, 640 };
-
-}
-
 template <> struct GalleryController::Methods<struct Pages> {
 
-    static void open(GalleryController& self)
+    static constexpr double kSidebarWidth = 200;
+    static constexpr NSSize kSize { 1080, 700 };
+    static constexpr NSSize kLeastSize { 980, 640 };
+
+    // ---- making
+
+    static void makeWindow(GalleryController& self)
     {
-        menubar().show();
         const NSUInteger style = NSTitledWindowMask | NSClosableWindowMask
             | NSMiniaturizableWindowMask | NSResizableWindowMask;
-        self.window_ = alloc<NSWindow>()->initWithContentRect_styleMask_backing_defer(
+        self.window_ = alloc<GalleryWindow>()->initWithContentRect_styleMask_backing_defer(
             { {}, kSize }, style, NSBackingStoreBuffered, true);
         self.window_->setTitle("Brindle Gallery"_ns);
         self.window_->setContentMinSize(kLeastSize);
         self.window_->setReleasedWhenClosed(false);
         self.window_->setDelegate(&self);
-
-        const auto names = NSMutableArray::cls().array();
-        for (const PageEntry& entry : pages())
-            names->addObject(stringFrom(entry.name).get());
+    }
+    static void makeViews(GalleryController& self)
+    {
         const Ref<NSView> content = self.window_->contentView();
         const NSSize size = content->bounds().size;
         self.sidebar_ = cast<GallerySidebar>(
             alloc<GallerySidebar>()->initWithFrame(NSMakeRect(0, 0, kSidebarWidth, size.height)));
         self.sidebar_->setAutoresizingMask(NSViewHeightSizable);
-        self.sidebar_->setNames_chosen(
-            names.get(), [weak = WeakRef<GalleryController>(&self)](NSUInteger index) {
-                maybe(weak.get())->showPage(index);
-            });
+        const WeakRef<GalleryController> weak(&self);
+        self.sidebar_->setChosen_entered(
+            [weak](NSUInteger index) { maybe(weak.get())->showPage(index); },
+            [weak] { maybe(weak.get())->send<"enterPage">(); });
         content->addSubview(self.sidebar_.get());
+
+        self.split_ = cast<NSSplitView>(alloc<NSSplitView>()->initWithFrame(
+            NSMakeRect(kSidebarWidth, 0, size.width - kSidebarWidth, size.height)));
+        self.split_->setAutoresizingMask(NSViewWidthSizable | NSViewHeightSizable);
+        self.split_->setDividerStyle(NSSplitViewDividerStyleThin);
+        self.split_->setDelegate(&self);
+        self.holder_ = cast<PageHolder>(alloc<PageHolder>()->initWithFrame(self.split_->bounds()));
+        self.split_->addSubview(self.holder_.get());
+        self.code_ = make<CodePane>();
+        content->addSubview(self.split_.get());
+    }
+    static void open(GalleryController& self)
+    {
+        gallery::setDark(options().isDark_);
+        menubar().show();
+        makeWindow(self);
+        makeViews(self);
         BRInspector::cls().sharedInspector()->setEnabled(true);
-        // Where and on which page the user left it; what is beyond the last page shows nothing.
-        self.showPage(0);
-        const NSInteger last
-            = NSUserDefaults::cls().standardUserDefaults()->integerForKey(kPageKey);
-        self.showPage(static_cast<NSUInteger>(last));
+        self.showPage(pageNamed(options().page_.get()));
         self.window_->center();
         self.window_->setFrameAutosaveName("Gallery"_ns);
+        if (options().showsCode_)
+            self.setShowsCode(true);
         self.window_->makeKeyAndOrderFront(&self);
     }
 
+    // ---- pages
+
+    /// Answers the place of a page; the first one for a name that none has.
+    static NSUInteger pageNamed(NSString* name)
+    {
+        for (std::size_t page = 0; page < pages().size(); ++page) {
+            if (name && name->isEqualToString(stringFrom(pages()[page].name).get()))
+                return page;
+        }
+        return 0;
+    }
     static void showPage(GalleryController& self, NSUInteger index)
     {
         if (index >= pages().size())
             return;
-        const Ref<NSView> content = self.window_->contentView();
-        const NSSize size = content->bounds().size;
-        maybe(self.page_)->removeFromSuperview();
+        const bool keepsKeyboard = self.sidebar_->hasKeyboard();
         self.page_ = pages()[index].make();
-        self.page_->setFrame(NSMakeRect(kSidebarWidth, 0, size.width - kSidebarWidth, size.height));
-        self.page_->setAutoresizingMask(NSViewWidthSizable | NSViewHeightSizable);
-        content->addSubview(self.page_.get());
+        self.holder_->setDocumentView(self.page_.get());
         self.sidebar_->setSelection(index);
-        NSUserDefaults::cls().standardUserDefaults()->setInteger_forKey(
-            static_cast<NSInteger>(index), kPageKey);
+        self.code_->showPage(pages()[index].folder);
+        options().page_ = stringFrom(pages()[index].name);
+        keepOptions();
+        self.window_->recalculateKeyViewLoop();
+        if (!keepsKeyboard)
+            enterPage(self);
+    }
+    static void enterPage(GalleryController& self)
+    {
         self.window_->makeFirstResponder(self.page_.get());
     }
-
     static NSUInteger pageIndex(GalleryController& self)
     {
         return maybe(self.sidebar_)->selection();
@@ -88,11 +113,34 @@ template <> struct GalleryController::Methods<struct Pages> {
     {
         self.showPage(self.sidebar_->selection() + static_cast<NSUInteger>(by));
     }
+    static void findPage(GalleryController& self, NSObject*) { self.sidebar_->beginSearch(); }
 
-    static void applicationDidFinishLaunching(GalleryController& self, NSNotification*)
+    // ---- appearance
+
+    static void setDark(GalleryController& self, bool dark)
     {
-        self.open();
+        gallery::setDark(dark);
+        options().isDark_ = dark;
+        keepOptions();
+        menubar().showAppearance();
+        self.code_->takeColors();
+        self.page_->showOptions();
+        for (NSWindow* window : each<NSWindow>(NSApplication::cls().sharedApplication()->windows()))
+            maybe(window->contentView()->superview())->setNeedsDisplay(true);
     }
+    static void switchAppearance(GalleryController& self, NSObject*) { self.setDark(!isDark()); }
+
+    // ---- the application and its window
+
+    static bool validate(GalleryController&, NSMenuItem* item)
+    {
+        if (maybe(item)->action() == selector<"switchAppearance:">)
+            item->setState(isDark() ? NSOnState : NSOffState);
+        if (maybe(item)->action() == selector<"toggleCode:">)
+            item->setState(options().showsCode_ ? NSOnState : NSOffState);
+        return true;
+    }
+    static void didLaunch(GalleryController& self, NSNotification*) { self.open(); }
     static void screensChanged(GalleryController&, NSNotification*) { menubar().settle(); }
     static void windowWillClose(GalleryController& self, NSNotification*)
     {
@@ -103,19 +151,107 @@ template <> struct GalleryController::Methods<struct Pages> {
     {
         t.properties({
             property<&GalleryController::window_>("window", readonly, nonatomic),
+            property<&GalleryController::sidebar_>("sidebar", readonly, nonatomic),
+            property<&GalleryController::code_>("code", readonly, nonatomic),
             property<&GalleryController::page_>("page", readonly, nonatomic),
         });
         t.methods({
             { "open", imp<open> },
             { "showPage:", imp<showPage> },
+            { "enterPage", imp<enterPage> },
             { "pageIndex", imp<pageIndex> },
             { "turnPages:", imp<turnPages> },
-            { "applicationDidFinishLaunching:", imp<applicationDidFinishLaunching> },
+            { "findPage:", imp<findPage> },
+            { "setDark:", imp<setDark> },
+            { "switchAppearance:", imp<switchAppearance> },
+            { "validateMenuItem:", imp<validate> },
+            { "applicationDidFinishLaunching:", imp<didLaunch> },
             { "applicationDidChangeScreenParameters:", imp<screensChanged> },
             { "windowWillClose:", imp<windowWillClose> },
         });
     }
 };
 BRINDLE_RECORD(GalleryController, Pages)
+
+template <> struct GalleryController::Methods<struct Code> {
+
+    static constexpr double kBelow = 260; // points of the code at first
+    static constexpr double kBeside = 480;
+    static constexpr double kLeast = 140; // of either part
+
+    static bool isShown(GalleryController& self) { return self.code_->superview() == self.split_; }
+    static bool hasRoomBeside(GalleryController& self)
+    {
+        return self.split_->bounds().size.width >= kLeastPage.width + kBeside;
+    }
+    static void remove(GalleryController& self)
+    {
+        self.split_->setAutosaveName(nullptr); // what was kept is for two parts
+        self.code_->removeFromSuperview();
+        self.split_->adjustSubviews();
+    }
+    static void add(GalleryController& self)
+    {
+        const bool beside = hasRoomBeside(self);
+        const NSSize room = self.split_->bounds().size;
+        self.split_->setVertical(beside);
+        self.split_->addSubview(self.code_.get());
+        self.split_->setHoldingPriority_forSubviewAtIndex(300, 1);
+        self.split_->setPosition_ofDividerAtIndex(
+            beside ? room.width - kBeside : room.height - kBelow, 0);
+        self.split_->setAutosaveName(beside ? "GalleryCodeBeside"_ns : "GalleryCodeBelow"_ns);
+        self.split_->adjustSubviews();
+    }
+    static void setShowsCode(GalleryController& self, bool shows)
+    {
+        if (isShown(self) != shows)
+            shows ? add(self) : remove(self);
+        options().showsCode_ = shows;
+        keepOptions();
+        self.page_->showOptions();
+        self.window_->recalculateKeyViewLoop();
+    }
+    static void toggleCode(GalleryController& self, NSObject*)
+    {
+        self.setShowsCode(!isShown(self));
+        if (!self.window_->firstResponder()->isKindOfClass(NSView::cls()))
+            self.window_->makeFirstResponder(self.page_.get()); // it was in the code
+    }
+    static void showCodeOf(GalleryController& self, GalleryCard* card)
+    {
+        if (!card)
+            return;
+        self.setShowsCode(true);
+        self.code_->showClass(NSStringFromClass(card->classObject())->UTF8String());
+    }
+    static void windowDidResize(GalleryController& self, NSNotification*)
+    {
+        if (!isShown(self) || self.split_->isVertical() == hasRoomBeside(self))
+            return;
+        remove(self);
+        add(self);
+    }
+    static CGFloat constrainLeast(GalleryController&, NSSplitView*, CGFloat proposed, NSInteger)
+    {
+        return proposed + kLeast;
+    }
+    static CGFloat constrainMost(GalleryController&, NSSplitView*, CGFloat proposed, NSInteger)
+    {
+        return proposed - kLeast;
+    }
+
+    static void table(Builder& t)
+    {
+        t.methods({
+            { "setShowsCode:", imp<setShowsCode> },
+            { "toggleCode:", imp<toggleCode> },
+            { "showCodeOf:", imp<showCodeOf> },
+            { "windowDidResize:", imp<windowDidResize> },
+            { "splitView:constrainMinCoordinate:ofSubviewAt:", imp<constrainLeast> },
+            { "splitView:constrainMaxCoordinate:ofSubviewAt:", imp<constrainMost> },
+        });
+    }
+};
+BRINDLE_RECORD(GalleryController, Code)
 
 }

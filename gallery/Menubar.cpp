@@ -2,6 +2,7 @@
 #include "Menubar.h"
 
 #include "Gallery.h"
+#include "Options.h"
 #include "appkit/NSApplication.h"
 #include "appkit/NSBezierPath.h"
 #include "appkit/NSColor.h"
@@ -11,7 +12,6 @@
 #include "foundation/NSArray.h"
 #include "inspector/BRInspector.h"
 #include "kit/Palette.h"
-#include "menubar/BRCustomMenubarMenuButton.h"
 #include "pages/Pages.h"
 #include "runtime/Table.h"
 
@@ -123,6 +123,8 @@ namespace {
         add(*menu, "Copy", selector<"copy:">, "c");
         add(*menu, "Paste", selector<"paste:">, "v");
         add(*menu, "Select All", selector<"selectAll:">, "a");
+        separate(*menu);
+        add(*menu, "Find a Page", selector<"findPage:">, "f");
         return menu;
     }
     Ref<NSMenu> viewMenu(GalleryMenubar& target)
@@ -130,7 +132,9 @@ namespace {
         const Ref<NSMenu> page = menuTitled("Page");
         NSInteger tag = 0;
         for (const PageEntry& entry : pages()) {
-            const Ref<NSMenuItem> item = add(*page, entry.name, selector<"choosePage:">);
+            const std::string key = tag < 9 ? std::to_string(tag + 1) : std::string();
+            const Ref<NSMenuItem> item
+                = add(*page, entry.name, selector<"choosePage:">, key.c_str());
             item->setTarget(&target);
             item->setTag(tag++);
         }
@@ -141,7 +145,8 @@ namespace {
         separate(*menu);
         add(*menu, "Inspector", selector<"showInspector:">, "i", NSAlternateKeyMask)
             ->setTarget(&target);
-        add(*menu, "Dark Appearance", selector<"switchAppearance:">, "d")->setTarget(&target);
+        add(*menu, "Code", selector<"toggleCode:">, "k");
+        add(*menu, "Dark Appearance", selector<"switchAppearance:">, "d");
         return menu;
     }
     Ref<NSMenu> windowMenu()
@@ -178,19 +183,41 @@ GalleryMenubar& menubar()
     return *menubar;
 }
 
+MenubarLook GalleryMenubar::look() const
+{
+    return { static_cast<BRMenubarTheme>(options().theme_), options().hasShadow_,
+        static_cast<BRMenubarSpacing>(options().spacing_), width_ };
+}
+
+void GalleryMenubar::setLook(const MenubarLook& look)
+{
+    options().theme_ = look.theme;
+    options().hasShadow_ = look.shadow;
+    options().spacing_ = look.spacing;
+    width_ = look.width;
+    keepOptions();
+}
+
 void GalleryMenubar::show()
 {
     close();
-    bar_ = alloc<BRCustomMenubar>()->initWithMenubarTheme_spacingMode(look_.theme, look_.spacing);
-    bar_->setMenubarShadow(look_.shadow);
-    if (look_.width > 0)
-        bar_->setCustomScreenSize(NSMakeRect(0, 0, look_.width, 0));
-    if (look_.theme == BRMenubarThemeCustom)
+    const MenubarLook wanted = look();
+    bar_ = alloc<BRCustomMenubar>()->initWithMenubarTheme_spacingMode(wanted.theme, wanted.spacing);
+    bar_->setMenubarShadow(wanted.shadow);
+    if (wanted.width > 0)
+        bar_->setCustomScreenSize(NSMakeRect(0, 0, wanted.width, 0));
+    if (wanted.theme == BRMenubarThemeCustom)
         bar_->setBackgroundColor(NSColor::cls().blackColor().get());
     bar_->load();
     fill();
-    if (look_.width > 0)
+    if (wanted.width > 0)
         bar_->setFrame(); // moves what does not fit
+}
+
+void GalleryMenubar::showAppearance()
+{
+    maybe(moon_)->setState(isDark() ? NSOnState : NSOffState);
+    maybe(moon_)->setDarkMode(!isDark());
 }
 
 void GalleryMenubar::settle()
@@ -205,6 +232,7 @@ void GalleryMenubar::close()
         return;
     maybe(viewsWindow())->close();
     bar_->close();
+    moon_ = nullptr;
     samples_ = 0;
 }
 
@@ -224,18 +252,16 @@ void GalleryMenubar::fill()
     };
     for (const Ref<NSView>& view : views)
         bar_->addMenubarView(view.get());
-    if (look_.theme != BRMenubarThemeCustom)
+    if (look().theme != BRMenubarThemeCustom)
         return; // half a screen is not enough for more
-    const Ref<BRCustomMenubarMenuButton> moon = button("", drawMoon, nullptr);
-    moon->setToggleButton(true);
-    moon->setState(isDark() ? NSOnState : NSOffState);
-    moon->setTarget(this);
-    moon->setAction(selector<"switchAppearance:">);
-    bar_->addMenubarView_alignment(moon.get(), BRMenubarViewAlignmentRight);
+    moon_ = button("", drawMoon, nullptr);
+    moon_->setToggleButton(true);
+    moon_->setTarget(controller().get());
+    moon_->setAction(selector<"switchAppearance:">);
+    bar_->addMenubarView_alignment(moon_.get(), BRMenubarViewAlignmentRight);
     for (const Ref<NSView>& view : views)
         static_cast<BRCustomMenubarMenuButton&>(*view).setDarkMode(true);
-    if (moon->state() == NSOffState)
-        moon->setDarkMode(true);
+    showAppearance();
 }
 
 void GalleryMenubar::addSample(BRMenubarViewAlignment alignment)
@@ -244,7 +270,7 @@ void GalleryMenubar::addSample(BRMenubarViewAlignment alignment)
     const Ref<NSMenu> menu = menuTitled(title.c_str());
     add(*menu, "Nothing to Do", {});
     const Ref<BRCustomMenubarMenuButton> made = button(title.c_str(), drawMark, menu.get());
-    made->setDarkMode(look_.theme == BRMenubarThemeCustom);
+    made->setDarkMode(look().theme == BRMenubarThemeCustom);
     bar_->addMenubarView_alignment(made.get(), alignment);
 }
 
@@ -271,17 +297,8 @@ template <> struct GalleryMenubar::Methods<struct Actions> {
     {
         BRInspector::cls().sharedInspector()->show();
     }
-    static void switchAppearance(GalleryMenubar& self, NSObject*)
-    {
-        setDark(!isDark());
-        for (NSWindow* window : each<NSWindow>(NSApplication::cls().sharedApplication()->windows()))
-            window->contentView()->superview()->setNeedsDisplay(true);
-        self.show();
-    }
     static bool validate(GalleryMenubar&, NSMenuItem* item)
     {
-        if (maybe(item)->action() == selector<"switchAppearance:">)
-            item->setState(isDark() ? NSOnState : NSOffState);
         if (maybe(item)->action() == selector<"choosePage:">) {
             const bool isShown = static_cast<NSUInteger>(item->tag()) == controller()->pageIndex();
             item->setState(isShown ? NSOnState : NSOffState);
@@ -297,7 +314,6 @@ template <> struct GalleryMenubar::Methods<struct Actions> {
             { "nextPage:", imp<nextPage> },
             { "previousPage:", imp<previousPage> },
             { "showInspector:", imp<showInspector> },
-            { "switchAppearance:", imp<switchAppearance> },
             { "validateMenuItem:", imp<validate> },
         });
     }

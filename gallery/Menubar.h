@@ -2,6 +2,7 @@
 #pragma once
 
 #include "menubar/BRCustomMenubar.h"
+#include "menubar/BRCustomMenubarMenuButton.h"
 
 namespace gallery {
 
@@ -19,11 +20,14 @@ class GalleryMenubar : public brindle::NSObject {
     BRINDLE_OBJECT(GalleryMenubar, brindle::NSObject)
 
 public:
-    const MenubarLook& look() const { return look_; }
-    /// Takes note of a look for the next `show`.
-    void setLook(const MenubarLook& look) { look_ = look; }
+    /// Answers the look that the options and the width chosen since the start say.
+    MenubarLook look() const;
+    /// Takes note of a look for the next `show`; all but the width is kept in the options.
+    void setLook(const MenubarLook& look);
     /// Closes the bar there was and shows another one.
     void show();
+    /// Shows on the bar which appearance is in force.
+    void showAppearance();
     /// Puts the bar where the screens are now.
     void settle();
     brindle::Ref<brindle::BRCustomMenubar> bar() const { return bar_; }
@@ -36,8 +40,9 @@ private:
     void close();
     void fill();
 
-    MenubarLook look_;
+    double width_ = 0;
     brindle::Ref<brindle::BRCustomMenubar> bar_;
+    brindle::Ref<brindle::BRCustomMenubarMenuButton> moon_;
     int samples_ = 0;
 };
 

@@ -5,6 +5,7 @@
 #include <filesystem>
 
 #include "Menubar.h"
+#include "ShellTour.h"
 #include "appkit/NSApplication.h"
 #include "foundation/NSMutableArray.h"
 #include "foundation/NSRunLoop.h"
@@ -40,13 +41,6 @@ namespace {
         return nullptr;
     }
 
-    void setDarkEverywhere(bool dark)
-    {
-        setDark(dark);
-        for (NSWindow* window : each<NSWindow>(NSApplication::cls().sharedApplication()->windows()))
-            maybe(window->contentView()->superview())->setNeedsDisplay(true);
-    }
-
 }
 
 Tour::Tour(std::string folder, double scale)
@@ -74,6 +68,7 @@ bool Tour::play()
         settle();
         page.tour(*this);
     }
+    tourShell(*this);
     return succeeded_;
 }
 
@@ -187,10 +182,10 @@ void Tour::leastPicture(const std::string& name)
 void Tour::darkPicture(const std::string& name)
 {
     // Not by the page's key: a sheet may have the keyboard.
-    setDarkEverywhere(true);
+    controller_->setDark(true);
     settle();
     picture(name);
-    setDarkEverywhere(false);
+    controller_->setDark(false);
     settle();
 }
 

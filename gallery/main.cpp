@@ -2,13 +2,13 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <optional>
 #include <string>
 
 #include "Gallery.h"
-#include "Menubar.h"
+#include "Options.h"
 #include "Soak.h"
 #include "Tour.h"
-#include "kit/Palette.h"
 #include "shell/BRApplication.h"
 
 namespace {
@@ -21,19 +21,21 @@ struct Arguments {
     double scale = 1;
     double soak = 0; // seconds
     std::uint32_t seed = 1;
-    gallery::MenubarLook bar;
+    bool shadow = false;
+    std::optional<brindle::BRMenubarTheme> theme;
+    std::optional<brindle::BRMenubarSpacing> spacing;
 };
 
 void readTheme(const std::string& word, Arguments& arguments)
 {
-    arguments.bar.theme
+    arguments.theme
         = word == "overlay" ? brindle::BRMenubarThemeOverlay : brindle::BRMenubarThemeCustom;
     arguments.wrong |= word != "overlay" && word != "custom";
 }
 
 void readSpacing(const std::string& word, Arguments& arguments)
 {
-    arguments.bar.spacing
+    arguments.spacing
         = word == "none" ? brindle::BRMenubarSpacingNone : brindle::BRMenubarSpacingStandard;
     arguments.wrong |= word != "none" && word != "standard";
 }
@@ -57,7 +59,7 @@ Arguments read(int count, char** values)
         else if (word == "--scale" && hasNext)
             arguments.scale = std::atof(values[++i]);
         else if (word == "--shadow")
-            arguments.bar.shadow = true;
+            arguments.shadow = true;
         else if (word == "--theme" && hasNext)
             readTheme(values[++i], arguments);
         else if (word == "--spacing" && hasNext)
@@ -70,14 +72,40 @@ Arguments read(int count, char** values)
     return arguments;
 }
 
-int open()
+/// What is said on the command line goes before what was chosen the last time.
+void choose(const Arguments& arguments)
+{
+    gallery::GalleryOptions& options = gallery::options();
+    options.isDark_ |= arguments.dark;
+    options.hasShadow_ |= arguments.shadow;
+    options.theme_ = arguments.theme.value_or(static_cast<brindle::BRMenubarTheme>(options.theme_));
+    options.spacing_
+        = arguments.spacing.value_or(static_cast<brindle::BRMenubarSpacing>(options.spacing_));
+}
+
+int open(const Arguments& arguments)
 {
     using namespace brindle;
     const Ref<NSApplication> application = BRApplication::cls().sharedApplication();
+    choose(arguments);
     const auto controller = make<gallery::GalleryController>();
     application->setDelegate(controller.get());
     application->run();
     return 0;
+}
+
+int play(const Arguments& arguments)
+{
+    gallery::Tour tour(arguments.tour, arguments.scale); // with options of its own
+    choose(arguments);
+    return tour.play() ? 0 : 1;
+}
+
+int soak(const Arguments& arguments)
+{
+    gallery::Soak soak(arguments.soak, arguments.seed); // with options of its own
+    choose(arguments);
+    return soak.run() ? 0 : 1;
 }
 
 }
@@ -94,11 +122,7 @@ int main(int count, char** values)
             stderr);
         return 2;
     }
-    gallery::setDark(arguments.dark);
-    gallery::menubar().setLook(arguments.bar);
     if (arguments.soak > 0)
-        return gallery::Soak(arguments.soak, arguments.seed).run() ? 0 : 1;
-    if (arguments.headless)
-        return gallery::Tour(arguments.tour, arguments.scale).play() ? 0 : 1;
-    return open();
+        return soak(arguments);
+    return arguments.headless ? play(arguments) : open(arguments);
 }

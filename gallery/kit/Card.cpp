@@ -3,6 +3,7 @@
 
 #include "Drawing.h"
 #include "Palette.h"
+#include "appkit/NSButton.h"
 #include "runtime/Table.h"
 
 namespace gallery {
@@ -15,6 +16,35 @@ template <> struct GalleryCard::Methods<struct Sheet> {
     static constexpr double kHeadingHeight = 44;
 
     static bool isFlipped(GalleryCard&) { return true; }
+
+    static Ref<NSView> initWithFrame(GalleryCard& self, NSRect frame)
+    {
+        Ref<NSView> made = super<GalleryCard, "initWithFrame:", Ref<NSView>>(self, frame);
+        const Ref<NSButton> button
+            = NSButton::cls().buttonWithTitle_target_action("{ }"_ns, &self, selector<"showCode:">);
+        button->setBezelStyle(NSRecessedBezelStyle);
+        button->setShowsBorderOnlyWhileMouseInside(true);
+        button->setControlSize(NSControlSizeSmall);
+        button->setFont(fontOf(Style::code).get());
+        button->setRefusesFirstResponder(true);
+        button->setToolTip("Show the code of this card"_ns);
+        button->sizeToFit();
+        self.codeButton_ = Ref<NSView>(button);
+        self.addSubview(button.get());
+        return made;
+    }
+    static void showCode(GalleryCard& self, NSObject*)
+    {
+        self.tryToPerform_with(selector<"showCodeOf:">, &self); // the window's delegate
+    }
+    static void setFrameSize(GalleryCard& self, NSSize size)
+    {
+        super<GalleryCard, "setFrameSize:">(self, size);
+        if (!self.codeButton_)
+            return;
+        const NSSize button = self.codeButton_->frame().size;
+        self.codeButton_->setFrameOrigin({ size.width - button.width - 8, 10 });
+    }
 
     static NSRect bodyRect(GalleryCard& self)
     {
@@ -44,6 +74,9 @@ template <> struct GalleryCard::Methods<struct Sheet> {
         });
         t.methods({
             { "isFlipped", imp<isFlipped> },
+            { "initWithFrame:", imp<initWithFrame> },
+            { "setFrameSize:", imp<setFrameSize> },
+            { "showCode:", imp<showCode> },
             { "bodyRect", imp<bodyRect> },
             { "drawRect:", imp<drawRect> },
             { "drawBody:", imp<drawBody> },

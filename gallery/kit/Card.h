@@ -30,6 +30,7 @@ public:
 private:
     brindle::Ref<brindle::NSString> heading_;
     brindle::Ref<brindle::NSString> caption_;
+    brindle::Ref<brindle::NSView> codeButton_; // shows the card's code
 };
 
 /// The room between cards.

@@ -5,6 +5,7 @@
 
 #include "Drawing.h"
 #include "Palette.h"
+#include "appkit/NSApplication.h"
 #include "appkit/NSEvent.h"
 #include "appkit/NSTrackingArea.h"
 #include "foundation/NSArray.h"
@@ -62,6 +63,30 @@ template <> struct GalleryChip::Methods<struct Pressing> {
             self.press();
     }
 
+    // ---- the keyboard
+
+    static bool acceptsFirstResponder(GalleryChip&) { return true; }
+    static bool becomeFirstResponder(GalleryChip& self)
+    {
+        const Ref<NSEvent> event = NSApplication::cls().sharedApplication()->currentEvent();
+        show(self, self.isFocused_, maybe(event)->type() == NSKeyDown);
+        return super<GalleryChip, "becomeFirstResponder", bool>(self);
+    }
+    static bool resignFirstResponder(GalleryChip& self)
+    {
+        show(self, self.isFocused_, false);
+        return super<GalleryChip, "resignFirstResponder", bool>(self);
+    }
+    static void keyDown(GalleryChip& self, NSEvent* event)
+    {
+        const Ref<NSString> typed = maybe(event)->charactersIgnoringModifiers();
+        const unichar key = maybe(typed)->length() ? typed->characterAtIndex(0) : unichar {};
+        if (key == ' ' || key == '\r')
+            self.press();
+        else
+            super<GalleryChip, "keyDown:">(self, event);
+    }
+
     static void press(GalleryChip& self)
     {
         const Ref<GalleryChip> alive(&self);
@@ -86,12 +111,18 @@ template <> struct GalleryChip::Methods<struct Pressing> {
     {
         const Palette& colors = palette();
         const bool filled = self.pressed_ || self.on_;
-        const NSRect box = self.bounds();
-        fillRounded(box, 7, filled ? colors.accent.get() : colors.soft.get());
+        NSRect box = self.bounds();
+        if (self.isFocused_) {
+            fillRounded(box, 9, colors.accent.get());
+            fillRounded(inset(box, 2), 7, colors.card.get());
+            box = inset(box, 3);
+        }
+        fillRounded(box, self.isFocused_ ? 6 : 7, filled ? colors.accent.get() : colors.soft.get());
         if (self.hovered_ && !filled)
             strokeRounded(box, 7, colors.accent.get());
         NSColor* const color = filled ? colors.accentText.get() : colors.accent.get();
         const double keyRoom = keyWidth(self);
+        box = self.bounds();
         NSRect label = box;
         label.size.width -= keyRoom;
         drawCentered(self.title_.get(), label, Style::heading, color);
@@ -126,6 +157,10 @@ template <> struct GalleryChip::Methods<struct Pressing> {
             { "isFlipped", imp<isFlipped> },
             { "mouseDownCanMoveWindow", imp<mouseDownCanMoveWindow> },
             { "updateTrackingAreas", imp<updateTrackingAreas> },
+            { "acceptsFirstResponder", imp<acceptsFirstResponder> },
+            { "becomeFirstResponder", imp<becomeFirstResponder> },
+            { "resignFirstResponder", imp<resignFirstResponder> },
+            { "keyDown:", imp<keyDown> },
             { "mouseEntered:", imp<mouseEntered> },
             { "mouseExited:", imp<mouseExited> },
             { "mouseDown:", imp<mouseDown> },

@@ -8,7 +8,8 @@
 
 namespace gallery {
 
-/// A pressable label: runs its closure when the pointer is released inside, or when the page gets its key. Flipped.
+/// A pressable label: runs its closure when the pointer is released inside, when Space or Return is pressed while it has the
+/// keyboard, or when the page gets its key. Flipped.
 class GalleryChip : public brindle::NSView {
     BRINDLE_OBJECT(GalleryChip, brindle::NSView)
 
@@ -40,6 +41,7 @@ private:
     bool on_ = false;
     bool hovered_ = false;
     bool pressed_ = false;
+    bool isFocused_ = false; // by a key; a press needs no ring
 };
 
 /// Answers a closure that sends a message without arguments; it does not keep the receiver.

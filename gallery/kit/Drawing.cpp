@@ -53,6 +53,8 @@ Ref<NSFont> fontOf(Style style)
         return fonts.boldSystemFontOfSize(13);
     case Style::caption:
         return fonts.systemFontOfSize(11);
+    case Style::group:
+        return fonts.boldSystemFontOfSize(11);
     case Style::code:
         return fonts.userFixedPitchFontOfSize(11);
     case Style::figure:

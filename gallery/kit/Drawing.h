@@ -7,7 +7,7 @@
 
 namespace gallery {
 
-enum class Style { title, heading, body, caption, figure, code };
+enum class Style { title, heading, body, caption, group, figure, code };
 
 /// Answers the font of a style.
 brindle::Ref<brindle::NSFont> fontOf(Style style);

@@ -28,7 +28,9 @@ namespace {
             .accentText = rgb(0xFFFFFF),
             .soft = rgb(0xB4531F, 0.12),
             .grid = rgb(0x000000, 0.10),
-            .selection = rgb(0x000000, 0.07) };
+            .selection = rgb(0x000000, 0.07),
+            .codeText = rgb(0x1F7A3D),
+            .codeClass = rgb(0x2456A6) };
     }
 
     Palette makeDark()
@@ -43,7 +45,9 @@ namespace {
             .accentText = rgb(0x221206),
             .soft = rgb(0xE98A4F, 0.18),
             .grid = rgb(0xFFFFFF, 0.10),
-            .selection = rgb(0xFFFFFF, 0.08) };
+            .selection = rgb(0xFFFFFF, 0.08),
+            .codeText = rgb(0x8CC98F),
+            .codeClass = rgb(0x8FB8F0) };
     }
 
 }

@@ -8,7 +8,7 @@ namespace gallery {
 /// The colours of one appearance. All text on its ground has a contrast of at least 4.5 to 1.
 struct Palette {
     brindle::Ref<brindle::NSColor> window, sidebar, card, border, text, quietText, accent,
-        accentText, soft, grid, selection;
+        accentText, soft, grid, selection, codeText, codeClass;
 };
 
 /// Answers the colours of the appearance in force.

@@ -2,6 +2,7 @@
 #include "Page.h"
 
 #include "Gallery.h"
+#include "Options.h"
 #include "appkit/NSApplication.h"
 #include "appkit/NSEvent.h"
 #include "foundation/NSArray.h"
@@ -23,6 +24,7 @@ template <> struct GalleryPage::Methods<struct Frame> {
     static bool isFlipped(GalleryPage&) { return true; }
     static bool isOpaque(GalleryPage&) { return true; }
     static bool acceptsFirstResponder(GalleryPage&) { return true; }
+    static bool canBecomeKeyView(GalleryPage&) { return false; } // Tab goes to what is on it
     static Ref<NSString> noText(GalleryPage&) { return ""_ns; }
     static void addCards(GalleryPage&) { }
     static void layOutIn(GalleryPage&, NSRect) { }
@@ -32,16 +34,34 @@ template <> struct GalleryPage::Methods<struct Frame> {
     {
         Ref<NSView> page = super<GalleryPage, "initWithFrame:", Ref<NSView>>(self, frame);
         self.addCards();
+        self.code_ = addChip(&self, "Code"_ns, nullptr, forController<"toggleCode:">());
+        self.dark_ = addChip(&self, "Dark"_ns, "d"_ns, forController<"switchAppearance:">());
+        self.showOptions();
         return page;
     }
 
     static void setFrameSize(GalleryPage& self, NSSize size)
     {
         super<GalleryPage, "setFrameSize:">(self, size);
-        if (self.subviews()->count() == 0)
+        if (!self.dark_)
             return;
+        const double chips = self.code_->fittingWidth() + 8 + self.dark_->fittingWidth();
+        layOutChips({ self.code_.get(), self.dark_.get() }, { size.width - kMargin - chips, 20 });
         self.layOutIn(NSMakeRect(kMargin, kHeaderHeight, size.width - 2 * kMargin,
             size.height - kHeaderHeight - kMargin));
+    }
+
+    template <Text S> static Block<void()> forController()
+    {
+        return [] {
+            const Ref<NSObject> controller = NSApplication::cls().sharedApplication()->delegate();
+            controller->send<S>(static_cast<NSObject*>(nullptr));
+        };
+    }
+    static void showOptions(GalleryPage& self)
+    {
+        self.code_->setOn(options().showsCode_);
+        self.dark_->setOn(isDark());
     }
 
     static void drawRect(GalleryPage& self, NSRect)
@@ -60,6 +80,8 @@ template <> struct GalleryPage::Methods<struct Frame> {
             { "isFlipped", imp<isFlipped> },
             { "isOpaque", imp<isOpaque> },
             { "acceptsFirstResponder", imp<acceptsFirstResponder> },
+            { "canBecomeKeyView", imp<canBecomeKeyView> },
+            { "showOptions", imp<showOptions> },
             { "pageTitle", imp<noText> },
             { "pageCaption", imp<noText> },
             { "addCards", imp<addCards> },
@@ -92,20 +114,10 @@ template <> struct GalleryPage::Methods<struct Keys> {
         return nullptr;
     }
 
-    /// The frame round the content changes its look as well.
-    static void switchAppearance(GalleryPage& self)
-    {
-        setDark(!isDark());
-        const Ref<NSView> content = maybe(self.window())->contentView();
-        maybe(maybe(content)->superview())->setNeedsDisplay(true);
-    }
-
     static void keyDown(GalleryPage& self, NSEvent* event)
     {
         const unichar key = keyOf(event);
         switch (key) {
-        case u'd':
-            return switchAppearance(self);
         case NSLeftArrowFunctionKey:
             return self.chooseNext(-1);
         case NSRightArrowFunctionKey:

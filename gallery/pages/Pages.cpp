@@ -32,28 +32,33 @@ namespace {
         return brindle::Ref<GalleryPage>(brindle::make<Page>());
     }
 
+    constexpr const char* kData = "Objects and data";
+    constexpr const char* kDrawing = "Drawing";
+    constexpr const char* kViews = "Views and controls";
+    constexpr const char* kWindows = "Windows and menus";
+
     constexpr PageEntry kPages[] = {
-        { "The ground", makePage<GroundPage>, tourGround },
-        { "Objects", makePage<ObjectsPage>, tourObjects },
-        { "Unique objects", makePage<UniquePage>, tourUnique },
-        { "Defaults", makePage<DefaultsPage>, tourDefaults },
-        { "Review request", makePage<ReviewPage>, tourReview },
-        { "Files", makePage<FilesPage>, tourFiles },
-        { "Intervals and URLs", makePage<TextPage>, tourText },
-        { "Colour", makePage<ColourPage>, tourColour },
-        { "Images", makePage<ImagesPage>, tourImages },
-        { "Paths", makePage<PathsPage>, tourPaths },
-        { "Layers", makePage<LayersPage>, tourLayers },
-        { "Text", makePage<MeasuresPage>, tourMeasures },
-        { "Controls", makePage<ControlsPage>, tourControls },
-        { "Fields", makePage<FieldsPage>, tourFields },
-        { "Switches", makePage<SwitchesPage>, tourSwitches },
-        { "Views and borders", makePage<ViewsPage>, tourViews },
-        { "Scrolling", makePage<ScrollingPage>, tourScrolling },
-        { "Tables", makePage<TablesPage>, tourTables },
-        { "Title strip", makePage<StripPage>, tourStrip },
-        { "Menubar", makePage<MenubarPage>, tourMenubar },
-        { "Windows", makePage<WindowsPage>, tourWindows },
+        { kData, "The ground", "ground", makePage<GroundPage>, tourGround },
+        { kData, "Objects", "objects", makePage<ObjectsPage>, tourObjects },
+        { kData, "Unique objects", "unique", makePage<UniquePage>, tourUnique },
+        { kData, "Defaults", "defaults", makePage<DefaultsPage>, tourDefaults },
+        { kData, "Review request", "review", makePage<ReviewPage>, tourReview },
+        { kData, "Files", "files", makePage<FilesPage>, tourFiles },
+        { kData, "Intervals and URLs", "text", makePage<TextPage>, tourText },
+        { kDrawing, "Colour", "colour", makePage<ColourPage>, tourColour },
+        { kDrawing, "Images", "images", makePage<ImagesPage>, tourImages },
+        { kDrawing, "Paths", "paths", makePage<PathsPage>, tourPaths },
+        { kDrawing, "Layers", "layers", makePage<LayersPage>, tourLayers },
+        { kDrawing, "Text", "measures", makePage<MeasuresPage>, tourMeasures },
+        { kViews, "Controls", "controls", makePage<ControlsPage>, tourControls },
+        { kViews, "Fields", "fields", makePage<FieldsPage>, tourFields },
+        { kViews, "Switches", "switches", makePage<SwitchesPage>, tourSwitches },
+        { kViews, "Views and borders", "views", makePage<ViewsPage>, tourViews },
+        { kViews, "Scrolling", "scrolling", makePage<ScrollingPage>, tourScrolling },
+        { kViews, "Tables", "tables", makePage<TablesPage>, tourTables },
+        { kWindows, "Title strip", "strip", makePage<StripPage>, tourStrip },
+        { kWindows, "Menubar", "menubar", makePage<MenubarPage>, tourMenubar },
+        { kWindows, "Windows", "windows", makePage<WindowsPage>, tourWindows },
     };
 
 }

@@ -11,7 +11,9 @@ class Tour;
 
 /// What the sidebar lists, how a page is made, and the walk through it that the tour takes.
 struct PageEntry {
+    const char* group; ///< the heading that it stands under
     const char* name;
+    const char* folder; ///< of its sources
     brindle::Ref<GalleryPage> (*make)();
     void (*tour)(Tour& tour);
 };

@@ -62,7 +62,8 @@ def home_of(file):
 
 def resolve(file, name):
     """The file of ours that an include names, or None."""
-    for folder in (file.parent, *map(pathlib.PurePosixPath, ("platform", "brindle", "tests", file.parts[0]))):
+    roots = ("platform", "brindle", "tests", file.parts[0], home_of(file).parts[0])
+    for folder in (file.parent, *map(pathlib.PurePosixPath, roots)):
         path = (tree.ROOT / folder / name).resolve()
         if path.is_file() and path.is_relative_to(tree.ROOT):
             return pathlib.PurePosixPath(path.relative_to(tree.ROOT))

@@ -70,7 +70,7 @@ template <> struct MenubarOptionsCard::Methods<struct Options> {
     /// Shows which choices are in force, here and in the cards beside it.
     static void settled(MenubarOptionsCard& self)
     {
-        const MenubarLook& look = menubar().look();
+        const MenubarLook look = menubar().look();
         self.custom_->setOn(look.theme == BRMenubarThemeCustom);
         self.overlay_->setOn(look.theme == BRMenubarThemeOverlay);
         self.shadow_->setOn(look.shadow);
