@@ -3,7 +3,7 @@
 
 include(GoogleTest)
 
-# Every test sees the same language, time zone, fonts and home folder, and no screen.
+# Every test sees the same language, time zone, fonts and home folder, no screen and no desktop.
 set(brindle_test_home "${CMAKE_BINARY_DIR}/test-home")
 file(MAKE_DIRECTORY "${brindle_test_home}")
 set(brindle_test_environment
@@ -18,6 +18,9 @@ set(brindle_test_environment
     XDG_CONFIG_HOME=set:${brindle_test_home}/config
     XDG_CACHE_HOME=set:${brindle_test_home}/cache
     XDG_DATA_HOME=set:${brindle_test_home}/data
+    XDG_CURRENT_DESKTOP=unset:
+    GTK_THEME=unset:
+    DBUS_SESSION_BUS_ADDRESS=set:disabled:
     # No strict string checks: the keyboard library copies lengths out of replies that end in no zero.
     ASAN_OPTIONS=set:detect_stack_use_after_return=1
     LSAN_OPTIONS=set:suppressions=${CMAKE_CURRENT_SOURCE_DIR}/leaks.supp:print_suppressions=0

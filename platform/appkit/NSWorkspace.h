@@ -16,6 +16,12 @@ inline constexpr StringConstant<"NSWorkspaceWillLaunchApplicationNotification">
 inline constexpr StringConstant<"NSWorkspaceDidLaunchApplicationNotification">
     NSWorkspaceDidLaunchApplicationNotification;
 
+namespace appkit {
+    /// Lets the look be the desktop's again after `setAppearance`, as it is at the start: on a real screen it is dark while
+    /// the defaults have a text for "AppleInterfaceStyle", and windows are drawn anew when the desktop changes it.
+    BRINDLE_EXPORT void followDesktopAppearance();
+}
+
 /// The desktop around the program: it opens files and URLs with the programs that the user has chosen for them.
 ///
 /// What is opened is handed to the desktop's opener as a process of its own; nothing here waits for it, so YES says that

@@ -6,6 +6,7 @@
 #include <string_view>
 
 #include "XDriver.h"
+#include "appkit/NSColor.h"
 #include "appkit/NSEvent.h"
 #include "appkit/NSScreen.h"
 #include "appkit/NSView.h"
@@ -17,6 +18,9 @@
 #include "foundation/NSRunLoop.h"
 #include "foundation/NSTimer.h"
 #include "runtime/Table.h"
+#include "support/DefaultsFolder.h"
+#include "support/MessageBus.h"
+#include "support/Variables.h"
 
 namespace brindle {
 
@@ -191,6 +195,31 @@ namespace {
         const NSUInteger before = loop->wakeCount();
         runFor(5);
         EXPECT_LE(loop->wakeCount() - before, 1u) << "the one that ends the five seconds";
+        window->close();
+        installDisplay(nullptr);
+    }
+
+    TEST(ApplicationOnX, LooksAsTheDesktopIsSetAndOutlivesItsBus)
+    {
+        const auto looks = [](appkit::Appearance wanted) {
+            return test::runUntil([wanted] { return appkit::appearance() == wanted; });
+        };
+        test::DefaultsFolder defaults;
+        test::MessageBus bus;
+        test::SettingsDesk desk(bus, test::SettingsDesk::Answers::firstVersion, 1);
+        const test::Variables session { { "DBUS_SESSION_BUS_ADDRESS", bus.address() } };
+        display::XServerProcess server;
+        useServer(server);
+        const Ref<NSApplication> application = NSApplication::cls().sharedApplication();
+        const Ref<NSWindow> window = openWindow();
+        EXPECT_EQ(appkit::appearance(), appkit::Appearance::light);
+        EXPECT_TRUE(looks(appkit::Appearance::dark));
+        desk.announce(2);
+        EXPECT_TRUE(looks(appkit::Appearance::light));
+        bus.end();
+        runFor(0.1);
+        application->processEvents();
+        EXPECT_TRUE(window->isVisible());
         window->close();
         installDisplay(nullptr);
     }

@@ -6,6 +6,7 @@
 #include <cstdio>
 #include <cstdlib>
 
+#include "DesktopAppearancePrivate.h"
 #include "NSApplicationPrivate.h"
 #include "NSEventPrivate.h"
 #include "appkit/views/CursorPrivate.h"
@@ -75,6 +76,8 @@ namespace {
         app.display = std::move(display);
         app.displayOpened = true;
         addToLoop(app);
+        if (app.display->fileDescriptor() >= 0)
+            appkit::beginFollowingDesktop();
         setBeepHook([] {
             if (display::Display* bell = ApplicationAccess::displayOrNull())
                 bell->beep();
@@ -194,12 +197,6 @@ namespace {
         enqueue(fields);
     }
 
-    void lookChanged()
-    {
-        for (NSWindow* window : ApplicationAccess::state().order)
-            WindowAccess::damageAll(*window);
-    }
-
     void exposed(NSWindow* window)
     {
         if (!window)
@@ -256,7 +253,7 @@ namespace {
         case Event::Kind::screensChanged:
             return ApplicationAccess::screensChanged();
         case Event::Kind::appearanceChanged:
-            return lookChanged();
+            return appkit::drawAllAnew();
         case Event::Kind::disconnected:
             endWithoutServer();
         case Event::Kind::none:

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "NSColorPrivate.h"
 #include "SystemColorsPrivate.h"
+#include "appkit/NSWorkspace.h"
 #include "foundation/NSArray.h"
 #include "foundation/NSString.h"
 #include "runtime/Table.h"
@@ -12,12 +13,23 @@ namespace brindle {
 
 namespace {
 
-    constinit std::atomic<appkit::Appearance> currentAppearance { appkit::Appearance::light };
+    constinit std::atomic<appkit::Appearance> desktops { appkit::Appearance::light };
+    constinit std::atomic<appkit::Appearance> chosen { appkit::Appearance::light };
+    constinit std::atomic<bool> isChosen { false };
 
 }
 
-appkit::Appearance appkit::appearance() { return currentAppearance.load(); }
-void appkit::setAppearance(Appearance appearance) { currentAppearance.store(appearance); }
+appkit::Appearance appkit::appearance()
+{
+    return isChosen.load() ? chosen.load() : desktops.load();
+}
+void appkit::setAppearance(Appearance appearance)
+{
+    chosen.store(appearance);
+    isChosen.store(true);
+}
+void appkit::followDesktopAppearance() { isChosen.store(false); }
+void appkit::setDesktopAppearance(Appearance appearance) { desktops.store(appearance); }
 
 const char* NSColor::Methods<struct Parts>::systemName(const NSColor& self)
 {

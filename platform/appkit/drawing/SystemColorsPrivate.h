@@ -4,7 +4,12 @@
 #include <array>
 #include <cstdint>
 
+#include "appkit/NSColor.h"
+
 namespace brindle::appkit {
+
+/// Sets the look that counts as long as the host chooses none.
+void setDesktopAppearance(Appearance appearance);
 
 /// A colour that follows the appearance; red, green, blue and alpha, a byte each.
 struct SystemColor {

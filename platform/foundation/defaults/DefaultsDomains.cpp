@@ -109,6 +109,8 @@ namespace {
 
     bool prefersDark(const std::string& root)
     {
+        if (root.empty())
+            return false;
         const char* const theme = std::getenv("GTK_THEME");
         if (theme && *theme)
             return endsDark(lowered(theme));
@@ -154,11 +156,14 @@ Ref<NSDictionary> valuesOfArguments(const std::vector<std::string>& arguments)
     return cast<NSDictionary>(values->copy());
 }
 
-Ref<NSDictionary> desktopValues(const std::string& root)
+Ref<NSDictionary> Domains::desktopNow() const
 {
-    if (root.empty() || !prefersDark(root))
-        return NSDictionary::cls().dictionary();
-    return makeDictionary({ { "AppleInterfaceStyle"_ns, "Dark"_ns } });
+    const desktop::ColorScheme scheme = scheme_.load(std::memory_order_relaxed);
+    const bool dark = scheme == desktop::ColorScheme::noPreference
+        ? prefersDark(Store::root())
+        : scheme == desktop::ColorScheme::dark;
+    return dark ? makeDictionary({ { "AppleInterfaceStyle"_ns, "Dark"_ns } })
+                : NSDictionary::cls().dictionary();
 }
 
 Domains& Domains::shared()
@@ -173,7 +178,8 @@ void Domains::reset()
     std::vector<VolatileDomain> fresh { { NSArgumentDomain.get(),
                                             valuesOfArguments(processArguments()) },
         { "NSLanguageDomain"_ns, languageValues() }, { NSRegistrationDomain.get(), none } };
-    Ref<NSDictionary> desktop = desktopValues(Store::root());
+    scheme_.store(desktop::ColorScheme::noPreference, std::memory_order_relaxed);
+    Ref<NSDictionary> desktop = desktopNow();
     nextLook_.store(Clock::now() + kLookInterval, std::memory_order_relaxed);
     const std::lock_guard guard(memory);
     volatile_.swap(fresh);
@@ -190,9 +196,18 @@ void Domains::look()
     if (!nextLook_.compare_exchange_strong(next, now + kLookInterval))
         return;
     Store::lookAtAll();
-    Ref<NSDictionary> desktop = desktopValues(Store::root());
+    Ref<NSDictionary> desktop = desktopNow();
     const std::lock_guard guard(memory);
     desktop_.swap(desktop);
+}
+
+bool Domains::setColorScheme(desktop::ColorScheme scheme)
+{
+    scheme_.store(scheme, std::memory_order_relaxed);
+    Ref<NSDictionary> desktop = desktopNow();
+    const std::lock_guard guard(memory);
+    desktop_.swap(desktop);
+    return !desktop_->isEqual(desktop.get());
 }
 
 VolatileDomain* Domains::volatileDomain(NSString* name)
@@ -202,4 +217,14 @@ VolatileDomain* Domains::volatileDomain(NSString* name)
     return found == volatile_.end() ? nullptr : &*found;
 }
 
+}
+
+bool brindle::desktop::filesPreferDark() { return defaults::prefersDark(defaults::Store::root()); }
+
+void brindle::desktop::setColorScheme(ColorScheme scheme)
+{
+    if (!defaults::Domains::shared().setColorScheme(scheme))
+        return;
+    const Ref<NSUserDefaults> object = NSUserDefaults::cls().standardUserDefaults();
+    defaults::postChange(*object);
 }

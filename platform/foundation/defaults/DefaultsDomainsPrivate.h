@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "DefaultsStorePrivate.h"
+#include "foundation/desktop/ColorScheme.h"
 
 namespace brindle {
 
@@ -29,6 +30,9 @@ public:
     void look();
     /// Makes everything as at the start of the process.
     void reset();
+    /// Takes what the desktop said while the program ran, which counts more than its files.
+    /// - Returns: whether another value is found now.
+    bool setColorScheme(desktop::ColorScheme scheme);
 
     static constexpr std::ptrdiff_t kSearched
         = 3; // the first of the volatile domains, always there
@@ -44,8 +48,11 @@ public:
 
 private:
     Domains() { reset(); }
+    /// Answers "AppleInterfaceStyle" = "Dark" or nothing.
+    Ref<NSDictionary> desktopNow() const;
 
     std::atomic<std::int64_t> nextLook_ { 0 };
+    std::atomic<desktop::ColorScheme> scheme_ { desktop::ColorScheme::noPreference };
     std::vector<VolatileDomain> volatile_;
     Ref<NSDictionary> desktop_;
 };
@@ -58,8 +65,5 @@ std::string applicationName();
 /// - Shape: every argument `-Key` before one that does not begin with "-", or is a number; a value that reads as a
 ///   property list in braces, parentheses or angle brackets is one, any other is a string.
 Ref<NSDictionary> valuesOfArguments(const std::vector<std::string>& arguments);
-/// Answers what the desktop's own files say: "AppleInterfaceStyle" = "Dark" or nothing. Only regular files are read.
-/// - root: the folder of the user's configuration.
-Ref<NSDictionary> desktopValues(const std::string& root);
 
 }
