@@ -18,7 +18,7 @@ RUN = re.compile(r"(?:\w+\.)?(?:\w+/)?(?P<case>\w+\.\w+)(?:/.*)?")
 FUNCTION = re.compile(r"^[ \t]*def (test_\w+)\(", re.MULTILINE)
 
 # Programs that are one test of ctest each, however many cases they hold.
-WHOLE = {"x11": ["x11-tests.none", "x11-tests.openbox"], "hardening": ["hardening-tests.reduced"]}
+WHOLE = {"x11": ["x11-tests.none", "x11-tests.openbox", "x11-tests.icewm"], "hardening": ["hardening-tests.reduced"]}
 
 
 def tests_in_the_tree():
