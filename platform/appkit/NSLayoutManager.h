@@ -220,15 +220,29 @@ public:
             "characterIndexForPoint:inTextContainer:fractionOfDistanceBetweenInsertionPoints:",
             NSUInteger>(point, container, fraction);
     }
-    /// Answers the index whose caret is nearest to a point; never inside a character as a reader counts them.
+    /// Answers the index whose caret is nearest to a point; never inside a character as a reader counts them. Behind a line
+    /// that was wrapped it is the last one whose caret still stands on that line.
     NSUInteger insertionIndexForPoint_inTextContainer(NSPoint point, NSTextContainer* container)
     {
         return send<"insertionIndexForPoint:inTextContainer:", NSUInteger>(point, container);
+    }
+    /// The same, where the caret may stand at the very end of a wrapped line.
+    /// - upstream: receives whether it does; the same index is the start of the next line otherwise.
+    NSUInteger insertionIndexForPoint_inTextContainer_upstream(
+        NSPoint point, NSTextContainer* container, bool* upstream)
+    {
+        return send<"insertionIndexForPoint:inTextContainer:upstream:", NSUInteger>(
+            point, container, upstream);
     }
     /// Answers where the caret before an index stands: no width, as high as its line; the length of the text has one too.
     NSRect insertionRectForCharacterAtIndex(NSUInteger index)
     {
         return send<"insertionRectForCharacterAtIndex:", NSRect>(index);
+    }
+    /// The same. - upstream: where a line was wrapped, the caret stands at its end instead of before the next one.
+    NSRect insertionRectForCharacterAtIndex_upstream(NSUInteger index, bool upstream)
+    {
+        return send<"insertionRectForCharacterAtIndex:upstream:", NSRect>(index, upstream);
     }
     /// Answers the rectangles of a selection, good until the next question: lines that it leaves are covered to their end.
     /// - selected: a location of `NSNotFound` covers the letters only.

@@ -293,15 +293,36 @@ template <> struct NSLayoutManager::Methods<struct Places> {
     {
         return indexForPoint(self, point, container, nullptr);
     }
+    static NSUInteger insertionIndexAndSide(
+        NSLayoutManager& self, NSPoint point, NSTextContainer* container, bool* upstream)
+    {
+        bool side = false;
+        const NSUInteger index
+            = layouts::ready(self).indexNear(layouts::placeOf(self, container), point, &side);
+        if (upstream)
+            *upstream = side;
+        return index;
+    }
     static NSUInteger insertionIndex(
         NSLayoutManager& self, NSPoint point, NSTextContainer* container)
     {
-        return layouts::ready(self).indexNear(layouts::placeOf(self, container), point);
+        bool upstream = false;
+        const NSUInteger index
+            = self.insertionIndexForPoint_inTextContainer_upstream(point, container, &upstream);
+        if (!upstream)
+            return index;
+        const Ref<NSString> text = self.textStorage()->string();
+        return text->rangeOfComposedCharacterSequenceAtIndex(index - 1).location;
     }
     static NSRect insertionRect(NSLayoutManager& self, NSUInteger index)
     {
+        return self.insertionRectForCharacterAtIndex_upstream(index, false);
+    }
+    static NSRect insertionRectOnSide(NSLayoutManager& self, NSUInteger index, bool upstream)
+    {
         const Fragment* fragment = nullptr;
-        const double x = layouts::ready(self).caretX(std::min(index, lengthOf(self)), &fragment);
+        const double x
+            = layouts::ready(self).caretX(std::min(index, lengthOf(self)), &fragment, upstream);
         if (!fragment)
             return NSZeroRect;
         return NSMakeRect(x, fragment->used.origin.y, 0, fragment->used.size.height);
@@ -356,6 +377,8 @@ template <> struct NSLayoutManager::Methods<struct Places> {
                 imp<indexForPoint> },
             { "insertionIndexForPoint:inTextContainer:", imp<insertionIndex> },
             { "insertionRectForCharacterAtIndex:", imp<insertionRect> },
+            { "insertionIndexForPoint:inTextContainer:upstream:", imp<insertionIndexAndSide> },
+            { "insertionRectForCharacterAtIndex:upstream:", imp<insertionRectOnSide> },
             { "rectArrayForCharacterRange:withinSelectedCharacterRange:inTextContainer:rectCount:",
                 imp<rectArray> },
             { "rectArrayForGlyphRange:withinSelectedGlyphRange:inTextContainer:rectCount:",

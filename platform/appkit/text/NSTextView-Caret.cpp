@@ -46,9 +46,8 @@ void TextViewAccess::restartCaret(NSTextView& view)
     s.caretShown = true;
     if (!view.shouldDrawInsertionPoint())
         return stopCaret(view);
-    const NSUInteger head = s.head;
     view.setNeedsDisplayInRect(NSInsetRect(s.caret, -1, -1));
-    view.setNeedsDisplayInRect(NSInsetRect(caretRect(view, head), -2, -1));
+    view.setNeedsDisplayInRect(NSInsetRect(caretRect(view, head(view)), -2, -1));
     if (s.blink)
         s.blink->invalidate();
     s.blink = NSTimer::cls().timerWithTimeInterval_repeats_block(
@@ -126,7 +125,7 @@ template <> struct NSTextView::Methods<struct Drawing> {
         s.caret = NSZeroRect;
         if (!self.shouldDrawInsertionPoint())
             return;
-        NSRect rect = TextViewAccess::caretRect(self, s.head);
+        NSRect rect = TextViewAccess::caretRect(self, TextViewAccess::head(self));
         rect.size.width = kCaretWidth;
         // At the right edge it stands inside.
         rect.origin.x = std::max(std::min(rect.origin.x, NSMaxX(self.bounds()) - kCaretWidth), 0.0);

@@ -48,22 +48,22 @@ namespace {
         return NSMinY(here) == NSMinY(there) && NSMinX(there) < NSMinX(here);
     }
 
-    NSUInteger lineEnd(NSTextView& view, NSUInteger index)
+    CaretPlace lineEnd(NSTextView& view, CaretPlace place)
     {
         const Ref<NSString> text = TextViewAccess::text(view);
-        const NSRange line = TextViewAccess::lineAt(view, index);
+        const NSRange line = TextViewAccess::lineAt(view, place);
         const NSUInteger end = NSMaxRange(line);
-        const NSUInteger contents = NSMaxRange(places::paragraphContentsAt(*text, index));
+        const NSUInteger contents = NSMaxRange(places::paragraphContentsAt(*text, line.location));
         if (contents <= end || !line.length)
             return std::min(contents, end);
-        // The end of a line that was broken is the start of the next one: stand before its last character.
-        return std::max(index, places::previousCharacter(*text, end));
+        // The end of a line that was wrapped is the start of the next one as well.
+        return { end, NSSelectionAffinityUpstream };
     }
 
-    NSUInteger vertical(NSTextView& view, NSUInteger index, CGFloat distance)
+    CaretPlace vertical(NSTextView& view, CaretPlace place, CGFloat distance)
     {
         TextViewState& s = TextViewAccess::of(view);
-        const NSRect caret = TextViewAccess::caretRect(view, index);
+        const NSRect caret = TextViewAccess::caretRect(view, place);
         if (!s.goal)
             s.goal = NSMidX(caret);
         const CGFloat y = distance < 0 ? NSMinY(caret) + distance : NSMaxY(caret) + distance;
@@ -74,7 +74,7 @@ namespace {
             return 0;
         if (y > bottom)
             return length;
-        return TextViewAccess::indexAt(view, { *s.goal, y });
+        return TextViewAccess::placeAt(view, { *s.goal, y });
     }
 
     CGFloat pageHeight(NSTextView& view)
@@ -83,8 +83,9 @@ namespace {
         return std::max(view.visibleRect().size.height - 2 * line, line);
     }
 
-    NSUInteger target(NSTextView& view, Motion motion, NSUInteger index)
+    CaretPlace target(NSTextView& view, Motion motion, CaretPlace place)
     {
+        const NSUInteger index = place.index;
         const Ref<NSString> text = TextViewAccess::text(view);
         const bool words = !TextViewAccess::of(view).secretText;
         switch (motion) {
@@ -99,7 +100,7 @@ namespace {
         case Motion::wordForward:
             return words ? places::wordEnd(*text, index) : text->length();
         case Motion::wordBackward:
-            return words ? places::wordStart(*text, index) : 0;
+            return words ? places::wordStart(*text, index) : NSUInteger { 0 };
         case Motion::wordLeft:
             return target(
                 view, runsLeft(view, index) ? Motion::wordForward : Motion::wordBackward, index);
@@ -107,17 +108,17 @@ namespace {
             return target(
                 view, runsLeft(view, index) ? Motion::wordBackward : Motion::wordForward, index);
         case Motion::up:
-            return vertical(view, index, -1);
+            return vertical(view, place, -1);
         case Motion::down:
-            return vertical(view, index, 1);
+            return vertical(view, place, 1);
         case Motion::lineStart:
-            return TextViewAccess::lineAt(view, index).location;
+            return TextViewAccess::lineAt(view, place).location;
         case Motion::lineEnd:
-            return lineEnd(view, index);
+            return lineEnd(view, place);
         case Motion::lineLeft:
-            return target(view, runsLeft(view, index) ? Motion::lineEnd : Motion::lineStart, index);
+            return target(view, runsLeft(view, index) ? Motion::lineEnd : Motion::lineStart, place);
         case Motion::lineRight:
-            return target(view, runsLeft(view, index) ? Motion::lineStart : Motion::lineEnd, index);
+            return target(view, runsLeft(view, index) ? Motion::lineStart : Motion::lineEnd, place);
         case Motion::paragraphStart:
             return places::paragraphContentsAt(*text, index).location;
         case Motion::paragraphEnd:
@@ -140,11 +141,11 @@ namespace {
         case Motion::documentEnd:
             return text->length();
         case Motion::pageUp:
-            return vertical(view, index, -pageHeight(view));
+            return vertical(view, place, -pageHeight(view));
         case Motion::pageDown:
-            return vertical(view, index, pageHeight(view));
+            return vertical(view, place, pageHeight(view));
         }
-        return index;
+        return place;
     }
 
     constexpr bool isVertical(Motion motion)
@@ -174,12 +175,11 @@ namespace {
         }
     }
 
-    NSUInteger startFor(NSTextView& view, Motion motion, bool extend)
+    CaretPlace startFor(NSTextView& view, Motion motion, bool extend)
     {
-        const TextViewState& s = TextViewAccess::of(view);
         const NSRange range = TextViewAccess::selection(view);
         if (extend || !range.length)
-            return s.head;
+            return TextViewAccess::head(view);
         const bool goesBack = motion == Motion::up || motion == Motion::pageUp
             || motion == Motion::wordBackward || motion == Motion::wordLeft
             || motion == Motion::lineStart || motion == Motion::paragraphStart
@@ -210,7 +210,7 @@ template <> struct NSTextView::Methods<struct Commands> {
             if (const auto place = collapsed(self, M))
                 return TextViewAccess::moveTo(self, *place, false);
         }
-        const NSUInteger from = startFor(self, M, Extend);
+        const CaretPlace from = startFor(self, M, Extend);
         TextViewAccess::moveTo(self, target(self, M, from), Extend, isVertical(M));
     }
 
@@ -219,9 +219,9 @@ template <> struct NSTextView::Methods<struct Commands> {
         NSRange range = TextViewAccess::selection(self);
         if (!range.length) {
             const NSUInteger head = TextViewAccess::of(self).head;
-            NSUInteger to = target(self, M, head);
+            NSUInteger to = target(self, M, TextViewAccess::head(self)).index;
             if (isKilling(M) && to == head && M == Motion::paragraphEnd)
-                to = target(self, Motion::forward, head); // at the end the break itself goes
+                to = target(self, Motion::forward, head).index; // at the end the break itself goes
             range = NSMakeRange(std::min(head, to), std::max(head, to) - std::min(head, to));
         }
         if (!range.length || !self.isEditable())

@@ -84,6 +84,7 @@ void TextViewAccess::put(NSTextView& view, NSRange range, NSAttributedString& te
         s.storage->replaceCharactersInRange_withAttributedString(range, &text);
     }
     s.anchor = s.head = range.location + text.length();
+    s.affinity = NSSelectionAffinityDownstream;
     s.goal.reset();
     relayout(view);
 }

@@ -14,20 +14,22 @@ namespace brindle {
 
 NSUInteger TextViewAccess::length(NSTextView& view) { return of(view).storage->length(); }
 
-NSRect TextViewAccess::caretRect(NSTextView& view, NSUInteger index)
+NSRect TextViewAccess::caretRect(NSTextView& view, CaretPlace place)
 {
     const NSPoint origin = view.textContainerOrigin();
-    const NSRect rect
-        = of(view).layout->insertionRectForCharacterAtIndex(std::min(index, length(view)));
+    const NSRect rect = of(view).layout->insertionRectForCharacterAtIndex_upstream(
+        std::min(place.index, length(view)), place.isUpstream());
     return NSOffsetRect(rect, origin.x, origin.y);
 }
 
-NSUInteger TextViewAccess::indexAt(NSTextView& view, NSPoint point)
+CaretPlace TextViewAccess::placeAt(NSTextView& view, NSPoint point)
 {
     const NSPoint origin = view.textContainerOrigin();
     const TextViewState& s = of(view);
-    return s.layout->insertionIndexForPoint_inTextContainer(
-        { point.x - origin.x, point.y - origin.y }, s.container.get());
+    bool upstream = false;
+    const NSUInteger index = s.layout->insertionIndexForPoint_inTextContainer_upstream(
+        { point.x - origin.x, point.y - origin.y }, s.container.get(), &upstream);
+    return { index, upstream ? NSSelectionAffinityUpstream : NSSelectionAffinityDownstream };
 }
 
 std::vector<NSRect> TextViewAccess::rectsOf(NSTextView& view, NSRange range)
@@ -45,10 +47,14 @@ std::vector<NSRect> TextViewAccess::rectsOf(NSTextView& view, NSRange range)
     return moved;
 }
 
-NSRange TextViewAccess::lineAt(NSTextView& view, NSUInteger index)
+NSRange TextViewAccess::lineAt(NSTextView& view, CaretPlace place)
 {
     const NSUInteger end = length(view);
     NSLayoutManager& layout = *of(view).layout;
+    // The letter before a caret at the end of a wrapped line is on that line.
+    const bool isBehind = place.isUpstream() && place.index > 0
+        && NSMinY(caretRect(view, place)) < NSMinY(caretRect(view, place.index));
+    const NSUInteger index = isBehind ? place.index - 1 : place.index;
     if (!end || (index >= end && layout.extraLineFragmentRect().size.height > 0))
         return NSMakeRange(end, 0);
     NSRange line {};
@@ -163,19 +169,25 @@ template <> struct NSTextView::Methods<struct Layout> {
         const Ref<NSWindow> window = self.window();
         return window ? window->convertRectToScreen(inWindow) : inWindow;
     }
+    /// An index is where the caret stands, if it is the caret's.
+    static CaretPlace placeOf(NSTextView& self, NSUInteger index)
+    {
+        const CaretPlace head = TextViewAccess::head(self);
+        return head.index == index ? head : CaretPlace(index);
+    }
     static NSRect firstRect(NSTextView& self, NSRange range, NSRange* actual)
     {
         range = TextViewAccess::clamped(self, range);
         if (actual)
             *actual = range;
         if (!range.length)
-            return onScreen(self, TextViewAccess::caretRect(self, range.location));
+            return onScreen(self, TextViewAccess::caretRect(self, placeOf(self, range.location)));
         const std::vector<NSRect> rects = TextViewAccess::rectsOf(self, range);
         return onScreen(self, rects.empty() ? NSZeroRect : rects.front());
     }
     static NSUInteger indexForInsertion(NSTextView& self, NSPoint point)
     {
-        return TextViewAccess::indexAt(self, point);
+        return TextViewAccess::placeAt(self, point).index;
     }
     static NSUInteger indexForScreenPoint(NSTextView& self, NSPoint point)
     {
@@ -192,7 +204,8 @@ template <> struct NSTextView::Methods<struct Layout> {
     static void scrollRangeToVisible(NSTextView& self, NSRange range)
     {
         range = TextViewAccess::clamped(self, range);
-        NSRect rect = TextViewAccess::caretRect(self, NSMaxRange(range));
+        NSRect rect = TextViewAccess::caretRect(
+            self, range.length ? NSMaxRange(range) : placeOf(self, range.location));
         if (range.length) {
             for (const NSRect& part : TextViewAccess::rectsOf(self, range))
                 rect = NSUnionRect(rect, part);

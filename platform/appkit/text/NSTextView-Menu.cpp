@@ -59,7 +59,7 @@ template <> struct NSTextView::Methods<struct EditMenu> {
             const NSPoint point = self.convertPoint_fromView(press->locationInWindow(), nullptr);
             if (!isSelected(self, point))
                 self.setSelectedRange(self.selectionRangeForProposedRange_granularity(
-                    NSMakeRange(TextViewAccess::indexAt(self, point), 0), NSSelectByWord));
+                    NSMakeRange(TextViewAccess::placeAt(self, point).index, 0), NSSelectByWord));
         }
         super<NSTextView, "rightMouseDown:">(self, event);
     }
@@ -69,7 +69,7 @@ template <> struct NSTextView::Methods<struct EditMenu> {
         const auto rects = TextViewAccess::rectsOf(self, selected);
         return selected.length && !rects.empty()
             ? rects.back()
-            : TextViewAccess::caretRect(self, selected.location);
+            : TextViewAccess::caretRect(self, TextViewAccess::head(self));
     }
 
     static void table(Builder& t)

@@ -26,11 +26,11 @@ namespace {
                       : press.clickCount() == 2   ? NSSelectByWord
                                                   : NSSelectByCharacter)
         {
-            const NSUInteger index = indexOf(press);
+            const CaretPlace place = placeOf(press);
             const NSUInteger anchor = TextViewAccess::of(view).anchor;
             extends_ = (press.modifierFlags() & NSShiftKeyMask) != 0;
-            first_ = extends_ ? NSMakeRange(anchor, 0) : pieceAt(index);
-            select(index);
+            first_ = extends_ ? NSMakeRange(anchor, 0) : pieceAt(place.index);
+            select(place);
         }
         ~Selecting() { stopScrolling(); }
         Selecting(const Selecting&) = delete;
@@ -59,20 +59,20 @@ namespace {
         {
             return view_->convertPoint_fromView(event.locationInWindow(), nullptr);
         }
-        NSUInteger indexOf(NSEvent& event) const
+        CaretPlace placeOf(NSEvent& event) const
         {
-            return TextViewAccess::indexAt(*view_, pointOf(event));
+            return TextViewAccess::placeAt(*view_, pointOf(event));
         }
         NSRange pieceAt(NSUInteger index) const
         {
             return view_->selectionRangeForProposedRange_granularity(
                 NSMakeRange(index, 0), granularity_);
         }
-        void select(NSUInteger index)
+        void select(CaretPlace place)
         {
             if (granularity_ == NSSelectByCharacter)
-                return TextViewAccess::select(*view_, first_.location, index, true);
-            const NSRange piece = pieceAt(index);
+                return TextViewAccess::select(*view_, first_.location, place, true);
+            const NSRange piece = pieceAt(place.index);
             const NSRange all = NSUnionRange(first_, piece);
             if (piece.location < first_.location)
                 TextViewAccess::select(*view_, NSMaxRange(all), all.location, true);
@@ -90,7 +90,7 @@ namespace {
         }
         void selectAtPointer()
         {
-            select(TextViewAccess::indexAt(*view_, view_->convertPoint_fromView(last_, nullptr)));
+            select(TextViewAccess::placeAt(*view_, view_->convertPoint_fromView(last_, nullptr)));
             view_->scrollRangeToVisible(NSMakeRange(TextViewAccess::of(*view_).head, 0));
         }
         // The pointer may rest outside: what it stands over changes as the text scrolls by.
@@ -144,8 +144,9 @@ template <> struct NSTextView::Methods<struct Mouse> {
         const Ref<NSWindow> window = self.window();
         if (window && window->firstResponder() != &self)
             window->makeFirstResponder(&self);
-        const NSUInteger index = TextViewAccess::indexAt(
-            self, self.convertPoint_fromView(press->locationInWindow(), nullptr));
+        const NSUInteger index = TextViewAccess::placeAt(
+            self, self.convertPoint_fromView(press->locationInWindow(), nullptr))
+                                     .index;
         if (!maybe(text)->length())
             return;
         self.breakUndoCoalescing();

@@ -59,10 +59,11 @@ void TextViewAccess::redrawSelection(NSTextView& view)
     }
 }
 
-void TextViewAccess::select(NSTextView& view, NSUInteger anchor, NSUInteger head, bool still)
+void TextViewAccess::select(NSTextView& view, NSUInteger anchor, CaretPlace place, bool still)
 {
     const Ref<NSTextView> alive(&view);
     TextViewState& s = of(view);
+    const NSUInteger head = place.index;
     const NSRange before = selection(view);
     redrawSelection(view);
     const NSRange wanted = clamped(
@@ -71,6 +72,7 @@ void TextViewAccess::select(NSTextView& view, NSUInteger anchor, NSUInteger head
     const bool backward = head < anchor;
     s.anchor = backward ? NSMaxRange(range) : range.location;
     s.head = backward ? range.location : NSMaxRange(range);
+    s.affinity = s.head == head ? place.affinity : NSSelectionAffinityDownstream;
     redrawSelection(view);
     restartCaret(view);
     if (equal(before, range))
@@ -82,11 +84,11 @@ void TextViewAccess::select(NSTextView& view, NSUInteger anchor, NSUInteger head
     tellSelection(view, before);
 }
 
-void TextViewAccess::moveTo(NSTextView& view, NSUInteger index, bool extend, bool keepsGoal)
+void TextViewAccess::moveTo(NSTextView& view, CaretPlace place, bool extend, bool keepsGoal)
 {
     const std::optional<CGFloat> goal = of(view).goal;
     view.breakUndoCoalescing();
-    select(view, extend ? of(view).anchor : index, index);
+    select(view, extend ? of(view).anchor : place.index, place);
     of(view).goal = keepsGoal ? goal : std::nullopt;
     view.scrollRangeToVisible(NSMakeRange(of(view).head, 0));
 }
@@ -112,9 +114,8 @@ template <> struct NSTextView::Methods<struct Selection> {
         NSTextView& self, NSRange range, NSSelectionAffinity affinity, bool still)
     {
         range = TextViewAccess::clamped(self, range);
-        TextViewAccess::of(self).affinity = affinity;
         TextViewAccess::of(self).goal.reset();
-        TextViewAccess::select(self, range.location, NSMaxRange(range), still);
+        TextViewAccess::select(self, range.location, { NSMaxRange(range), affinity }, still);
     }
     static Ref<NSArray> ranges(NSTextView& self)
     {

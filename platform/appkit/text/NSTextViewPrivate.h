@@ -20,6 +20,19 @@ struct TypingRun {
     Ref<NSAttributedString> replaced;
 };
 
+/// Where a caret stands: before a character, and there perhaps still at the end of the line that was wrapped.
+struct CaretPlace {
+    CaretPlace(NSUInteger at, NSSelectionAffinity side = NSSelectionAffinityDownstream)
+        : index(at)
+        , affinity(side)
+    {
+    }
+    bool isUpstream() const { return affinity == NSSelectionAffinityUpstream; }
+
+    NSUInteger index;
+    NSSelectionAffinity affinity;
+};
+
 /// Everything an editor is and has.
 struct TextViewState {
     Ref<NSTextStorage> storage;
@@ -29,7 +42,7 @@ struct TextViewState {
 
     NSUInteger anchor = 0; // the end of the selection that stays
     NSUInteger head = 0; // the end that moves; the caret, when both are the same
-    NSSelectionAffinity affinity = NSSelectionAffinityDownstream;
+    NSSelectionAffinity affinity = NSSelectionAffinityDownstream; // of the moving end
     std::optional<CGFloat> goal; // where the caret would like to be while it moves up and down
     Ref<NSMutableString> secretText; // shown as bullets; nil where the text is no secret
     NSRange marked { NSNotFound, 0 };
@@ -84,12 +97,14 @@ struct TextViewAccess {
     // Layout; NSTextView-Layout.cpp. Rectangles and points are in the view's coordinates.
 
     static NSUInteger length(NSTextView& view);
-    /// Answers a line of no width where the caret stands before a character.
-    static NSRect caretRect(NSTextView& view, NSUInteger index);
-    static NSUInteger indexAt(NSTextView& view, NSPoint point);
+    /// Answers a line of no width where the caret stands.
+    static NSRect caretRect(NSTextView& view, CaretPlace place);
+    static CaretPlace placeAt(NSTextView& view, NSPoint point);
+    /// Answers where the moving end of the selection stands, the caret.
+    static CaretPlace head(NSTextView& view) { return { of(view).head, of(view).affinity }; }
     static std::vector<NSRect> rectsOf(NSTextView& view, NSRange range);
-    /// Answers the characters of the line that shows an index.
-    static NSRange lineAt(NSTextView& view, NSUInteger index);
+    /// Answers the characters of the line that shows a caret.
+    static NSRange lineAt(NSTextView& view, CaretPlace place);
     static NSSize usedSize(NSTextView& view);
     /// Follows a change of the text, its look or the room for it.
     static void relayout(NSTextView& view);
@@ -111,8 +126,8 @@ struct TextViewAccess {
     // Selection; NSTextView-Selection.cpp.
 
     /// Moves the caret, or the moving end of the selection.
-    static void moveTo(NSTextView& view, NSUInteger index, bool extend, bool keepsGoal = false);
-    static void select(NSTextView& view, NSUInteger anchor, NSUInteger head, bool still = false);
+    static void moveTo(NSTextView& view, CaretPlace place, bool extend, bool keepsGoal = false);
+    static void select(NSTextView& view, NSUInteger anchor, CaretPlace head, bool still = false);
     static void ownPrimary(NSTextView& view);
     static void redrawSelection(NSTextView& view);
 

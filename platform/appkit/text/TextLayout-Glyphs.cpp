@@ -101,14 +101,16 @@ const GlyphLine& Layout::glyphsOf(std::size_t fragment)
     return *glyphs_.emplace(fragment, std::move(made)).first->second;
 }
 
-double Layout::caretX(NSUInteger index, const Fragment** found)
+double Layout::caretX(NSUInteger index, const Fragment** found, bool upstream)
 {
     ensureIndex(index);
-    const std::size_t at = hasExtraLine_ && index >= length_ ? kNoFragment : fragmentAt(index);
+    std::size_t at = hasExtraLine_ && index >= length_ ? kNoFragment : fragmentAt(index);
     if (at >= fragments_.size()) {
         *found = hasExtraLine_ ? &extraLine_ : nullptr;
         return hasExtraLine_ ? extraLine_.textX : 0;
     }
+    if (upstream && at > 0 && index == fragments_[at].range.location && fragments_[at - 1].wrapped)
+        --at;
     const Fragment& fragment = fragments_[at];
     *found = &fragment;
     const GlyphLine& glyphs = glyphsOf(at);
@@ -118,8 +120,9 @@ double Layout::caretX(NSUInteger index, const Fragment** found)
     return fragment.textX + glyphs.line.caretOffset(place);
 }
 
-NSUInteger Layout::indexNear(std::size_t container, NSPoint point)
+NSUInteger Layout::indexNear(std::size_t container, NSPoint point, bool* upstream)
 {
+    *upstream = false;
     ensurePoint(container, point.y);
     const bool isBehind = hasExtraLine_ && extraLine_.container == container
         && (point.y >= NSMinY(extraLine_.rect) || fragments_.empty());
@@ -130,9 +133,8 @@ NSUInteger Layout::indexNear(std::size_t container, NSPoint point)
     const GlyphLine& glyphs = glyphsOf(at);
     const NSUInteger index
         = glyphs.toText(glyphs.line.indexAt(point.x - fragment.textX), fragment.range.location);
-    // Behind the last letter of a line that was wrapped the caret would already stand on the next one.
-    const NSUInteger last = NSMaxRange(fragment.range);
-    return fragment.wrapped && index >= last && last > fragment.range.location ? last - 1 : index;
+    *upstream = fragment.wrapped && index >= NSMaxRange(fragment.range);
+    return index;
 }
 
 std::vector<NSRect> Layout::rectsFor(NSRange range, std::size_t container, bool isSelection)

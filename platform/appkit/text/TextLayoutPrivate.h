@@ -99,9 +99,10 @@ public:
     const GlyphLine& glyphsOf(std::size_t fragment);
 
     /// Answers where a caret before an index stands, in the container's coordinates, and its fragment.
-    double caretX(NSUInteger index, const Fragment** fragment);
-    /// Answers the index whose caret is nearest to a place.
-    NSUInteger indexNear(std::size_t container, NSPoint point);
+    /// - upstream: at a place where a line was wrapped it stands at the end of that line, not before the next one.
+    double caretX(NSUInteger index, const Fragment** fragment, bool upstream = false);
+    /// Answers the index whose caret is nearest to a place. - upstream: receives on which side of a line's end that is.
+    NSUInteger indexNear(std::size_t container, NSPoint point, bool* upstream);
     /// Answers the rectangles that a range covers in a container. - isSelection: lines that go on are covered to their end.
     std::vector<NSRect> rectsFor(NSRange range, std::size_t container, bool isSelection);
 
