@@ -12,6 +12,7 @@
 #include "ThreadPrivate.h"
 #include "runtime/ClosureMemory.h"
 #include "runtime/NSException.h"
+#include "runtime/ObjectMemory.h"
 
 namespace brindle {
 
@@ -283,11 +284,13 @@ void RunLoopCore::sleep(Modes mode, std::int64_t until)
     std::vector<pollfd> polled { { inbox_->descriptor(), POLLIN, 0 } };
     collect(mode, polled);
     bool isReady = false;
-    if ((items_.isRoomy() || hasSpareClosureMemory()) && !Clock::isVirtual()) {
+    const bool hasSpare = items_.isRoomy() || hasSpareClosureMemory() || hasSpareObjectMemory();
+    if (hasSpare && !Clock::isVirtual()) {
         isReady = poll(polled, std::min(until, Clock::now() + kRest));
         if (!isReady) {
             items_.shrink();
             trimClosureMemory();
+            trimObjectMemory();
         }
     }
     if (!isReady)

@@ -6,6 +6,7 @@
 
 #include "ClassPrivate.h"
 #include "NSException.h"
+#include "ObjectMemory.h"
 
 namespace brindle {
 
@@ -36,7 +37,7 @@ namespace {
         // The C library gives back what this thread freed last through malloc alone; large memory comes as zeros.
         constexpr std::size_t kSmall = 1024;
         const std::size_t whole = sizeof(ObjectHeader) + size;
-        void* memory = whole <= kSmall ? std::malloc(whole) : std::calloc(1, whole);
+        void* memory = whole <= kSmall ? takeObjectMemory(whole) : std::calloc(1, whole);
         if (!memory)
             fatal("out of memory");
         asm("" : "+r"(memory)); // compilers make calloc of the two

@@ -3,6 +3,7 @@
 #include <unordered_map>
 
 #include "ClassPrivate.h"
+#include "ObjectMemory.h"
 
 namespace brindle {
 
@@ -51,7 +52,7 @@ namespace {
         }
         endFields(object);
         clearExtras(object);
-        std::free(&header);
+        giveObjectMemory(&header);
     }
 
     [[gnu::noinline]] void waitForEnd(void* object)
