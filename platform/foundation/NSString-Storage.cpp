@@ -184,7 +184,10 @@ namespace strings {
 
     void assign(Storage& storage, View text)
     {
-        if (text.isNarrow())
+        auto* const narrow = std::get_if<std::string>(&storage.text);
+        if (text.isNarrow() && narrow)
+            narrow->assign(text.narrow());
+        else if (text.isNarrow())
             storage.text = std::string(text.narrow());
         else if (isAscii(text.wide()))
             storage.text = std::string(text.wide().begin(), text.wide().end());

@@ -97,12 +97,8 @@ void ArchiveList::shortenReferences(std::size_t size)
     for (std::size_t i = 0; i < offsets_.size(); ++i) {
         const std::size_t from = offsets_[i];
         const std::size_t end = i + 1 < offsets_.size() ? offsets_[i + 1] : bytes_.size();
-        const unsigned kind = bytes[from] >> 4;
-        const bool holds = kind == 0xa || kind == 0xd;
-        const bool isCounted = (bytes[from] & 15) == 15;
-        const std::size_t head = !holds ? end - from
-            : isCounted                 ? 2 + (std::size_t { 1 } << (bytes[from + 1] & 15))
-                                        : 1;
+        const std::size_t holding = headOfContainer(bytes + from);
+        const std::size_t head = holding ? holding : end - from;
         offsets_[i] = static_cast<std::uint32_t>(to);
         std::memmove(bytes + to, bytes + from, head);
         to += head;

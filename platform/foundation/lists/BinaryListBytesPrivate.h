@@ -53,6 +53,15 @@ inline void store(unsigned char* to, std::uint64_t value, std::size_t size)
     }
 }
 
+/// Answers how many bytes stand before a container's references; 0 for an object that holds nothing.
+inline std::size_t headOfContainer(const unsigned char* object)
+{
+    const unsigned kind = *object >> 4;
+    if (kind != 0xa && kind != 0xd)
+        return 0;
+    return (*object & 15) == 15 ? 2 + (std::size_t { 1 } << (object[1] & 15)) : 1;
+}
+
 /// Answers half a hash, which is never 0: containers have that.
 inline std::uint32_t hashOf(const unsigned char* bytes, std::size_t count)
 {

@@ -28,9 +28,25 @@ namespace {
         return std::bit_cast<double>(bits);
     }
 
-    std::string_view textAt(const unsigned char* at, std::size_t length)
+    std::string_view asciiOf(const BinaryListReader::Content& content)
     {
-        return { reinterpret_cast<const char*>(at), length };
+        return { reinterpret_cast<const char*>(content.first), content.count };
+    }
+
+    bool isWide(const BinaryListReader::Shape& shape) { return shape.marker >> 4 == 6; }
+
+    std::int64_t integerOf(const BinaryListReader::Content& content)
+    {
+        const std::size_t unused = content.count == 16 ? 8 : 0;
+        return static_cast<std::int64_t>(loadBig(content.first + unused, content.count - unused));
+    }
+
+    BinaryListReader::Index largestOf(const BinaryListReader::References& all)
+    {
+        BinaryListReader::Index largest = 0;
+        for (std::size_t i = 0; i < all.size(); ++i)
+            largest = std::max(largest, all[i]);
+        return largest;
     }
 
 }
@@ -42,28 +58,40 @@ bool BinaryListReader::isBinary(std::span<const unsigned char> bytes)
 
 // ---- opening
 
-bool BinaryListReader::open(std::span<const unsigned char> bytes, Failure& failure)
+bool BinaryListReader::begin(std::span<const unsigned char> bytes, Failure& failure)
 {
     bytes_ = bytes;
     if (!isBinary(bytes))
         return fail(failure, 0, "a binary property list begins with bplist0");
     if (bytes.size() < kHeader + kTrailer + 2)
         return fail(failure, bytes.size(), "the list ends before its trailer");
-    if (!readTrailer(failure))
-        return false;
+    return readTrailer(failure);
+}
+
+BinaryListReader::Checks BinaryListReader::checks() const
+{
     // Objects do not share bytes, so all together are no longer than the list; twice is generous. Without a limit many
     // entries of the table could name one long object, and checking it each time would take for ever.
-    std::size_t left = 2 * bytes.size();
-    References goodKeys { bytes.data(), 0, referenceSize_ };
+    return { 2 * bytes_.size(), { bytes_.data(), 0, referenceSize_ } };
+}
+
+bool BinaryListReader::checkAll(Failure& failure) const
+{
+    Checks checks = this->checks();
+    Shape shape;
+    std::size_t bound = 0;
     for (Index index = 0; index < count_; ++index) {
-        std::size_t length = 0;
-        if (!check(index, length, goodKeys, failure))
+        if (!check(index, checks, shape, bound, failure))
             return false;
-        if (length > left)
-            return fail(failure, offset(index), "objects overlap");
-        left -= length;
     }
     return true;
+}
+
+bool BinaryListReader::mayBeInOrder() const
+{
+    // Everything but the top is held, so that there are as many references at least, which can all be told apart.
+    return top_ == count_ - 1 && count_ - 1 <= (end_ - kHeader) / referenceSize_
+        && (referenceSize_ == 8 || (count_ - 1) >> 8 * referenceSize_ == 0);
 }
 
 bool BinaryListReader::readTrailer(Failure& failure)
@@ -88,6 +116,7 @@ bool BinaryListReader::readTrailer(Failure& failure)
     if (top >= count)
         return fail(failure, place + 16, "the top object is not in the table");
     table_ = bytes_.data() + table;
+    end_ = table;
     count_ = count;
     top_ = top;
     return true;
@@ -96,87 +125,81 @@ bool BinaryListReader::readTrailer(Failure& failure)
 BinaryListReader::Shape BinaryListReader::shapeAt(const unsigned char* at)
 {
     // The trailer stands behind every object: what a marker announces can be read before it is believed.
-    const Kind kind = kKinds[*at];
-    const unsigned low = *at & 15;
+    const unsigned char marker = *at;
+    const Kind kind = kKinds[marker];
+    const unsigned low = marker & 15;
     switch (kind) {
     case Kind::none:
         return {};
     case Kind::boolean:
-        return { kind, { 0, at + 1 } };
+        return { kind, marker, { 0, at + 1 } };
     case Kind::integer:
     case Kind::real:
     case Kind::date:
-        return { kind, { std::size_t { 1 } << low, at + 1 } };
+        return { kind, marker, { std::size_t { 1 } << low, at + 1 } };
     case Kind::uid:
-        return { kind, { low + 1u, at + 1 } };
+        return { kind, marker, { low + 1u, at + 1 } };
     default:
         if (low == 15 && (at[1] < 0x10 || at[1] > 0x13))
             return {};
-        return { kind, contentAt(at) };
+        return { kind, marker, contentAt(at) };
     }
 }
 
 bool BinaryListReader::check(
-    Index index, std::size_t& length, References& goodKeys, Failure& failure) const
+    Index index, Checks& checks, Shape& shape, std::size_t& bound, Failure& failure) const
 {
-    const auto end = static_cast<std::size_t>(table_ - bytes_.data());
     const std::uint64_t start = loadBig(table_ + index * offsetSize_, offsetSize_);
-    if (start < kHeader || start >= end)
-        return fail(failure, end + index * offsetSize_, "an offset leads out of the objects");
-    const Shape shape = shapeAt(bytes_.data() + start);
+    if (start < kHeader || start >= end_)
+        return fail(failure, end_ + index * offsetSize_, "an offset leads out of the objects");
+    shape = shapeAt(bytes_.data() + start);
     if (shape.kind == Kind::none)
         return fail(failure, start, "no object begins with this byte");
-    const bool isWide = shape.kind == Kind::string && bytes_[start] >> 4 == 6;
     const std::size_t unit = shape.kind == Kind::array ? referenceSize_
         : shape.kind == Kind::dictionary               ? 2 * referenceSize_
-        : isWide                                       ? 2
+        : isWide(shape)                                ? 2
                                                        : 1;
     const auto content = static_cast<std::size_t>(shape.content.first - bytes_.data());
-    if (content > end || shape.content.count > (end - content) / unit)
+    if (content > end_ || shape.content.count > (end_ - content) / unit)
         return fail(failure, start, "an object is longer than the list");
-    length = content - start + shape.content.count * unit;
+    const std::size_t length = content - start + shape.content.count * unit;
+    if (isContainer(shape.kind)) {
+        const References all = held(shape);
+        const Index largest = largestOf(all);
+        if (largest >= count_)
+            return fail(failure, start, "a container holds what is not in the table");
+        bound = all.size() ? largest + 1 : 0;
+        if (shape.kind == Kind::dictionary
+            && !checkKeys(start, keys(shape), checks.goodKeys, failure))
+            return false;
+    } else if (!checkContent(shape, start, failure)) {
+        return false;
+    }
+    if (length > checks.left)
+        return fail(failure, start, "objects overlap");
+    checks.left -= length;
+    return true;
+}
 
+bool BinaryListReader::checkContent(const Shape& shape, std::size_t start, Failure& failure) const
+{
+    const Content& content = shape.content;
     switch (shape.kind) {
     case Kind::integer:
-        if (shape.content.count == 16 && loadBig(shape.content.first, 8) != 0)
+        if (content.count == 16 && loadBig(content.first, 8) != 0)
             return fail(failure, start, "an integer has more than 64 bits");
         return true;
     case Kind::date:
-        return std::isfinite(realAt(shape.content.first, 8))
+        return std::isfinite(realAt(content.first, 8))
             || fail(failure, start, "a date is not a finite number");
     case Kind::string:
-        if (isWide)
-            return isPaired(shape.content.count, [&](std::size_t i) {
-                return unitAt(shape.content.first, i);
-            }) || fail(failure, start, "a string is not UTF-16");
-        return strings::isAscii(textAt(shape.content.first, shape.content.count))
-            || fail(failure, start, "a string is not ASCII");
-    case Kind::array:
-    case Kind::dictionary:
-        return checkReferences(start, shape, goodKeys, failure);
+        if (isWide(shape))
+            return isPaired(content.count, [&](std::size_t i) { return unitAt(content.first, i); })
+                || fail(failure, start, "a string is not UTF-16");
+        return strings::isAscii(asciiOf(content)) || fail(failure, start, "a string is not ASCII");
     default:
         return true;
     }
-}
-
-bool BinaryListReader::areInTable(const References& all) const
-{
-    Index largest = 0;
-    for (std::size_t i = 0; i < all.size(); ++i)
-        largest = std::max(largest, all[i]);
-    return largest < count_;
-}
-
-/// - goodKeys: keys of another dictionary that were checked: records of one kind have the same.
-bool BinaryListReader::checkReferences(
-    std::size_t start, const Shape& shape, References& goodKeys, Failure& failure) const
-{
-    const std::size_t each = shape.kind == Kind::dictionary ? 2 : 1;
-    const References all { shape.content.first, shape.content.count * each, referenceSize_ };
-    if (!areInTable(all))
-        return fail(failure, start, "a container holds what is not in the table");
-    return shape.kind == Kind::array
-        || checkKeys(start, all.first(shape.content.count), goodKeys, failure);
 }
 
 bool BinaryListReader::checkKeys(
@@ -184,11 +207,10 @@ bool BinaryListReader::checkKeys(
 {
     if (keys == goodKeys)
         return true;
-    const auto end = static_cast<std::size_t>(table_ - bytes_.data());
     for (std::size_t i = 0; i < keys.size(); ++i) {
         // The key itself may not have been checked yet, except that its entry is there.
         const std::uint64_t key = loadBig(table_ + keys[i] * offsetSize_, offsetSize_);
-        if (key >= end || (bytes_[key] >> 4 != 5 && bytes_[key] >> 4 != 6))
+        if (key >= end_ || (bytes_[key] >> 4 != 5 && bytes_[key] >> 4 != 6))
             return fail(failure, start, "a dictionary's key is no string");
     }
     goodKeys = keys;
@@ -199,25 +221,14 @@ bool BinaryListReader::checkKeys(
 
 std::int64_t BinaryListReader::integer(Index index) const
 {
-    const unsigned char* const start = at(index);
-    const unsigned power = *start & 15;
-    if (power == 4)
-        return static_cast<std::int64_t>(loadBig(start + 9, 8));
-    return static_cast<std::int64_t>(loadBig(start + 1, std::size_t { 1 } << power));
-}
-
-bool BinaryListReader::isNatural(Index index) const
-{
-    return *at(index) == 0x14 && integer(index) < 0;
+    return integerOf(shape(index).content);
 }
 
 double BinaryListReader::real(Index index) const
 {
-    const unsigned char* const start = at(index);
-    return realAt(start + 1, std::size_t { 1 } << (*start & 15));
+    const Content content = shape(index).content;
+    return realAt(content.first, content.count);
 }
-
-double BinaryListReader::date(Index index) const { return real(index); }
 
 std::span<const unsigned char> BinaryListReader::data(Index index) const
 {
@@ -225,53 +236,49 @@ std::span<const unsigned char> BinaryListReader::data(Index index) const
     return { content.first, content.count };
 }
 
-Ref<NSString> BinaryListReader::string(Index index) const
+Ref<NSString> BinaryListReader::string(const Shape& shape) const
 {
-    const unsigned char* const start = at(index);
-    const Content content = contentAt(start);
-    if (*start >> 4 == 5)
-        return strings::plain(std::string(textAt(content.first, content.count)));
+    const Content& content = shape.content;
+    if (!isWide(shape))
+        return strings::plain(strings::View(asciiOf(content)));
     std::u16string units(content.count, u'\0');
     for (std::size_t i = 0; i < content.count; ++i)
         units[i] = unitAt(content.first, i);
     return strings::plain(std::move(units));
 }
 
-Ref<NSObject> BinaryListReader::leaf(Index index) const
+Ref<NSObject> BinaryListReader::leaf(const Shape& shape) const
 {
-    switch (kind(index)) {
+    const Content& content = shape.content;
+    switch (shape.kind) {
     case Kind::boolean:
-        return NSNumber::cls().numberWithBool(boolean(index));
-    case Kind::integer:
-        if (isNatural(index))
-            return NSNumber::cls().numberWithUnsignedInteger(
-                static_cast<NSUInteger>(integer(index)));
-        return NSNumber::cls().numberWithInteger(integer(index));
-    case Kind::real:
-        if (isSingle(index))
-            return NSNumber::cls().numberWithFloat(static_cast<float>(real(index)));
-        return NSNumber::cls().numberWithDouble(real(index));
+        return NSNumber::cls().numberWithBool(shape.marker == 0x09);
+    case Kind::integer: {
+        const std::int64_t value = integerOf(content);
+        if (shape.marker == 0x14 && value < 0)
+            return NSNumber::cls().numberWithUnsignedInteger(static_cast<NSUInteger>(value));
+        return NSNumber::cls().numberWithInteger(value);
+    }
+    case Kind::real: {
+        const double value = realAt(content.first, content.count);
+        if (content.count == sizeof(float))
+            return NSNumber::cls().numberWithFloat(static_cast<float>(value));
+        return NSNumber::cls().numberWithDouble(value);
+    }
     case Kind::date:
-        return NSDate::cls().dateWithTimeIntervalSinceReferenceDate(date(index));
+        return NSDate::cls().dateWithTimeIntervalSinceReferenceDate(realAt(content.first, 8));
     case Kind::data:
-        return dataFrom(data(index));
+        return dataFrom({ content.first, content.count });
     case Kind::string:
-        return string(index);
+        return string(shape);
     case Kind::uid:
-        return makeUID(uid(index));
+        return makeUID(loadBig(content.first, content.count));
     default:
         return nullptr;
     }
 }
 
 // ---- containers
-
-BinaryListReader::References BinaryListReader::children(Index container) const
-{
-    const Content content = contentAt(at(container));
-    const std::size_t each = kind(container) == Kind::dictionary ? 2 : 1;
-    return { content.first, content.count * each, referenceSize_ };
-}
 
 BinaryListReader::Index BinaryListReader::find(Index dictionary, std::string_view key) const
 {
@@ -284,47 +291,7 @@ BinaryListReader::Index BinaryListReader::find(Index dictionary, std::string_vie
     return count_;
 }
 
-bool BinaryListReader::childrenFirst(Order& order, Failure& failure) const
-{
-    return areInOrder(order) || walk(order, failure);
-}
-
-/// Answers whether everything stands in the table behind what it holds, as our writers put it, and is not nested too
-/// deeply. Then no container contains itself, and nobody needs to walk.
-bool BinaryListReader::areInOrder(Order& order) const
-{
-    struct Seen {
-        std::uint32_t uses;
-        std::uint32_t depth; // how many containers stand around it
-    };
-    std::vector<Seen> seen(top_ + 1);
-    seen[top_].uses = 1;
-    for (Index index = top_ + 1; index-- > 0;) {
-        if (!seen[index].uses || !isContainer(kind(index)))
-            continue;
-        const std::uint32_t depth = seen[index].depth + 1;
-        if (depth > kDeepest)
-            return false;
-        const References held = children(index);
-        for (std::size_t i = 0; i < held.size(); ++i) {
-            const Index child = held[i];
-            if (child >= index)
-                return false;
-            ++seen[child].uses;
-            seen[child].depth = std::max(seen[child].depth, depth);
-        }
-    }
-    order.uses.resize(top_ + 1);
-    order.indexes.reserve(top_ + 1);
-    for (Index index = 0; index <= top_; ++index) {
-        order.uses[index] = seen[index].uses;
-        if (seen[index].uses)
-            order.indexes.push_back(static_cast<std::uint32_t>(index));
-    }
-    return true;
-}
-
-bool BinaryListReader::walk(Order& order, Failure& failure) const
+bool BinaryListReader::childrenFirst(std::vector<std::uint32_t>& order, Failure& failure) const
 {
     constexpr std::uint16_t kOpen = 0xffff;
     struct Step {
@@ -335,24 +302,23 @@ bool BinaryListReader::walk(Order& order, Failure& failure) const
     };
     std::vector<std::uint16_t> heights(count_); // 0 not seen yet, 1 a leaf, kOpen while inside
     std::vector<Step> way;
-    order.indexes.reserve(count_);
-    order.uses.assign(count_, 0);
-    order.uses[top_] = 1;
+    order.reserve(count_);
     const auto enter = [&](Index index) {
-        if (!isContainer(kind(index))) {
+        const Shape shape = this->shape(index);
+        if (!isContainer(shape.kind)) {
             heights[index] = 1;
-            order.indexes.push_back(static_cast<std::uint32_t>(index));
+            order.push_back(static_cast<std::uint32_t>(index));
             return;
         }
         heights[index] = kOpen;
-        way.push_back({ index, children(index), 0, 2 });
+        way.push_back({ index, held(shape), 0, 2 });
     };
     enter(top_);
     while (!way.empty()) {
         Step& step = way.back();
         if (step.next == step.children.size()) {
             heights[step.index] = step.height;
-            order.indexes.push_back(static_cast<std::uint32_t>(step.index));
+            order.push_back(static_cast<std::uint32_t>(step.index));
             way.pop_back();
             continue;
         }
@@ -369,7 +335,6 @@ bool BinaryListReader::walk(Order& order, Failure& failure) const
         // A leaf counts for nothing: that many containers stand in each other.
         if (step.height > kDeepest + 1)
             return fail(failure, offset(step.index), "containers are nested too deeply");
-        ++order.uses[child];
         ++step.next;
     }
     return true;

@@ -27,7 +27,8 @@ inline std::uint64_t loadBig(const unsigned char* at, std::size_t size)
 ///
 /// `open` checks every object of the table once, so that all questions afterwards are safe and cheap, for the kind of
 /// object that the question is about. What it does not see is how containers hold each other: who follows references
-/// to any depth asks `childrenFirst` before.
+/// to any depth asks `childrenFirst` before. Who takes the objects in the order of the table checks each of them
+/// as it comes, after `begin`.
 /// Thread: any number at once, after `open`.
 class BinaryListReader {
 public:
@@ -60,9 +61,57 @@ public:
     /// Answers whether bytes begin as a binary list does: "bplist0" and one more.
     static bool isBinary(std::span<const unsigned char> bytes);
 
+    /// What stands in strings, data and containers.
+    struct Content {
+        std::size_t count; ///< bytes of data, units of a string, elements or entries
+        const unsigned char* first;
+    };
+    /// An object that was found in the list.
+    struct Shape {
+        Kind kind = Kind::none;
+        unsigned char marker = 0; ///< its first byte
+        Content content {}; ///< of numbers and the like: their bytes
+    };
+    /// What `check` keeps from one object to the next.
+    struct Checks {
+        std::size_t left; ///< so many bytes may be in the objects that follow
+        References
+            goodKeys; ///< of a dictionary that was checked: records of one kind have them too
+    };
+
     /// Reads the table and checks every object.
     /// - Returns: false, with the offset of the culprit, for what is no binary list.
-    bool open(std::span<const unsigned char> bytes, Failure& failure);
+    bool open(std::span<const unsigned char> bytes, Failure& failure)
+    {
+        return begin(bytes, failure) && checkAll(failure);
+    }
+    /// Finds the table. Nothing else may be asked of an object before it was checked.
+    bool begin(std::span<const unsigned char> bytes, Failure& failure);
+    /// Checks the objects of a list that was begun.
+    bool checkAll(Failure& failure) const;
+    Checks checks() const;
+    /// Checks one object, each in its turn from the first on.
+    /// - shape: set to what the object is.
+    /// - bound: set to a number above all references in a container.
+    bool check(
+        Index index, Checks& checks, Shape& shape, std::size_t& bound, Failure& failure) const;
+    /// Answers what a small container seems to hold, before it was checked: any indexes, or none.
+    References valuesAhead(Index container) const
+    {
+        const References nothing { table_, 0, referenceSize_ };
+        if (container >= count_)
+            return nothing;
+        const std::uint64_t start = loadBig(table_ + container * offsetSize_, offsetSize_);
+        if (start >= end_ || !isContainer(kKinds[bytes_[start]]))
+            return nothing;
+        const std::size_t count = bytes_[start] & 15; // 15 in large ones
+        const std::size_t keys = bytes_[start] >= 0xd0 ? count : 0;
+        if (count == 15 || end_ - start <= (keys + count) * referenceSize_)
+            return nothing;
+        return { bytes_.data() + start + 1 + keys * referenceSize_, count, referenceSize_ };
+    }
+    /// Answers whether everything in the table may be held by something that stands behind it.
+    bool mayBeInOrder() const;
 
     Index top() const { return top_; }
     Index count() const { return count_; }
@@ -77,12 +126,12 @@ public:
     /// Answers an integer's low 64 bits; they are unsigned when `isNatural`.
     std::int64_t integer(Index index) const;
     /// Answers whether an integer is above the largest signed one.
-    bool isNatural(Index index) const;
+    bool isNatural(Index index) const { return *at(index) == 0x14 && integer(index) < 0; }
     double real(Index index) const;
     /// Answers whether a real number was kept in single precision.
     bool isSingle(Index index) const { return *at(index) == 0x22; }
     /// Answers seconds since the reference date, a finite number.
-    double date(Index index) const;
+    double date(Index index) const { return real(index); }
     std::uint64_t uid(Index index) const
     {
         const unsigned char* const start = at(index);
@@ -101,7 +150,7 @@ public:
         const Content content = contentAt(start);
         return { reinterpret_cast<const char*>(content.first), content.count };
     }
-    Ref<NSString> string(Index index) const;
+    Ref<NSString> string(Index index) const { return string(shape(index)); }
 
     /// Answers an array's elements, or a dictionary's keys and values, which are as many.
     References elements(Index array) const
@@ -119,28 +168,28 @@ public:
     Index find(Index dictionary, std::string_view key) const;
 
     /// Answers the object that stands for a value of any kind but array and dictionary.
-    Ref<NSObject> leaf(Index index) const;
+    Ref<NSObject> leaf(Index index) const { return leaf(shape(index)); }
 
-    /// What the top object reaches, each object once and behind everything that it holds.
-    struct Order {
-        std::vector<std::uint32_t> indexes;
-        /// By index: how many references lead to an object, one more for the top.
-        std::vector<std::uint32_t> uses;
-    };
+    /// Answers what an object is; the questions by shape are those above.
+    Shape shape(Index index) const { return shapeAt(at(index)); }
+    References elements(const Shape& array) const
+    {
+        return { array.content.first, array.content.count, referenceSize_ };
+    }
+    References keys(const Shape& dictionary) const { return elements(dictionary); }
+    References values(const Shape& dictionary) const
+    {
+        const Content& content = dictionary.content;
+        return { content.first + content.count * referenceSize_, content.count, referenceSize_ };
+    }
+    Ref<NSString> string(const Shape& shape) const;
+    Ref<NSObject> leaf(const Shape& shape) const;
+
+    /// Finds what the top object reaches, each object once and behind everything that it holds.
     /// - Returns: false for a container that contains itself, and for more than `kDeepest` in each other.
-    bool childrenFirst(Order& order, Failure& failure) const;
+    bool childrenFirst(std::vector<std::uint32_t>& order, Failure& failure) const;
 
 private:
-    /// What stands in strings, data and containers.
-    struct Content {
-        std::size_t count; ///< bytes of data, units of a string, elements or entries
-        const unsigned char* first;
-    };
-    struct Shape {
-        Kind kind = Kind::none;
-        Content content {}; ///< of numbers and the like: their bytes
-    };
-
     /// The kinds by the bytes with which objects begin; no object begins with the rest.
     static constexpr std::array<Kind, 256> makeKinds()
     {
@@ -177,18 +226,18 @@ private:
         return bytes_.data() + loadBig(table_ + index * offsetSize_, offsetSize_);
     }
     bool readTrailer(Failure& failure);
-    bool check(Index index, std::size_t& length, References& goodKeys, Failure& failure) const;
-    bool checkReferences(
-        std::size_t start, const Shape& shape, References& goodKeys, Failure& failure) const;
+    bool checkContent(const Shape& shape, std::size_t start, Failure& failure) const;
     bool checkKeys(
         std::size_t start, const References& keys, References& goodKeys, Failure& failure) const;
-    bool areInTable(const References& all) const;
-    References children(Index container) const;
-    bool areInOrder(Order& order) const;
-    bool walk(Order& order, Failure& failure) const;
+    References held(const Shape& container) const
+    {
+        const std::size_t each = container.kind == Kind::dictionary ? 2 : 1;
+        return { container.content.first, container.content.count * each, referenceSize_ };
+    }
 
     std::span<const unsigned char> bytes_;
-    const unsigned char* table_ = nullptr;
+    const unsigned char* table_ = nullptr; // behind the objects
+    std::size_t end_ = 0; // of the objects
     std::size_t offsetSize_ = 0;
     std::size_t referenceSize_ = 0;
     Index count_ = 0;

@@ -7,6 +7,10 @@ namespace brindle::lists {
 
 namespace {
 
+    constexpr std::string_view kHeader = "bplist00";
+    constexpr std::size_t kReference
+        = sizeof(BinaryListWriter::Index); // bytes of one, until the end
+
     constexpr std::uint64_t slotOf(std::uint32_t hash, std::uint32_t index)
     {
         return std::uint64_t { hash } << 32 | (index + 1);
@@ -22,26 +26,28 @@ namespace {
 
 }
 
+BinaryListWriter::BinaryListWriter() { bytes_.put(kHeader); }
+
 // ---- values
 
 BinaryListWriter::Index BinaryListWriter::place(std::size_t start, std::uint32_t hash)
 {
-    places_.add({ start, references_.size() });
+    starts_.add(start);
     hashes_.add(hash);
-    return static_cast<Index>(places_.size() - 1);
+    return static_cast<Index>(starts_.size() - 1);
 }
 
 /// Answers where the bytes of an object end.
 std::size_t BinaryListWriter::end(Index index) const
 {
-    return index + 1 < places_.size() ? places_[index + 1].bytes : bytes_.size();
+    return index + 1 < starts_.size() ? starts_[index + 1] : bytes_.size();
 }
 
 /// Answers whether a value equals the bytes from `start` on. They say how many they are, so that a longer value
 /// cannot begin with them.
 bool BinaryListWriter::isEqual(Index index, std::size_t start, std::size_t length) const
 {
-    return std::memcmp(bytes_.bytes() + places_[index].bytes, bytes_.bytes() + start, length) == 0;
+    return std::memcmp(bytes_.bytes() + starts_[index], bytes_.bytes() + start, length) == 0;
 }
 
 /// Answers the place of an equal value in a table that has room, or the empty one where it belongs.
@@ -49,7 +55,7 @@ BinaryListWriter::Slot& BinaryListWriter::find(Row<Slot>& slots, Slot wanted) co
 {
     const std::size_t mask = slots.size() - 1;
     const Index index = indexIn(wanted);
-    const std::size_t start = places_[index].bytes;
+    const std::size_t start = starts_[index];
     std::size_t at = hashIn(wanted) & mask;
     for (; slots[at]; at = (at + 1) & mask) {
         if (hashIn(slots[at]) == hashIn(wanted)
@@ -96,112 +102,140 @@ BinaryListWriter::Index BinaryListWriter::keepOnce(std::size_t start)
         ++knownCount_;
         return index;
     }
-    places_.cutTo(index);
+    starts_.cutTo(index);
     hashes_.cutTo(index);
     bytes_.cutTo(start);
     return indexIn(known);
 }
 
-/// Answers the index that each object has in the list, counted without those that equal an earlier one.
-Row<BinaryListWriter::Index> BinaryListWriter::finalIndexes(std::size_t& count) const
+/// Turns the hashes into the indexes that the objects have in the list, counted without those that equal an earlier
+/// one.
+/// - Returns: how many there are.
+std::size_t BinaryListWriter::makeFinal()
 {
     constexpr std::size_t kAhead = 16;
-    Row<Slot> slots(std::bit_ceil(2 * places_.size()));
-    Row<Index> indexes(places_.size());
-    count = 0;
-    for (std::size_t i = 0; i < indexes.size(); ++i) {
-        if (i + kAhead < indexes.size())
-            __builtin_prefetch(&slots[hashes_[i + kAhead] & (slots.size() - 1)], 1);
-        const auto index = static_cast<Index>(i);
-        if (!hashes_[i]) {
-            indexes[i] = static_cast<Index>(count++);
+    constexpr std::size_t kNear = 8;
+    const std::size_t values = starts_.size() - containerCount_;
+    Row<Slot> slots(std::bit_ceil(values + values / 2 + 1));
+    const std::size_t mask = slots.size() - 1;
+    std::size_t count = 0;
+    for (std::size_t i = 0; i < hashes_.size(); ++i) {
+        if (i + kAhead < hashes_.size()) {
+            __builtin_prefetch(&slots[hashes_[i + kAhead] & mask], 1);
+            const std::uint32_t near = hashes_[i + kNear];
+            if (const Slot slot = slots[near & mask]; slot && hashIn(slot) == near) {
+                __builtin_prefetch(&starts_[indexIn(slot)]);
+                __builtin_prefetch(&hashes_[indexIn(slot)]);
+            }
+        }
+        const std::uint32_t hash = hashes_[i];
+        if (!hash) {
+            hashes_[i] = static_cast<Index>(count++);
             continue;
         }
-        Slot& slot = find(slots, slotOf(hashes_[i], index));
+        const Slot wanted = slotOf(hash, static_cast<Index>(i));
+        Slot& slot = find(slots, wanted);
         if (slot) {
-            indexes[i] = indexes[indexIn(slot)];
+            hashes_[i] = hashes_[indexIn(slot)];
             continue;
         }
-        slot = slotOf(hashes_[i], index);
-        indexes[i] = static_cast<Index>(count++);
+        slot = wanted;
+        hashes_[i] = static_cast<Index>(count++);
     }
-    return indexes;
+    return count;
 }
 
 // ---- containers
 
 BinaryListWriter::Index BinaryListWriter::array(std::span<const Index> elements)
 {
-    const Index index = place(writeHead(0xa0, elements.size(), 0), 0);
-    references_.add(elements);
+    const Index index = place(writeHead(0xa0, elements.size(), kReference), 0);
+    bytes_.put(elements.data(), elements.size_bytes());
+    ++containerCount_;
+    referenceCount_ += elements.size();
     return index;
 }
 
 BinaryListWriter::Index BinaryListWriter::dictionary(std::span<const Entry> entries)
 {
-    const Index index = place(writeHead(0xd0, entries.size(), 0), 0);
-    Index* to = references_.room(2 * entries.size());
-    for (const Entry& entry : entries)
-        *to++ = entry.key;
-    for (const Entry& entry : entries)
-        *to++ = entry.value;
-    references_.advance(2 * entries.size());
+    const std::size_t size = entries.size() * kReference;
+    const Index index = place(writeHead(0xd0, entries.size(), 2 * kReference), 0);
+    unsigned char* key = bytes_.room(2 * size);
+    for (const Entry& entry : entries) {
+        std::memcpy(key, &entry.key, kReference);
+        std::memcpy(key + size, &entry.value, kReference);
+        key += kReference;
+    }
+    bytes_.advance(2 * size);
+    ++containerCount_;
+    referenceCount_ += 2 * entries.size();
     return index;
+}
+
+/// Moves what stays to the front and gives references their final form; nothing overtakes what is still to be read.
+/// The starts become those of the list.
+/// - Returns: where the objects end.
+std::size_t BinaryListWriter::moveTogether(std::size_t count, std::size_t referenceSize)
+{
+    auto* const bytes = const_cast<unsigned char*>(bytes_.bytes());
+    std::size_t to = kHeader.size();
+    std::size_t moved = to; // up to here bytes have found their place, or are left out
+    const auto moveTo = [&](std::size_t end) {
+        if (to != moved)
+            std::memmove(bytes + to, bytes + moved, end - moved);
+        to += end - moved;
+        moved = end;
+    };
+    std::size_t done = 0;
+    for (std::size_t i = 0; i < hashes_.size(); ++i) {
+        const std::size_t start = starts_[i];
+        const std::size_t end = this->end(static_cast<Index>(i));
+        if (hashes_[i] != done) { // equal to an earlier one
+            moveTo(start);
+            moved = end;
+            continue;
+        }
+        starts_[done++] = to + (start - moved);
+        const std::size_t head = headOfContainer(bytes + start);
+        if (!head)
+            continue;
+        moveTo(start + head);
+        for (; moved < end; moved += kReference, to += referenceSize) {
+            Index index = 0;
+            std::memcpy(&index, bytes + moved, kReference);
+            store(bytes + to, hashes_[index], referenceSize);
+        }
+    }
+    moveTo(bytes_.size());
+    starts_.cutTo(count);
+    return to;
 }
 
 Ref<NSData> BinaryListWriter::finish(Index top)
 {
-    constexpr std::string_view kHeader = "bplist00";
     constexpr std::size_t kTrailer = 32;
-    std::size_t count = 0;
-    const Row<Index> indexes = finalIndexes(count);
+    const std::size_t count = makeFinal();
     const std::size_t referenceSize = sizeFor(count - 1);
-    const std::size_t longest = kHeader.size() + bytes_.size() + references_.size() * referenceSize;
-    const std::size_t offsetSize = sizeFor(longest);
-
-    Output out;
-    out.reserve(longest + count * offsetSize + kTrailer);
-    out.put(kHeader);
-    Row<std::uint64_t> offsets;
-    offsets.reserve(count);
-    std::size_t copied = 0; // bytes up to here are written, or left out
-    for (std::size_t i = 0; i < indexes.size(); ++i) {
-        const Place place = places_[i];
-        const std::size_t end = this->end(static_cast<Index>(i));
-        if (indexes[i] != offsets.size()) { // equal to an earlier one
-            out.put(bytes_.bytes() + copied, place.bytes - copied);
-            copied = end;
-            continue;
-        }
-        offsets.add(out.size() + place.bytes - copied);
-        const std::size_t last
-            = i + 1 < places_.size() ? places_[i + 1].references : references_.size();
-        if (last == place.references)
-            continue;
-        out.put(bytes_.bytes() + copied, end - copied);
-        copied = end;
-        unsigned char* to = out.room(0);
-        for (std::size_t held = place.references; held < last; ++held, to += referenceSize)
-            store(to, indexes[references_[held]], referenceSize);
-        out.advance((last - place.references) * referenceSize);
-    }
-    out.put(bytes_.bytes() + copied, bytes_.size() - copied);
-
-    const std::size_t table = out.size();
-    unsigned char* to = out.room(0);
-    for (const std::uint64_t offset : offsets) {
-        store(to, offset, offsetSize);
+    const std::size_t offsetSize
+        = sizeFor(bytes_.size() - referenceCount_ * (kReference - referenceSize));
+    top = hashes_[top];
+    const std::size_t table = moveTogether(count, referenceSize);
+    bytes_.cutTo(table);
+    unsigned char* to = bytes_.room(count * offsetSize + kTrailer);
+    for (const std::uint64_t start : starts_) {
+        store(to, start, offsetSize);
         to += offsetSize;
     }
     std::memset(to, 0, kTrailer);
     to[6] = static_cast<unsigned char>(offsetSize);
     to[7] = static_cast<unsigned char>(referenceSize);
     store(to + 8, count, 8);
-    store(to + 16, indexes[top], 8);
+    store(to + 16, top, 8);
     store(to + 24, table, 8);
-    out.advance(count * offsetSize + kTrailer);
+    bytes_.advance(count * offsetSize + kTrailer);
+    Ref<NSData> list = bytes_.data();
     *this = BinaryListWriter();
-    return out.data();
+    return list;
 }
 
 }

@@ -20,6 +20,8 @@ class BinaryListWriter : ValueBytes {
 public:
     using Index = std::uint32_t;
 
+    BinaryListWriter();
+
     struct Entry {
         Index key;
         Index value;
@@ -47,11 +49,6 @@ public:
     Ref<NSData> finish(Index top);
 
 private:
-    /// Where an object begins: behind so many bytes and so many references.
-    struct Place {
-        std::uint64_t bytes;
-        std::uint64_t references;
-    };
     /// A value by its hash: the upper half is the hash, the lower one the index and one, or 0 for none.
     using Slot = std::uint64_t;
 
@@ -61,12 +58,15 @@ private:
     bool isEqual(Index index, std::size_t start, std::size_t length) const;
     std::size_t end(Index index) const;
     Slot& find(Row<Slot>& slots, Slot wanted) const;
-    Row<Index> finalIndexes(std::size_t& count) const;
+    std::size_t makeFinal();
+    std::size_t moveTogether(std::size_t count, std::size_t referenceSize);
 
-    // The bytes of all objects stand in a row, without the references that containers hold.
-    Row<Index> references_;
-    Row<Place> places_;
-    Row<std::uint32_t> hashes_; // containers have 0
+    // The bytes of all objects stand in a row. References of containers are of four bytes, in this machine's order and
+    // to objects as they were added; what the list needs fits into the same memory at the end.
+    Row<std::uint64_t> starts_;
+    Row<std::uint32_t> hashes_; // containers have 0; at the end the indexes that the list has
+    std::size_t containerCount_ = 0;
+    std::size_t referenceCount_ = 0;
 
     // Strings and long values are known by a table. The rest, unless it was written recently, is sorted out at the end:
     // then all values are there, and the memory that a search will need can be on its way while others are searched for.

@@ -15,7 +15,7 @@ namespace {
     /// costs as much as writing them.
     void* inLargePages(void* memory, std::size_t size)
     {
-        constexpr std::size_t kLarge = std::size_t { 16 } << 20;
+        constexpr std::size_t kLarge = std::size_t { 8 } << 20;
         if (!memory)
             throw std::bad_alloc();
         if (size < kLarge)

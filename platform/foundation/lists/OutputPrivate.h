@@ -65,10 +65,12 @@ public:
     T* room(std::size_t count)
     {
         if (capacity_ - size_ < count) [[unlikely]]
-            reserve(std::max<std::size_t>({ size_ + count, capacity_ * 2, 256 / sizeof(T) }));
+            reserve(roomier(size_ + count));
         return first_ + size_;
     }
     void advance(std::size_t count) { size_ += count; }
+    /// Answers how many elements there is room for already.
+    std::size_t spare() const { return capacity_ - size_; }
     void reserve(std::size_t capacity)
     {
         first_ = static_cast<T*>(enlarged(first_, capacity * sizeof(T)));
@@ -95,6 +97,15 @@ public:
     }
 
 private:
+    /// Past some megabytes, room costs nothing before it is used, and growing does.
+    std::size_t roomier(std::size_t needed) const
+    {
+        constexpr std::size_t kLong = (std::size_t { 2 } << 20) / sizeof(T);
+        constexpr std::size_t kMuch = (std::size_t { 64 } << 20) / sizeof(T);
+        const std::size_t least = needed > kLong ? kMuch : 256 / sizeof(T);
+        return std::max({ needed, capacity_ * 2, least });
+    }
+
     T* first_ = nullptr;
     std::size_t size_ = 0;
     std::size_t capacity_ = 0;
@@ -173,7 +184,10 @@ public:
     /// Gives the bytes away.
     Ref<NSData> data()
     {
+        constexpr std::size_t kMuch = std::size_t { 1 } << 20;
         const std::size_t size = this->size();
+        if (spare() > kMuch)
+            reserve(size);
         return NSData::cls().dataWithBytesNoCopy_length(release(), size);
     }
 };

@@ -6,9 +6,11 @@
 #include "foundation/NSDate.h"
 #include "foundation/NSNumber.h"
 #include "foundation/PropertyListUID.h"
+#include "runtime/ObjectMemory.h"
 
 #include <array>
 #include <cmath>
+#include <optional>
 
 namespace brindle::lists {
 
@@ -18,83 +20,127 @@ namespace {
     class Making {
     public:
         using Index = BinaryListReader::Index;
+        using Shape = BinaryListReader::Shape;
+        using References = BinaryListReader::References;
 
-        static constexpr std::size_t kAhead = 24;
-
-        Making(const BinaryListReader& reader, BinaryListReader::Order order, Mutability mutability)
+        Making(const BinaryListReader& reader, Mutability mutability)
             : reader_(reader)
-            , order_(std::move(order))
             , mutability_(mutability)
             , made_(reader.count())
+            , heights_(reader.count())
             , keys_(mutability == Mutability::leaves ? reader.count() : 0)
         {
         }
         ~Making()
         {
-            if (isDone_)
-                return;
-            for (std::size_t index = 0; index < order_.uses.size(); ++index) {
-                while (made_[index] && order_.uses[index])
+            forgetKeys();
+            for (Index index = 0; free_ > 0; ++index) {
+                if (made_[index] & kFree)
                     take(index);
             }
         }
         Making(const Making&) = delete;
         Making& operator=(const Making&) = delete;
 
-        Ref<NSObject> make()
+        enum class Outcome { made, refused, disordered };
+        /// Checks and makes everything in one go, as long as it stands in the table behind what it holds: our writers
+        /// put it so. Then nothing contains itself, and nobody needs to look for an order.
+        Outcome makeInOrder(Failure& failure)
         {
-            const std::size_t count = order_.indexes.size();
-            for (std::size_t i = 0; i < count; ++i) {
-                fetch(order_.indexes[std::min(i + kAhead, count - 1)]);
-                keep(order_.indexes[i], object(order_.indexes[i]));
+            BinaryListReader::Checks checks = reader_.checks();
+            Shape shape;
+            std::size_t bound = 0;
+            for (Index index = 0; index < reader_.count(); ++index) {
+                lookAhead(index);
+                if (!reader_.check(index, checks, shape, bound, failure))
+                    return Outcome::refused;
+                if (isContainer(shape.kind) && bound > index)
+                    return Outcome::disordered;
+                if (!make(index, shape))
+                    return Outcome::disordered;
             }
-            isDone_ = true;
-            return take(reader_.top());
+            return Outcome::made;
         }
+        /// - order: what there is to make, everything behind what it holds.
+        void makeAll(const std::vector<std::uint32_t>& order)
+        {
+            for (const std::uint32_t index : order)
+                make(index, reader_.shape(index));
+        }
+        Ref<NSObject> top() { return take(reader_.top()); }
 
     private:
-        Ref<NSObject> object(Index index)
-        {
-            const Kind kind = reader_.kind(index);
-            if (kind == Kind::array)
-                return array(index);
-            if (kind == Kind::dictionary)
-                return dictionary(index);
-            if (kind == Kind::string || kind == Kind::data)
-                return asLeaf(reader_.leaf(index), mutability_);
-            return reader_.leaf(index);
-        }
+        // Objects have addresses whose lower bits are free.
+        static constexpr std::uintptr_t kFree = 1; ///< nothing holds the object yet
+        static constexpr std::uintptr_t kHolds = 2; ///< it is a container
+        static constexpr std::uintptr_t kNew
+            = 4; ///< nobody else knows it: counting it needs no atomic step
+        static constexpr std::uintptr_t kMarks = kFree | kHolds | kNew;
 
-        /// Asks for the memory that a container will need: what it shares with others may lie anywhere.
-        void fetch(Index index)
+        /// Asks for memory that containers will need soon: what they share with others may lie anywhere.
+        // Compilers drop calls of functions that only ask for memory, so this one must not be called.
+        [[gnu::always_inline]] void lookAhead(Index index)
         {
-            const Kind kind = reader_.kind(index);
-            if (!isContainer(kind) || reader_.length(index) > 16)
-                return;
-            const auto held = kind == Kind::array ? reader_.elements(index) : reader_.values(index);
-            for (std::size_t i = 0; i < held.size(); ++i) {
-                __builtin_prefetch(&made_[held[i]], 1);
-                __builtin_prefetch(&order_.uses[held[i]], 1);
+            constexpr Index kFar = 32;
+            constexpr Index kNear = 12;
+            const References far = reader_.valuesAhead(index + kFar);
+            for (std::size_t i = 0; i < far.size(); ++i)
+                __builtin_prefetch(made_.data() + std::min(far[i], made_.size()), 1);
+            const References near = reader_.valuesAhead(index + kNear);
+            for (std::size_t i = 0; i < near.size(); ++i) {
+                const std::uintptr_t made = near[i] < made_.size() ? made_[near[i]] : 0;
+                if (made && !(made & kFree))
+                    __builtin_prefetch(&headerOf(reinterpret_cast<NSObject*>(made & ~kMarks)), 1);
             }
         }
 
-        /// Keeps an object with a count for each reference to it, so that none needs to be added later.
-        void keep(Index index, Ref<NSObject> object)
+        /// - Returns: false for what is nested too deeply.
+        bool make(Index index, const Shape& shape)
         {
-            if (const std::uint32_t uses = order_.uses[index]; uses > 1)
-                headerOf(object.get()).count.fetch_add(uses - 1, std::memory_order_relaxed);
-            made_[index] = object.leak();
+            if (!isContainer(shape.kind)) {
+                keep(index, leaf(shape), 0);
+                return true;
+            }
+            highest_ = 0;
+            keep(index, shape.kind == Kind::array ? array(shape) : dictionary(shape), kHolds);
+            heights_[index] = static_cast<std::uint16_t>(highest_ + 1);
+            return highest_ < kDeepest;
+        }
+        void keep(Index index, Ref<NSObject> object, std::uintptr_t marks)
+        {
+            if (headerOf(object.get()).count.load(std::memory_order_relaxed) == 1)
+                marks |= kNew;
+            made_[index] = reinterpret_cast<std::uintptr_t>(object.leak()) | marks | kFree;
+            ++free_;
         }
         /// Answers an object for a reference to it.
         Ref<NSObject> take(Index index)
         {
-            --order_.uses[index];
-            return Ref<NSObject>::adopt(made_[index]);
+            const std::uintptr_t made = made_[index];
+            auto* const object = reinterpret_cast<NSObject*>(made & ~kMarks);
+            if (made & kHolds)
+                highest_ = std::max(highest_, heights_[index]);
+            if (made & kFree) {
+                made_[index] = made & ~kFree;
+                --free_;
+                return Ref<NSObject>::adopt(object);
+            }
+            if (!(made & kNew))
+                return object;
+            std::atomic<std::intptr_t>& count = headerOf(object).count;
+            count.store(count.load(std::memory_order_relaxed) + 1, std::memory_order_relaxed);
+            return Ref<NSObject>::adopt(object);
         }
 
-        Ref<NSObject> array(Index index)
+        Ref<NSObject> leaf(const Shape& shape)
         {
-            const auto elements = reader_.elements(index);
+            const bool isText = shape.kind == Kind::string || shape.kind == Kind::data;
+            return isText ? asLeaf(reader_.leaf(shape), mutability_) : reader_.leaf(shape);
+        }
+
+        Ref<NSObject> array(const Shape& shape)
+        {
+            const References elements = reader_.elements(shape);
             collections::Items items;
             items.reserve(elements.size());
             for (std::size_t i = 0; i < elements.size(); ++i)
@@ -102,54 +148,93 @@ namespace {
             return makeList(std::move(items), mutability_);
         }
 
-        Ref<NSObject> dictionary(Index index)
+        Ref<NSObject> dictionary(const Shape& shape)
         {
-            const auto keys = reader_.keys(index);
-            const auto values = reader_.values(index);
+            const References keys = reader_.keys(shape);
+            const References values = reader_.values(shape);
             Ref<NSDictionary> dictionary = makeTable(keys.size(), mutability_);
-            if (!hashes_.empty() && keys == recentKeys_) {
+            if (!knownKeys_.empty() && keys == recentKeys_) {
+                stockKeys();
                 for (std::size_t i = 0; i < keys.size(); ++i)
-                    appendEntry(*dictionary, key(keys[i]), hashes_[i], take(values[i]));
+                    appendEntry(*dictionary, Ref<NSObject>::adopt(knownKeys_[i].key.get()),
+                        knownKeys_[i].hash, take(values[i]));
                 return dictionary;
             }
-            for (std::size_t i = 0; i < keys.size(); ++i)
-                addEntry(*dictionary, key(keys[i]), take(values[i]));
+            for (std::size_t i = 0; i < keys.size(); ++i) {
+                Ref<NSObject> name = key(keys[i]);
+                Ref<NSObject> value = take(values[i]);
+                addEntry(*dictionary, std::move(name), std::move(value));
+                if (name) { // others may hold these too
+                    replaced_.push_back(std::move(name));
+                    replaced_.push_back(std::move(value));
+                }
+            }
             remember(keys, *dictionary);
             return dictionary;
         }
 
         /// Records of one kind follow each other: their keys are different if those of the first one are.
-        void remember(const BinaryListReader::References& keys, NSDictionary& dictionary)
+        void remember(const References& keys, NSDictionary& dictionary)
         {
             constexpr std::size_t kMost = 64;
             const OrderedTable<PairEntry>& table = DictionaryAccess::table(dictionary);
-            hashes_.clear();
+            forgetKeys();
             if (table.count() != keys.size() || keys.size() > kMost)
                 return;
             recentKeys_ = keys;
             for (std::size_t i = 0; i < keys.size(); ++i)
-                hashes_.push_back(table.at(i).hash);
+                knownKeys_.push_back({ table.at(i).key, table.at(i).hash });
+        }
+        /// Has a count of each known key ready, to be given away.
+        void stockKeys()
+        {
+            constexpr std::size_t kMany = 1024;
+            if (!stock_) {
+                for (const KnownKey& known : knownKeys_)
+                    countOf(known).fetch_add(kMany, std::memory_order_relaxed);
+                stock_ = kMany;
+            }
+            --stock_;
+        }
+        void forgetKeys()
+        {
+            for (const KnownKey& known : knownKeys_)
+                countOf(known).fetch_sub(
+                    static_cast<std::intptr_t>(stock_), std::memory_order_relaxed);
+            stock_ = 0;
+            knownKeys_.clear();
         }
 
         /// Answers a string as key, which nobody can change.
         Ref<NSObject> key(Index index)
         {
-            Ref<NSObject> made = take(index);
             if (keys_.empty())
-                return made;
+                return take(index);
             if (!keys_[index])
                 keys_[index] = reader_.string(index);
             return keys_[index];
         }
 
+        struct KnownKey {
+            Ref<NSObject> key;
+            std::uint64_t hash;
+        };
+        static std::atomic<std::intptr_t>& countOf(const KnownKey& known)
+        {
+            return headerOf(known.key.get()).count;
+        }
+
         const BinaryListReader& reader_;
-        BinaryListReader::Order order_;
         Mutability mutability_;
-        std::vector<NSObject*> made_; // each with as many counts as references are left
+        Row<std::uintptr_t> made_; // addresses of objects with marks
+        Row<std::uint16_t> heights_; // of containers: how many stand in each other
+        std::uint16_t highest_ = 0; // of what was taken for the container in the making
+        std::size_t free_ = 0; // objects that nothing holds
+        std::vector<Ref<NSObject>> replaced_; // what stood in dictionaries until an equal key came
         std::vector<Ref<NSObject>> keys_; // only where strings can be changed
-        BinaryListReader::References recentKeys_ { nullptr, 0, 0 };
-        std::vector<std::uint64_t> hashes_; // of those keys; none when they are not remembered
-        bool isDone_ = false;
+        References recentKeys_ { nullptr, 0, 0 };
+        std::vector<KnownKey> knownKeys_; // those; none when they are not remembered
+        std::size_t stock_ = 0; // counts of each that are ready
     };
 
     /// Hands the objects of a list to the writer.
@@ -277,11 +362,25 @@ namespace {
 Ref<NSObject> readBinary(
     std::span<const unsigned char> bytes, Mutability mutability, Failure& failure)
 {
+    constexpr BinaryListReader::Index kMany = 16384; // objects, which fill most of a block
     BinaryListReader reader;
-    BinaryListReader::Order order;
-    if (!reader.open(bytes, failure) || !reader.childrenFirst(order, failure))
+    if (!reader.begin(bytes, failure))
         return nullptr;
-    return Making(reader, std::move(order), mutability).make();
+    std::optional<ObjectRun> run;
+    if (reader.count() >= kMany)
+        run.emplace();
+    if (reader.mayBeInOrder()) {
+        Making making(reader, mutability);
+        const Making::Outcome outcome = making.makeInOrder(failure);
+        if (outcome != Making::Outcome::disordered)
+            return outcome == Making::Outcome::made ? making.top() : nullptr;
+    }
+    std::vector<std::uint32_t> order;
+    if (!reader.checkAll(failure) || !reader.childrenFirst(order, failure))
+        return nullptr;
+    Making making(reader, mutability);
+    making.makeAll(order);
+    return making.top();
 }
 
 Ref<NSData> writeBinary(NSObject* list, Failure& failure)

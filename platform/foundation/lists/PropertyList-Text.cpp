@@ -203,7 +203,7 @@ namespace {
         {
             Ref<NSDictionary> made = makeTable((values_.size() - first) / 2, mutability_);
             for (std::size_t i = first; i < values_.size(); i += 2)
-                addEntry(*made, values_[i], values_[i + 1]);
+                addEntry(*made, std::move(values_[i]), std::move(values_[i + 1]));
             return made;
         }
 

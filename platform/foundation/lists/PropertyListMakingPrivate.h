@@ -46,13 +46,14 @@ inline void appendEntry(
 }
 
 /// Adds an entry to a dictionary in the making; of equal keys the last one's value stays.
-inline void addEntry(NSDictionary& dictionary, Ref<NSObject> key, Ref<NSObject> value)
+/// - key: keeps its object when there was an equal one; `value` owns what was replaced then.
+inline void addEntry(NSDictionary& dictionary, Ref<NSObject>&& key, Ref<NSObject>&& value)
 {
     OrderedTable<PairEntry>& table = DictionaryAccess::table(dictionary);
     const std::uint64_t hash = key->hash();
     const std::size_t place = table.find(key.get(), hash);
     if (place != OrderedTable<PairEntry>::kNowhere)
-        table.at(place).value = std::move(value);
+        table.at(place).value.swap(value);
     else
         appendEntry(dictionary, std::move(key), hash, std::move(value));
 }

@@ -36,7 +36,15 @@ Kind kindOf(const NSObject* object)
         return Kind::string;
     if (cls == classOf<NSNumber>())
         return kindOfNumber(object);
-    const auto is = [&](Class* wanted) { return cls == wanted || object->isKindOfClass(wanted); };
+    if (cls == classOf<NSDictionary>())
+        return Kind::dictionary;
+    if (cls == classOf<NSArray>())
+        return Kind::array;
+    if (cls == classOf<NSData>())
+        return Kind::data;
+    if (cls == classOf<NSDate>())
+        return Kind::date;
+    const auto is = [&](Class* wanted) { return object->isKindOfClass(wanted); };
     if (is(classOf<NSDictionary>()))
         return Kind::dictionary;
     if (is(classOf<NSArray>()))

@@ -99,8 +99,42 @@ private:
         }
         if (!visitor_.enter(kind, step.count))
             return false;
+        lookAhead(step);
         way_.push_back(step);
         return true;
+    }
+
+    /// Asks for the memory of what a dictionary holds, all at once.
+    // Compilers drop calls of functions that only ask for memory, so these must not be called.
+    [[gnu::always_inline]] static void lookAhead(const Step& step)
+    {
+        constexpr std::size_t kMost = 16;
+        const std::size_t count = step.table ? std::min(step.table->places(), kMost) : 0;
+        for (std::size_t i = 0; i < count; ++i) {
+            const auto* const value = reinterpret_cast<const char*>(step.table->at(i).value.get());
+            __builtin_prefetch(value);
+        }
+    }
+    /// Asks for what comes after the next few elements of an array.
+    [[gnu::always_inline]] static void lookAhead(const collections::Items& items, std::size_t next)
+    {
+        constexpr std::size_t kFar = 8;
+        constexpr std::size_t kNear = 3;
+        if (next + kFar >= items.size())
+            return;
+        const NSObject* const far = items[next + kFar].get();
+        __builtin_prefetch(&headerOf(far));
+        __builtin_prefetch(far + 8);
+        const NSObject* const near = items[next + kNear].get();
+        if (near->isa_ != classOf<NSDictionary>())
+            return;
+        const auto& table = DictionaryAccess::table(static_cast<const NSDictionary&>(*near));
+        if (!table.places())
+            return;
+        const char* const entries = reinterpret_cast<const char*>(&table.at(0));
+        const std::size_t size = std::min<std::size_t>(table.places() * sizeof(PairEntry), 512);
+        for (std::size_t at = 0; at < size; at += 64)
+            __builtin_prefetch(entries + at);
     }
 
     /// What has one owner, the container around it, is met once.
@@ -131,9 +165,12 @@ private:
     bool step()
     {
         Step& step = way_.back();
-        if (step.items)
-            return step.next < step.items->size() ? visit((*step.items)[step.next++].get())
-                                                  : leave();
+        if (step.items) {
+            if (step.next == step.items->size())
+                return leave();
+            lookAhead(*step.items, step.next);
+            return visit((*step.items)[step.next++].get());
+        }
         step.next = step.table->skip(step.next);
         if (step.next >= step.table->places())
             return leave();

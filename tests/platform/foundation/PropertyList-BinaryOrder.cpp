@@ -104,3 +104,44 @@ TEST(BinaryListOrder, ValuesThatALaterOneReplacesEnd)
     read = nullptr;
     EXPECT_FALSE(last.get());
 }
+
+TEST(BinaryListOrder, KeysThatEqualAnotherMayBeHeldElsewhere)
+{
+    const std::string list
+        = binaryList({ "\x51k", "\x51k", "\x51x", "\x51y", "\xd2\0\1\2\3"sv, "\xa3\4\1\2"sv }, 5);
+    EXPECT_EQ(textOf(readList(list)), "(\n    {\n        k = y;\n    },\n    k,\n    x\n)");
+}
+
+TEST(BinaryListOrder, KeysOfManyDictionariesCanBeChangedWhereTheyAreNoKeys)
+{
+    const std::string list
+        = binaryList({ "\x51k", "\x51x", "\xd1\0\1"sv, "\xd1\0\1"sv, "\xa3\2\3\0"sv }, 4);
+    EXPECT_EQ(textOf(readList(list, NSPropertyListMutableContainersAndLeaves)),
+        "(\n    {\n        k = x;\n    },\n    {\n        k = x;\n    },\n    k\n)");
+}
+
+TEST(BinaryListOrder, KeysOfManyDictionariesEndWithTheLastOne)
+{
+    Ref<NSObject> read = readList(binaryList(
+        { "\x51k", "\x51x", "\xd1\0\1"sv, "\xd1\0\1"sv, "\xd1\0\1"sv, "\xa4\2\3\4\0"sv }, 5));
+    const WeakRef<NSObject> key = lastOf(read);
+    EXPECT_TRUE(key.get());
+    read = nullptr;
+    EXPECT_FALSE(key.get());
+}
+
+TEST(BinaryListOrder, WhatNothingHoldsEndsAtOnce)
+{
+    Ref<NSObject> read = readList(binaryList({ "\x51x", "\xa1\0"sv, "\xa1\0"sv }, 2));
+    EXPECT_EQ(textOf(read), "(\n    x\n)");
+    EXPECT_EQ(headerOf(lastOf(read).get().get()).count.load(), 2); // the array's and this one
+}
+
+TEST(BinaryListOrder, WhatComesLateIsFoundWhereverItStands)
+{
+    // In order but for one container near the end: what was made until then is made again.
+    const std::string list
+        = binaryList({ "\x51k", "\x51x", "\xd1\0\1"sv, "\xa1\4"sv, "\x51y", "\xa2\2\3"sv }, 5);
+    EXPECT_EQ(
+        textOf(readList(list)), "(\n    {\n        k = x;\n    },\n    (\n        y\n    )\n)");
+}
