@@ -10,6 +10,7 @@
 #include "appkit/ScriptedAnswers.h"
 #include "foundation/Each.h"
 #include "foundation/NSArray.h"
+#include "foundation/NSLog.h"
 #include "foundation/NSRunLoop.h"
 #include "foundation/NSTimer.h"
 #include "pages/Pages.h"
@@ -91,6 +92,7 @@ bool Soak::run()
         std::fputs("brindle-gallery: cannot make a folder for settings\n", stderr);
         return false;
     }
+    setLogSink([](NSString*) {}); // what pages write down by the thousand
     // A panel would let the user make folders anywhere.
     scripted::answerPanels([](NSSavePanel*) { return Ref<NSArray>(); });
     const Ref<NSApplication> application = BRApplication::cls().sharedApplication();
