@@ -87,22 +87,30 @@ Keyboard::Keyboard(Connection& connection, CommandKey command)
 
 Keyboard::~Keyboard() = default;
 
-void Keyboard::ensureLoaded()
+void Keyboard::ensureDevice()
 {
-    if (loaded_ || !connection_.extensions().xkbEvent)
+    if (triedDevice_ || !connection_.extensions().xkbEvent)
         return;
-    loaded_ = true;
+    triedDevice_ = true;
     xcb_connection_t* raw = connection_.raw();
     if (!xkb_x11_setup_xkb_extension(raw, XKB_X11_MIN_MAJOR_XKB_VERSION,
             XKB_X11_MIN_MINOR_XKB_VERSION, XKB_X11_SETUP_XKB_EXTENSION_NO_FLAGS, nullptr, nullptr,
             nullptr, nullptr))
         return;
     device_ = xkb_x11_get_core_keyboard_device_id(raw);
-    context_.reset(xkb_context_new(XKB_CONTEXT_NO_FLAGS));
-    if (device_ < 0 || !context_)
+    if (device_ >= 0)
+        selectEvents();
+}
+
+void Keyboard::ensureKeymap()
+{
+    ensureDevice();
+    if (triedKeymap_ || device_ < 0)
         return;
-    selectEvents();
-    loadKeymap();
+    triedKeymap_ = true;
+    context_.reset(xkb_context_new(XKB_CONTEXT_NO_FLAGS));
+    if (context_)
+        loadKeymap();
 }
 
 void Keyboard::selectEvents()
@@ -128,7 +136,7 @@ void Keyboard::selectEvents()
 std::optional<std::uint32_t> Keyboard::follow(bool follows)
 {
     if (follows)
-        ensureLoaded();
+        ensureDevice();
     if (device_ < 0 || std::exchange(follows_, follows) == follows)
         return std::nullopt;
     constexpr std::uint16_t kParts
@@ -262,7 +270,7 @@ bool Keyboard::compose(std::uint32_t keysym, std::u16string& text)
 
 void Keyboard::translate(Event& event, std::uint8_t keycode, std::uint16_t mask, bool isDown)
 {
-    ensureLoaded();
+    ensureKeymap();
     event.keyCode = keyCodeOf(keycode);
     event.modifiers = flags(mask);
     event.repeat = isDown && pressed_[keycode];
@@ -295,7 +303,7 @@ void Keyboard::translate(Event& event, std::uint8_t keycode, std::uint16_t mask,
 
 bool Keyboard::handle(const xcb_generic_event_t& event, std::uint32_t& mask, std::uint8_t& keycode)
 {
-    if (!loaded_)
+    if (!triedDevice_)
         return false;
     switch (event.pad0) { // the kind of the extension's event
     case XCB_XKB_STATE_NOTIFY: {
@@ -306,7 +314,8 @@ bool Keyboard::handle(const xcb_generic_event_t& event, std::uint32_t& mask, std
     }
     case XCB_XKB_NEW_KEYBOARD_NOTIFY:
     case XCB_XKB_MAP_NOTIFY:
-        loadKeymap();
+        if (context_) // else it is read, as it is then, with the first key
+            loadKeymap();
         return false;
     default:
         return false;

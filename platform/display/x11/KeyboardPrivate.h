@@ -17,8 +17,8 @@ struct xkb_compose_state;
 
 namespace brindle::display {
 
-/// The keyboard: keymap, composition, repeats. It is read when the first key or the first focus comes, which
-/// keeps the start-up free of it.
+/// The keyboard: keymap, composition, repeats. The server is asked about its keyboard when the first focus or the first key comes,
+/// and for the keymap, which takes many answers, when the first key comes: most starts end before either.
 class Keyboard {
 public:
     Keyboard(Connection& connection, CommandKey command);
@@ -27,8 +27,6 @@ public:
     Keyboard& operator=(const Keyboard&) = delete;
 
     CommandKey command() const { return command_; }
-    /// Reads the keymap unless that is done.
-    void ensureLoaded();
     /// Says whether changes of modifiers are to be told; elsewhere they would only wake us up.
     /// - Returns: the server's mask of the modifiers that are down; nothing when it was not asked.
     std::optional<std::uint32_t> follow(bool follows);
@@ -57,6 +55,8 @@ private:
     };
     template <typename T> using Handle = std::unique_ptr<T, Delete>;
 
+    void ensureDevice();
+    void ensureKeymap();
     void loadKeymap();
     void selectEvents();
     char32_t latin(std::uint8_t keycode, bool shift) const;
@@ -75,7 +75,8 @@ private:
     std::bitset<256> pressed_;
     std::int32_t device_ = -1;
     std::uint32_t lockMask_ = 0; // Num Lock
-    bool loaded_ = false;
+    bool triedDevice_ = false;
+    bool triedKeymap_ = false;
     bool follows_ = false;
     bool triedCompose_ = false;
 };
