@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "Display.h"
+#include "OpenDisplay.h"
 
 #include <cstdio>
 #include <cstdlib>
@@ -23,14 +23,15 @@ namespace {
         return std::make_unique<HeadlessDisplay>(std::vector<Screen> {});
     }
 
-    std::unique_ptr<Display> tryX11(const Environment& environment, const Complaint& complain)
+    std::unique_ptr<Display> tryX11(
+        const Environment& environment, const Complaint& complain, const Found& found)
     {
         const std::string server(textOf(environment, "DISPLAY"));
         if (server.empty()) {
             complain("brindle: BRINDLE_DISPLAY is \"x11\", but DISPLAY names no server");
             return withoutScreen();
         }
-        if (auto display = connectX11(server, environment))
+        if (auto display = connectX11(server, environment, found))
             return display;
         complain("brindle: cannot connect to the display server \"" + server + "\"");
         return withoutScreen();
@@ -62,21 +63,34 @@ Choice choiceFromEnvironment(const Environment& environment, const Complaint& co
 std::unique_ptr<Display> openDisplay(
     Choice choice, const Environment& environment, const Complaint& complain)
 {
-    if (choice == Choice::headless)
+    return openDisplay(choice, environment, complain, [] {});
+}
+
+std::unique_ptr<Display> openDisplay(
+    Choice choice, const Environment& environment, const Complaint& complain, const Found& found)
+{
+    if (choice == Choice::headless) {
+        found();
         return std::make_unique<HeadlessDisplay>();
+    }
     const bool hasServer = !textOf(environment, "DISPLAY").empty();
     if (choice == Choice::x11 || (choice == Choice::automatic && hasServer))
-        return tryX11(environment, complain);
+        return tryX11(environment, complain, found);
     return withoutScreen();
 }
 
-std::unique_ptr<Display> openDisplay()
+std::unique_ptr<Display> openDisplay(const Found& found)
 {
     const Environment environment = processEnvironment();
     const Complaint complain = [](std::string_view line) {
         std::fprintf(stderr, "%.*s\n", static_cast<int>(line.size()), line.data());
     };
-    return openDisplay(choiceFromEnvironment(environment, complain), environment, complain);
+    return openDisplay(choiceFromEnvironment(environment, complain), environment, complain, found);
+}
+
+std::unique_ptr<Display> openDisplay()
+{
+    return openDisplay([] {});
 }
 
 }

@@ -2,6 +2,7 @@
 #include <cstdlib>
 
 #include "XDriver.h"
+#include "display/OpenDisplay.h"
 #include "support/DisplayLog.h"
 
 namespace brindle::display {
@@ -14,6 +15,16 @@ namespace {
     }
 
     constexpr CGRect kFrame { { 10, 10 }, { 300, 200 } };
+
+    TEST(X11Server, SaysThatAScreenIsFoundOnce)
+    {
+        XServerProcess server;
+        int calls = 0;
+        openDisplay(
+            Choice::x11, environmentOf({ { "DISPLAY", server.name() } }), [](std::string_view) {},
+            [&] { ++calls; });
+        EXPECT_EQ(calls, 1);
+    }
 
     TEST(X11Server, EndsWithOneEventWhenItIsKilled)
     {

@@ -13,6 +13,7 @@
 #include "appkit/views/NSViewPrivate.h"
 #include "appkit/views/ToolTipsPrivate.h"
 #include "appkit/windows/NSWindowPrivate.h"
+#include "display/OpenDisplay.h"
 #include "foundation/Clock.h"
 #include "foundation/NSBeep.h"
 #include "quartz/text/FontFamilies.h"
@@ -267,9 +268,8 @@ display::Display& ApplicationAccess::display()
 {
     ApplicationState& app = state();
     if (!app.displayOpened) {
-        use(display::openDisplay());
-        if (!app.display->screens().empty())
-            text::readFontsAhead(); // while windows are made
+        // While the server goes on answering, and windows are made.
+        use(display::openDisplay([] { text::readFontsAhead(); }));
     }
     return *app.display;
 }

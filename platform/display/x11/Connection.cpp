@@ -73,7 +73,8 @@ namespace {
 
 }
 
-std::unique_ptr<Connection> Connection::tryConnect(const std::string& server)
+std::unique_ptr<Connection> Connection::tryConnect(
+    const std::string& server, const std::function<void()>& found)
 {
     int number = 0;
     xcb_connection_t* raw = xcb_connect(server.c_str(), &number);
@@ -85,6 +86,7 @@ std::unique_ptr<Connection> Connection::tryConnect(const std::string& server)
     std::unique_ptr<Connection> connection(new Connection(raw, screen));
     if (!connection->chooseFormats())
         return nullptr;
+    found();
     survivePipeSignal();
     connection->askAtStart();
     connection->receiveAtStart();

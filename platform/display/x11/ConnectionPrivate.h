@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <span>
@@ -35,9 +36,10 @@ struct Extensions {
 /// After the server has gone requests do nothing and replies are null: no caller has to ask first.
 class Connection {
 public:
-    /// Connects with two round trips after the customary first one.
+    /// Connects with two round trips after the customary first one, before which `found` is called.
     /// - Nil: when there is no server or no usable colour depth.
-    static std::unique_ptr<Connection> tryConnect(const std::string& server);
+    static std::unique_ptr<Connection> tryConnect(
+        const std::string& server, const std::function<void()>& found);
     ~Connection();
     Connection(const Connection&) = delete;
     Connection& operator=(const Connection&) = delete;

@@ -55,9 +55,10 @@ namespace {
 
 }
 
-std::unique_ptr<Display> connectX11(const std::string& server, const Environment& environment)
+std::unique_ptr<Display> connectX11(
+    const std::string& server, const Environment& environment, const Found& found)
 {
-    auto connection = Connection::tryConnect(server);
+    auto connection = Connection::tryConnect(server, found);
     if (!connection)
         return nullptr;
     return std::make_unique<X11Display>(std::move(connection), environment);

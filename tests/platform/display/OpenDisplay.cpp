@@ -4,7 +4,7 @@
 
 #include <gtest/gtest.h>
 
-#include "display/Display.h"
+#include "display/OpenDisplay.h"
 
 namespace brindle::display {
 namespace {
@@ -89,6 +89,22 @@ namespace {
         variables["DISPLAY"] = ":65000";
         EXPECT_EQ(opened(), "none");
         EXPECT_EQ(complaints, "");
+    }
+
+    TEST_F(OpenDisplay, SaysThatAScreenIsFound)
+    {
+        int calls = 0;
+        openDisplay(Choice::headless, environment(), complain(), [&] { ++calls; });
+        EXPECT_EQ(calls, 1);
+    }
+
+    TEST_F(OpenDisplay, NeverSaysSoWithoutAScreen)
+    {
+        variables["DISPLAY"] = "unix:/nowhere/at/all";
+        int calls = 0;
+        openDisplay(Choice::none, environment(), complain(), [&] { ++calls; });
+        openDisplay(Choice::x11, environment(), complain(), [&] { ++calls; });
+        EXPECT_EQ(calls, 0);
     }
 
 }
