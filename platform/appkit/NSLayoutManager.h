@@ -27,7 +27,7 @@ namespace layouts {
 ///
 /// Every UTF-16 unit has one glyph index, its own; a unit that is drawn together with the one before it has glyph 0. Lines are
 /// laid out when somebody asks for them, and again as far as an edit changed them. Rectangles and points count in their
-/// container, from its top left corner downward, points; rectangles of lines tile the container. Only lines that fit its height are
+/// container, from its top left corner downward, points; rectangles of lines tile it, beside exclusion paths. Only lines that fit its height are
 /// laid out; what is left goes into the next container, or nowhere.
 /// - Raises: `NSRangeException` for indexes at or behind the end of the text where an answer needs a line.
 /// Thread: one at a time. Cost: an edit costs its paragraph; words that were seen before are not shaped again.

@@ -6,6 +6,7 @@
 
 namespace brindle {
 
+class NSArray;
 class NSLayoutManager;
 
 /// A rectangle that a layout manager fills with lines of text. y grows downward from its top.
@@ -59,10 +60,20 @@ public:
     /// Sent by the layout manager; does not add the container to one.
     void setLayoutManager(NSLayoutManager* manager) { send<"setLayoutManager:">(manager); }
 
+    /// Areas that text keeps out of, NSBezierPath in the container's coordinates; none unless set. They are copied, and
+    /// what is no path is passed over.
+    ///
+    /// A row of text goes on behind such an area: it has a line in each stretch that is left free, from left to right, or
+    /// the other way in paragraphs that run so. A word that a stretch has no room for goes to the next one.
+    Ref<NSArray> exclusionPaths() const { return send<"exclusionPaths", Ref<NSArray>>(); }
+    void setExclusionPaths(NSArray* paths) { send<"setExclusionPaths:">(paths); }
+
+    /// Answers whether nothing is kept out of.
     bool isSimpleRectangularTextContainer() const
     {
         return send<"isSimpleRectangularTextContainer", bool>();
     }
+    /// Answers whether text may stand at a point.
     bool containsPoint(NSPoint point) const { return send<"containsPoint:", bool>(point); }
 
 private:
@@ -72,6 +83,7 @@ private:
     NSLineBreakMode lineBreakMode_ = NSLineBreakByWordWrapping;
     bool widthTracksTextView_ = false;
     bool heightTracksTextView_ = false;
+    Ref<NSArray> exclusionPaths_; // nil for none
     WeakRef<NSObject> textView_;
     NSLayoutManager* layoutManager_
         = nullptr; // bare: the manager owns this container and clears it

@@ -251,11 +251,11 @@ template <> struct NSLayoutManager::Methods<struct Places> {
         if (first == end || !(NSMaxY(rect) > NSMinY(layout.fragments()[first].rect))
             || !(NSMinY(rect) < NSMaxY(layout.fragments()[end - 1].rect)))
             return NSMakeRange(0, 0);
-        const std::size_t top = layout.fragmentNear(place, NSMinY(rect));
-        std::size_t bottom = layout.fragmentNear(place, NSMaxY(rect));
-        if (bottom > top && NSMinY(layout.fragments()[bottom].rect) >= NSMaxY(rect))
-            --bottom;
-        return rangeOf(layout, top, bottom + 1);
+        const std::size_t top = layout.rowNear(place, NSMinY(rect)).first;
+        const auto [bottom, behind] = layout.rowNear(place, NSMaxY(rect));
+        const bool isBelow
+            = bottom > top && NSMinY(layout.fragments()[bottom].rect) >= NSMaxY(rect);
+        return rangeOf(layout, top, isBelow ? bottom : behind);
     }
 
     static NSUInteger indexForPoint(
@@ -266,7 +266,7 @@ template <> struct NSLayoutManager::Methods<struct Places> {
         Layout& layout = layouts::ready(self);
         const std::size_t place = layouts::placeOf(self, container);
         layout.ensurePoint(place, point.y);
-        const std::size_t at = layout.fragmentNear(place, point.y);
+        const std::size_t at = layout.fragmentNear(place, point);
         if (at >= layout.fragments().size())
             return 0;
         const Fragment& fragment = layout.fragments()[at];

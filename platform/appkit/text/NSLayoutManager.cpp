@@ -5,7 +5,9 @@
 #include <cmath>
 
 #include "LayoutManagerPrivate.h"
+#include "appkit/NSBezierPath.h"
 #include "appkit/NSTextStorage.h"
+#include "foundation/Each.h"
 #include "foundation/NSArray.h"
 
 namespace brindle {
@@ -163,6 +165,17 @@ namespace layouts {
         return *layout;
     }
 
+    namespace {
+
+        void addExclusions(Container& room, const NSTextContainer& container)
+        {
+            const Ref<NSArray> paths = container.exclusionPaths();
+            for (NSBezierPath* path : each<NSBezierPath>(paths))
+                room.exclusions.emplace_back(*path);
+        }
+
+    }
+
     Layout& ready(NSLayoutManager& manager)
     {
         Layout& layout = ensure(manager);
@@ -174,8 +187,11 @@ namespace layouts {
         bool truncates = false;
         for (const auto& container : ManagerAccess::containers(manager)) {
             const NSSize size = container->containerSize();
-            layout.addContainer({ size.width, size.height, container->lineFragmentPadding(),
-                container->maximumNumberOfLines() });
+            Container room { size.width, size.height, container->lineFragmentPadding(),
+                container->maximumNumberOfLines(), {} };
+            if (!container->isSimpleRectangularTextContainer())
+                addExclusions(room, *container);
+            layout.addContainer(std::move(room));
             truncates = container->lineBreakMode() >= NSLineBreakByTruncatingHead;
         }
         layout.setLastLineTruncates(truncates);

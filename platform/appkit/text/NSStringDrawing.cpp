@@ -40,7 +40,7 @@ namespace {
         layout.setLastLineTruncates(options & NSStringDrawingTruncatesLastVisibleLine);
         layout.setText(&text);
         layout.removeContainers();
-        layout.addContainer({ size.width, size.height, 0, 0 });
+        layout.addContainer({ size.width, size.height, 0, 0, {} });
     }
 
     /// Draws what is laid out; `top` is the upper left corner.

@@ -2,8 +2,12 @@
 #include "appkit/NSTextContainer.h"
 
 #include <cmath>
+#include <vector>
 
+#include "appkit/NSBezierPath.h"
 #include "appkit/NSLayoutManager.h"
+#include "foundation/Each.h"
+#include "foundation/NSArray.h"
 #include "foundation/NSCoder.h"
 #include "runtime/Table.h"
 
@@ -64,10 +68,36 @@ template <> struct NSTextContainer::Methods<struct Shape> {
     {
         self.layoutManager_ = manager;
     }
-    static bool isSimple(NSTextContainer&) { return true; }
+    static Ref<NSArray> exclusionPaths(NSTextContainer& self)
+    {
+        return self.exclusionPaths_ ? self.exclusionPaths_ : make<NSArray>();
+    }
+    static void setExclusionPaths(NSTextContainer& self, NSArray* paths)
+    {
+        std::vector<Ref<NSObject>> copies;
+        for (NSObject* path : each<NSObject>(Ref<NSArray>(paths))) {
+            if (path->isKindOfClass(NSBezierPath::cls()))
+                copies.push_back(path->copy());
+        }
+        std::vector<NSObject*> list;
+        for (const auto& copy : copies)
+            list.push_back(copy.get());
+        self.exclusionPaths_ = list.empty()
+            ? Ref<NSArray>()
+            : NSArray::cls().arrayWithObjects_count(list.data(), list.size());
+        tell(self);
+    }
+    static bool isSimple(NSTextContainer& self) { return !self.exclusionPaths_; }
     static bool containsPoint(NSTextContainer& self, NSPoint point)
     {
-        return NSPointInRect(point, { NSZeroPoint, self.containerSize() });
+        if (!NSPointInRect(point, { NSZeroPoint, self.containerSize() }))
+            return false;
+        const Ref<NSArray> paths = self.exclusionPaths();
+        for (NSBezierPath* path : each<NSBezierPath>(paths)) {
+            if (path->containsPoint(point))
+                return false;
+        }
+        return true;
     }
 
     static void table(Builder& t)
@@ -94,6 +124,8 @@ template <> struct NSTextContainer::Methods<struct Shape> {
             { "setLineBreakMode:", imp<setMode> },
             { "layoutManager", imp<layoutManager> },
             { "setLayoutManager:", imp<setLayoutManager> },
+            { "exclusionPaths", imp<exclusionPaths> },
+            { "setExclusionPaths:", imp<setExclusionPaths> },
             { "isSimpleRectangularTextContainer", imp<isSimple> },
             { "containsPoint:", imp<containsPoint> },
         });

@@ -53,7 +53,7 @@ NSRange TextViewAccess::lineAt(NSTextView& view, CaretPlace place)
     NSLayoutManager& layout = *of(view).layout;
     // The letter before a caret at the end of a wrapped line is on that line.
     const bool isBehind = place.isUpstream() && place.index > 0
-        && NSMinY(caretRect(view, place)) < NSMinY(caretRect(view, place.index));
+        && !NSEqualRects(caretRect(view, place), caretRect(view, place.index));
     const NSUInteger index = isBehind ? place.index - 1 : place.index;
     if (!end || (index >= end && layout.extraLineFragmentRect().size.height > 0))
         return NSMakeRange(end, 0);

@@ -126,7 +126,7 @@ NSUInteger Layout::indexNear(std::size_t container, NSPoint point, bool* upstrea
     ensurePoint(container, point.y);
     const bool isBehind = hasExtraLine_ && extraLine_.container == container
         && (point.y >= NSMinY(extraLine_.rect) || fragments_.empty());
-    const std::size_t at = isBehind ? kNoFragment : fragmentNear(container, point.y);
+    const std::size_t at = isBehind ? kNoFragment : fragmentNear(container, point);
     if (at >= fragments_.size())
         return isBehind ? length_ : laidOutTo();
     const Fragment& fragment = fragments_[at];
@@ -161,7 +161,7 @@ std::vector<NSRect> Layout::rectsFor(NSRange range, std::size_t container, bool 
             continue;
         }
         if (isSelection && isWhole && goesOn) {
-            rects.push_back(NSMakeRect(0, y, containers_[container].width, height));
+            rects.push_back(fragment.rect);
             continue;
         }
         const GlyphLine& glyphs = glyphsOf(i);
@@ -173,7 +173,7 @@ std::vector<NSRect> Layout::rectsFor(NSRange range, std::size_t container, bool 
             const double x = rects.empty() || NSMinY(rects.back()) != y
                 ? NSMaxX(fragment.used) - padding
                 : NSMaxX(rects.back());
-            const double rest = containers_[container].width - x;
+            const double rest = NSMaxX(fragment.rect) - x;
             if (rest > 0 && !fragment.rightToLeft)
                 rects.push_back(NSMakeRect(x, y, rest, height));
         }

@@ -29,16 +29,38 @@ std::pair<std::size_t, std::size_t> Layout::fragmentsIn(std::size_t container) c
         static_cast<std::size_t>(end - fragments_.begin()) };
 }
 
-std::size_t Layout::fragmentNear(std::size_t container, double y) const
+std::pair<std::size_t, std::size_t> Layout::rowNear(std::size_t container, double y) const
 {
     const auto [first, end] = fragmentsIn(container);
     if (first == end)
-        return fragments_.size();
+        return { fragments_.size(), fragments_.size() };
     const auto begin = fragments_.begin();
     const auto found = std::partition_point(begin + static_cast<std::ptrdiff_t>(first),
         begin + static_cast<std::ptrdiff_t>(end),
         [y](const Fragment& fragment) { return NSMaxY(fragment.rect) <= y; });
-    return std::min(static_cast<std::size_t>(found - begin), end - 1);
+    std::size_t row = std::min(static_cast<std::size_t>(found - begin), end - 1);
+    const double top = NSMinY(fragments_[row].rect);
+    while (row > first && NSMinY(fragments_[row - 1].rect) == top)
+        --row;
+    std::size_t behind = row + 1;
+    while (behind < end && NSMinY(fragments_[behind].rect) == top)
+        ++behind;
+    return { row, behind };
+}
+
+std::size_t Layout::fragmentNear(std::size_t container, NSPoint point) const
+{
+    const auto [first, end] = rowNear(container, point.y);
+    const auto distance = [&](std::size_t at) {
+        const NSRect& rect = fragments_[at].rect;
+        return std::max({ NSMinX(rect) - point.x, point.x - NSMaxX(rect), 0.0 });
+    };
+    std::size_t nearest = first;
+    for (std::size_t at = first + 1; at < end; ++at) {
+        if (distance(at) < distance(nearest))
+            nearest = at;
+    }
+    return nearest;
 }
 
 NSRect Layout::usedRect(std::size_t container) const

@@ -11,11 +11,6 @@ namespace brindle::layouts {
 namespace {
 
     constexpr NSUInteger kWindow = 4096; // units of the text that are read at a time
-    constexpr double kSlack = 0.001;
-
-    // Beyond this a position could not tell lines apart: text stands at its leading edge as if nobody had asked.
-    constexpr double kWidestAligned = 1e12;
-
     double boundedOrNone(double length)
     {
         return length > 0 ? length : std::numeric_limits<double>::max();
@@ -96,11 +91,11 @@ void Layout::removeContainers()
     invalidate();
 }
 
-void Layout::addContainer(const Container& container)
+void Layout::addContainer(Container container)
 {
-    containers_.push_back(container);
-    containers_.back().width = boundedOrNone(container.width);
-    containers_.back().height = boundedOrNone(container.height);
+    container.width = boundedOrNone(container.width);
+    container.height = boundedOrNone(container.height);
+    containers_.push_back(std::move(container));
 }
 
 void Layout::invalidate()
@@ -139,7 +134,8 @@ void Layout::noteEdit(NSRange range, NSInteger delta)
 {
     const NSUInteger oldEnd = NSMaxRange(range) - static_cast<NSUInteger>(delta);
     const bool canKeep = containers_.size() == 1 && containers_[0].height >= kWidestAligned
-        && !containers_[0].lineLimit && !fragments_.empty() && range.location <= at_;
+        && !containers_[0].lineLimit && containers_[0].exclusions.empty() && !fragments_.empty()
+        && range.location <= at_;
     if (!canKeep)
         return invalidate();
     clear();
@@ -228,196 +224,7 @@ Layout::Paragraph Layout::paragraphAt(NSUInteger start)
     return { start, content, length, hasTabs, isPlain };
 }
 
-// ---- lines
-
-/// Places the lines of one paragraph.
-class Layout::Lines final : public text::LineTaker {
-public:
-    Lines(Layout& layout, const ParagraphShape& shape, const Paragraph& paragraph, bool rightToLeft)
-        : layout_(layout)
-        , shape_(shape)
-        , paragraph_(paragraph)
-        , rightToLeft_(rightToLeft)
-        , isContinuing_(layout.isContinuing_)
-    {
-    }
-
-    double headIndent(std::size_t number) const
-    {
-        return number == 0 && !isContinuing_ ? shape_.firstLineHeadIndent : shape_.headIndent;
-    }
-
-    double roomForLine(std::size_t number) override
-    {
-        const double tail = shape_.tailIndent;
-        const double whole = inner();
-        indent_ = headIndent(number);
-        const double end = tail > 0 ? std::min(tail, whole) : whole + tail;
-        room_ = end - indent_;
-        trailing_ = whole - end;
-        return room_;
-    }
-
-    bool addLine(const text::LineBox& line) override
-    {
-        const NSUInteger start = paragraph_.start + line.range.location;
-        Fragment fragment;
-        fragment.wrapped = line.wrapped;
-        const NSUInteger lineBreak = paragraph_.length - paragraph_.contentLength;
-        fragment.range = NSMakeRange(start, line.range.length + (line.wrapped ? 0 : lineBreak));
-        fragment.container = static_cast<std::uint32_t>(layout_.container_);
-        fragment.rightToLeft = rightToLeft_;
-        fragment.indent = indent_;
-        fragment.room = room_;
-        const double top = start == paragraph_.start && start > 0 && !isContinuing_
-            ? shape_.paragraphSpacingBefore
-            : 0;
-        const double height = heightOf(line);
-        const Container& container = layout_.containers_[layout_.container_];
-        const bool isOver = layout_.y_ + top + height > container.height + kSlack
-            || (container.lineLimit && layout_.linesInContainer_ >= container.lineLimit);
-        if (isOver) {
-            layout_.at_ = start;
-            layout_.isContinuing_ = isContinuing_ || start > paragraph_.start;
-            return false;
-        }
-        place(fragment, line, top, height);
-        return true;
-    }
-
-private:
-    double inner() const
-    {
-        const Container& container = layout_.containers_[layout_.container_];
-        return container.width - 2 * container.padding;
-    }
-
-    double heightOf(const text::LineBox& line)
-    {
-        const double natural
-            = line.ascent + line.descent + (layout_.usesFontLeading ? line.leading : 0);
-        double height = natural;
-        if (const double multiple = shape_.lineHeightMultiple; multiple > 0)
-            height *= multiple;
-        height = std::max(height, shape_.minimumLineHeight);
-        if (const double most = shape_.maximumLineHeight; most > 0)
-            height = std::min(height, most);
-        baseline_ = line.ascent + height - natural; // what is added stands above the letters
-        return height;
-    }
-
-    /// Where text of a width stands in its room.
-    double alignedX(double width) const
-    {
-        const double free = room_ - width;
-        const bool isBounded = inner() < kWidestAligned;
-        double share = 0;
-        switch (shape_.alignment) {
-        case NSTextAlignmentRight:
-            share = 1;
-            break;
-        case NSTextAlignmentCenter:
-            share = 0.5;
-            break;
-        case NSTextAlignmentNatural:
-        case NSTextAlignmentJustified:
-            share = rightToLeft_ ? 1 : 0;
-            break;
-        case NSTextAlignmentLeft:
-            break;
-        }
-        const double left = rightToLeft_ && isBounded ? trailing_ : indent_;
-        return left + (isBounded ? std::max(free, 0.0) * share : 0);
-    }
-
-    void place(Fragment& fragment, const text::LineBox& line, double top, double height)
-    {
-        const Container& container = layout_.containers_[layout_.container_];
-        const NSLineBreakMode mode = shape_.lineBreakMode;
-        double width = line.width;
-        if (mode >= NSLineBreakByClipping && width > room_ + kSlack) {
-            fragment.cut = mode;
-            width = std::max(room_, 0.0);
-        }
-        fragment.justified = shape_.alignment == NSTextAlignmentJustified && line.wrapped
-            && inner() < kWidestAligned;
-        if (fragment.justified)
-            width = std::max(room_, width);
-        const double x = alignedX(width);
-        const bool isEnd = NSMaxRange(fragment.range) >= layout_.length_;
-        const double bottom = line.wrapped ? shape_.lineSpacing
-            : isEnd                        ? 0
-                                           : shape_.paragraphSpacing;
-        fragment.textX = container.padding + x;
-        fragment.baseline = top + baseline_;
-        fragment.rect = NSMakeRect(0, layout_.y_, container.width, top + height + bottom);
-        fragment.used = NSMakeRect(x, layout_.y_ + top, width + 2 * container.padding, height);
-        layout_.fragments_.push_back(fragment);
-        layout_.y_ += fragment.rect.size.height;
-        layout_.at_ = NSMaxRange(fragment.range);
-        ++layout_.linesInContainer_;
-    }
-
-    Layout& layout_;
-    const ParagraphShape& shape_;
-    Paragraph paragraph_;
-    bool rightToLeft_;
-    bool isContinuing_;
-    double indent_ = 0;
-    double room_ = 0;
-    double trailing_ = 0; // the room that stays empty at the other end
-    double baseline_ = 0;
-};
-
-namespace {
-
-    text::Wrapping wrappingOf(NSLineBreakMode mode)
-    {
-        return mode == NSLineBreakByWordWrapping ? text::Wrapping::words
-            : mode == NSLineBreakByCharWrapping  ? text::Wrapping::characters
-                                                 : text::Wrapping::none;
-    }
-
-}
-
-/// Lays out a paragraph, or what is left of one; false when there is nothing to do.
-bool Layout::layOutNext()
-{
-    if (isFull() || at_ >= length_)
-        return false;
-    const Paragraph paragraph = paragraphAt(at_);
-    const Ref<NSDictionary> attributes
-        = readRuns(*text_, NSMakeRange(paragraph.start, paragraph.contentLength), runs_);
-    const ParagraphShape shape = shapeIn(attributes.get());
-    const std::u16string_view content = units(paragraph.start, paragraph.contentLength);
-    const bool rightToLeft = paragraph.isPlain ? shape.direction == text::BaseDirection::rightToLeft
-                                               : text::isRightToLeft(content, shape.direction);
-
-    text::ParagraphRules rules;
-    rules.wrapping = wrappingOf(shape.lineBreakMode);
-    rules.direction
-        = rightToLeft ? text::BaseDirection::rightToLeft : text::BaseDirection::leftToRight;
-    rules.mayHaveTabs = paragraph.hasTabs;
-    std::vector<text::TabStop> tabs;
-    if (paragraph.hasTabs) {
-        const Ref<NSParagraphStyle> style = paragraphStyleIn(attributes.get());
-        tabs = tabsOf(*style);
-    }
-    rules.tabs = tabs;
-    rules.tabInterval = shape.tabInterval;
-    Lines lines(*this, shape, paragraph, rightToLeft);
-    rules.firstIndent = lines.headIndent(0);
-    rules.indent = shape.headIndent;
-    if (text::breakParagraph(content, runs_, rules, lines)) {
-        isContinuing_ = false;
-        return true;
-    }
-    // The container is full: the rest goes into the next one.
-    ++container_;
-    y_ = 0;
-    linesInContainer_ = 0;
-    return !isFull();
-}
+// ---- laying out
 
 void Layout::ensureIndex(NSUInteger index)
 {
@@ -453,6 +260,7 @@ void Layout::finish()
     readRuns(*text_, NSMakeRange(length_, 0), runs);
     const double height = lineHeight(runs.front().font, usesFontLeading);
     const Container& container = containers_[container_];
+    const FreeSpan span = freeRow(container, y_, height).front();
     if (y_ + height > container.height + kSlack
         || (container.lineLimit && linesInContainer_ >= container.lineLimit))
         return;
@@ -460,9 +268,9 @@ void Layout::finish()
     extraLine_ = {};
     extraLine_.range = NSMakeRange(length_, 0);
     extraLine_.container = static_cast<std::uint32_t>(container_);
-    extraLine_.rect = NSMakeRect(0, y_, container.width, height);
-    extraLine_.used = NSMakeRect(0, y_, 2 * container.padding, height);
-    extraLine_.textX = container.padding;
+    extraLine_.rect = NSMakeRect(span.left, y_, span.width(), height);
+    extraLine_.used = NSMakeRect(span.left, y_, 2 * container.padding, height);
+    extraLine_.textX = span.left + container.padding;
     extraLine_.baseline = std::round(runs.front().font.ascender());
 }
 

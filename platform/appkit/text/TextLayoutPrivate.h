@@ -6,6 +6,7 @@
 #include <unordered_map>
 #include <vector>
 
+#include "TextExclusionPrivate.h"
 #include "TextStylePrivate.h"
 #include "appkit/NSLayoutManager.h"
 #include "appkit/NSParagraphStyle.h"
@@ -21,12 +22,18 @@ struct Container {
     double height = 0;
     double padding = 0; // at both ends of every line
     NSUInteger lineLimit = 0; // 0: none
+    std::vector<Exclusion> exclusions; // where no text stands
 };
+
+inline constexpr double kSlack = 0.001;
+/// Beyond this a position could not tell lines apart: text stands at its leading edge as if nobody had asked.
+inline constexpr double kWidestAligned = 1e12;
 
 /// A line, in its container's coordinates.
 struct Fragment {
     NSRange range;
-    NSRect rect; // rectangles of lines tile their container from top to bottom
+    NSRect
+        rect; // rectangles of lines tile their container from top to bottom, but for what they keep out of
     NSRect used; // what text and padding take up
     double textX = 0; // where the line of glyphs begins
     double baseline = 0; // below the top of `rect`
@@ -64,7 +71,7 @@ public:
     void setText(NSAttributedString* text);
     NSAttributedString* text() const { return text_; }
     void removeContainers();
-    void addContainer(const Container& container);
+    void addContainer(Container container);
     const std::vector<Container>& containers() const { return containers_; }
     bool usesFontLeading = true;
     void setLastLineTruncates(bool truncates) { lastLineTruncates_ = truncates; }
@@ -85,8 +92,10 @@ public:
     std::size_t fragmentAt(NSUInteger index) const;
     /// Answers a container's fragments as first and end.
     std::pair<std::size_t, std::size_t> fragmentsIn(std::size_t container) const;
-    /// Answers the fragment at a height, or the nearest one.
-    std::size_t fragmentNear(std::size_t container, double y) const;
+    /// Answers the fragments at a height, or the nearest ones, as first and end; several where a row has stretches.
+    std::pair<std::size_t, std::size_t> rowNear(std::size_t container, double y) const;
+    /// Answers the fragment at a place, or the nearest one; `fragments().size()` where there is none.
+    std::size_t fragmentNear(std::size_t container, NSPoint point) const;
 
     /// The empty line behind a line break at the end of the text, and in an empty text.
     bool hasExtraLine() const { return hasExtraLine_; }

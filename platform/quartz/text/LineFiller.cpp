@@ -58,11 +58,20 @@ void LineFiller::makeRoom(const Part& part)
 {
     if (break_ > start_)
         wrap();
-    if (fits(part.width) || at_ <= start_)
-        return;
-    // Even alone the word is too wide: it is broken where it is full.
-    commit();
-    wrap();
+    if (!fits(part.width) && at_ > start_) {
+        // Even alone the word is too wide: it is broken where it is full.
+        commit();
+        wrap();
+    }
+    if (at_ <= start_)
+        leaveStretches(part.width);
+}
+
+/// Looks for a line with room for what begins it.
+void LineFiller::leaveStretches(double width)
+{
+    while (wanted_ && wraps() && width > room_ + slack_ && taker_.leaveStretch())
+        askForRoom();
 }
 
 void LineFiller::addTab(const Part& part, std::span<const Part> following)
@@ -94,8 +103,11 @@ void LineFiller::wrap()
     total_ = visible_ = rest;
     totalAtBreak_ = visibleAtBreak_ = 0;
     ++number_;
-    if (wanted_)
-        askForRoom();
+    if (!wanted_)
+        return;
+    askForRoom();
+    if (rest > 0)
+        leaveStretches(rest);
 }
 
 LineHeights LineFiller::committedHeights() const

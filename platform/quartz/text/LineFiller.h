@@ -86,6 +86,7 @@ private:
 
     void askForRoom();
     void makeRoom(const Part& part);
+    void leaveStretches(double width);
     void addTab(const Part& part, std::span<const Part> following);
     void commit()
     {

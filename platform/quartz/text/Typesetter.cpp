@@ -215,7 +215,7 @@ namespace {
         {
             sink_.everywhere = rules.wrapping == Wrapping::characters;
             sink_.filler = rules.mayHaveTabs ? nullptr : &filler_;
-            room_ = filler_.room();
+            room_ = wordRoom();
         }
         ~ParagraphBreaker() { memory_.forget(); }
         ParagraphBreaker(const ParagraphBreaker&) = delete;
@@ -240,11 +240,12 @@ namespace {
         }
 
     private:
+        double wordRoom() const { return rules_.wordRoom > 0 ? rules_.wordRoom : filler_.room(); }
         void flush()
         {
             filler_.add(sink_.parts);
             sink_.parts.clear();
-            room_ = filler_.room();
+            room_ = wordRoom();
         }
 
         void readFonts()

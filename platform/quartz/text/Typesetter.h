@@ -39,6 +39,7 @@ struct ParagraphRules {
     double tabInterval = 0; // of further stops; 0 for none
     double firstIndent = 0; // where the first line begins, measured as stops are
     double indent = 0; // where the others begin
+    double wordRoom = 0; // a word may be as wide before it is divided; 0: as wide as the line
 };
 
 /// A line as the text was broken.
@@ -61,6 +62,8 @@ public:
     virtual double roomForLine(std::size_t number) = 0;
     /// - Returns: false when no more lines are wanted.
     virtual bool addLine(const LineBox& line) = 0;
+    /// Answers whether a word that has no room in an empty line may find more in another, which is asked for next.
+    virtual bool leaveStretch() { return false; }
 
 protected:
     ~LineTaker() = default;
