@@ -149,6 +149,30 @@ TEST(Golden, TextInManyScripts)
     });
 }
 
+TEST(Golden, TextWithFontSmoothingOnAndOff)
+{
+    // Letters are smoothed in grey either way, on any ground: both halves are alike.
+    expectSheet("text-smoothing", 240, 150, [](CGContextRef context) {
+        for (const bool smooth : { true, false }) {
+            CGContextSetShouldSmoothFonts(context, smooth);
+            for (const bool isDark : { false, true }) {
+                const double x = smooth ? 0 : 120;
+                const double y = isDark ? 0 : 75;
+                const double ground = isDark ? 0.15 : 1;
+                CGContextSetRGBFillColor(context, ground, ground, ground, 1);
+                CGContextFillRect(context, CGRectMake(x, y, 120, 75));
+                double top = y + 68;
+                for (const double size : { 9.0, 12.0, 16.0 }) {
+                    const text::Font font { text::FontFace::named("Inter-Regular"), size };
+                    top -= size * 1.35;
+                    quartz::drawTextLine(context, text::shapeLine(u"Smooth eggs", font),
+                        { x + 6, top }, { 1 - ground, 1 - ground, 1 - ground, 1 });
+                }
+            }
+        }
+    });
+}
+
 TEST(Golden, LinesAndDashes)
 {
     expectSheet("lines", 150, 110, [](CGContextRef context) {
