@@ -24,7 +24,8 @@ inline constexpr StringConstant<"NSPopoverDidCloseNotification"> NSPopoverDidClo
 /// A bubble beside a rectangle of a view, with an arrow that points at it.
 ///
 /// It stands on the side that is wished for, on the opposite one where only that has room, and within the screen. While it
-/// is shown it keeps itself, moves with the view's window, and has the keyboard.
+/// is shown it keeps itself, moves with the view's window, and has the keyboard. Escape closes it, where nothing in it wants
+/// the key, unless the program alone does.
 /// The delegate is asked `popoverShouldClose:` by `performClose:`, and told `popoverWillShow:`, `popoverDidShow:`,
 /// `popoverWillClose:` and `popoverDidClose:`.
 /// Thread: main.

@@ -4,6 +4,7 @@
 #include "appkit/NSApplication.h"
 #include "appkit/NSBezierPath.h"
 #include "appkit/NSColor.h"
+#include "appkit/NSEvent.h"
 #include "appkit/NSScreen.h"
 #include "appkit/NSWindow.h"
 #include "appkit/controls/ControlDrawingPrivate.h"
@@ -98,6 +99,7 @@ class NSPopoverFrame : public NSView {
     BRINDLE_OBJECT(NSPopoverFrame, NSView)
 
 public:
+    WeakRef<NSPopover> popover_;
     NSRectEdge edge_ = NSMinYEdge;
     CGFloat tip_ = 0;
 };
@@ -106,7 +108,7 @@ template <> struct NSPopoverFrame::Methods<struct Look> {
 
     static Ref<NSBezierPath> outline(NSPopoverFrame& self)
     {
-        const NSRect body = NSInsetRect(bodyOf(self.bounds(), self.edge_), kRim / 2, kRim / 2);
+        const NSRect body = NSInsetRect(bodyOf(self.bounds(), self.edge_), kRim, kRim);
         const Ref<NSBezierPath> path
             = NSBezierPath::cls().bezierPathWithRoundedRect_xRadius_yRadius(body, kRadius, kRadius);
         // The base of the arrow lies a little inside, so that the two make one shape.
@@ -119,7 +121,7 @@ template <> struct NSPopoverFrame::Methods<struct Look> {
             return up ? NSPoint { along, across } : NSPoint { across, along };
         };
         path->moveToPoint(at(self.tip_ - kArrow, rim - sign));
-        path->lineToPoint(at(self.tip_, rim + sign * (kArrow - kRim)));
+        path->lineToPoint(at(self.tip_, rim + sign * (kArrow - 2 * kRim)));
         path->lineToPoint(at(self.tip_ + kArrow, rim - sign));
         path->closePath();
         return path;
@@ -128,13 +130,33 @@ template <> struct NSPopoverFrame::Methods<struct Look> {
     {
         const Ref<NSBezierPath> path = outline(self);
         const bool dark = controls::isDark();
-        NSColor::cls().colorWithCalibratedWhite_alpha(dark ? 0 : 0.1, dark ? 0.7 : 0.3)->set();
-        path->setLineWidth(kRim);
+        // The ground hides the inner half, and what the rims of bubble and arrow would draw across each other.
+        NSColor::cls().colorWithCalibratedWhite_alpha(dark ? 1 : 0.1, 0.3)->set();
+        path->setLineWidth(2 * kRim);
         path->stroke();
         NSColor::cls().windowBackgroundColor()->set();
         path->fill();
     }
-    static void table(Builder& t) { t.methods({ { "drawRect:", imp<drawRect> } }); }
+    /// Escape, where nothing in the bubble wants it.
+    static bool performKeyEquivalent(NSPopoverFrame& self, NSEvent* event)
+    {
+        if (super<NSPopoverFrame, "performKeyEquivalent:", bool>(self, event))
+            return true;
+        const Ref<NSPopover> popover = self.popover_.get();
+        const Ref<NSString> typed = maybe(event)->charactersIgnoringModifiers();
+        if (!popover || popover->behavior() == NSPopoverBehaviorApplicationDefined
+            || maybe(typed)->length() != 1 || typed->characterAtIndex(0) != 0x1B)
+            return false;
+        popover->performClose(nullptr);
+        return true;
+    }
+    static void table(Builder& t)
+    {
+        t.methods({
+            { "drawRect:", imp<drawRect> },
+            { "performKeyEquivalent:", imp<performKeyEquivalent> },
+        });
+    }
 };
 BRINDLE_RECORD(NSPopoverFrame, Look)
 
@@ -239,7 +261,9 @@ template <> struct NSPopover::Methods<struct Basics> {
         self.window_->setReleasedWhenClosed(false);
         self.window_->setOpaque(false);
         self.window_->setBackgroundColor(NSColor::cls().clearColor().get());
-        self.window_->setContentView(make<NSPopoverFrame>().get());
+        const Ref<NSPopoverFrame> frame = make<NSPopoverFrame>();
+        frame->popover_ = &self;
+        self.window_->setContentView(frame.get());
         place(self);
         const Ref<NSWindow> host = view->window();
         host->addChildWindow_ordered(self.window_.get(), NSWindowAbove);

@@ -154,5 +154,29 @@ namespace {
         EXPECT_EQ(raisedBy([&] { show(NSMaxYEdge); }), start + "there is nothing to show");
     }
 
+    TEST_F(Popover, EscapeClosesOneThatIsTransient)
+    {
+        popover->setBehavior(NSPopoverBehaviorTransient);
+        show(NSMinYEdge);
+        screen.keyboard().press(0x1B);
+        EXPECT_FALSE(popover->isShown());
+    }
+    TEST_F(Popover, EscapeAsksTheDelegate)
+    {
+        popover->setBehavior(NSPopoverBehaviorTransient);
+        host->refuses_ = true;
+        show(NSMinYEdge);
+        screen.keyboard().press(0x1B);
+        EXPECT_TRUE(popover->isShown());
+        host->refuses_ = false;
+    }
+    TEST_F(Popover, EscapeLeavesOneThatTheProgramCloses)
+    {
+        show(NSMinYEdge);
+        screen.keyboard().press(0x1B);
+        EXPECT_TRUE(popover->isShown());
+    }
+
 }
+
 }
