@@ -7,6 +7,7 @@
 #include "Menubar.h"
 #include "ShellTour.h"
 #include "appkit/NSApplication.h"
+#include "appkit/NSButton.h"
 #include "foundation/NSMutableArray.h"
 #include "foundation/NSRunLoop.h"
 #include "foundation/NSTimer.h"
@@ -24,16 +25,21 @@ using namespace brindle;
 
 namespace {
 
-    /// Answers the chip of a title or the card of a heading, in a view and below.
+    /// Answers what a chip, a button or a card is called.
+    Ref<NSString> nameOf(NSView* part)
+    {
+        if (part->isKindOfClass(GalleryChip::cls()))
+            return static_cast<GalleryChip*>(part)->title();
+        if (part->isKindOfClass(NSButton::cls()))
+            return static_cast<NSButton*>(part)->title();
+        return part->isKindOfClass(GalleryCard::cls()) ? static_cast<GalleryCard*>(part)->heading()
+                                                       : nullptr;
+    }
+    /// Answers the part of a name, in a view and below.
     Ref<NSView> partOf(const Ref<NSView>& view, NSString* text)
     {
         for (NSView* part : each<NSView>(view->subviews())) {
-            const Ref<NSString> label = part->isKindOfClass(GalleryChip::cls())
-                ? static_cast<GalleryChip*>(part)->title()
-                : part->isKindOfClass(GalleryCard::cls())
-                ? static_cast<GalleryCard*>(part)->heading()
-                : nullptr;
-            if (text->isEqual(label.get()))
+            if (text->isEqual(nameOf(part).get()))
                 return part;
             if (Ref<NSView> found = partOf(part, text))
                 return found;
@@ -144,6 +150,32 @@ void Tour::later(double seconds, std::function<void()> step)
     NSRunLoop::cls().mainRunLoop()->addTimer_forMode(timer.get(), NSEventTrackingRunLoopMode);
 }
 
+void Tour::followMenu(std::u16string_view keys, const std::string& name)
+{
+    constexpr double kStep = 0.3; // longer than a submenu takes to open
+    double due = kStep;
+    for (const char16_t key : keys) {
+        later(due, [this, key] { display().typeText(std::u16string_view(&key, 1)); });
+        due += kStep;
+    }
+    later(due, [this, name] { picture(name); });
+    later(due + kStep, [this] { display().typeText(u"\x1B"); });
+}
+
+void Tour::contextMenuPicture(const char* card, double x, double y, const std::string& name)
+{
+    constexpr int kRight = 1;
+    for (const bool dark : { false, true }) {
+        controller_->setDark(dark);
+        settle();
+        followMenu(u"\uF701", name + (dark ? "-dark" : ""));
+        display().click(onScreen(card, x, y), 1, kRight);
+        settle();
+    }
+    controller_->setDark(false);
+    settle();
+}
+
 void Tour::menuPicture(const char* button, std::u16string_view keys, const std::string& name)
 {
     const Ref<NSString> title = stringFrom(button);
@@ -152,14 +184,7 @@ void Tour::menuPicture(const char* button, std::u16string_view keys, const std::
             && title->isEqual(static_cast<BRCustomMenubarMenuButton*>(view)->title().get());
         if (!isWanted)
             continue;
-        constexpr double kStep = 0.3; // longer than a submenu takes to open
-        double due = kStep;
-        for (const char16_t key : keys) {
-            later(due, [this, key] { display().typeText(std::u16string_view(&key, 1)); });
-            due += kStep;
-        }
-        later(due, [this, name] { picture(name); });
-        later(due + kStep, [this] { display().typeText(u"\x1B"); });
+        followMenu(keys, name);
         const NSRect place = view->window()->convertRectToScreen(
             view->convertRect_toView(view->bounds(), nullptr));
         display().click({ NSMidX(place), NSMidY(place) });

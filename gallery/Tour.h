@@ -24,7 +24,7 @@ public:
 
     // ---- what a page's tour says
 
-    /// Clicks the chip of this title on the present page.
+    /// Clicks the chip or button of this title on the present page.
     void press(const char* chip);
     /// Moves the pointer to a place of a card, counted from its top left.
     void moveTo(const char* card, double x, double y);
@@ -38,6 +38,8 @@ public:
     void picture(const std::string& name);
     /// Opens the menu of the bar's button of this title, presses keys in it, and writes what that shows.
     void menuPicture(const char* button, std::u16string_view keys, const std::string& name);
+    /// Opens the menu of a place of a card by the right button and writes what that shows, in both appearances.
+    void contextMenuPicture(const char* card, double x, double y, const std::string& name);
     /// Writes the present state in a window of its least size.
     void leastPicture(const std::string& name);
     /// Writes the present state in the dark appearance.
@@ -49,6 +51,8 @@ public:
 private:
     brindle::Ref<brindle::NSView> find(const char* text);
     brindle::NSPoint onScreen(const char* text, double x, double y);
+    /// Presses keys in the menu that opens next, writes what that shows, and closes it.
+    void followMenu(std::u16string_view keys, const std::string& name);
     /// Does something a moment later, while a menu is followed.
     void later(double seconds, std::function<void()> step);
     void fail(const std::string& what);

@@ -14,6 +14,7 @@ template <> struct GalleryCard::Methods<struct Sheet> {
 
     static constexpr double kMargin = 16;
     static constexpr double kHeadingHeight = 44;
+    static constexpr double kButton = 24; // the width that the heading leaves
 
     static bool isFlipped(GalleryCard&) { return true; }
 
@@ -58,9 +59,11 @@ template <> struct GalleryCard::Methods<struct Sheet> {
         const Palette& colors = palette();
         fillRounded(self.bounds(), 10, colors.card.get());
         strokeRounded(self.bounds(), 10, colors.border.get());
-        drawText(self.heading_.get(), { kMargin, kMargin }, Style::heading, colors.text.get());
-        drawText(
-            self.caption_.get(), { kMargin, kMargin + 19 }, Style::caption, colors.quietText.get());
+        const double width = self.bounds().size.width - 2 * kMargin;
+        drawFitted(self.heading_.get(), { kMargin, kMargin }, width - kButton, Style::heading,
+            colors.text.get());
+        drawFitted(self.caption_.get(), { kMargin, kMargin + 19 }, width, Style::caption,
+            colors.quietText.get());
         self.drawBody(self.bodyRect());
     }
 

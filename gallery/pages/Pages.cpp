@@ -1,9 +1,11 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "Pages.h"
 
+#include "choosing/ChoosingPage.h"
 #include "colour/ColourPage.h"
 #include "controls/ControlsPage.h"
 #include "defaults/DefaultsPage.h"
+#include "editing/EditingPage.h"
 #include "fields/FieldsPage.h"
 #include "files/FilesPage.h"
 #include "ground/GroundPage.h"
@@ -13,6 +15,7 @@
 #include "menubar/MenubarPage.h"
 #include "objects/ObjectsPage.h"
 #include "paths/PathsPage.h"
+#include "pointer/PointerPage.h"
 #include "review/ReviewPage.h"
 #include "scrolling/ScrollingPage.h"
 #include "strip/StripPage.h"
@@ -51,8 +54,11 @@ namespace {
         { kDrawing, "Layers", "layers", makePage<LayersPage>, tourLayers },
         { kDrawing, "Text", "measures", makePage<MeasuresPage>, tourMeasures },
         { kViews, "Controls", "controls", makePage<ControlsPage>, tourControls },
+        { kViews, "Segments and tabs", "choosing", makePage<ChoosingPage>, tourChoosing },
         { kViews, "Fields", "fields", makePage<FieldsPage>, tourFields },
+        { kViews, "Editing", "editing", makePage<EditingPage>, tourEditing },
         { kViews, "Switches", "switches", makePage<SwitchesPage>, tourSwitches },
+        { kViews, "Pointer", "pointer", makePage<PointerPage>, tourPointer },
         { kViews, "Views and borders", "views", makePage<ViewsPage>, tourViews },
         { kViews, "Scrolling", "scrolling", makePage<ScrollingPage>, tourScrolling },
         { kViews, "Tables", "tables", makePage<TablesPage>, tourTables },

@@ -135,7 +135,7 @@ TEST(GalleryCode, CommandKShowsTheSourcesOfThePageAndHidesThem)
     gallery.press(u'k', NSCommandKeyMask);
     const Ref<CodePane> code = gallery.controller->code();
     ASSERT_TRUE(code->window());
-    EXPECT_NE(utf8Of(code->text()->string()).find("SwitchesCard::Methods<"), std::string::npos);
+    EXPECT_NE(utf8Of(code->text()->string()).find("LampCard::Methods<"), std::string::npos);
     gallery.press(u'k', NSCommandKeyMask);
     EXPECT_FALSE(code->window());
 }

@@ -14,6 +14,7 @@ template <> struct FilesPage::Methods<struct Cards> {
     {
         self.access_ = addCard<AccessCard>(self);
         self.panels_ = addCard<PanelsCard>(self);
+        self.places_ = addCard<PlacesCard>(self);
     }
     static Ref<NSString> pageTitle(FilesPage&) { return "Files"_ns; }
     static Ref<NSString> pageCaption(FilesPage&)
@@ -22,6 +23,7 @@ template <> struct FilesPage::Methods<struct Cards> {
     }
     static void layOutIn(FilesPage& self, NSRect room)
     {
+        self.places_->setFrame(takeBottom(room, 188));
         layOutRow({ self.access_.get(), self.panels_.get() }, room);
     }
     static void table(Builder& t)

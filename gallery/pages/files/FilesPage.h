@@ -3,6 +3,7 @@
 
 #include "AccessCard.h"
 #include "PanelsCard.h"
+#include "PlacesCard.h"
 #include "pages/Page.h"
 
 namespace gallery {
@@ -14,6 +15,7 @@ class FilesPage : public GalleryPage {
 private:
     brindle::Ref<AccessCard> access_;
     brindle::Ref<PanelsCard> panels_;
+    brindle::Ref<PlacesCard> places_;
 };
 
 class Tour;

@@ -21,6 +21,18 @@ private:
     brindle::NSUInteger actions_ = 0;
 };
 
+/// One large switch with three positions, and the lamp that it turns on.
+class LampCard : public GalleryCard {
+    BRINDLE_OBJECT(LampCard, GalleryCard)
+
+public:
+    /// The action of the switch.
+    void turn(brindle::NSObject* sender) { send<"turn:">(sender); }
+
+private:
+    brindle::Ref<brindle::OnOffSwitchControl> switch_;
+};
+
 /// Tints and labels, as `tintBackgroundWithFrame:inView:` draws them: every colour pair in every state.
 class TintsCard : public GalleryCard {
     BRINDLE_OBJECT(TintsCard, GalleryCard)

@@ -1,9 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "SwitchesPage.h"
 
-#include <algorithm>
-#include <cmath>
-
 #include "runtime/Table.h"
 
 namespace gallery {
@@ -16,6 +13,7 @@ template <> struct SwitchesPage::Methods<struct Cards> {
     {
         self.switches_ = addCard<SwitchesCard>(self);
         self.tints_ = addCard<TintsCard>(self);
+        self.lamp_ = addCard<LampCard>(self);
     }
     static Ref<NSString> pageTitle(SwitchesPage&) { return "Switches"_ns; }
     static Ref<NSString> pageCaption(SwitchesPage&)
@@ -24,8 +22,8 @@ template <> struct SwitchesPage::Methods<struct Cards> {
     }
     static void layOutIn(SwitchesPage& self, NSRect room)
     {
-        room.size.height = std::min(room.size.height, 320.0);
-        layOutRow({ self.switches_.get(), self.tints_.get() }, room);
+        layOutRow({ self.switches_.get(), self.tints_.get() }, takeTop(room, 308));
+        self.lamp_->setFrame(room);
     }
 
     static void table(Builder& t)

@@ -13,6 +13,7 @@ class SwitchesPage : public GalleryPage {
 private:
     brindle::Ref<SwitchesCard> switches_;
     brindle::Ref<TintsCard> tints_;
+    brindle::Ref<LampCard> lamp_;
 };
 
 class Tour;

@@ -2,6 +2,7 @@
 #include "TableCard.h"
 
 #include "appkit/NSTableHeaderView.h"
+#include "appkit/NSTableView+Columns.h"
 #include "appkit/NSTextFieldCell.h"
 #include "foundation/NSArray.h"
 #include "foundation/NSNotification.h"
@@ -44,7 +45,18 @@ template <> struct TableCard::Methods<struct Rows> {
         self.scroll_->setBorderType(NSLineBorder);
         self.scroll_->setDocumentView(self.table_.get());
         self.addSubview(self.scroll_.get());
+        setAutosaveName(self.table_, "GalleryPeople"_ns);
+        setAutosaveTableColumns(self.table_, true);
         self.table_->setDataSource(&self);
+    }
+    /// With columns to be chosen a click on a title does both: it sorts by the column and chooses it.
+    static void chooseColumns(TableCard& self)
+    {
+        const bool chooses = !allowsColumnSelection(self.table_);
+        setAllowsColumnSelection(self.table_, chooses);
+        self.columns_->setOn(chooses);
+        if (!chooses)
+            self.table_->deselectAll(nullptr);
     }
     static Ref<NSView> initWithFrame(TableCard& self, NSRect frame)
     {
@@ -56,6 +68,8 @@ template <> struct TableCard::Methods<struct Rows> {
             ->send<"setPlaceholderString:">(static_cast<NSString*>("Search names and towns"_ns));
         self.search_->setDelegate(&self);
         self.addSubview(self.search_.get());
+        self.columns_
+            = addChip(&self, "Choose columns"_ns, "c"_ns, sending<"chooseColumns">(&self));
         makeTable(self);
         return super<TableCard, "initWithFrame:", Ref<NSView>>(self, frame);
     }
@@ -68,6 +82,8 @@ template <> struct TableCard::Methods<struct Rows> {
         NSRect field = takeTop(body, kFieldHeight);
         field.size.width = std::min(kFieldWidth, field.size.width);
         self.search_->setFrame(field);
+        layOutChips({ self.columns_.get() },
+            { NSMaxX(body) - self.columns_->fittingWidth(), field.origin.y - 2 });
         body.origin.y -= kCardGap - 8;
         body.size.height += kCardGap - 8;
         self.scroll_->setFrame(body);
@@ -130,6 +146,7 @@ template <> struct TableCard::Methods<struct Rows> {
             { "tableView:objectValueForTableColumn:row:", imp<value> },
             { "tableView:sortDescriptorsDidChange:", imp<orderChanged> },
             { "controlTextDidChange:", imp<textChanged> },
+            { "chooseColumns", imp<chooseColumns> },
         });
     }
 };

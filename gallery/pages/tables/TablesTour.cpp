@@ -38,6 +38,12 @@ void tourTables(Tour& tour)
     tour.click("Table", 60, 184);
     tour.moveTo("Menu table", 60, 150);
     tour.darkPicture("tables-dark");
+    tour.press("Choose columns");
+    tour.click("Table", 260, 105);
+    tour.settle(1);
+    tour.picture("tables-columns");
+    tour.darkPicture("tables-columns-dark");
+    tour.press("Choose columns");
     tour.leastPicture("tables-least");
 }
 
