@@ -5,6 +5,7 @@
 #include "Options.h"
 #include "appkit/NSApplication.h"
 #include "appkit/NSMenuItem.h"
+#include "appkit/NSWorkspace.h"
 #include "foundation/NSArray.h"
 #include "foundation/NSNotification.h"
 #include "foundation/NSObjCRuntime.h"
@@ -62,7 +63,7 @@ template <> struct GalleryController::Methods<struct Pages> {
     }
     static void open(GalleryController& self)
     {
-        gallery::setDark(options().isDark_);
+        takeAppearance();
         menubar().show();
         makeWindow(self);
         makeViews(self);
@@ -117,10 +118,27 @@ template <> struct GalleryController::Methods<struct Pages> {
 
     // ---- appearance
 
+    static void takeAppearance()
+    {
+        if (options().hasAppearance_)
+            gallery::setDark(options().isDark_);
+        else
+            appkit::followDesktopAppearance();
+    }
     static void setDark(GalleryController& self, bool dark)
     {
-        gallery::setDark(dark);
+        options().hasAppearance_ = true;
         options().isDark_ = dark;
+        showAppearance(self);
+    }
+    static void followDesktop(GalleryController& self, NSObject*)
+    {
+        options().hasAppearance_ = false;
+        showAppearance(self);
+    }
+    static void showAppearance(GalleryController& self)
+    {
+        takeAppearance();
         keepOptions();
         menubar().showAppearance();
         self.code_->takeColors();
@@ -136,6 +154,8 @@ template <> struct GalleryController::Methods<struct Pages> {
     {
         if (maybe(item)->action() == selector<"switchAppearance:">)
             item->setState(isDark() ? NSOnState : NSOffState);
+        if (maybe(item)->action() == selector<"followDesktop:">)
+            item->setState(options().hasAppearance_ ? NSOffState : NSOnState);
         if (maybe(item)->action() == selector<"toggleCode:">)
             item->setState(options().showsCode_ ? NSOnState : NSOffState);
         return true;
@@ -164,6 +184,7 @@ template <> struct GalleryController::Methods<struct Pages> {
             { "findPage:", imp<findPage> },
             { "setDark:", imp<setDark> },
             { "switchAppearance:", imp<switchAppearance> },
+            { "followDesktop:", imp<followDesktop> },
             { "validateMenuItem:", imp<validate> },
             { "applicationDidFinishLaunching:", imp<didLaunch> },
             { "applicationDidChangeScreenParameters:", imp<screensChanged> },

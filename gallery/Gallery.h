@@ -40,6 +40,8 @@ public:
     void showCodeOf(GalleryCard* card) { send<"showCodeOf:">(card); }
     /// Chooses the dark appearance, or the light one, for all windows.
     void setDark(bool dark) { send<"setDark:">(dark); }
+    /// Lets the appearance be the desktop's, as it is before one is chosen.
+    void followDesktop() { send<"followDesktop:">(static_cast<brindle::NSObject*>(nullptr)); }
 
 private:
     brindle::Ref<brindle::NSWindow> window_;

@@ -147,6 +147,7 @@ namespace {
             ->setTarget(&target);
         add(*menu, "Code", selector<"toggleCode:">, "k");
         add(*menu, "Dark Appearance", selector<"switchAppearance:">, "d");
+        add(*menu, "Appearance of the Desktop", selector<"followDesktop:">);
         return menu;
     }
     Ref<NSMenu> windowMenu()

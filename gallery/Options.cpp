@@ -16,6 +16,7 @@ template <> struct GalleryOptions::Methods<struct Kept> {
     {
         t.properties({
             property<&GalleryOptions::page_>("page", copied, nonatomic),
+            property<&GalleryOptions::hasAppearance_>("hasAppearance", nonatomic),
             property<&GalleryOptions::isDark_>("isDark", nonatomic),
             property<&GalleryOptions::showsCode_>("showsCode", nonatomic),
             property<&GalleryOptions::theme_>("theme", nonatomic),

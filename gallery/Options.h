@@ -13,6 +13,7 @@ class GalleryOptions : public brindle::NSObject {
 
 public:
     brindle::Ref<brindle::NSString> page_; ///< the name in the sidebar; nil before the first one
+    bool hasAppearance_ = false; ///< chosen by the user; else it is the desktop's
     bool isDark_ = false;
     bool showsCode_ = false;
     brindle::NSInteger theme_ = brindle::BRMenubarThemeCustom;

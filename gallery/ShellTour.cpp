@@ -38,6 +38,12 @@ void tourShell(Tour& tour)
     tour.settle(2); // the scrollers fade
     tour.picture("shell-code");
     tour.darkPicture("shell-code-dark");
+    for (const bool dark : { false, true }) {
+        controller()->setDark(dark);
+        tour.settle();
+        tour.menuPicture("View", u"\uF701\uF701", dark ? "shell-menu-dark" : "shell-menu");
+    }
+    controller()->setDark(false);
     tour.leastPicture("shell-code-least");
     const NSRect before = tour.window()->frame();
     tour.window()->setFrame_display(NSMakeRect(0, 0, 1280, 778), true);

@@ -77,6 +77,7 @@ void choose(const Arguments& arguments)
 {
     gallery::GalleryOptions& options = gallery::options();
     options.isDark_ |= arguments.dark;
+    options.hasAppearance_ |= arguments.dark;
     options.hasShadow_ |= arguments.shadow;
     options.theme_ = arguments.theme.value_or(static_cast<brindle::BRMenubarTheme>(options.theme_));
     options.spacing_

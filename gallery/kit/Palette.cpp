@@ -7,8 +7,6 @@ using namespace brindle;
 
 namespace {
 
-    constinit bool darkIsChosen = false;
-
     Ref<NSColor> rgb(unsigned value, double alpha = 1)
     {
         const auto part = [value](unsigned shift) { return ((value >> shift) & 0xFF) / 255.0; };
@@ -56,14 +54,13 @@ const Palette& palette()
 {
     static const Palette light = makeLight();
     static const Palette dark = makeDark();
-    return darkIsChosen ? dark : light;
+    return isDark() ? dark : light;
 }
 
-bool isDark() { return darkIsChosen; }
+bool isDark() { return appkit::appearance() == appkit::Appearance::dark; }
 
 void setDark(bool dark)
 {
-    darkIsChosen = dark;
     appkit::setAppearance(dark ? appkit::Appearance::dark : appkit::Appearance::light);
 }
 

@@ -8,6 +8,7 @@
 #include "appkit/NSEvent.h"
 #include "appkit/NSPasteboard.h"
 #include "appkit/NSTextField.h"
+#include "appkit/drawing/SystemColorsPrivate.h"
 #include "foundation/NSArray.h"
 #include "foundation/NSUserDefaults.h"
 #include "kit/Chip.h"
@@ -97,6 +98,19 @@ TEST(Gallery, StaysDarkFromOneStartToTheNext)
     EXPECT_TRUE(isDark());
     gallery.restart();
     EXPECT_TRUE(isDark());
+}
+TEST(Gallery, FollowsTheDesktopUntilAnAppearanceIsChosen)
+{
+    OpenGallery gallery;
+    appkit::setDesktopAppearance(appkit::Appearance::dark);
+    EXPECT_TRUE(isDark());
+    gallery.press(u'd', NSCommandKeyMask);
+    EXPECT_FALSE(isDark());
+    gallery.restart();
+    EXPECT_FALSE(isDark());
+    gallery.controller->followDesktop();
+    EXPECT_TRUE(isDark());
+    appkit::setDesktopAppearance(appkit::Appearance::light);
 }
 TEST(Gallery, KeepsTheLookOfItsBar)
 {
