@@ -192,6 +192,7 @@ template <> struct MenubarButtonsCard::Methods<struct Buttons> {
             for (const Ref<BRCustomMenubarMenuButton>& one : made) {
                 one->setDarkMode(dark);
                 self.addSubview(one.get());
+                self.buttons_.push_back(one);
             }
         }
         return card;
@@ -203,12 +204,11 @@ template <> struct MenubarButtonsCard::Methods<struct Buttons> {
     static void setFrameSize(MenubarButtonsCard& self, NSSize size)
     {
         super<MenubarButtonsCard, "setFrameSize:">(self, size);
-        const Ref<NSArray> views = self.subviews();
-        constexpr NSUInteger kInRow = 4;
+        constexpr std::size_t kInRow = 4;
         double x = 0;
-        for (NSUInteger i = 0; i < views->count(); ++i) {
+        for (std::size_t i = 0; i < self.buttons_.size(); ++i) {
             const NSRect row = rowIn(self.bodyRect(), static_cast<int>(i / kInRow));
-            const Ref<NSView> view = cast<NSView>(views->objectAtIndex(i));
+            const Ref<NSView>& view = self.buttons_[i];
             x = i % kInRow == 0 ? row.origin.x + 6 : x;
             view->setFrameOrigin({ x, row.origin.y + 6 });
             x += view->frame().size.width + 12;

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include <vector>
+
 #include "kit/Card.h"
 #include "kit/Chip.h"
 
@@ -22,6 +24,9 @@ class MenubarReportCard : public GalleryCard {
 /// The bar's buttons in all their looks, alive.
 class MenubarButtonsCard : public GalleryCard {
     BRINDLE_OBJECT(MenubarButtonsCard, GalleryCard)
+
+private:
+    std::vector<brindle::Ref<brindle::NSView>> buttons_; // the light ones first
 };
 
 }
