@@ -184,10 +184,7 @@ namespace strings {
 
     void assign(Storage& storage, View text)
     {
-        auto* const narrow = std::get_if<std::string>(&storage.text);
-        if (text.isNarrow() && narrow)
-            narrow->assign(text.narrow());
-        else if (text.isNarrow())
+        if (text.isNarrow())
             storage.text = std::string(text.narrow());
         else if (isAscii(text.wide()))
             storage.text = std::string(text.wide().begin(), text.wide().end());
@@ -292,7 +289,10 @@ namespace strings {
     Ref<NSString> plain(View text)
     {
         Ref<NSString> string = blank();
-        assign(Gate::storage(*string), text);
+        if (text.isNarrow())
+            Gate::storage(*string).text.emplace<std::string>(text.narrow());
+        else
+            assign(Gate::storage(*string), text);
         return string;
     }
 
