@@ -141,8 +141,9 @@ void FontLibrary::readAhead()
         ~AtEnd()
         {
             FontLibrary& library = shared();
-            const std::lock_guard lock(library.mutex_);
-            library.endReading();
+            // Whoever has the lock waits for the reader itself; in a child of the process there may be nobody to let it go.
+            if (const std::unique_lock lock(library.mutex_, std::try_to_lock); lock)
+                library.endReading();
         }
     } atEnd;
     const std::lock_guard lock(mutex_);

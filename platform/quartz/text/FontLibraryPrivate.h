@@ -36,10 +36,10 @@ enum class Presentation { sign, picture };
 
 /// All faces of the process and the installed fonts that they come from.
 ///
-/// The font configuration is read when the first face is asked for, or ahead on a thread that this one then waits for. Bitmap and variable fonts are
-/// passed over: the former cannot be drawn at any size, and the instances of the latter are listed
-/// under their own names. Fonts of coloured pictures (emoji) are taken where nothing else has a character or
-/// where a picture is wanted.
+/// The font configuration is read when the first face is asked for, or ahead on a thread that the first request then
+/// waits for. Bitmap and variable fonts are passed over: the former cannot be drawn at any size, and the instances of the
+/// latter are listed under their own names. Fonts of coloured pictures (emoji) are taken where nothing else has a
+/// character or where a picture is wanted.
 /// Thread: any; one lock covers everything.
 class FontLibrary {
 public:
