@@ -12,6 +12,8 @@ class Layout::Lines final : public text::LineTaker {
 public:
     Lines(Layout& layout, const ParagraphShape& shape, const Paragraph& paragraph, bool rightToLeft)
         : layout_(layout)
+        , container_(layout.containers_[layout.container_])
+        , hasExclusions_(!container_.exclusions.empty())
         , shape_(shape)
         , paragraph_(paragraph)
         , rightToLeft_(rightToLeft)
@@ -32,16 +34,16 @@ public:
         const double end = tail > 0 ? std::min(tail, whole) : whole + tail;
         left_ = rightToLeft_ && whole < kWidestAligned ? whole - end : indent_;
         double right = left_ + end - indent_;
-        if (hasExclusions()) {
+        if (hasExclusions_) {
             nextStretch(number);
             left_ = std::max(left_, stretch_.left);
-            right = std::min(right, stretch_.right - 2 * container().padding);
+            right = std::min(right, stretch_.right - 2 * container_.padding);
         }
         room_ = right - left_;
         return room_;
     }
 
-    bool leaveStretch() override { return hasExclusions() && stretch_.width() < container().width; }
+    bool leaveStretch() override { return hasExclusions_ && stretch_.width() < container_.width; }
 
     bool addLine(const text::LineBox& line) override
     {
@@ -56,8 +58,8 @@ public:
         fragment.room = room_;
         const double top = isInRow() ? lead_ : leadOf(start);
         const double height = heightOf(line);
-        const std::size_t limit = container().lineLimit;
-        const bool isOver = layout_.y_ + top + height > container().height + kSlack
+        const std::size_t limit = container_.lineLimit;
+        const bool isOver = layout_.y_ + top + height > container_.height + kSlack
             || (limit && !isInRow() && layout_.linesInContainer_ >= limit);
         if (isOver) {
             layout_.at_ = start;
@@ -79,15 +81,13 @@ public:
                 lines[i].rect.size.height = rowBottom_ - layout_.y_;
             layout_.y_ = rowBottom_;
         } else {
-            layout_.y_ = nextRow(container(), layout_.y_, rowHeight());
+            layout_.y_ = nextRow(container_, layout_.y_, rowHeight());
         }
         row_.clear();
     }
 
 private:
-    const Container& container() const { return layout_.containers_[layout_.container_]; }
-    double inner() const { return container().width - 2 * container().padding; }
-    bool hasExclusions() const { return !container().exclusions.empty(); }
+    double inner() const { return container_.width - 2 * container_.padding; }
     /// Answers whether a line stands already in the row that is being filled.
     bool isInRow() const { return !row_.empty() && layout_.fragments_.size() > rowStart_; }
 
@@ -128,7 +128,7 @@ private:
         if (place_ >= row_.size()) {
             endRow();
             const NSUInteger start = number == 0 ? paragraph_.start : paragraph_.start + 1;
-            row_ = freeRow(container(), layout_.y_, leadOf(start) + rowHeight());
+            row_ = freeRow(container_, layout_.y_, leadOf(start) + rowHeight());
             if (rightToLeft_)
                 std::ranges::reverse(row_);
             place_ = 0;
@@ -178,13 +178,13 @@ private:
         const double bottom = line.wrapped ? shape_.lineSpacing
             : isEnd                        ? 0
                                            : shape_.paragraphSpacing;
-        const double padding = container().padding;
+        const double padding = container_.padding;
         fragment.textX = padding + x;
         fragment.baseline = top + baseline_;
-        fragment.rect = NSMakeRect(0, layout_.y_, container().width, top + height + bottom);
+        fragment.rect = NSMakeRect(0, layout_.y_, container_.width, top + height + bottom);
         fragment.used = NSMakeRect(x, layout_.y_ + top, width + 2 * padding, height);
         layout_.at_ = NSMaxRange(fragment.range);
-        if (hasExclusions())
+        if (hasExclusions_)
             return placeInRow(fragment, top);
         layout_.fragments_.push_back(fragment);
         layout_.y_ += fragment.rect.size.height;
@@ -203,6 +203,8 @@ private:
     }
 
     Layout& layout_;
+    const Container& container_;
+    const bool hasExclusions_;
     const ParagraphShape& shape_;
     Paragraph paragraph_;
     bool rightToLeft_;
