@@ -9,6 +9,7 @@
 #include "DesktopAppearancePrivate.h"
 #include "NSApplicationPrivate.h"
 #include "NSEventPrivate.h"
+#include "appkit/menus/MenuSessionPrivate.h"
 #include "appkit/views/CursorPrivate.h"
 #include "appkit/views/NSViewPrivate.h"
 #include "appkit/views/ToolTipsPrivate.h"
@@ -305,6 +306,7 @@ namespace {
 void ApplicationAccess::screensChanged()
 {
     eachVisibleWindow(WindowAccess::settleScreen);
+    MenuSession::screensChanged();
     notify(NSApplicationDidChangeScreenParametersNotification,
         "applicationDidChangeScreenParameters:");
 }

@@ -123,9 +123,18 @@ std::size_t MenuSession::levelOf(const NSMenu& menu) const
     return level;
 }
 
+namespace {
+
+    const display::Screen* screenAt(NSPoint place)
+    {
+        return ScreenAccess::screenFor(NSMakeRect(place.x, place.y - 1, 1, 1));
+    }
+
+}
+
 NSRect MenuSession::screenAround(NSPoint place) const
 {
-    const display::Screen* screen = ScreenAccess::screenFor(NSMakeRect(place.x, place.y - 1, 1, 1));
+    const display::Screen* screen = screenAt(place);
     constexpr CGFloat kAnywhere = 1e6;
     if (!screen)
         return NSMakeRect(-kAnywhere, -kAnywhere, 2 * kAnywhere, 2 * kAnywhere);
@@ -200,6 +209,8 @@ void MenuSession::openRoot()
     MenuAccess::tellDelegate<"menuWillOpen:">(menu);
     told_.emplace_back(&menu);
     const NSRect screen = screenAround(opening_.location);
+    if (const display::Screen* const opensOn = screenAt(opening_.location))
+        screen_ = *opensOn;
     const Ref<NSFont> font = opening_.font ? opening_.font : menu.font();
     panels_.push_back(
         std::make_unique<MenuPanel>(menu, font.get(), modifiers_, screen, opening_.minimumWidth));
@@ -437,6 +448,18 @@ Ref<NSMenuItem> MenuSession::highlightedItem(NSMenu& menu)
             return session->panels_[level]->itemAt(session->panels_[level]->highlighted());
     }
     return nullptr;
+}
+// A menu would be left where nobody sees it, or with another size than it was laid out for.
+void MenuSession::screensChanged()
+{
+    for (MenuSession* session = current_; session; session = session->outer_) {
+        const display::Screen* const now = screenAt(session->opening_.location);
+        const display::Screen& then = session->screen_;
+        if (now && now->frame == then.frame && now->scale == then.scale)
+            continue;
+        session->end();
+        wake();
+    }
 }
 void MenuSession::cancel(NSMenu& menu)
 {

@@ -131,6 +131,8 @@ public:
     static void menuGone(NSMenu& menu);
     static Ref<NSMenuItem> highlightedItem(NSMenu& menu);
     static void cancel(NSMenu& menu);
+    /// Ends those whose screen has gone, or is another now.
+    static void screensChanged();
 
 private:
     explicit MenuSession(MenuOpening opening);
@@ -184,6 +186,7 @@ private:
 
     MenuSession* outer_;
     MenuOpening opening_;
+    display::Screen screen_; // that it opened on
     std::vector<std::unique_ptr<MenuPanel>> panels_; // the root first
     std::vector<Ref<NSObject>> told_; // menus whose delegates were told that they opened
     Ref<NSMenuItem> chosen_;

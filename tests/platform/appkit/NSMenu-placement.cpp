@@ -123,6 +123,15 @@ namespace {
             opened.popUpMenuPositioningItem_atLocation_inView(item, place, nullptr);
             return frame;
         }
+        const display::Screen left = display::HeadlessDisplay::screenOfSize(800, 600);
+
+        void addScreenToTheRight()
+        {
+            display::Screen right = left;
+            right.primary = false;
+            right.frame.origin.x = right.visibleFrame.origin.x = 800;
+            screen.display().setScreens({ left, right });
+        }
         void fill(int count)
         {
             for (int i = 0; i < count; ++i)
@@ -215,16 +224,47 @@ namespace {
 
     TEST_F(MenuPlaceTest, EveryMonitorKeepsItsMenus)
     {
-        display::Screen left = display::HeadlessDisplay::screenOfSize(800, 600);
-        display::Screen right = left;
-        right.primary = false;
-        right.frame.origin.x = right.visibleFrame.origin.x = 800;
-        screen.display().setScreens({ left, right });
-        screen.process();
+        addScreenToTheRight();
         const NSRect frame = frameOf(*menu, nullptr, { 1590, 500 });
         EXPECT_EQ(NSMaxX(frame), 1600);
         const NSRect edge = frameOf(*menu, nullptr, { 790, 500 });
         EXPECT_EQ(NSMaxX(edge), 800);
+    }
+
+    TEST_F(MenuPlaceTest, ItClosesWhenItsMonitorIsUnplugged)
+    {
+        addScreenToTheRight();
+        bool stays = false;
+        script.then([&] { screen.display().setScreens({ left }); })
+            .then([&] { stays = !menuWindows().empty(); })
+            .key(0x1B);
+        EXPECT_FALSE(
+            menu->popUpMenuPositioningItem_atLocation_inView(nullptr, { 1200, 500 }, nullptr));
+        EXPECT_FALSE(stays);
+    }
+
+    TEST_F(MenuPlaceTest, ItClosesWhenItsMonitorGetsAnotherScale)
+    {
+        bool stays = false;
+        display::Screen finer = left;
+        finer.scale = 2;
+        script.then([&] { screen.display().setScreens({ finer }); })
+            .then([&] { stays = !menuWindows().empty(); })
+            .key(0x1B);
+        EXPECT_FALSE(
+            menu->popUpMenuPositioningItem_atLocation_inView(nullptr, { 100, 500 }, nullptr));
+        EXPECT_FALSE(stays);
+    }
+
+    TEST_F(MenuPlaceTest, ItStaysOpenWhenAnotherMonitorComesOrGoes)
+    {
+        bool stays = false;
+        script.then([&] { addScreenToTheRight(); })
+            .then([&] { screen.display().setScreens({ left }); })
+            .then([&] { stays = !menuWindows().empty(); })
+            .key(0x1B);
+        menu->popUpMenuPositioningItem_atLocation_inView(nullptr, { 100, 500 }, nullptr);
+        EXPECT_TRUE(stays);
     }
 
     TEST_F(MenuPlaceTest, TheRightButtonOpensTheMenuOfAView)
