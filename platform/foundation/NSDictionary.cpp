@@ -86,6 +86,7 @@ Ref<NSDictionary> makeDictionary(
     std::initializer_list<std::pair<NSObject*, NSObject*>> keysAndValues)
 {
     Ref<NSDictionary> dictionary = make<NSDictionary>();
+    DictionaryAccess::table(*dictionary).reserve(keysAndValues.size());
     for (const auto& [key, value] : keysAndValues)
         DictionaryAccess::set(*dictionary, value, key);
     return dictionary;

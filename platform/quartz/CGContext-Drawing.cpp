@@ -3,6 +3,7 @@
 #include "PathGeometryPrivate.h"
 
 #include <algorithm>
+#include <cmath>
 
 namespace brindle {
 
@@ -290,22 +291,57 @@ void CGContextClipToRect(CGContextRef context, CGRect rect)
     CGContextClipToRects(context, &rect, 1);
 }
 
+namespace {
+
+    /// Clips to rectangles that `add` puts into a path in device space.
+    template <class Add>
+    void clipToAll(ContextData& data, std::span<const CGRect> rects, const Add& add)
+    {
+        // Every view that is drawn is clipped: the path lies in the same memory again.
+        constexpr std::size_t kFew = 16;
+        static thread_local PathData path;
+        path.clear();
+        for (const CGRect& rect : rects) {
+            if (!CGRectIsNull(rect))
+                add(path, CGRectStandardize(rect));
+        }
+        quartz::clipToPath(data, path, false);
+        if (rects.size() > kFew)
+            path = {};
+    }
+
+    /// Answers a rectangle of device space with its edges on pixels; what is off by an error of arithmetic stays.
+    CGRect outwards(CGRect rect)
+    {
+        constexpr double kTolerance = 1.0 / 512;
+        const double left = std::floor(NSMinX(rect) + kTolerance);
+        const double top = std::floor(NSMinY(rect) + kTolerance);
+        return CGRectMake(left, top, std::max(0.0, std::ceil(NSMaxX(rect) - kTolerance) - left),
+            std::max(0.0, std::ceil(NSMaxY(rect) - kTolerance) - top));
+    }
+
+}
+
 void CGContextClipToRects(CGContextRef context, const CGRect* rects, std::size_t count)
 {
     ContextData* const data = dataOf(context);
     if (!data || (!rects && count > 0))
         return;
-    // Every view that is drawn is clipped: the path lies in the same memory again.
-    constexpr std::size_t kFew = 16;
-    static thread_local PathData path;
-    path.clear();
-    for (std::size_t i = 0; i < count; ++i) {
-        if (!CGRectIsNull(rects[i]))
-            path.rect(CGRectStandardize(rects[i]), data->state.toDevice);
-    }
-    quartz::clipToPath(*data, path, false);
-    if (count > kFew)
-        path = {};
+    clipToAll(*data, { rects, count },
+        [data](PathData& path, CGRect rect) { path.rect(rect, data->state.toDevice); });
+}
+
+void quartz::clipToTouchedPixels(CGContextRef context, std::span<const CGRect> rects)
+{
+    ContextData* const data = dataOf(context);
+    if (!data)
+        return;
+    if (!data->state.isScaleAndMove())
+        return CGContextClipToRects(context, rects.data(), rects.size());
+    clipToAll(*data, rects, [data](PathData& path, CGRect rect) {
+        path.rect(outwards(CGRectApplyAffineTransform(rect, data->state.toDevice)),
+            CGAffineTransformIdentity);
+    });
 }
 
 CGRect CGContextGetClipBoundingBox(CGContextRef context)

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include <span>
+
 #include "CGContext.h"
 
 /// Questions about a context's state, the focus ring and brackets, which the layers above Quartz need.
@@ -15,6 +17,10 @@ BRINDLE_EXPORT bool shouldAntialias(CGContextRef context);
 
 /// Makes the whole canvas, or the present group's, the clip.
 BRINDLE_EXPORT void resetClip(CGContextRef context);
+
+/// Clips to every pixel that one of the rectangles touches. A clip of whole pixels costs next to nothing, and what is drawn up
+/// to an edge between two pixels is smoothed once only, by itself.
+BRINDLE_EXPORT void clipToTouchedPixels(CGContextRef context, std::span<const CGRect> rects);
 
 /// Whether shapes get a ring around them: instead of their own paint, below it or above it.
 enum class FocusRing { none, only, below, above };

@@ -4,6 +4,7 @@
 #include <algorithm>
 
 #include "appkit/NSText.h"
+#include "appkit/views/NSViewPrivate.h"
 #include "foundation/Each.h"
 #include "foundation/NSArray.h"
 #include "runtime/Table.h"
@@ -32,10 +33,12 @@ void FieldEditorClip::remove(NSText& editor)
 
 Ref<FieldEditorClip> FieldEditorClip::of(NSCell& cell, NSView* view)
 {
-    for (NSView* child : each<NSView>(maybe(view)->subviews())) {
+    if (!view)
+        return nullptr;
+    for (const Ref<NSView>& child : ViewAccess::subviews(*view)) {
         if (!child->isKindOfClass(FieldEditorClip::cls()))
             continue;
-        auto* const clip = static_cast<FieldEditorClip*>(child);
+        auto* const clip = static_cast<FieldEditorClip*>(child.get());
         if (clip->cell_.get() == &cell)
             return clip;
     }

@@ -2,11 +2,11 @@
 #include "appkit/NSTextFieldCell.h"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 
 #include "ControlDrawingPrivate.h"
 #include "FieldEditorClipPrivate.h"
-#include "appkit/NSBezierPath.h"
 #include "appkit/NSColor.h"
 #include "appkit/NSGraphicsContext.h"
 #include "appkit/NSLayoutManager.h"
@@ -14,6 +14,7 @@
 #include "appkit/NSStringDrawing.h"
 #include "foundation/Exceptions.h"
 #include "foundation/NSDictionary.h"
+#include "quartz/ContextState.h"
 #include "runtime/Table.h"
 
 namespace brindle {
@@ -29,6 +30,64 @@ namespace {
     {
         return value && value->isKindOfClass(NSAttributedString::cls());
     }
+
+    /// What a field's text looks like.
+    struct TextLook {
+        Ref<NSFont> font;
+        Ref<NSColor> color;
+        NSTextAlignment alignment;
+        NSWritingDirection direction;
+        NSLineBreakMode breaks;
+
+        bool isSame(const TextLook& other) const
+        {
+            return color == other.color && alignment == other.alignment
+                && direction == other.direction && breaks == other.breaks
+                && font->isEqual(other.font.get());
+        }
+    };
+
+    /// The attributes of the last few looks. The fields of a window look alike, and are drawn in every frame.
+    class LookMemory {
+    public:
+        static LookMemory& shared()
+        {
+            static auto* const memory = new LookMemory; // fields are drawn while the process ends
+            return *memory;
+        }
+
+        Ref<NSDictionary> attributesFor(TextLook look)
+        {
+            for (const Entry& entry : entries_) {
+                if (entry.attributes && entry.look.isSame(look))
+                    return entry.attributes;
+            }
+            Ref<NSDictionary> made = attributesOf(look);
+            entries_[next_] = { std::move(look), made };
+            next_ = (next_ + 1) % entries_.size();
+            return made;
+        }
+
+    private:
+        struct Entry {
+            TextLook look;
+            Ref<NSDictionary> attributes; // never change
+        };
+
+        static Ref<NSDictionary> attributesOf(const TextLook& look)
+        {
+            const Ref<NSMutableParagraphStyle> style = make<NSMutableParagraphStyle>();
+            style->setAlignment(look.alignment);
+            style->setBaseWritingDirection(look.direction);
+            style->setLineBreakMode(look.breaks);
+            return makeDictionary({ { NSFontAttributeName, look.font.get() },
+                { NSForegroundColorAttributeName, look.color.get() },
+                { NSParagraphStyleAttributeName, style->copy().get() } });
+        }
+
+        std::array<Entry, 8> entries_ {};
+        std::size_t next_ = 0;
+    };
 
 }
 
@@ -141,21 +200,10 @@ template <> struct NSTextFieldCell::Methods<struct Look> {
             return NSColor::cls().alternateSelectedControlTextColor();
         return self.textColor();
     }
-    static Ref<NSParagraphStyle> style(NSTextFieldCell& self)
-    {
-        const Ref<NSMutableParagraphStyle> style = make<NSMutableParagraphStyle>();
-        style->setAlignment(self.alignment());
-        style->setBaseWritingDirection(self.baseWritingDirection());
-        style->setLineBreakMode(self.lineBreakMode());
-        return cast<NSParagraphStyle>(style->copy());
-    }
     static Ref<NSAttributedString> styled(NSTextFieldCell& self, NSString* text, NSColor* color)
     {
-        const Ref<NSFont> font = self.font();
-        const Ref<NSParagraphStyle> paragraph = style(self);
-        const Ref<NSDictionary> attributes = makeDictionary(
-            { { NSFontAttributeName, font.get() }, { NSForegroundColorAttributeName, color },
-                { NSParagraphStyleAttributeName, paragraph.get() } });
+        const Ref<NSDictionary> attributes = LookMemory::shared().attributesFor({ self.font(),
+            color, self.alignment(), self.baseWritingDirection(), self.lineBreakMode() });
         return alloc<NSAttributedString>()->initWithString_attributes(text, attributes.get());
     }
     static Ref<NSAttributedString> attributedValue(NSTextFieldCell& self)
@@ -276,9 +324,10 @@ template <> struct NSTextFieldCell::Methods<struct Look> {
         NSStringDrawingOptions options = NSStringDrawingUsesLineFragmentOrigin;
         if (self.truncatesLastVisibleLine())
             options |= NSStringDrawingTruncatesLastVisibleLine;
+        const NSRect room = NSInsetRect(rect, -kPadding, 0);
         const auto graphics = NSGraphicsContext::cls();
         graphics.saveGraphicsState();
-        NSBezierPath::cls().bezierPathWithRect(NSInsetRect(rect, -kPadding, 0))->addClip();
+        quartz::clipToTouchedPixels(currentCGContext().get(), { &room, 1 });
         drawWithRect_options(text, rect, options);
         graphics.restoreGraphicsState();
     }

@@ -13,13 +13,23 @@ template <> struct NSColor::Methods<struct Drawing> {
 
     static Ref<class CGColor> quartzColor(NSColor& self)
     {
-        const Ref<NSColor> color = Parts::resolved(self);
-        const CGFloat* c = color->components_;
+        if (self.space_ != Space::named)
+            return quartzColorOf(self);
+        static constinit colors::PerSystemColor<class CGColor> kept;
+        const appkit::Appearance look = appkit::appearance();
+        return kept.at(self.systemIndex_, look, [&self, look] {
+            const Ref<NSColor> color = Parts::resolvedIn(self, look);
+            return quartzColorOf(*color);
+        });
+    }
+    static Ref<class CGColor> quartzColorOf(NSColor& color)
+    {
+        const CGFloat* c = color.components_;
         const auto device = [c](CGColorSpaceRef made) {
             const auto space = Ref<CGColorSpace>::adopt(made);
             return CGColorCreate(space.get(), c);
         };
-        switch (color->space_) {
+        switch (color.space_) {
         case Space::calibratedRGB:
             return Ref<class CGColor>::adopt(CGColorCreateGenericRGB(c[0], c[1], c[2], c[3]));
         case Space::deviceRGB:
@@ -29,7 +39,7 @@ template <> struct NSColor::Methods<struct Drawing> {
         case Space::deviceWhite:
             return Ref<class CGColor>::adopt(device(CGColorSpaceCreateDeviceGray()));
         case Space::pattern:
-            return patternColor(*color->pattern_);
+            return patternColor(*color.pattern_);
         default:
             return nullptr;
         }

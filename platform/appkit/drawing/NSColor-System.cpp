@@ -38,13 +38,18 @@ const char* NSColor::Methods<struct Parts>::systemName(const NSColor& self)
 
 Ref<NSColor> NSColor::Methods<struct Parts>::resolved(NSColor& self)
 {
-    if (self.space_ != Space::named)
-        return &self;
-    const appkit::SystemColor& entry = appkit::kSystemColors[self.systemIndex_];
-    const std::uint32_t value
-        = appkit::appearance() == appkit::Appearance::dark ? entry.dark : entry.light;
-    const auto part = [value](int shift) { return (value >> shift & 0xFF) / 255.0; };
-    return rgb(Space::calibratedRGB, { part(24), part(16), part(8) }, part(0));
+    return self.space_ == Space::named ? resolvedIn(self, appkit::appearance()) : &self;
+}
+
+Ref<NSColor> NSColor::Methods<struct Parts>::resolvedIn(NSColor& self, appkit::Appearance look)
+{
+    static constinit colors::PerSystemColor<NSColor> kept;
+    return kept.at(self.systemIndex_, look, [&self, look] {
+        const appkit::SystemColor& entry = appkit::kSystemColors[self.systemIndex_];
+        const std::uint32_t value = look == appkit::Appearance::dark ? entry.dark : entry.light;
+        const auto part = [value](int shift) { return (value >> shift & 0xFF) / 255.0; };
+        return rgb(Space::calibratedRGB, { part(24), part(16), part(8) }, part(0));
+    });
 }
 
 template <> struct NSColor::Methods<struct System> {

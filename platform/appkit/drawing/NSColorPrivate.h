@@ -1,9 +1,12 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include "SystemColorsPrivate.h"
 #include "appkit/NSColor.h"
 
 #include <algorithm>
+#include <array>
+#include <atomic>
 
 namespace brindle {
 
@@ -26,6 +29,29 @@ namespace colors {
 
     /// The way back: hue, saturation and brightness from 0 to 1.
     RGB rgbFrom(double hue, double saturation, double brightness);
+
+    /// What each system colour is in either appearance, made when it is first asked for and kept for good: the same few
+    /// are asked for with every text that is drawn. Thread: any.
+    template <class T> class PerSystemColor {
+    public:
+        template <class Make>
+        Ref<T> at(std::size_t index, appkit::Appearance look, const Make& make)
+        {
+            const bool dark = look == appkit::Appearance::dark;
+            std::atomic<T*>& place = kept_[2 * index + dark];
+            if (T* const known = place.load(std::memory_order_acquire))
+                return known;
+            const Ref<T> made = make();
+            T* first = nullptr;
+            if (!place.compare_exchange_strong(first, made.get(), std::memory_order_acq_rel))
+                return first; // another thread was quicker
+            static_cast<void>(Ref<T>(made).leak());
+            return made;
+        }
+
+    private:
+        std::array<std::atomic<T*>, 2 * appkit::kSystemColors.size()> kept_ {};
+    };
 
 }
 
@@ -66,6 +92,8 @@ template <> struct NSColor::Methods<struct Parts> {
 
     /// Answers a system colour's look of now; any other colour is its own.
     static Ref<NSColor> resolved(NSColor& self);
+    /// What a system colour is in an appearance.
+    static Ref<NSColor> resolvedIn(NSColor& self, appkit::Appearance look);
     /// Answers the selector that makes a system colour.
     static const char* systemName(const NSColor& self);
 

@@ -8,6 +8,7 @@
 #include "TextDrawingPrivate.h"
 #include "appkit/NSGraphicsContext.h"
 #include "foundation/NSDictionary.h"
+#include "quartz/ContextState.h"
 #include "runtime/Table.h"
 
 namespace brindle {
@@ -131,7 +132,7 @@ namespace {
             layout.ensurePoint(0, isTall ? rect.size.height : kUnbounded);
             const GraphicsStateGuard saved;
             if (isTall && rect.size.width > 0)
-                CGContextClipToRect(current->CGContext().get(), rect);
+                quartz::clipToTouchedPixels(current->CGContext().get(), { &rect, 1 });
             draw(layout, { rect.origin.x, flipped || !isTall ? rect.origin.y : NSMaxY(rect) },
                 flipped);
         }

@@ -1,5 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <algorithm>
+#include <array>
+#include <span>
 
 #include "NSViewPrivate.h"
 #include "appkit/NSViewController.h"
@@ -33,6 +35,32 @@ NSView::~NSView()
     }
 }
 
+namespace {
+
+    /// Views as they are now, for a walk whose hooks may change the list. A few, as in the rows of a table, take no memory.
+    class ViewsNow {
+    public:
+        explicit ViewsNow(const std::vector<Ref<NSView>>& views)
+        {
+            if (views.size() > few_.size())
+                many_ = views;
+            else
+                std::copy(views.begin(), views.end(), few_.begin());
+            count_ = views.size();
+        }
+        std::span<const Ref<NSView>> all() const
+        {
+            return { count_ > few_.size() ? many_.data() : few_.data(), count_ };
+        }
+
+    private:
+        std::array<Ref<NSView>, 4> few_;
+        std::vector<Ref<NSView>> many_;
+        std::size_t count_ = 0;
+    };
+
+}
+
 template <> struct NSView::Methods<struct Hierarchy> {
 
     using Views = std::vector<Ref<NSView>>;
@@ -50,8 +78,8 @@ template <> struct NSView::Methods<struct Hierarchy> {
     {
         ControllerAccess::willMove(view, window);
         view.viewWillMoveToWindow(window);
-        const Views inside = view.subviews_; // a hook may change the list
-        for (const Ref<NSView>& subview : inside)
+        const ViewsNow inside(view.subviews_);
+        for (const Ref<NSView>& subview : inside.all())
             willMove(*subview, window);
     }
     // Every view belongs to the window before the first hook runs.
@@ -67,8 +95,8 @@ template <> struct NSView::Methods<struct Hierarchy> {
     {
         view.viewDidMoveToWindow();
         ControllerAccess::didMove(view);
-        const Views inside = view.subviews_;
-        for (const Ref<NSView>& subview : inside)
+        const ViewsNow inside(view.subviews_);
+        for (const Ref<NSView>& subview : inside.all())
             didMove(*subview);
     }
 

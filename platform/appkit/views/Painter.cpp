@@ -66,7 +66,7 @@ Focus::Focus(NSView& view, const Backing& backing, const AxisTransform& toWindow
         parts_.add(inverse.apply(part));
         clipped_ = clipped_ == NSRect {} ? part : NSUnionRect(clipped_, part);
     }
-    CGContextClipToRects(context_.get(), clip.data(), clip.size());
+    quartz::clipToTouchedPixels(context_.get(), clip);
     CGContextConcatCTM(context_.get(), matrixOf(toWindow));
     stack().push_back(this);
 }
@@ -306,7 +306,7 @@ void Painter::paintLayered(
     CGContext* const context = backing_.context.get();
     const NSRect visible = NSIntersectionRect(clip, toWindow.apply(ViewAccess::bounds(view)));
     const quartz::StateScope scope(context);
-    CGContextClipToRects(context, parts.all().data(), parts.size());
+    quartz::clipToTouchedPixels(context, parts.all());
     CGContextConcatCTM(context, matrixOf(toWindow));
     quartz::HostedDrawing drawing(*shower.layer(), context, look_);
     if (clearsMarks_)

@@ -41,6 +41,21 @@ namespace {
             std::size_t glyphCount = 0;
         };
 
+        /// Answers one with nothing in it, in the memory of the last one of this thread.
+        static GlyphSink& emptied()
+        {
+            constexpr std::size_t kMostKept = 4096;
+            static thread_local GlyphSink sink;
+            if (sink.glyphs.capacity() > kMostKept)
+                sink.glyphs = {};
+            if (sink.parts.capacity() > kMostKept)
+                sink.parts = {};
+            sink.glyphs.clear();
+            sink.parts.clear();
+            sink.total = 0;
+            return sink;
+        }
+
         void addPiece(const Piece& piece) override
         {
             const std::span<const ShapedGlyph> added = piece.glyphs();
@@ -95,7 +110,7 @@ public:
 private:
     void addItem(const Item& item)
     {
-        GlyphSink sink;
+        GlyphSink& sink = GlyphSink::emptied();
         shapeStretch(
             std::u16string_view(line_.text_).substr(item.start, item.length), styleOf(item), sink);
         LineRun run { item.font, NSMakeRange(item.start, item.length), line_.glyphs_.size(),
