@@ -86,6 +86,7 @@ private:
     void stop()
     {
         application->setDelegate(nullptr);
+        controller->page()->removeFromSuperview(); // it closes the windows that it opened
         controller->window()->setDelegate(nullptr);
         controller->window()->close();
         controller = nullptr;

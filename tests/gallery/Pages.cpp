@@ -1,0 +1,97 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "pages/Pages.h"
+
+#include <gtest/gtest.h>
+
+#include "OpenGallery.h"
+#include "appkit/NSTableColumn.h"
+#include "foundation/Each.h"
+#include "foundation/NSArray.h"
+#include "foundation/NSObjCRuntime.h"
+#include "kit/PageHolder.h"
+
+namespace gallery {
+
+using namespace brindle;
+
+namespace {
+
+    std::vector<Ref<GalleryCard>> cardsOf(const Ref<GalleryPage>& page)
+    {
+        std::vector<Ref<GalleryCard>> cards;
+        for (NSView* view : each<NSView>(page->subviews())) {
+            if (view->isKindOfClass(GalleryCard::cls()))
+                cards.emplace_back(static_cast<GalleryCard*>(view));
+        }
+        return cards;
+    }
+    template <class View> Ref<View> firstOf(const Ref<NSView>& view)
+    {
+        for (NSView* part : each<NSView>(view->subviews())) {
+            if (part->isKindOfClass(View::cls()))
+                return Ref<View>(static_cast<View*>(part));
+            if (Ref<View> found = firstOf<View>(Ref<NSView>(part)))
+                return found;
+        }
+        return nullptr;
+    }
+
+}
+
+TEST(GalleryPages, FindRoomForAllCardsInTheSmallestWindow)
+{
+    OpenGallery gallery;
+    for (const PageEntry& entry : pages()) {
+        gallery.showPage(entry.name);
+        const Ref<GalleryPage> page = gallery.controller->page();
+        page->setFrameSize(kLeastPage);
+        const std::vector<Ref<GalleryCard>> cards = cardsOf(page);
+        EXPECT_FALSE(cards.empty()) << entry.name;
+        for (std::size_t i = 0; i < cards.size(); ++i) {
+            const NSRect place = cards[i]->frame();
+            EXPECT_TRUE(NSContainsRect(page->bounds(), place)) << entry.name << i;
+            EXPECT_GT(cards[i]->bodyRect().size.height, 40) << entry.name << i;
+            for (std::size_t j = 0; j < i; ++j)
+                EXPECT_FALSE(NSIntersectsRect(place, cards[j]->frame())) << entry.name << i << j;
+        }
+    }
+}
+TEST(GalleryPages, ShowTheCodeOfEachOfTheirCards)
+{
+    OpenGallery gallery;
+    for (const PageEntry& entry : pages()) {
+        gallery.showPage(entry.name);
+        for (const Ref<GalleryCard>& card : cardsOf(gallery.controller->page())) {
+            const std::string name = utf8Of(NSStringFromClass(card->classObject()));
+            gallery.controller->showCodeOf(card.get());
+            EXPECT_NE(utf8Of(gallery.controller->code()->text()->string())
+                          .find("struct " + name + "::Methods<"),
+                std::string::npos)
+                << entry.name << " " << name;
+        }
+    }
+}
+TEST(GalleryPages, FindTheColumnsOfTheTableAsTheyWereLeft)
+{
+    OpenGallery gallery;
+    gallery.showPage("Tables");
+    firstOf<NSTableView>(gallery.controller->page())->moveColumn_toColumn(2, 0);
+    gallery.restart();
+    const Ref<NSTableView> table = firstOf<NSTableView>(gallery.controller->page());
+    const Ref<NSTableColumn> first = cast<NSTableColumn>(table->tableColumns()->firstObject());
+    EXPECT_EQ(utf8Of(first->identifier()), "born");
+}
+TEST(GalleryPages, UndoWhatWasTyped)
+{
+    OpenGallery gallery;
+    gallery.showPage("Editing");
+    const Ref<NSTextView> text = firstOf<NSTextView>(gallery.controller->page());
+    const std::string before = utf8Of(text->string());
+    gallery.controller->window()->makeFirstResponder(text.get());
+    gallery.type(u"lamps");
+    EXPECT_NE(utf8Of(text->string()), before);
+    gallery.press(u'z', NSCommandKeyMask);
+    EXPECT_EQ(utf8Of(text->string()), before);
+}
+
+}
