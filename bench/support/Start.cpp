@@ -106,8 +106,10 @@ int measureStart(Format format, char* program)
     bool all = compareAll(", in memory", "memory", lines);
     setenv("BRINDLE_DISPLAY", "x11", 1);
     all = all && compareAll(", on a screen", "screen", lines);
-    if (all)
+    if (all) {
         watchIdle(lines);
+        measureMenusOnScreen(lines);
+    }
     printTable(lines, format);
     return all ? 0 : 1;
 }

@@ -13,4 +13,7 @@ int countInstructions(Format format);
 /// idle application sleeps. It starts the program `program`, itself, again on an X server of its own.
 int measureStart(Format format, char* program);
 
+/// Opens and closes a menu of 20 items on the X server of the environment, thousands of times, and adds what it takes.
+void measureMenusOnScreen(std::vector<Line>& lines);
+
 }

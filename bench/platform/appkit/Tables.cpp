@@ -208,11 +208,11 @@ namespace {
         const auto desk = std::make_shared<Desk<NSTableView, NamedRowSource>>(1'000'000);
         return { repeated([desk](std::size_t i) { scrollFrame(*desk, i); }), {} };
     }
-    // Rows without cell views: what the table itself and the window take.
-    Reading allocations()
+    // Rows of texts, or without cell views: then it is what the table itself and the window take.
+    template <class Source> Reading allocations()
     {
         constexpr std::size_t kFrames = 1000;
-        Desk<NSTableView, RowSource> desk(1'000'000);
+        Desk<NSTableView, Source> desk(1'000'000);
         for (std::size_t i = 0; i < 100; ++i)
             scrollFrame(desk, i);
         const std::size_t before = allocationsMade();
@@ -236,7 +236,10 @@ void addTables(Plan& plan)
     plan.time("menu table: pointer to another of 100000 rows, drawn", atMost(50'000), hover);
     plan.time("menu table: pointer within one of 100000 rows", atMost(50'000), rest);
     plan.time("table: scroll 1000000 rows by two, a frame", atMost(16'600'000), scroll);
-    plan.read("table: allocations a frame of scrolling, rows alone", "", kNoBudget, allocations);
+    plan.read("table: allocations a frame of scrolling, rows alone", "", atMost(6),
+        allocations<RowSource>);
+    plan.read("table: allocations a frame of scrolling, rows of text", "", atMost(40),
+        allocations<NamedRowSource>);
 }
 
 }
