@@ -41,6 +41,7 @@ BRINDLE_RECORD(SoakController, Staying)
 namespace {
 
     constexpr double kPause = 0.02; // virtual seconds between two actions
+    constexpr NSRect kFrame { { 60, 40 }, { 1080, 700 } };
     constexpr std::uint64_t kActionsAPage = 400;
     constexpr std::uint64_t kMostEndings = 2000;
     constexpr unsigned kHangSeconds = 60;
@@ -153,6 +154,7 @@ void Soak::bringBack()
     if (!window)
         return;
     window->deminiaturize(nullptr);
+    window->setFrame_display(kFrame, false); // memory is compared; a window's is by its size
     window->makeKeyAndOrderFront(nullptr);
     const NSUInteger turn = actions_ / kActionsAPage;
     if (!window->attachedSheet())

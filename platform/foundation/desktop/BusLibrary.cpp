@@ -3,24 +3,18 @@
 
 #include <optional>
 
-#include <dlfcn.h>
+#include "foundation/LateLibrary.h"
 
 namespace brindle::desktop {
 
 namespace {
 
-    template <class F> bool find(void* library, const char* name, F& function)
-    {
-        function = reinterpret_cast<F>(dlsym(library, name));
-        return function != nullptr;
-    }
-
     std::optional<BusLibrary> load()
     {
-        // Never unloaded: it keeps values of the thread.
-        void* const library = dlopen("libsystemd.so.0", RTLD_NOW | RTLD_LOCAL | RTLD_NODELETE);
+        void* const library = late::openLibrary("libsystemd.so.0");
         if (!library)
             return std::nullopt;
+        using late::find;
         BusLibrary bus;
         const bool complete = find(library, "sd_bus_new", bus.create)
             && find(library, "sd_bus_set_address", bus.setAddress)
