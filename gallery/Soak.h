@@ -41,7 +41,7 @@ private:
     Instant begun_ = std::chrono::steady_clock::now();
     std::uint64_t actions_ = 0;
     std::uint64_t endings_ = 0; // times that it was asked to come to rest
-    std::size_t warm_ = 0; // bytes held once every page was seen
+    std::size_t warm_ = 0; // bytes used once every page was seen twice
     std::string complaint_;
 };
 

@@ -331,9 +331,7 @@ display::Display* installDisplay(std::unique_ptr<display::Display> display)
 {
     ApplicationState& app = ApplicationAccess::state();
     ToolTips::dismiss();
-    const std::vector<NSWindow*> windows = app.windows;
-    for (NSWindow* window : windows) {
-        const Ref<NSWindow> alive(window);
+    for (const Ref<NSWindow>& window : ApplicationAccess::kept(app.windows)) {
         WindowAccess::orderOut(*window);
         WindowAccess::dropSurface(*window);
     }

@@ -155,7 +155,7 @@ template <> struct NSApplication::Methods<struct Sending> {
         app().current = event;
         if (events::isIn(type, events::kDowns | NSScrollWheelMask | NSKeyDownMask))
             ToolTips::dismiss();
-        for (NSWindow* window : std::vector<NSWindow*>(app().order))
+        for (const Ref<NSWindow>& window : ApplicationAccess::kept(app().order))
             WindowAccess::settleTracking(*window);
         if (type == NSAppKitDefined)
             news(event->window().get(), *event);

@@ -98,15 +98,19 @@ void ApplicationAccess::windowGone(NSWindow& window)
         setKeyWindow(nullptr);
     if (wasMain)
         setMainWindow(nullptr);
-    const std::vector<NSWindow*> order = app.order;
-    for (NSWindow* next : order) {
+    for (const Ref<NSWindow>& next : kept(app.order)) {
         if (wasKey && !app.keyWindow && WindowAccess::becomesKeyUnasked(*next))
             next->makeKeyWindow();
         const bool isBar = WindowAccess::state(*next).ignoresMouse
             || WindowAccess::state(*next).level >= NSMainMenuWindowLevel;
         if (wasMain && !app.mainWindow && !isBar && next->canBecomeMainWindow())
-            setMainWindow(next);
+            setMainWindow(next.get());
     }
+}
+
+std::vector<Ref<NSWindow>> ApplicationAccess::kept(const std::vector<NSWindow*>& windows)
+{
+    return { windows.begin(), windows.end() };
 }
 
 bool ApplicationAccess::worksNow(const NSWindow& window)
@@ -151,9 +155,8 @@ void ApplicationAccess::setActive(bool active)
     if (active) {
         notify(NSApplicationWillBecomeActiveNotification, "applicationWillBecomeActive:");
         app.active = true;
-        const std::vector<NSWindow*> windows = app.windows;
         // Those that were in front come last, so that each finds its old place.
-        for (NSWindow* window : windows)
+        for (const Ref<NSWindow>& window : kept(app.windows))
             WindowAccess::applicationActivated(*window);
         if (!app.keyWindow && app.lastKeyWindow && WindowAccess::state(*app.lastKeyWindow).visible)
             setKeyWindow(app.lastKeyWindow);
@@ -162,16 +165,16 @@ void ApplicationAccess::setActive(bool active)
     }
     notify(NSApplicationWillResignActiveNotification, "applicationWillResignActive:");
     app.active = false;
-    NSWindow* const key = app.keyWindow;
+    const Ref<NSWindow> key(app.keyWindow);
     setKeyWindow(nullptr);
-    app.lastKeyWindow = key;
-    const std::vector<NSWindow*> order = app.order;
+    app.lastKeyWindow = key.get();
+    const std::vector<Ref<NSWindow>> order = kept(app.order);
     for (std::size_t i = order.size(); i-- > 0;) {
         WindowAccess::applicationDeactivated(*order[i]);
         if (WindowAccess::state(*order[i]).waitsForActivation) {
             // The list of windows is the order of their return.
-            std::erase(app.windows, order[i]);
-            app.windows.push_back(order[i]);
+            std::erase(app.windows, order[i].get());
+            app.windows.push_back(order[i].get());
         }
     }
     notify(NSApplicationDidResignActiveNotification, "applicationDidResignActive:");
@@ -217,17 +220,16 @@ template <> struct NSApplication::Methods<struct Windows> {
     }
     static void updateWindows(NSApplication&)
     {
-        const std::vector<NSWindow*> order = app().order;
-        for (NSWindow* window : order)
-            Ref<NSWindow>(window)->update();
+        for (const Ref<NSWindow>& window : ApplicationAccess::kept(app().order))
+            window->update();
     }
 
     static bool isActive(NSApplication&) { return app().active; }
     static void activate(NSApplication&, bool)
     {
         ApplicationAccess::setActive(true);
-        NSWindow* window = app().keyWindow;
-        for (NSWindow* next : std::vector<NSWindow*>(app().order)) {
+        Ref<NSWindow> window(app().keyWindow);
+        for (const Ref<NSWindow>& next : ApplicationAccess::kept(app().order)) {
             if (!window && WindowAccess::becomesKeyUnasked(*next))
                 window = next;
         }
@@ -244,10 +246,14 @@ template <> struct NSApplication::Methods<struct Windows> {
         ApplicationAccess::notify(NSApplicationWillHideNotification, "applicationWillHide:");
         app().hidden = true;
         app().hiddenWindows = app().order;
-        for (NSWindow* window : std::vector<NSWindow*>(app().hiddenWindows)) {
-            const Ref<NSWindow> alive(window);
+        for (const Ref<NSWindow>& window : ApplicationAccess::kept(app().hiddenWindows)) {
+            WindowState& state = WindowAccess::state(*window);
+            if (state.closed) { // by what another one was told
+                std::erase(app().hiddenWindows, window.get());
+                continue;
+            }
             WindowAccess::orderOut(*window);
-            WindowAccess::state(*window).kept = alive;
+            state.kept = window;
         }
         self.deactivate();
         ApplicationAccess::notify(NSApplicationDidHideNotification, "applicationDidHide:");
@@ -258,7 +264,7 @@ template <> struct NSApplication::Methods<struct Windows> {
             return;
         ApplicationAccess::notify(NSApplicationWillUnhideNotification, "applicationWillUnhide:");
         app().hidden = false;
-        const std::vector<NSWindow*> windows = std::exchange(app().hiddenWindows, {});
+        const auto windows = ApplicationAccess::kept(std::exchange(app().hiddenWindows, {}));
         for (std::size_t i = windows.size(); i-- > 0;)
             WindowAccess::orderIn(*windows[i], NSWindowAbove, nullptr, true);
         ApplicationAccess::notify(NSApplicationDidUnhideNotification, "applicationDidUnhide:");

@@ -91,6 +91,8 @@ struct ApplicationAccess {
     static NSPoint screenLocation(const NSEvent& event);
 
     // Windows.
+    /// Answers a list of windows that keeps them: what one of them is told may end another.
+    static std::vector<Ref<NSWindow>> kept(const std::vector<NSWindow*>& windows);
     static void addWindow(NSWindow& window);
     static void removeWindow(NSWindow& window);
     static Ref<NSWindow> windowWithNumber(NSInteger number);

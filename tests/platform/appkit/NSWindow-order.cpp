@@ -5,6 +5,8 @@
 
 #include "appkit/NSColor.h"
 #include "foundation/NSArray.h"
+#include "foundation/NSNotification.h"
+#include "foundation/NSNotificationCenter.h"
 #include "runtime/Table.h"
 #include "support/HeadlessScreen.h"
 
@@ -74,6 +76,43 @@ namespace {
         bool showsRed() { return screen.pixels().at(100, 100) == 0xFFFF0000; }
         bool showsBlue() { return screen.pixels().at(100, 100) == 0xFF0000FF; }
     };
+
+    /// Whether everything stands when a window that is told of an end lets the last owner of another one go.
+    void endAnotherOneDuring(void (*step)(HeadlessScreen&))
+    {
+        HeadlessScreen screen { 200, 200 };
+        const Ref<NSWindow> key = windowOf(NSMakeRect(0, 0, 50, 50), kOrdinary);
+        Ref<NSWindow> other = windowOf(NSMakeRect(50, 50, 50, 50), kOrdinary);
+        const WeakRef<NSWindow> weak(other.get());
+        other->orderFront(nullptr);
+        key->makeKeyAndOrderFront(nullptr);
+        const Ref<NSObject> observer
+            = NSNotificationCenter::cls()
+                  .defaultCenter()
+                  ->addObserverForName_object_queue_usingBlock(
+                      NSWindowDidResignKeyNotification, key.get(), nullptr, [&](NSNotification*) {
+                          maybe(other)->close();
+                          other = nullptr;
+                      });
+        step(screen);
+        NSNotificationCenter::cls().defaultCenter()->removeObserver(observer.get());
+        EXPECT_EQ(other, nullptr) << "the key window was told";
+        EXPECT_EQ(weak.get(), nullptr);
+        key->close();
+    }
+    TEST(NSWindowOrder, AWindowMayEndAnotherWhileTheScreenIsTakenAway)
+    {
+        endAnotherOneDuring([](HeadlessScreen&) { installDisplay(nullptr); });
+    }
+    TEST(NSWindowOrder, AWindowMayEndAnotherWhileTheApplicationHides)
+    {
+        endAnotherOneDuring([](HeadlessScreen& screen) { screen.application().hide(nullptr); });
+        NSApplication::cls().sharedApplication()->unhide(nullptr);
+    }
+    TEST(NSWindowOrder, AWindowMayEndAnotherWhileTheApplicationIsDeactivated)
+    {
+        endAnotherOneDuring([](HeadlessScreen& screen) { screen.application().deactivate(); });
+    }
 
     TEST(NSWindowOrder, AWindowInitializedTwiceKeepsItsNumber)
     {
