@@ -30,6 +30,12 @@ void ApplicationAccess::post(NSEvent& event, bool atStart)
     NSRunLoop::cls().mainRunLoop()->wakeUp();
 }
 
+void ApplicationAccess::withdraw(NSEvent& event)
+{
+    const std::lock_guard lock(state().queueLock);
+    std::erase(state().queue, &event);
+}
+
 template <> struct NSApplication::Methods<struct Running> {
 
     static ApplicationState& app() { return ApplicationAccess::state(); }

@@ -105,6 +105,8 @@ struct ApplicationAccess {
     // Activity.
     static void setActive(bool active);
     static void post(NSEvent& event, bool atStart);
+    /// Takes an event out of the queue if it is still there.
+    static void withdraw(NSEvent& event);
     static void notify(NSString* name, const char* delegateSelector);
     static void lastWindowClosed();
 };

@@ -75,6 +75,8 @@ MenuSession::~MenuSession()
 {
     current_ = outer_;
     maybe(observer_)->invalidate();
+    if (waking_)
+        ApplicationAccess::withdraw(*waking_);
     if (grabbed_)
         ApplicationAccess::display().ungrab();
 }
@@ -89,7 +91,7 @@ Ref<NSMenuItem> MenuSession::run(MenuOpening opening)
     }
     if (current_) { // two menus cannot follow one pointer
         current_->end();
-        wake();
+        current_->wake();
     }
     const Ref<NSMenu> root = MenuAccess::root(*opening.menu);
     MenuSession session(std::move(opening));
@@ -353,10 +355,12 @@ void MenuSession::handleNews(NSEvent& event)
 // The loop may be waiting for an event while a timer or the main queue ends it.
 void MenuSession::wake()
 {
+    if (waking_)
+        return;
     EventFields fields;
     fields.type = NSAppKitDefined;
-    const Ref<NSEvent> event = EventAccess::make(fields);
-    ApplicationAccess::post(*event, true);
+    waking_ = EventAccess::make(fields);
+    ApplicationAccess::post(*waking_, true);
 }
 
 void MenuSession::settle()
@@ -458,7 +462,7 @@ void MenuSession::screensChanged()
         if (now && now->frame == then.frame && now->scale == then.scale)
             continue;
         session->end();
-        wake();
+        session->wake();
     }
 }
 void MenuSession::cancel(NSMenu& menu)
@@ -466,7 +470,7 @@ void MenuSession::cancel(NSMenu& menu)
     for (MenuSession* session = current_; session; session = session->outer_) {
         if (session->levelOf(menu) < session->panels_.size()) {
             session->end();
-            wake();
+            session->wake();
         }
     }
 }

@@ -146,7 +146,7 @@ private:
     void handle(NSEvent& event);
     void handleNews(NSEvent& event);
     void end() { done_ = true; }
-    static void wake();
+    void wake();
     void settle();
     void grab();
     void watchIdle();
@@ -191,6 +191,7 @@ private:
     std::vector<Ref<NSObject>> told_; // menus whose delegates were told that they opened
     Ref<NSMenuItem> chosen_;
     Ref<NSView> next_; // takes over
+    Ref<NSEvent> waking_; // posted so that the loop sees its end
     Ref<NSRunLoopObserver> observer_;
     MenuTimer hover_; // opens a submenu
     MenuTimer grace_; // ends the patience with a pointer on its way to a submenu

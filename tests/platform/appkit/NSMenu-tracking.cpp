@@ -446,6 +446,15 @@ namespace {
         EXPECT_FALSE(late);
     }
 
+    TEST_F(MenuTrackingTest, CancellingLeavesNoEventBehind)
+    {
+        script.then([this] { menu->cancelTracking(); });
+        EXPECT_FALSE(open());
+        EXPECT_EQ(screen.application().nextEventMatchingMask_untilDate_inMode_dequeue(
+                      NSEventMaskFromType(NSAppKitDefined), nullptr, nullptr, true),
+            nullptr);
+    }
+
     TEST_F(MenuTrackingTest, AnExceptionClosesItAndGoesOn)
     {
         script.then([] { raise("Odd", "thrown in a menu"); });
