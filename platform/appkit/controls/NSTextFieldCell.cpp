@@ -91,7 +91,7 @@ namespace {
 
 }
 
-template <> struct NSTextFieldCell::Methods<struct Look> {
+template <> struct NSTextFieldCell::Methods<struct Drawing> {
 
     static Ref<NSObject> copyWithZone(NSTextFieldCell& self, void* zone)
     {
@@ -362,6 +362,6 @@ template <> struct NSTextFieldCell::Methods<struct Look> {
         });
     }
 };
-BRINDLE_RECORD(NSTextFieldCell, Look)
+BRINDLE_RECORD(NSTextFieldCell, Drawing)
 
 }
