@@ -10,24 +10,13 @@
 #include <utility>
 
 #include "Block.h"
-
-#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
-#define BRINDLE_SANITIZED
-#elif defined(__has_feature)
-#if __has_feature(address_sanitizer) || __has_feature(thread_sanitizer)
-#define BRINDLE_SANITIZED
-#endif
-#endif
+#include "SanitizedPrivate.h"
 
 namespace brindle {
 
 namespace {
 
-#if defined(BRINDLE_SANITIZED)
-    constexpr std::size_t kLargestSmall = 0;
-#else
-    constexpr std::size_t kLargestSmall = 128; // eleven captured words fit
-#endif
+    constexpr std::size_t kLargestSmall = isSanitized ? 0 : 128; // eleven captured words fit
     constexpr std::size_t kAlignment = 16;
     constexpr std::size_t kSizes = kLargestSmall / kAlignment + 1;
     constexpr std::uint32_t kMostKept = 64; // of each size

@@ -10,23 +10,13 @@
 
 #include <sys/mman.h>
 
-#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
-#define BRINDLE_SANITIZED
-#elif defined(__has_feature)
-#if __has_feature(address_sanitizer) || __has_feature(thread_sanitizer)
-#define BRINDLE_SANITIZED
-#endif
-#endif
+#include "SanitizedPrivate.h"
 
 namespace brindle {
 
 namespace {
 
-#if defined(BRINDLE_SANITIZED)
-    constexpr std::size_t kLargest = 0;
-#else
-    constexpr std::size_t kLargest = 256;
-#endif
+    constexpr std::size_t kLargest = isSanitized ? 0 : 256;
     constexpr std::size_t kAlignment = 16;
     constexpr std::size_t kBlockSize = std::size_t { 2 } << 20; // a large page
     // All blocks lie in one piece of addresses, so that an object's own says whether it stands in one.
