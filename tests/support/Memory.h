@@ -6,20 +6,15 @@
 
 #include <unistd.h>
 
+#include "support/Sanitizers.h"
+
 // How much memory this process holds, for tests of growth.
 
 namespace brindle::test {
 
 /// Answers whether growth says anything. The sanitizers keep what was freed for a while and find what is lost by
 /// themselves.
-constexpr bool growthCanBeMeasured()
-{
-#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
-    return false;
-#else
-    return true;
-#endif
-}
+constexpr bool growthCanBeMeasured() { return !addressesAreWatched && !threadsAreWatched; }
 
 inline std::size_t residentBytes()
 {
