@@ -9,6 +9,11 @@ endif()
 
 add_library(brindle_objects OBJECT ${brindle_sources})
 brindle_compile(brindle_objects)
+brindle_compile_folders(brindle_objects)
+# Extensions that bear the name of another one in their folder.
+foreach(extension shell/NSWindow+canBecomeKeyWindow viewkit/NSView+GWExtensions viewkit/NSView+NSTableCellView)
+    set_source_files_properties("${PROJECT_SOURCE_DIR}/brindle/${extension}.cpp" PROPERTIES SKIP_UNITY_BUILD_INCLUSION ON)
+endforeach()
 target_include_directories(brindle_objects PUBLIC ${brindle_roots})
 target_link_libraries(brindle_objects PRIVATE PkgConfig::BRINDLE_DEPENDENCIES)
 target_include_directories(brindle_objects SYSTEM PRIVATE ${BRINDLE_LATE_INCLUDE_DIRS})
@@ -16,16 +21,12 @@ target_include_directories(brindle_objects SYSTEM PRIVATE ${BRINDLE_LATE_INCLUDE
 set_source_files_properties("${PROJECT_SOURCE_DIR}/brindle/introspection/NSUserDefaults+ReviewRequest.cpp" PROPERTIES
     COMPILE_DEFINITIONS "BRINDLE_REVIEW_HOST=\"${BRINDLE_REVIEW_HOST}\"")
 
-# What a start runs lies side by side, where the linker can do that; tools/start-order writes the list. Sources of which
-# it names single functions are compiled so that each has a section.
+# What a start runs lies side by side, where the linker can do that; tools/start-order writes the list. It names
+# functions, hence a section for each.
 set(brindle_start "${PROJECT_SOURCE_DIR}/cmake/start.ld")
 check_linker_flag(CXX "LINKER:-T,${brindle_start}" brindle_orders_code)
 if(brindle_orders_code)
-    set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS "${brindle_start}")
-    file(STRINGS "${brindle_start}" split_sources REGEX "\\.cpp\\.o\\(\\.text\\.")
-    list(TRANSFORM split_sources REPLACE "^ *\\*/(.*)\\.o\\(.*" "${PROJECT_SOURCE_DIR}/\\1")
-    list(REMOVE_DUPLICATES split_sources)
-    set_property(SOURCE ${split_sources} APPEND PROPERTY COMPILE_OPTIONS -ffunction-sections)
+    target_compile_options(brindle_objects PRIVATE -ffunction-sections)
 endif()
 
 # --- the shared library -------------------------------------------------------------------------------

@@ -56,8 +56,41 @@ function(brindle_compile target)
     set_target_properties(${target} PROPERTIES
         CXX_STANDARD 20 CXX_STANDARD_REQUIRED ON CXX_EXTENSIONS OFF
         CXX_VISIBILITY_PRESET hidden VISIBILITY_INLINES_HIDDEN ON
-        POSITION_INDEPENDENT_CODE ON)
+        POSITION_INDEPENDENT_CODE ON UNITY_BUILD OFF)
     target_compile_options(${target} PRIVATE
         ${brindle_warnings} $<$<BOOL:${BRINDLE_WARNINGS_AS_ERRORS}>:-Werror> ${brindle_code})
     target_link_options(${target} PRIVATE ${brindle_link})
+endfunction()
+
+# The sources of a folder are compiled together, a dozen at most: what they include is read and instantiated once.
+# Why: docs/decisions/folders-compile-together.md.
+function(brindle_compile_folders target)
+    if(NOT BRINDLE_UNITY)
+        return()
+    endif()
+    get_target_property(sources ${target} SOURCES)
+    list(FILTER sources INCLUDE REGEX "\\.cpp$")
+    list(SORT sources)
+    set(folders)
+    foreach(source IN LISTS sources)
+        cmake_path(GET source PARENT_PATH folder)
+        list(APPEND folders "${folder}")
+        list(APPEND "in ${folder}" "${source}")
+    endforeach()
+    list(REMOVE_DUPLICATES folders)
+    foreach(folder IN LISTS folders)
+        cmake_path(RELATIVE_PATH folder BASE_DIRECTORY "${PROJECT_SOURCE_DIR}" OUTPUT_VARIABLE name)
+        string(REPLACE "/" "-" name "${name}")
+        list(LENGTH "in ${folder}" count)
+        math(EXPR groups "(${count} + 11) / 12")
+        set(index 0)
+        foreach(source IN LISTS "in ${folder}")
+            math(EXPR group "${index} * ${groups} / ${count} + 1")
+            set_source_files_properties("${source}" PROPERTIES UNITY_GROUP "${name}-${group}")
+            math(EXPR index "${index} + 1")
+        endforeach()
+    endforeach()
+    set_target_properties(${target} PROPERTIES UNITY_BUILD ON UNITY_BUILD_MODE GROUP)
+    # It takes a class of a source for one of a header.
+    target_compile_options(${target} PRIVATE $<$<CXX_COMPILER_ID:GNU>:-Wno-subobject-linkage>)
 endfunction()

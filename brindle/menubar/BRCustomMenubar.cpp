@@ -2,6 +2,7 @@
 #include "BRCustomMenubar.h"
 
 #include "BRCustomMenubarMenuButton.h"
+#include "RoundedPrivate.h"
 #include "appkit/NSApplication.h"
 #include "appkit/NSColor.h"
 #include "appkit/NSFont.h"
@@ -22,6 +23,8 @@
 
 namespace brindle {
 
+using menubar::rounded;
+
 namespace {
 
     constexpr double kBarHeight = 22;
@@ -32,9 +35,6 @@ namespace {
     constexpr double kGap = 17; // before each view at the left, and after the label
     constexpr double kRightMargin = 20;
     constexpr double kRightGap = 12;
-
-    // Single precision, as every position that is drawn.
-    double rounded(double value) { return std::round(static_cast<float>(value)); }
 
     /// What is kept for the whole class.
     struct Shared {

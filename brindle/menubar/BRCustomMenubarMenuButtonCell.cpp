@@ -2,6 +2,7 @@
 #include "BRCustomMenubarMenuButtonCell.h"
 
 #include "BRCustomMenubarMenuButton.h"
+#include "RoundedPrivate.h"
 #include "appkit/NSColor.h"
 #include "appkit/NSEvent.h"
 #include "appkit/NSGraphics.h"
@@ -17,6 +18,8 @@
 
 namespace brindle {
 
+using menubar::rounded;
+
 namespace {
 
     constexpr double kColumnWidth = 35; // of the image
@@ -24,9 +27,6 @@ namespace {
     constexpr double kTitleDrop = 2; // below the middle
     constexpr double kMenuGap = 5; // between button and menu
     constexpr double kSeparatorGrey = 0.14;
-
-    // Single precision, as every position that is drawn.
-    double rounded(double value) { return std::round(static_cast<float>(value)); }
 
     BRCustomMenubarMenuButton* buttonOf(NSView* view)
     {

@@ -14,7 +14,7 @@ namespace brindle {
 
 namespace {
 
-    constexpr float kUnbounded = std::numeric_limits<float>::max();
+    constexpr float kAnyLength = std::numeric_limits<float>::max();
 
     struct StringGeometrics {
 
@@ -28,12 +28,12 @@ namespace {
         static float heightWithAttributes(NSString& self, float width, NSDictionary* attributes)
         {
             return static_cast<float>(
-                sizeForWidth_height_attributes(self, width, kUnbounded, attributes).height);
+                sizeForWidth_height_attributes(self, width, kAnyLength, attributes).height);
         }
         static float widthWithAttributes(NSString& self, float height, NSDictionary* attributes)
         {
             return static_cast<float>(
-                sizeForWidth_height_attributes(self, kUnbounded, height, attributes).width);
+                sizeForWidth_height_attributes(self, kAnyLength, height, attributes).width);
         }
 
         static NSSize sizeWithFont(NSString& self, float width, float height, NSFont* font)
@@ -51,12 +51,12 @@ namespace {
         static float heightWithFont(NSString& self, float width, NSFont* font)
         {
             return static_cast<float>(
-                sizeForWidth_height_font(self, width, kUnbounded, font).height);
+                sizeForWidth_height_font(self, width, kAnyLength, font).height);
         }
         static float widthWithFont(NSString& self, float height, NSFont* font)
         {
             return static_cast<float>(
-                sizeForWidth_height_font(self, kUnbounded, height, font).width);
+                sizeForWidth_height_font(self, kAnyLength, height, font).width);
         }
 
         static void table(Builder& t)

@@ -5,6 +5,7 @@
 #include <cstdlib>
 #include <cstring>
 
+#include "CollectionsPrivate.h"
 #include "FilesPrivate.h"
 #include "HashingPrivate.h"
 #include "NSString.h"
@@ -14,12 +15,9 @@
 
 namespace brindle {
 
-namespace {
+using collections::placeOf;
 
-    std::string placeOf(const NSObject* self, const char* operation)
-    {
-        return std::string("*** -[") + class_getName(self->classObject()) + " " + operation + "]: ";
-    }
+namespace {
 
     void requireRange(const NSData& self, const char* operation, NSRange range)
     {

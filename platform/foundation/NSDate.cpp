@@ -19,7 +19,7 @@ namespace {
     constexpr std::int64_t kDay = 86400;
     constexpr std::int64_t kReferenceDay = 730791; // 2001-01-01 as days since 0000-03-01, Gregorian
     constexpr std::int64_t kGregorianBegin = 578041; // 1582-10-15 in the same count
-    constexpr NSTimeInterval kFarthest
+    constexpr NSTimeInterval kFarthestDate
         = 1e15; // seconds; beyond, a double has no more days to tell apart
 
     struct Day {
@@ -60,8 +60,8 @@ namespace {
     std::string timeText(NSTimeInterval interval)
     {
         const double bounded = std::isnan(interval) ? 0
-            : interval < -kFarthest                 ? -kFarthest
-            : interval > kFarthest                  ? kFarthest
+            : interval < -kFarthestDate             ? -kFarthestDate
+            : interval > kFarthestDate              ? kFarthestDate
                                                     : interval;
         const auto seconds = static_cast<std::int64_t>(std::floor(bounded));
         const std::int64_t days = floorDivide(seconds, kDay);

@@ -10,7 +10,6 @@
 namespace brindle {
 
 using strings::Contents;
-using strings::Gate;
 using strings::Storage;
 using strings::View;
 
@@ -48,14 +47,14 @@ template <> struct NSMutableString::Methods<struct StringEditing> {
     static Ref<NSMutableString> initWithCapacity(NSMutableString& self, NSUInteger capacity)
     {
         constexpr NSUInteger kMost = 1 << 20; // a hint: a wild one must not cost memory
-        std::get<std::string>(Gate::storage(self).text).reserve(std::min(capacity, kMost));
+        std::get<std::string>(strings::Gate::storage(self).text).reserve(std::min(capacity, kMost));
         return &self;
     }
 
     static void replaceCharacters(NSMutableString& self, NSRange range, NSString* text)
     {
         constexpr const char* kSelector = "replaceCharactersInRange:withString:";
-        Storage& storage = Gate::storage(self);
+        Storage& storage = strings::Gate::storage(self);
         strings::checkArgument(self, kSelector, text);
         strings::checkRange(self, kSelector, range, strings::viewOf(storage).size());
         if (text == &self) {
@@ -64,7 +63,7 @@ template <> struct NSMutableString::Methods<struct StringEditing> {
         } else {
             splice(storage, range, Contents(text));
         }
-        Gate::forget(self);
+        strings::Gate::forget(self);
     }
 
     static void appendString(NSMutableString& self, NSString* text)

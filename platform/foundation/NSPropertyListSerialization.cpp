@@ -13,10 +13,10 @@ namespace {
 
     std::string textOf(const lists::Failure& failure)
     {
-        using Place = lists::Failure::Place;
-        if (failure.place == Place::none)
+        using Unit = lists::Failure::Place;
+        if (failure.place == Unit::none)
             return failure.reason;
-        return (failure.place == Place::line ? "line " : "byte ") + std::to_string(failure.position)
+        return (failure.place == Unit::line ? "line " : "byte ") + std::to_string(failure.position)
             + ": " + failure.reason;
     }
 

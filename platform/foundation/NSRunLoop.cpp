@@ -79,7 +79,7 @@ template <> struct NSRunLoop::Methods<struct Running> {
 };
 BRINDLE_RECORD(NSRunLoop, Running)
 
-template <> struct NSRunLoop::Methods<struct Contents> {
+template <> struct NSRunLoop::Methods<struct Holding> {
 
     static void addTimerForMode(NSRunLoop& self, NSTimer* timer, NSString* mode)
     {
@@ -155,7 +155,7 @@ template <> struct NSRunLoop::Methods<struct Contents> {
         });
     }
 };
-BRINDLE_RECORD(NSRunLoop, Contents)
+BRINDLE_RECORD(NSRunLoop, Holding)
 
 template <> struct NSRunLoopSource::Methods<struct Descriptor> {
 

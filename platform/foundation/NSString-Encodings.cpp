@@ -21,7 +21,6 @@ namespace strings {
     namespace {
 
         constexpr char32_t kLast = 0x10ffff;
-        constexpr char32_t kReplacement = 0xfffd;
 
         bool isSurrogate(char32_t c) { return (c & 0xfffff800) == 0xd800; }
 

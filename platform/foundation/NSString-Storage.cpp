@@ -55,7 +55,6 @@ namespace strings {
 
     namespace {
 
-        constexpr char32_t kReplacement = 0xfffd;
         constexpr char32_t kInvalid = 0xffffffff;
 
         void addCodePoint(std::u16string& out, char32_t c)

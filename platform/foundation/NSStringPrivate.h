@@ -10,6 +10,9 @@
 
 namespace brindle::strings {
 
+/// What stands for units and bytes that are no character.
+inline constexpr char32_t kReplacement = 0xfffd;
+
 /// The units of some text that lives elsewhere: ASCII bytes or UTF-16.
 class View {
 public:

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "CGBitmapContext.h"
 
+#include "BitmapInfoPrivate.h"
 #include "ContextPrivate.h"
 
 #include <cmath>
@@ -17,17 +18,14 @@ namespace {
 
     constexpr std::size_t kLongestSide = 32767; // of an image surface
 
-    constexpr CGBitmapInfo kNativeInfo
-        = kCGImageAlphaPremultipliedFirst | kCGBitmapByteOrder32Little;
-
     /// What a bitmap info says about memory on a little-endian machine.
-    struct Layout {
+    struct BitmapLayout {
         bool isSupported = false;
         PixelOrder order = PixelOrder::native;
         bool opaque = false;
     };
 
-    Layout layoutOf(CGBitmapInfo info)
+    BitmapLayout layoutOf(CGBitmapInfo info)
     {
         const CGBitmapInfo byteOrder = info & kCGBitmapByteOrderMask;
         const bool little = byteOrder == kCGBitmapByteOrder32Little;
@@ -61,7 +59,7 @@ namespace {
         double scale = 1;
     };
 
-    void fill(ContextData& data, const Plan& plan, const Layout& layout)
+    void fill(ContextData& data, const Plan& plan, const BitmapLayout& layout)
     {
         data.memory = plan.memory;
         data.bytesPerRow = plan.bytesPerRow;

@@ -4,6 +4,7 @@
 #include "runtime/Runtime.h"
 #include "runtime/Table.h"
 
+#include "BitmapInfoPrivate.h"
 #include "CGGeometry.h"
 #include "raster/PixelMath.h"
 
@@ -18,15 +19,12 @@ using Pixel = std::uint32_t;
 
 namespace {
 
-    constexpr CGBitmapInfo kNativeInfo
-        = kCGImageAlphaPremultipliedFirst | kCGBitmapByteOrder32Little;
-
     struct FileDeleter {
         void operator()(std::FILE* file) const { std::fclose(file); }
     };
 
     /// Where the parts of a pixel stand in its bytes; -1 for a part that is not there.
-    struct Layout {
+    struct PixelLayout {
         int bytes = 0; // of a pixel
         int red = 0;
         int green = 0;
@@ -35,7 +33,7 @@ namespace {
         bool premultiplied = false;
     };
 
-    Layout fourBytes(CGBitmapInfo info)
+    PixelLayout fourBytes(CGBitmapInfo info)
     {
         const CGBitmapInfo alpha = info & kCGBitmapAlphaInfoMask;
         const bool little = (info & kCGBitmapByteOrderMask) == kCGBitmapByteOrder32Little;
@@ -50,7 +48,7 @@ namespace {
             alpha == kCGImageAlphaPremultipliedFirst || alpha == kCGImageAlphaPremultipliedLast };
     }
 
-    Layout layoutOf(std::size_t bitsPerPixel, bool gray, CGBitmapInfo info)
+    PixelLayout layoutOf(std::size_t bitsPerPixel, bool gray, CGBitmapInfo info)
     {
         const CGBitmapInfo alpha = info & kCGBitmapAlphaInfoMask;
         if (gray && bitsPerPixel == 8 && alpha == kCGImageAlphaNone)
@@ -65,7 +63,7 @@ namespace {
         return {};
     }
 
-    Pixel pixelFrom(const std::uint8_t* bytes, const Layout& layout)
+    Pixel pixelFrom(const std::uint8_t* bytes, const PixelLayout& layout)
     {
         const Pixel alpha = layout.alpha < 0 ? 255 : bytes[layout.alpha];
         const Pixel plain = 0xFF000000u | static_cast<Pixel>(bytes[layout.red]) << 16
@@ -90,7 +88,8 @@ namespace {
         }
     }
 
-    void convert(Pixel* out, const std::uint8_t* bytes, std::size_t count, const Layout& layout)
+    void convert(
+        Pixel* out, const std::uint8_t* bytes, std::size_t count, const PixelLayout& layout)
     {
         if (layout.bytes == 4 && layout.premultiplied && layout.red == 0 && layout.alpha == 3)
             return convertRedFirst(out, bytes, count);
@@ -343,7 +342,7 @@ namespace quartz {
     {
         constexpr std::size_t kLongestSide = 1 << 20;
         const auto [bytes, width, height, bytesPerRow, bitsPerPixel, isGray, info] = source;
-        const Layout layout = layoutOf(bitsPerPixel, isGray, info);
+        const PixelLayout layout = layoutOf(bitsPerPixel, isGray, info);
         if (layout.bytes == 0 || width == 0 || height == 0 || width > kLongestSide
             || height > kMostPixels / width || bytesPerRow > (1u << 30))
             return nullptr;

@@ -109,20 +109,20 @@ namespace {
         }
     };
 
-    struct Writer {
+    struct JPEGWriter {
         Failure failure;
         jpeg_compress_struct info {};
         unsigned char* bytes = nullptr;
         unsigned long size = 0;
 
-        Writer() { info.err = &failure.manager; }
-        ~Writer()
+        JPEGWriter() { info.err = &failure.manager; }
+        ~JPEGWriter()
         {
             JPEG(jpeg_destroy_compress)(&info);
             std::free(bytes);
         }
-        Writer(const Writer&) = delete;
-        Writer& operator=(const Writer&) = delete;
+        JPEGWriter(const JPEGWriter&) = delete;
+        JPEGWriter& operator=(const JPEGWriter&) = delete;
 
         bool write(const std::vector<std::uint32_t>& pixels, unsigned width, unsigned height,
             int quality, double dotsPerInch)
@@ -177,7 +177,7 @@ std::string encodeJPEG(const CGImage* image, double quality, double dotsPerInch)
     std::vector<std::uint32_t> pixels(image->pixels(), image->pixels() + count);
     for (std::uint32_t& pixel : pixels)
         pixel += (255 - (pixel >> 24)) * 0x010101u; // white shines through
-    Writer writer;
+    JPEGWriter writer;
     const double bounded = quality > 0 ? (quality < 1 ? quality : 1) : 0;
     if (!writer.write(pixels, static_cast<unsigned>(image->width()),
             static_cast<unsigned>(image->height()), static_cast<int>(bounded * 99) + 1,

@@ -284,7 +284,7 @@ namespace {
     }
 
     /// Builds a little-endian file with one strip a picture.
-    class Writer {
+    class TIFFWriter {
     public:
         void add(const ImageFile& picture, bool packs)
         {
@@ -395,7 +395,7 @@ std::string encodeTIFF(std::span<const ImageFile> pictures, bool packs)
 {
     if (pictures.empty())
         return {};
-    Writer writer;
+    TIFFWriter writer;
     for (const ImageFile& picture : pictures)
         writer.add(picture, packs);
     return writer.take();

@@ -22,7 +22,7 @@ namespace {
         return found && found->isKindOfClass(classOf<T>()) ? cast<T>(found) : nullptr;
     }
 
-    std::uint32_t traitsOf(const FontFace& face)
+    std::uint32_t symbolicTraitsOf(const FontFace& face)
     {
         return (face.slant() == Slant::italic ? NSFontDescriptorTraitItalic : 0u)
             | (text::isBold(face.weight()) ? NSFontDescriptorTraitBold : 0u)
@@ -117,7 +117,7 @@ template <> struct NSFontDescriptor::Methods<struct Describing> {
     {
         const FontFace* face = faceOf(self.attributes_.get());
         return static_cast<NSFontDescriptorSymbolicTraits>(
-            face ? traitsOf(*face) : wantedTraits(self.attributes_.get()).value_or(0));
+            face ? symbolicTraitsOf(*face) : wantedTraits(self.attributes_.get()).value_or(0));
     }
     static Ref<NSObject> objectForKey(NSFontDescriptor& self, NSString* key)
     {

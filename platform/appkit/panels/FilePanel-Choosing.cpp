@@ -17,15 +17,12 @@
 
 namespace brindle {
 
+using files::isFolder;
+
 namespace {
 
     namespace fs = std::filesystem;
 
-    bool isFolder(const std::string& path)
-    {
-        std::error_code ignored;
-        return fs::is_directory(path, ignored);
-    }
     bool isThere(const std::string& path)
     {
         std::error_code ignored;

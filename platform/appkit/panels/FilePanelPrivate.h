@@ -102,6 +102,9 @@ struct FilePanelAccess {
 
 namespace files {
 
+    /// Answers NO for what is not there, too.
+    bool isFolder(const std::string& path);
+
     /// A line of the list beside the files.
     struct Place {
         std::string name;

@@ -2,7 +2,6 @@
 #include <memory>
 
 #include <dirent.h>
-#include <sys/stat.h>
 
 #include "FilePanelPrivate.h"
 #include "foundation/Clock.h"
@@ -10,6 +9,8 @@
 #include "foundation/unicode/Unicode.h"
 
 namespace brindle {
+
+using files::isFolder;
 
 namespace {
 
@@ -63,11 +64,6 @@ namespace {
                 any.add(name);
         }
         return exact.count ? exact : any;
-    }
-    bool isFolder(const std::string& path)
-    {
-        struct stat facts { };
-        return ::stat(path.c_str(), &facts) == 0 && S_ISDIR(facts.st_mode);
     }
 
 }

@@ -12,17 +12,14 @@
 
 namespace brindle {
 
+using files::isFolder;
+
 namespace {
 
     constexpr StringConstant<"NSNavLastRootDirectory"> kLastFolder;
     constexpr StringConstant<"NSNavRecentPlaces"> kRecentFolders;
     constexpr std::size_t kMostRecent = 8;
 
-    bool isFolder(const std::string& path)
-    {
-        std::error_code ignored;
-        return !path.empty() && std::filesystem::is_directory(path, ignored);
-    }
     Ref<NSUserDefaults> userDefaults() { return NSUserDefaults::cls().standardUserDefaults(); }
 
     std::string userFolder(NSSearchPathDirectory place)
@@ -91,6 +88,12 @@ void FilePanelAccess::rememberFolder(const std::string& folder)
 }
 
 namespace files {
+
+    bool isFolder(const std::string& path)
+    {
+        std::error_code ignored;
+        return std::filesystem::is_directory(path, ignored);
+    }
 
     std::vector<Place> places()
     {

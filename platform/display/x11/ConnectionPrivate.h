@@ -31,6 +31,9 @@ struct Extensions {
     bool fixes = false;
 };
 
+/// What an event tells of, whoever sent it.
+inline std::uint8_t codeOf(const xcb_generic_event_t& event) { return event.response_type & 0x7F; }
+
 /// The connection to an X server with what never changes while it lasts.
 ///
 /// After the server has gone requests do nothing and replies are null: no caller has to ask first.

@@ -111,7 +111,7 @@ void Pointer::forgetScrollValues()
 
 PointerAction Pointer::read(const xcb_generic_event_t& event)
 {
-    if ((event.response_type & 0x7F) == XCB_GE_GENERIC)
+    if (codeOf(event) == XCB_GE_GENERIC)
         return readInput2(event);
     return usesInput2() ? PointerAction {} : readCore(event);
 }
@@ -245,7 +245,7 @@ PointerAction Pointer::readCore(const xcb_generic_event_t& event)
     action.rootY = press.root_y;
     action.modifiers = press.state & 0xFFU;
     const bool scrolls = isScrollButton(press.detail);
-    switch (event.response_type & 0x7F) {
+    switch (codeOf(event)) {
     case XCB_BUTTON_PRESS:
         action.kind = Kind::press;
         action.button = buttonOf(press.detail);
@@ -265,7 +265,7 @@ PointerAction Pointer::readCore(const xcb_generic_event_t& event)
         if (crossing.mode != XCB_NOTIFY_MODE_NORMAL
             || crossing.detail == XCB_NOTIFY_DETAIL_INFERIOR)
             return {};
-        action.kind = (event.response_type & 0x7F) == XCB_ENTER_NOTIFY ? Kind::enter : Kind::leave;
+        action.kind = codeOf(event) == XCB_ENTER_NOTIFY ? Kind::enter : Kind::leave;
         break;
     }
     default:

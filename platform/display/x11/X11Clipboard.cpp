@@ -15,8 +15,6 @@ namespace {
     constexpr std::size_t kMostBytes = std::size_t { 256 } << 20;
     constexpr std::size_t kMostTransfers = 64; // of programs that have not fetched everything
 
-    std::uint8_t kindOf(const xcb_generic_event_t& event) { return event.response_type & 0x7F; }
-
     std::vector<xcb_atom_t> atomsIn(const std::string& bytes)
     {
         std::vector<xcb_atom_t> atoms(bytes.size() / sizeof(xcb_atom_t));
@@ -197,20 +195,20 @@ void X11Clipboard::answer(const xcb_selection_request_event_t& request)
 
 bool X11Clipboard::handle(const xcb_generic_event_t& event)
 {
-    if (kindOf(event) == XCB_SELECTION_REQUEST) {
+    if (codeOf(event) == XCB_SELECTION_REQUEST) {
         answer(reinterpret_cast<const xcb_selection_request_event_t&>(event));
         return true;
     }
-    if (kindOf(event) == XCB_SELECTION_CLEAR) {
+    if (codeOf(event) == XCB_SELECTION_CLEAR) {
         const auto& cleared = reinterpret_cast<const xcb_selection_clear_event_t&>(event);
         Held* const held = heldBy(cleared.selection);
         if (held && !ownerEvent_)
             lose(*held);
         return true;
     }
-    if (kindOf(event) == XCB_SELECTION_NOTIFY)
+    if (codeOf(event) == XCB_SELECTION_NOTIFY)
         return true; // too late for anybody who waited
-    if (ownerEvent_ && kindOf(event) == ownerEvent_) {
+    if (ownerEvent_ && codeOf(event) == ownerEvent_) {
         const auto& changed = reinterpret_cast<const xcb_xfixes_selection_notify_event_t&>(event);
         Held* const held = heldBy(changed.selection);
         if (!held || changed.owner == window_)
@@ -221,7 +219,7 @@ bool X11Clipboard::handle(const xcb_generic_event_t& event)
             lose(*held);
         return true;
     }
-    if (kindOf(event) != XCB_PROPERTY_NOTIFY)
+    if (codeOf(event) != XCB_PROPERTY_NOTIFY)
         return false;
     const auto& property = reinterpret_cast<const xcb_property_notify_event_t&>(event);
     if (property.state == XCB_PROPERTY_DELETE)
@@ -259,7 +257,7 @@ bool X11Clipboard::request(xcb_atom_t selection, xcb_atom_t target)
         connection_.raw(), window_, selection, target, property, XCB_CURRENT_TIME);
     bool given = false;
     const bool answered = wait([&](const xcb_generic_event_t& event) {
-        if (kindOf(event) != XCB_SELECTION_NOTIFY)
+        if (codeOf(event) != XCB_SELECTION_NOTIFY)
             return false;
         const auto& told = reinterpret_cast<const xcb_selection_notify_event_t&>(event);
         if (told.selection != selection || told.target != target)
@@ -290,7 +288,7 @@ std::optional<std::string> X11Clipboard::receivedInPieces()
     std::string all;
     while (all.size() <= kMostBytes) {
         const bool came = wait([&](const xcb_generic_event_t& event) {
-            if (kindOf(event) != XCB_PROPERTY_NOTIFY)
+            if (codeOf(event) != XCB_PROPERTY_NOTIFY)
                 return false;
             const auto& changed = reinterpret_cast<const xcb_property_notify_event_t&>(event);
             return changed.window == window_ && changed.atom == property

@@ -11,8 +11,6 @@ namespace {
 
     constexpr double kPointsPerWheelStep = 40;
 
-    std::uint8_t kindOf(const xcb_generic_event_t& event) { return event.response_type & 0x7F; }
-
     bool isMovement(const Event& event) { return event.kind == Event::Kind::pointerMoved; }
 
     Event::Kind kindOf(PointerAction::Kind kind)
@@ -56,7 +54,7 @@ void X11Display::takeEvents()
     }
     // Of many movements that wait already only the last one counts.
     while (events_.size() == 1 && isMovement(events_.front())) {
-        if (!lookAtQueued() || kindOf(*lookedAt_) != XCB_GE_GENERIC)
+        if (!lookAtQueued() || codeOf(*lookedAt_) != XCB_GE_GENERIC)
             break;
         handle(*nextEvent());
         if (events_.size() == 2 && isMovement(events_.back())
@@ -109,19 +107,19 @@ void X11Display::handle(const xcb_generic_event_t& event)
 {
     if (clipboard_ && clipboard_->handle(event))
         return;
-    switch (kindOf(event)) {
+    switch (codeOf(event)) {
     case 0:
         ++connection_->counters().errors;
         return;
     case XCB_KEY_PRESS:
     case XCB_KEY_RELEASE:
         handleKey(
-            reinterpret_cast<const xcb_key_press_event_t&>(event), kindOf(event) == XCB_KEY_PRESS);
+            reinterpret_cast<const xcb_key_press_event_t&>(event), codeOf(event) == XCB_KEY_PRESS);
         return;
     case XCB_FOCUS_IN:
     case XCB_FOCUS_OUT:
         handleFocus(
-            reinterpret_cast<const xcb_focus_in_event_t&>(event), kindOf(event) == XCB_FOCUS_IN);
+            reinterpret_cast<const xcb_focus_in_event_t&>(event), codeOf(event) == XCB_FOCUS_IN);
         return;
     case XCB_CLIENT_MESSAGE:
         handleMessage(reinterpret_cast<const xcb_client_message_event_t&>(event));
@@ -141,10 +139,10 @@ void X11Display::handle(const xcb_generic_event_t& event)
         break;
     }
     const Extensions& extensions = connection_->extensions();
-    if (extensions.xkbEvent && kindOf(event) == extensions.xkbEvent) {
+    if (extensions.xkbEvent && codeOf(event) == extensions.xkbEvent) {
         handleKeyboard(event);
     } else if (extensions.randrEvent
-        && (kindOf(event) == extensions.randrEvent || kindOf(event) == extensions.randrEvent + 1)) {
+        && (codeOf(event) == extensions.randrEvent || codeOf(event) == extensions.randrEvent + 1)) {
         screensDirty_ = true;
     } else {
         handlePointer(pointer_.read(event));
@@ -155,21 +153,21 @@ void X11Display::handleWindowEvent(const xcb_generic_event_t& event)
 {
     // All of them but one name their window in the same place.
     const auto& common = reinterpret_cast<const xcb_map_notify_event_t&>(event);
-    if (kindOf(event) == XCB_EXPOSE) {
+    if (codeOf(event) == XCB_EXPOSE) {
         const auto& expose = reinterpret_cast<const xcb_expose_event_t&>(event);
         if (X11Surface* surface = surfaceOf(expose.window))
             surface->exposed(expose);
         return;
     }
-    if (kindOf(event) == XCB_DESTROY_NOTIFY && manager_.windowDestroyed(common.window)) {
+    if (codeOf(event) == XCB_DESTROY_NOTIFY && manager_.windowDestroyed(common.window)) {
         screensDirty_ = true;
         return;
     }
-    if (kindOf(event) == XCB_CONFIGURE_NOTIFY && common.window == connection_->root()) {
+    if (codeOf(event) == XCB_CONFIGURE_NOTIFY && common.window == connection_->root()) {
         screensDirty_ = true;
         return;
     }
-    if (kindOf(event) == XCB_CONFIGURE_NOTIFY) {
+    if (codeOf(event) == XCB_CONFIGURE_NOTIFY) {
         for (X11Surface* surface : order_) {
             if (surface->followedFrame() == common.window)
                 return surface->frameMoved();
@@ -178,7 +176,7 @@ void X11Display::handleWindowEvent(const xcb_generic_event_t& event)
     X11Surface* surface = surfaceOf(common.window);
     if (!surface)
         return;
-    switch (kindOf(event)) {
+    switch (codeOf(event)) {
     case XCB_CONFIGURE_NOTIFY:
         surface->configured(reinterpret_cast<const xcb_configure_notify_event_t&>(event));
         break;

@@ -14,7 +14,6 @@ namespace {
 
     constexpr std::uint32_t kPending = ~std::uint32_t {}; // known, and perhaps never encoded
     constexpr std::uint32_t kBusy = kPending - 1; // its encoding has begun
-    constexpr std::size_t kMostKnownKeys = 4096;
 
     /// Answers 32 bits of which any few tell pointers apart.
     std::size_t spread(const void* pointer)

@@ -7,7 +7,7 @@ namespace brindle::lists {
 
 namespace {
 
-    constexpr std::string_view kHeader = "bplist00";
+    constexpr std::string_view kSignature = "bplist00";
     constexpr std::size_t kReference
         = sizeof(BinaryListWriter::Index); // bytes of one, until the end
 
@@ -26,7 +26,7 @@ namespace {
 
 }
 
-BinaryListWriter::BinaryListWriter() { bytes_.put(kHeader); }
+BinaryListWriter::BinaryListWriter() { bytes_.put(kSignature); }
 
 // ---- values
 
@@ -178,7 +178,7 @@ BinaryListWriter::Index BinaryListWriter::dictionary(std::span<const Entry> entr
 std::size_t BinaryListWriter::moveTogether(std::size_t count, std::size_t referenceSize)
 {
     auto* const bytes = const_cast<unsigned char*>(bytes_.bytes());
-    std::size_t to = kHeader.size();
+    std::size_t to = kSignature.size();
     std::size_t moved = to; // up to here bytes have found their place, or are left out
     const auto moveTo = [&](std::size_t end) {
         if (to != moved)

@@ -238,11 +238,11 @@ namespace {
     };
 
     /// Hands the objects of a list to the writer.
-    class Writing {
+    class BinaryWriting {
     public:
         static constexpr bool kOnce = true;
 
-        explicit Writing(Failure& failure)
+        explicit BinaryWriting(Failure& failure)
             : failure_(failure)
         {
         }
@@ -385,7 +385,7 @@ Ref<NSObject> readBinary(
 
 Ref<NSData> writeBinary(NSObject* list, Failure& failure)
 {
-    Writing writing(failure);
+    BinaryWriting writing(failure);
     if (!Walk(writing, failure).run(list))
         return nullptr;
     return writing.finish();

@@ -43,9 +43,9 @@ namespace {
         0x0142, 0x00f8, 0x0153, 0x00df, 0x00fe, 0x00ff, 0xfffd, 0xfffd, // 370
     };
 
-    class Reader {
+    class TextReader {
     public:
-        Reader(std::string_view text, Mutability mutability, Failure& failure)
+        TextReader(std::string_view text, Mutability mutability, Failure& failure)
             : text_(text)
             , mutability_(mutability)
             , failure_(failure)
@@ -361,12 +361,12 @@ namespace {
 
 Ref<NSObject> readText(std::string_view utf8, Mutability mutability, Failure& failure)
 {
-    return Reader(utf8, mutability, failure).read();
+    return TextReader(utf8, mutability, failure).read();
 }
 
 Ref<NSObject> readStrings(std::string_view utf8, Failure& failure)
 {
-    return Reader(utf8, Mutability::none, failure).entries();
+    return TextReader(utf8, Mutability::none, failure).entries();
 }
 
 bool fitsText(NSObject* list, Failure& failure)

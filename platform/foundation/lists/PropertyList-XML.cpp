@@ -19,8 +19,6 @@ namespace brindle::lists {
 
 namespace {
 
-    bool isSpace(char c) { return c == ' ' || c == '\n' || c == '\t' || c == '\r'; }
-
     std::string_view trimmed(std::string_view text)
     {
         while (!text.empty() && isSpace(text.front()))
@@ -134,9 +132,9 @@ namespace {
         return isIndex ? Ref<NSObject>(makeUID(number->unsignedIntegerValue())) : nullptr;
     }
 
-    class Reader {
+    class XMLReader {
     public:
-        Reader(std::string_view text, Mutability mutability, Failure& failure)
+        XMLReader(std::string_view text, Mutability mutability, Failure& failure)
             : source_(text, failure)
             , mutability_(mutability)
         {
@@ -324,7 +322,7 @@ namespace {
 
 Ref<NSObject> readXML(std::string_view utf8, Mutability mutability, Failure& failure)
 {
-    return Reader(utf8, mutability, failure).read();
+    return XMLReader(utf8, mutability, failure).read();
 }
 
 }

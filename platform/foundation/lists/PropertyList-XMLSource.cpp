@@ -59,8 +59,6 @@ namespace {
         return {};
     }
 
-    constexpr bool isSpace(char c) { return c == ' ' || c == '\n' || c == '\t' || c == '\r'; }
-
     constexpr bool isNamePart(char c)
     {
         return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9')

@@ -19,10 +19,11 @@ namespace brindle::lists {
 
 namespace {
 
-    constexpr std::string_view kHeader = "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
-                                         "<!DOCTYPE plist PUBLIC \"-//Apple//DTD PLIST 1.0//EN\" "
-                                         "\"http://www.apple.com/DTDs/PropertyList-1.0.dtd\">\n"
-                                         "<plist version=\"1.0\">\n";
+    constexpr std::string_view kXMLHeader
+        = "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
+          "<!DOCTYPE plist PUBLIC \"-//Apple//DTD PLIST 1.0//EN\" "
+          "\"http://www.apple.com/DTDs/PropertyList-1.0.dtd\">\n"
+          "<plist version=\"1.0\">\n";
     constexpr std::string_view kFooter = "</plist>\n";
 
     // ---- how long the text may become
@@ -140,15 +141,15 @@ namespace {
 
     // ---- objects
 
-    class Writing {
+    class XMLWriting {
     public:
         static constexpr bool kOnce = false;
 
-        Writing(NSObject* list, Failure& failure)
+        XMLWriting(NSObject* list, Failure& failure)
             : list_(list)
             , failure_(failure)
         {
-            out_.put(kHeader);
+            out_.put(kXMLHeader);
         }
 
         bool leaf(Kind kind, NSObject& object)
@@ -354,7 +355,7 @@ namespace {
 
 Ref<NSData> writeXML(NSObject* list, Failure& failure)
 {
-    Writing writing(list, failure);
+    XMLWriting writing(list, failure);
     if (!Walk(writing, failure).run(list))
         return nullptr;
     return writing.finish();

@@ -9,6 +9,8 @@ namespace brindle::lists {
 
 inline constexpr std::ptrdiff_t kBlock = 16;
 
+constexpr bool isSpace(char c) { return c == ' ' || c == '\n' || c == '\t' || c == '\r'; }
+
 /// Answers whether `kBlock` bytes are ASCII that stands in XML as it is. Other bytes may do so too.
 inline bool isPlainBlock(const char* at)
 {

@@ -11,14 +11,14 @@ namespace brindle::unicode {
 
 namespace {
 
-    struct Functions {
+    struct BreakFunctions {
         decltype(&::ubrk_open) open = nullptr;
         decltype(&::ubrk_close) close = nullptr;
         decltype(&::ubrk_next) next = nullptr;
         decltype(&::ubrk_getRuleStatus) ruleStatus = nullptr;
         bool loaded = false;
 
-        Functions()
+        BreakFunctions()
         {
             void* const library = openLibrary("libicuuc");
             loaded = find(library, BRINDLE_VERSIONED(ubrk_open), open)
@@ -28,14 +28,14 @@ namespace {
         }
     };
 
-    const Functions& functions()
+    const BreakFunctions& breakFunctions()
     {
-        static const Functions& instance = *new Functions;
+        static const BreakFunctions& instance = *new BreakFunctions;
         return instance;
     }
 
     struct Closer {
-        void operator()(UBreakIterator* iterator) const { functions().close(iterator); }
+        void operator()(UBreakIterator* iterator) const { breakFunctions().close(iterator); }
     };
 
 }
@@ -47,16 +47,16 @@ std::vector<Stretch> stretches(std::u16string_view text, Cut cut)
     std::vector<Stretch> out;
     std::unique_ptr<UBreakIterator, Closer> iterator;
     UErrorCode error = U_ZERO_ERROR;
-    if (functions().loaded && text.size() <= INT32_MAX)
-        iterator.reset(functions().open(cut == Cut::words ? UBRK_WORD : UBRK_SENTENCE, "",
+    if (breakFunctions().loaded && text.size() <= INT32_MAX)
+        iterator.reset(breakFunctions().open(cut == Cut::words ? UBRK_WORD : UBRK_SENTENCE, "",
             text.data(), static_cast<std::int32_t>(text.size()), &error));
     std::size_t begin = 0;
     while (iterator && !U_FAILURE(error)) {
-        const std::int32_t next = functions().next(iterator.get());
+        const std::int32_t next = breakFunctions().next(iterator.get());
         if (next == UBRK_DONE)
             break;
         const bool isWord = cut == Cut::sentences
-            || functions().ruleStatus(iterator.get()) >= UBRK_WORD_NONE_LIMIT;
+            || breakFunctions().ruleStatus(iterator.get()) >= UBRK_WORD_NONE_LIMIT;
         out.push_back({ begin, static_cast<std::size_t>(next), isWord });
         begin = static_cast<std::size_t>(next);
     }

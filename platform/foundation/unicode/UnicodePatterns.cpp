@@ -20,7 +20,7 @@ namespace {
     // All finds of a search together: half a second, and a microsecond more for each unit of the text.
     constexpr std::chrono::microseconds kMostTime { 500'000 };
 
-    struct Functions {
+    struct PatternFunctions {
         decltype(&::uregex_open) open = nullptr;
         decltype(&::uregex_close) close = nullptr;
         decltype(&::uregex_clone) clone = nullptr;
@@ -40,7 +40,7 @@ namespace {
         decltype(&::uregex_setStackLimit) setStackLimit = nullptr;
         bool loaded = false;
 
-        Functions()
+        PatternFunctions()
         {
             void* const library = openLibrary("libicui18n");
             loaded = find(library, BRINDLE_VERSIONED(uregex_open), open)
@@ -64,9 +64,9 @@ namespace {
         }
     };
 
-    const Functions& functions()
+    const PatternFunctions& patternFunctions()
     {
-        static const Functions& instance = *new Functions;
+        static const PatternFunctions& instance = *new PatternFunctions;
         return instance;
     }
 
@@ -106,32 +106,34 @@ namespace {
 
 void PatternCloser::operator()(URegularExpression* expression) const
 {
-    functions().close(expression);
+    patternFunctions().close(expression);
 }
 
 std::unique_ptr<const Pattern> Pattern::read(
     std::u16string_view text, std::uint32_t flags, std::string& reason)
 {
-    if (!functions().loaded || text.empty() || text.size() > INT32_MAX / 4) {
+    if (!patternFunctions().loaded || text.empty() || text.size() > INT32_MAX / 4) {
         reason = text.empty() ? "empty" : "not to be read here";
         return nullptr;
     }
     UParseError place {};
     UErrorCode error = U_ZERO_ERROR;
     auto out = std::make_unique<Pattern>();
-    out->handle_.reset(functions().open(text.data(), asLength(text.size()), flags, &place, &error));
+    out->handle_.reset(
+        patternFunctions().open(text.data(), asLength(text.size()), flags, &place, &error));
     if (U_FAILURE(error)) {
         reason = std::string(nameOf(error)) + " at " + std::to_string(std::max(place.offset, 0));
         return nullptr;
     }
-    out->groups_ = static_cast<std::size_t>(functions().groupCount(out->handle_.get(), &error));
+    out->groups_
+        = static_cast<std::size_t>(patternFunctions().groupCount(out->handle_.get(), &error));
     return out;
 }
 
 std::size_t Pattern::groupNamed(std::u16string_view name) const
 {
     UErrorCode error = U_ZERO_ERROR;
-    const std::int32_t number = functions().groupNumberFromName(
+    const std::int32_t number = patternFunctions().groupNumberFromName(
         handle_.get(), name.data(), asLength(name.size()), &error);
     return U_FAILURE(error) || number < 0 ? 0 : static_cast<std::size_t>(number);
 }
@@ -140,7 +142,7 @@ Matcher::Matcher(const Pattern& pattern, std::u16string_view text, Bounds bounds
     : deadline_(std::chrono::steady_clock::now() + kMostTime
         + std::chrono::microseconds(static_cast<std::int64_t>(text.size())))
 {
-    const Functions& f = functions();
+    const PatternFunctions& f = patternFunctions();
     UErrorCode error = U_ZERO_ERROR;
     handle_.reset(f.clone(pattern.handle_.get(), &error));
     f.setTimeLimit(handle_.get(), kMostSteps, &error);
@@ -160,7 +162,7 @@ bool Matcher::next()
     if (hasFailed_)
         return false;
     UErrorCode error = U_ZERO_ERROR;
-    const bool isFound = functions().findNext(handle_.get(), &error);
+    const bool isFound = patternFunctions().findNext(handle_.get(), &error);
     hasFailed_ = U_FAILURE(error);
     return isFound && !hasFailed_;
 }
@@ -170,7 +172,7 @@ bool Matcher::atStart()
     if (hasFailed_)
         return false;
     UErrorCode error = U_ZERO_ERROR;
-    const bool isFound = functions().lookingAt(handle_.get(), -1, &error);
+    const bool isFound = patternFunctions().lookingAt(handle_.get(), -1, &error);
     hasFailed_ = U_FAILURE(error);
     return isFound && !hasFailed_;
 }
@@ -178,25 +180,26 @@ bool Matcher::atStart()
 std::size_t Matcher::begin(std::size_t group) const
 {
     UErrorCode error = U_ZERO_ERROR;
-    return static_cast<std::size_t>(functions().start(handle_.get(), asLength(group), &error));
+    return static_cast<std::size_t>(
+        patternFunctions().start(handle_.get(), asLength(group), &error));
 }
 
 std::size_t Matcher::end(std::size_t group) const
 {
     UErrorCode error = U_ZERO_ERROR;
-    return static_cast<std::size_t>(functions().end(handle_.get(), asLength(group), &error));
+    return static_cast<std::size_t>(patternFunctions().end(handle_.get(), asLength(group), &error));
 }
 
 bool Matcher::hitEnd() const
 {
     UErrorCode error = U_ZERO_ERROR;
-    return !hasFailed_ && functions().hitEnd(handle_.get(), &error);
+    return !hasFailed_ && patternFunctions().hitEnd(handle_.get(), &error);
 }
 
 bool Matcher::requiresEnd() const
 {
     UErrorCode error = U_ZERO_ERROR;
-    return !hasFailed_ && functions().requireEnd(handle_.get(), &error);
+    return !hasFailed_ && patternFunctions().requireEnd(handle_.get(), &error);
 }
 
 }

@@ -44,11 +44,11 @@ namespace {
             points[i - 1].y + (points[i].y - points[i - 1].y) * along };
     }
 
-    using Values = std::vector<Ref<NSObject>>;
+    using ValueList = std::vector<Ref<NSObject>>;
 
-    Values valuesIn(const Ref<NSArray>& list)
+    ValueList valuesIn(const Ref<NSArray>& list)
     {
-        Values values;
+        ValueList values;
         for (NSObject* value : each<NSObject>(list))
             values.emplace_back(value);
         return values;
@@ -63,7 +63,7 @@ namespace {
     }
 
     /// Answers times in the measure of the ways between the values.
-    std::vector<double> pacedTimes(const Values& values)
+    std::vector<double> pacedTimes(const ValueList& values)
     {
         std::vector<double> times { 0 };
         for (std::size_t i = 1; i < values.size(); ++i)
@@ -83,7 +83,7 @@ template <> struct CAKeyframeAnimation::Methods<struct Basics> {
     {
         return self.calculationMode_ && self.calculationMode_->isEqual(mode);
     }
-    static std::vector<double> timesOf(const CAKeyframeAnimation& self, const Values& values)
+    static std::vector<double> timesOf(const CAKeyframeAnimation& self, const ValueList& values)
     {
         if (isMode(self, kCAAnimationPaced))
             return pacedTimes(values);
@@ -103,7 +103,7 @@ template <> struct CAKeyframeAnimation::Methods<struct Basics> {
     {
         if (self.path_)
             return NSValue::cls().valueWithPoint(pointOnPath(self.path_->data(), progress));
-        const Values values = valuesIn(self.values_);
+        const ValueList values = valuesIn(self.values_);
         if (values.size() < 2)
             return values.empty() ? Ref<NSObject>() : values.front();
         const std::vector<double> times = timesOf(self, values);

@@ -89,10 +89,10 @@ namespace {
         return steps;
     }
 
-    constexpr std::array<Step, kClasses.size()> kSteps = makeSteps();
+    constexpr std::array<Step, kClasses.size()> kPlainSteps = makeSteps();
     constexpr Step kOther = stepFor(Plain::other);
     constexpr Step kLetter = stepFor(Plain::letter);
-    constexpr Step kSpace = stepFor(Plain::space);
+    constexpr Step kSpaceStep = stepFor(Plain::space);
     constexpr Step kHyphen = stepFor(Plain::hyphen);
 
 }
@@ -107,7 +107,7 @@ LineBreaks::LineBreaks(std::u16string_view text)
     std::size_t start = 0; // of the word
     bool isPlain = true;
     unsigned seen = 0;
-    unsigned last = kSpace.own;
+    unsigned last = kSpaceStep.own;
     const auto take = [&](Step now) {
         isPlain &= (now.before & last) != 0;
         last = now.own;
@@ -126,17 +126,17 @@ LineBreaks::LineBreaks(std::u16string_view text)
         isPlain = true;
     };
     for (std::size_t at = 0; at < text.size(); ++at) {
-        take(text[at] < kSteps.size() ? kSteps[text[at]] : kOther);
+        take(text[at] < kPlainSteps.size() ? kPlainSteps[text[at]] : kOther);
         if (last == kLetter.own) {
             while (at + 1 < text.size() && classOf(text[at + 1]) == Plain::letter)
                 ++at; // one letter may always follow the other
         }
-        if (last != kSpace.own)
+        if (last != kSpaceStep.own)
             continue;
         endWord(at);
         start = at + 1;
     }
-    take(kSpace);
+    take(kSpaceStep);
     endWord(text.size());
     if (asked != kNone)
         askForWords(asked, text.size());

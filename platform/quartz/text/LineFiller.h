@@ -35,6 +35,8 @@ struct Part {
     bool breakAfter = false;
 };
 
+inline constexpr char16_t kTab = u'\t';
+
 /// Answers how wide a tab is that stands at a position and leads to the next stop behind it.
 /// - following: the width of the text between this tab and the next one.
 double tabWidth(const ParagraphRules& rules, double position, double following);

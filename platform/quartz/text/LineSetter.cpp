@@ -7,8 +7,6 @@ namespace brindle::text {
 
 namespace {
 
-    constexpr char16_t kTab = u'\t';
-
     /// The text that is shaped: boxes stand as no-break spaces, which nothing draws.
     std::u16string withoutBoxes(std::u16string_view text, std::span<const StyledRun> runs)
     {

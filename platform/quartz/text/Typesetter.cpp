@@ -15,8 +15,7 @@ namespace brindle::text {
 
 namespace {
 
-    constexpr char16_t kTab = u'\t';
-    constexpr std::size_t kWindowUnits = 2048;
+    constexpr std::size_t kRunUnits = 2048;
     constexpr std::size_t kKeptStretches = 1024;
 
     LineHeights heightsOf(const Font& font)
@@ -292,7 +291,7 @@ namespace {
             sink_.offset = start;
             sink_.room = filler_.wraps() ? room_ : std::numeric_limits<double>::infinity();
             for (std::size_t at = 0; at < text.size() && filler_.isWanted();) {
-                at = shapeWords(text, at, std::min(at + kWindowUnits, text.size()), style, sink_);
+                at = shapeWords(text, at, std::min(at + kRunUnits, text.size()), style, sink_);
                 if (at < text.size())
                     flush();
             }
