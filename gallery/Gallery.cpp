@@ -275,4 +275,9 @@ template <> struct GalleryController::Methods<struct Code> {
 };
 BRINDLE_RECORD(GalleryController, Code)
 
+Ref<GalleryController> controller()
+{
+    return cast<GalleryController>(NSApplication::cls().sharedApplication()->delegate());
+}
+
 }

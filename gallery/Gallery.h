@@ -52,4 +52,7 @@ private:
     brindle::Ref<GalleryPage> page_;
 };
 
+/// The delegate of the application.
+brindle::Ref<GalleryController> controller();
+
 }

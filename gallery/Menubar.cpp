@@ -21,11 +21,6 @@ using namespace brindle;
 
 namespace {
 
-    Ref<GalleryController> controller()
-    {
-        return cast<GalleryController>(NSApplication::cls().sharedApplication()->delegate());
-    }
-
     /// A round or angular sign in the size of a menubar's images, drawn in black; dark bars show it white.
     Ref<NSImage> sign(void (*draw)())
     {

@@ -19,11 +19,6 @@ namespace {
         tour.display().releaseKey(key);
         tour.settle(0.5); // the title of its menu flashes
     }
-    Ref<GalleryController> controller()
-    {
-        return cast<GalleryController>(NSApplication::cls().sharedApplication()->delegate());
-    }
-
 }
 
 void tourShell(Tour& tour)

@@ -97,11 +97,6 @@ BRINDLE_RECORD(GalleryPage, Frame)
 
 template <> struct GalleryPage::Methods<struct Keys> {
 
-    static Ref<GalleryController> controller()
-    {
-        return cast<GalleryController>(NSApplication::cls().sharedApplication()->delegate());
-    }
-
     static Ref<GalleryChip> chipOfKey(NSView* view, NSString* key)
     {
         for (NSView* part : each<NSView>(view->subviews())) {
