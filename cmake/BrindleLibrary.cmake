@@ -15,8 +15,7 @@ foreach(extension shell/NSWindow+canBecomeKeyWindow viewkit/NSView+GWExtensions 
     set_source_files_properties("${PROJECT_SOURCE_DIR}/brindle/${extension}.cpp" PROPERTIES SKIP_UNITY_BUILD_INCLUSION ON)
 endforeach()
 target_include_directories(brindle_objects PUBLIC ${brindle_roots})
-target_link_libraries(brindle_objects PRIVATE PkgConfig::BRINDLE_DEPENDENCIES)
-target_include_directories(brindle_objects SYSTEM PRIVATE ${BRINDLE_LATE_INCLUDE_DIRS})
+target_link_libraries(brindle_objects PRIVATE PkgConfig::BRINDLE_DEPENDENCIES brindle_late)
 
 set_source_files_properties("${PROJECT_SOURCE_DIR}/brindle/introspection/NSUserDefaults+ReviewRequest.cpp" PROPERTIES
     COMPILE_DEFINITIONS "BRINDLE_REVIEW_HOST=\"${BRINDLE_REVIEW_HOST}\"")
@@ -77,7 +76,7 @@ add_library(brindle_static STATIC "${one_object}")
 add_library(Brindle::brindle_static ALIAS brindle_static)
 set_target_properties(brindle_static PROPERTIES
     LINKER_LANGUAGE CXX OUTPUT_NAME brindle)
-target_link_libraries(brindle_static PUBLIC PkgConfig::BRINDLE_DEPENDENCIES)
+target_link_libraries(brindle_static PUBLIC PkgConfig::BRINDLE_DEPENDENCIES $<BUILD_INTERFACE:brindle_late>)
 target_link_options(brindle_static INTERFACE $<BUILD_INTERFACE:${brindle_link}>)
 if(NOT BRINDLE_INSTALL AND NOT PROJECT_IS_TOP_LEVEL)
     set_target_properties(brindle_static PROPERTIES EXCLUDE_FROM_ALL ON)

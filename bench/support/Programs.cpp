@@ -3,15 +3,13 @@
 
 #include <array>
 #include <csignal>
+#include <cstdio>
 #include <filesystem>
 #include <fstream>
 #include <spawn.h>
-#include <sys/resource.h>
 #include <sys/wait.h>
 #include <system_error>
 #include <unistd.h>
-
-#include "Measure.h"
 
 namespace brindle::bench {
 
@@ -42,7 +40,6 @@ Ended runProgram(const std::vector<std::string>& arguments)
     posix_spawn_file_actions_adddup2(&actions, pipe[1], STDERR_FILENO);
     posix_spawn_file_actions_addclose(&actions, pipe[0]);
     posix_spawn_file_actions_addclose(&actions, pipe[1]);
-    const Stopwatch watch(Stopwatch::Kind::wall);
     pid_t child = 0;
     ended.started = posix_spawnp(&child, words[0], &actions, nullptr, words.data(), environ) == 0;
     posix_spawn_file_actions_destroy(&actions);
@@ -51,15 +48,29 @@ Ended runProgram(const std::vector<std::string>& arguments)
         std::array<char, 4096> buffer {};
         for (ssize_t got = 0; (got = read(pipe[0], buffer.data(), buffer.size())) > 0;)
             ended.text.append(buffer.data(), static_cast<std::size_t>(got));
-        rusage usage {};
         int status = 0;
-        wait4(child, &status, 0, &usage);
-        ended.milliseconds = watch.elapsed() / 1e6;
+        waitpid(child, &status, 0);
         ended.status = WIFEXITED(status) ? WEXITSTATUS(status) : 128;
-        ended.peakBytes = static_cast<double>(usage.ru_maxrss) * 1024;
     }
     close(pipe[0]);
     return ended;
+}
+
+Taken measureProgram(const std::vector<std::string>& arguments)
+{
+    std::vector<std::string> words { besideThis("bench-launch") };
+    words.insert(words.end(), arguments.begin(), arguments.end());
+    Taken taken { runProgram(words) };
+    std::string& text = taken.ended.text;
+    if (text.ends_with('\n'))
+        text.pop_back();
+    const std::size_t line = text.rfind('\n');
+    if (line == text.npos
+        || std::sscanf(&text[line], "%lf %lf", &taken.milliseconds, &taken.peakBytes) != 2)
+        taken.ended.started = false;
+    else
+        text.erase(line);
+    return taken;
 }
 
 Running::Running(const std::vector<std::string>& arguments)

@@ -11,13 +11,21 @@ namespace brindle::bench {
 struct Ended {
     bool started = false;
     int status = 0; ///< 0: well
+    std::string text; ///< what it wrote to both outputs
+};
+
+/// What a program that was started took.
+struct Taken {
+    Ended ended;
     double milliseconds = 0; ///< from its start to its end
     double peakBytes = 0; ///< the most memory it had
-    std::string text; ///< what it wrote to both outputs
 };
 
 /// Starts a program, found in PATH, and waits for its end.
 Ended runProgram(const std::vector<std::string>& arguments);
+
+/// Starts a program from a small one, whose own memory does not count as the program's.
+Taken measureProgram(const std::vector<std::string>& arguments);
 
 /// A program that runs beside this one until the object goes.
 class Running {

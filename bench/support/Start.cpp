@@ -21,14 +21,15 @@ namespace {
 
         bool run()
         {
-            const Ended ended = runProgram(arguments);
+            const Taken taken = measureProgram(arguments);
+            const Ended& ended = taken.ended;
             if (!ended.started || ended.status != 0) {
                 std::fprintf(stderr, "brindle-bench: %s ended with status %d\n%s",
                     arguments[0].c_str(), ended.status, ended.text.c_str());
                 return false;
             }
-            milliseconds.push_back(ended.milliseconds);
-            mebibytes.push_back(ended.peakBytes / kMebibyte);
+            milliseconds.push_back(taken.milliseconds);
+            mebibytes.push_back(taken.peakBytes / kMebibyte);
             return true;
         }
     };

@@ -3,37 +3,46 @@
 
 #include "FontFacePrivate.h"
 
-#include <hb-ot.h>
+#include <algorithm>
+#include <cmath>
 
 namespace brindle::text {
 
 namespace {
 
-    std::int16_t signedWord(const char* bytes)
+    /// Answers how many units of its own a face divides the em into.
+    std::size_t unitsPerEmOf(const FontFile& file)
     {
-        const auto high = static_cast<unsigned char>(bytes[0]);
-        const auto low = static_cast<unsigned char>(bytes[1]);
-        return static_cast<std::int16_t>(high << 8 | low);
-    }
-
-    bool readMetric(hb_font_t* font, hb_ot_metrics_tag_t tag, double unitsPerEm, double& result)
-    {
-        hb_position_t value = 0;
-        if (!hb_ot_metrics_get_position(font, tag, &value))
-            return false;
-        result = value / unitsPerEm;
-        return true;
+        constexpr std::size_t kUsual = 1000;
+        const std::size_t stated = file.table("head").word(18);
+        return stated >= 16 && stated <= 16384 ? stated : kUsual;
     }
 
     /// The height of a letter's ink, for faces that do not state it.
-    double letterHeight(hb_font_t* font, hb_codepoint_t letter, double unitsPerEm)
+    double letterHeight(hb_font_t* font, GlyphId letter, double unitsPerEm)
     {
-        hb_codepoint_t glyph = 0;
         hb_glyph_extents_t extents {};
-        if (!hb_font_get_nominal_glyph(font, letter, &glyph)
-            || !hb_font_get_glyph_extents(font, glyph, &extents))
+        if (!font || !letter
+            || !BRINDLE_HARFBUZZ(hb_font_get_glyph_extents)(font, letter, &extents))
             return 0;
         return extents.y_bearing / unitsPerEm;
+    }
+
+    /// Where the upper and the lower end of the lines of a face and the space between them are stated.
+    struct LineEnds {
+        FontTable table;
+        std::size_t start = 0; // of three numbers
+    };
+
+    LineEnds lineEnds(const FontFile& file, const FontTable& system)
+    {
+        constexpr std::size_t kTypographic = 68; // in the table for systems
+        constexpr std::size_t kPrefersThose = 0x80;
+        const FontTable header = file.table("hhea");
+        const bool prefersThose
+            = system.size() >= kTypographic + 10 && (system.word(62) & kPrefersThose);
+        return prefersThose || header.size() < 36 ? LineEnds { system, kTypographic }
+                                                  : LineEnds { header, 4 };
     }
 
     /// Collects an outline while HarfBuzz walks through it.
@@ -88,16 +97,62 @@ namespace {
 
     hb_draw_funcs_t* makeOutlineFunctions()
     {
-        hb_draw_funcs_t* functions = hb_draw_funcs_create();
-        hb_draw_funcs_set_move_to_func(functions, moveTo, nullptr, nullptr);
-        hb_draw_funcs_set_line_to_func(functions, lineTo, nullptr, nullptr);
-        hb_draw_funcs_set_quadratic_to_func(functions, quadraticTo, nullptr, nullptr);
-        hb_draw_funcs_set_cubic_to_func(functions, cubicTo, nullptr, nullptr);
-        hb_draw_funcs_set_close_path_func(functions, closePath, nullptr, nullptr);
-        hb_draw_funcs_make_immutable(functions);
+        hb_draw_funcs_t* functions = BRINDLE_HARFBUZZ(hb_draw_funcs_create)();
+        BRINDLE_HARFBUZZ(hb_draw_funcs_set_move_to_func)(functions, moveTo, nullptr, nullptr);
+        BRINDLE_HARFBUZZ(hb_draw_funcs_set_line_to_func)(functions, lineTo, nullptr, nullptr);
+        BRINDLE_HARFBUZZ(hb_draw_funcs_set_quadratic_to_func)
+        (functions, quadraticTo, nullptr, nullptr);
+        BRINDLE_HARFBUZZ(hb_draw_funcs_set_cubic_to_func)(functions, cubicTo, nullptr, nullptr);
+        BRINDLE_HARFBUZZ(hb_draw_funcs_set_close_path_func)(functions, closePath, nullptr, nullptr);
+        BRINDLE_HARFBUZZ(hb_draw_funcs_make_immutable)(functions);
         return functions;
     }
 
+}
+
+GlyphAdvances::GlyphAdvances(const FontFile& file, std::size_t unitsPerEm)
+    : table_(file.table("hmtx"))
+    , glyphCount_(file.table("maxp").word(4))
+    , statedCount_(std::min(file.table("hhea").word(34), table_.size() / 4))
+    , unitsPerEm_(unitsPerEm)
+{
+}
+
+std::int32_t GlyphAdvances::of(GlyphId glyph) const
+{
+    if (statedCount_ == 0)
+        return static_cast<std::int32_t>(unitsPerEm_);
+    if (glyph >= glyphCount_)
+        return 0;
+    return static_cast<std::int32_t>(
+        table_.word(4 * std::min<std::size_t>(glyph, statedCount_ - 1)));
+}
+
+FontFace::Handles::Handles(FontFile opened, std::size_t unitsPerEm)
+    : file(std::move(opened))
+    , characters(file.table("cmap"))
+    , advances(file, unitsPerEm)
+{
+}
+
+hb_font_t* FontFace::Handles::shaping(const FontFace& face)
+{
+    std::call_once(isOpened_, [&] {
+        if (!harfBuzz())
+            return;
+        const std::span<const unsigned char> bytes = file.bytes();
+        const HarfBuzz<hb_blob_t> blob(
+            BRINDLE_HARFBUZZ(hb_blob_create)(reinterpret_cast<const char*>(bytes.data()),
+                static_cast<unsigned>(bytes.size()), HB_MEMORY_MODE_READONLY, nullptr, nullptr));
+        const HarfBuzz<hb_face_t> shared(
+            BRINDLE_HARFBUZZ(hb_face_create)(blob.get(), face.fileIndex()));
+        BRINDLE_HARFBUZZ(hb_face_make_immutable)(shared.get());
+        font_.reset(BRINDLE_HARFBUZZ(hb_font_create)(shared.get()));
+        const int scale = static_cast<int>(face.unitsPerEm());
+        BRINDLE_HARFBUZZ(hb_font_set_scale)(font_.get(), scale, scale);
+        BRINDLE_HARFBUZZ(hb_font_make_immutable)(font_.get());
+    });
+    return font_.get();
 }
 
 FontFace::FontFace(const Description& description)
@@ -109,7 +164,6 @@ FontFace::FontFace(const Description& description)
     , slant_(description.slant)
     , monospaced_(description.monospaced)
     , colored_(description.colored)
-    , handles_(std::make_unique<Handles>())
 {
 }
 
@@ -121,21 +175,15 @@ FontFace::~FontFace()
 
 std::unique_ptr<FontFace> FontFace::open(const Description& description)
 {
-    HarfBuzz<hb_blob_t> blob(hb_blob_create_from_file_or_fail(description.filePath.c_str()));
-    if (!blob)
+    std::optional<FontFile> file = FontFile::open(description.filePath, description.index);
+    if (!file)
         return nullptr;
+    const std::size_t unitsPerEm = unitsPerEmOf(*file);
     std::unique_ptr<FontFace> face(new FontFace(description));
-    Handles& handles = *face->handles_;
-    handles.face.reset(hb_face_create(blob.get(), description.index));
-    if (hb_face_get_glyph_count(handles.face.get()) == 0)
+    face->handles_ = std::make_unique<Handles>(std::move(*file), unitsPerEm);
+    if (face->handles_->advances.glyphCount() == 0)
         return nullptr;
-    const unsigned unitsPerEm = hb_face_get_upem(handles.face.get());
-    face->unitsPerEm_ = unitsPerEm;
-    handles.font.reset(hb_font_create(handles.face.get()));
-    hb_font_set_scale(
-        handles.font.get(), static_cast<int>(unitsPerEm), static_cast<int>(unitsPerEm));
-    hb_font_make_immutable(handles.font.get());
-    hb_face_make_immutable(handles.face.get());
+    face->unitsPerEm_ = static_cast<double>(unitsPerEm);
     face->readMetrics();
     face->readBoundingBox();
     face->readCoverage();
@@ -144,32 +192,36 @@ std::unique_ptr<FontFace> FontFace::open(const Description& description)
 
 void FontFace::readMetrics()
 {
-    hb_font_t* font = handles_->font.get();
-    readMetric(font, HB_OT_METRICS_TAG_HORIZONTAL_ASCENDER, unitsPerEm_, metrics_.ascender);
-    readMetric(font, HB_OT_METRICS_TAG_HORIZONTAL_DESCENDER, unitsPerEm_, metrics_.descender);
-    readMetric(font, HB_OT_METRICS_TAG_HORIZONTAL_LINE_GAP, unitsPerEm_, metrics_.leading);
-    if (!readMetric(font, HB_OT_METRICS_TAG_CAP_HEIGHT, unitsPerEm_, metrics_.capHeight))
-        metrics_.capHeight = letterHeight(font, 'H', unitsPerEm_);
-    if (!readMetric(font, HB_OT_METRICS_TAG_X_HEIGHT, unitsPerEm_, metrics_.xHeight))
-        metrics_.xHeight = letterHeight(font, 'x', unitsPerEm_);
-    readMetric(font, HB_OT_METRICS_TAG_UNDERLINE_OFFSET, unitsPerEm_, metrics_.underlinePosition);
-    readMetric(font, HB_OT_METRICS_TAG_UNDERLINE_SIZE, unitsPerEm_, metrics_.underlineThickness);
+    const FontFile& file = handles_->file;
+    const auto read = [this](const FontTable& table, std::size_t offset) {
+        return table.signedWord(offset) / unitsPerEm_;
+    };
+    const FontTable system = file.table("OS/2");
+    const LineEnds ends = lineEnds(file, system);
+    metrics_.ascender = std::abs(read(ends.table, ends.start));
+    metrics_.descender = -std::abs(read(ends.table, ends.start + 2));
+    metrics_.leading = read(ends.table, ends.start + 4);
+    const bool statesHeights = system.word(0) >= 2 && system.has(86, 4) && system.longWord(86) != 0;
+    if (statesHeights) {
+        metrics_.xHeight = read(system, 86);
+        metrics_.capHeight = read(system, 88);
+    } else {
+        hb_font_t* const font = handles_->shaping(*this);
+        metrics_.xHeight = letterHeight(font, glyphFor(U'x'), unitsPerEm_);
+        metrics_.capHeight = letterHeight(font, glyphFor(U'H'), unitsPerEm_);
+    }
+    const FontTable post = file.table("post");
+    metrics_.underlinePosition = read(post, 8);
+    metrics_.underlineThickness = read(post, 10);
 }
 
 void FontFace::readBoundingBox()
 {
-    constexpr unsigned kBoxOffset = 36; // xMin, yMin, xMax, yMax of the head table
-    const HarfBuzz<hb_blob_t> head(
-        hb_face_reference_table(handles_->face.get(), HB_TAG('h', 'e', 'a', 'd')));
-    unsigned length = 0;
-    const char* bytes = hb_blob_get_data(head.get(), &length);
-    if (length < kBoxOffset + 8)
-        return;
-    const double left = signedWord(bytes + kBoxOffset) / unitsPerEm_;
-    const double bottom = signedWord(bytes + kBoxOffset + 2) / unitsPerEm_;
-    const double right = signedWord(bytes + kBoxOffset + 4) / unitsPerEm_;
-    const double top = signedWord(bytes + kBoxOffset + 6) / unitsPerEm_;
-    metrics_.boundingBox = NSMakeRect(left, bottom, right - left, top - bottom);
+    const FontTable head = handles_->file.table("head");
+    const auto read = [&](std::size_t offset) { return head.signedWord(offset) / unitsPerEm_; };
+    const double left = read(36);
+    const double bottom = read(38);
+    metrics_.boundingBox = NSMakeRect(left, bottom, read(40) - left, read(42) - bottom);
 }
 
 void FontFace::readCoverage()
@@ -184,21 +236,24 @@ void FontFace::readCoverage()
 
 GlyphId FontFace::glyphFor(char32_t codePoint) const
 {
+    if (handles_->characters.isReadable())
+        return handles_->characters.glyphFor(codePoint);
     hb_codepoint_t glyph = 0;
-    hb_font_get_nominal_glyph(handles_->font.get(), codePoint, &glyph);
+    if (hb_font_t* const font = handles_->shaping(*this))
+        BRINDLE_HARFBUZZ(hb_font_get_nominal_glyph)(font, codePoint, &glyph);
     return glyph;
 }
 
-double FontFace::advance(GlyphId glyph) const
-{
-    return hb_font_get_glyph_h_advance(handles_->font.get(), glyph) / unitsPerEm_;
-}
+double FontFace::advance(GlyphId glyph) const { return handles_->advances.of(glyph) / unitsPerEm_; }
 
 std::vector<OutlineStep> FontFace::outline(GlyphId glyph) const
 {
+    hb_font_t* const font = handles_->shaping(*this);
+    if (!font)
+        return {};
     static hb_draw_funcs_t* const functions = makeOutlineFunctions();
     OutlineSink sink { {}, 1 / unitsPerEm_ };
-    hb_font_get_glyph_shape(handles_->font.get(), glyph, functions, &sink);
+    BRINDLE_HARFBUZZ(hb_font_get_glyph_shape)(font, glyph, functions, &sink);
     return std::move(sink.steps);
 }
 

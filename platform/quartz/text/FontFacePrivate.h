@@ -1,15 +1,16 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-#include <memory>
+#include <mutex>
 #include <string>
 
 #include <ft2build.h>
 #include FT_FREETYPE_H
 
-#include <hb.h>
-
+#include "CharacterMap.h"
 #include "FontFace.h"
+#include "FontFile.h"
+#include "HarfBuzzPrivate.h"
 
 namespace brindle::text {
 
@@ -25,26 +26,44 @@ struct FontFace::Description {
     bool colored = false;
 };
 
-struct HarfBuzzDeleter {
-    void operator()(hb_font_t* font) const { hb_font_destroy(font); }
-    void operator()(hb_face_t* face) const { hb_face_destroy(face); }
-    void operator()(hb_blob_t* blob) const { hb_blob_destroy(blob); }
-    void operator()(hb_buffer_t* buffer) const { hb_buffer_destroy(buffer); }
+/// How far the pen moves behind the glyphs of a face.
+class GlyphAdvances {
+public:
+    GlyphAdvances(const FontFile& file, std::size_t unitsPerEm);
+
+    std::size_t glyphCount() const { return glyphCount_; }
+    /// Answers units of the face.
+    std::int32_t of(GlyphId glyph) const;
+
+private:
+    FontTable table_;
+    std::size_t glyphCount_ = 0;
+    std::size_t statedCount_ = 0; // the glyphs behind have the last one's
+    std::size_t unitsPerEm_ = 0;
 };
 
-template <typename T> using HarfBuzz = std::unique_ptr<T, HarfBuzzDeleter>;
-
-/// The libraries' views of a face, and what they said of it.
+/// A face's file, what is read from it, and the libraries' views of it.
 ///
 /// The shaping font is scaled to the face's own units, so that one shaping serves every size, and
 /// is never changed after opening: any thread may use it. The drawing face is opened when the first
 /// glyph is drawn and belongs to whoever holds the glyph cache's lock.
 struct FontFace::Handles {
-    HarfBuzz<hb_face_t> face;
-    HarfBuzz<hb_font_t> font;
+    Handles(FontFile file, std::size_t unitsPerEm);
+
+    FontFile file;
+    CharacterMap characters;
+    GlyphAdvances advances;
     bool coversAscii = false; // everything in ASCII that shows
     FT_Face drawing = nullptr;
     bool drawingFailed = false;
+
+    /// Answers the shaping font, opened when it is asked for first.
+    /// - Nil: null without the library.
+    hb_font_t* shaping(const FontFace& face);
+
+private:
+    std::once_flag isOpened_;
+    HarfBuzz<hb_font_t> font_;
 };
 
 }

@@ -45,14 +45,10 @@ FT_Face drawingFace(const FontFace& face)
     FontFace::Handles& handles = face.handles();
     if (handles.drawing || handles.drawingFailed)
         return handles.drawing;
-    // The file is in memory already; the shaping face keeps it there for as long as the drawing face lives.
-    const HarfBuzz<hb_blob_t> file(hb_face_reference_blob(handles.face.get()));
-    unsigned length = 0;
-    const char* const bytes = hb_blob_get_data(file.get(), &length);
+    const std::span<const unsigned char> file = handles.file.bytes();
     handles.drawingFailed = !library()
-        || FT_New_Memory_Face(library(), reinterpret_cast<const FT_Byte*>(bytes),
-               static_cast<FT_Long>(length), static_cast<FT_Long>(face.fileIndex()),
-               &handles.drawing)
+        || FT_New_Memory_Face(library(), file.data(), static_cast<FT_Long>(file.size()),
+               static_cast<FT_Long>(face.fileIndex()), &handles.drawing)
             != 0;
     if (handles.drawingFailed)
         handles.drawing = nullptr;

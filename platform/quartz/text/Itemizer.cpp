@@ -20,7 +20,10 @@ namespace {
 
     hb_script_t scriptOf(char32_t codePoint)
     {
-        return hb_unicode_script(hb_unicode_funcs_get_default(), codePoint);
+        if (!harfBuzz())
+            return HB_SCRIPT_LATIN;
+        return BRINDLE_HARFBUZZ(hb_unicode_script)(
+            BRINDLE_HARFBUZZ(hb_unicode_funcs_get_default)(), codePoint);
     }
 
     /// Characters that are drawn with whatever face stands around them.

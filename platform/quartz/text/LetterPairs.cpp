@@ -43,13 +43,13 @@ LetterPairs::LetterPairs(const FontFace& face)
     known_.fill(&nothing);
     for (std::size_t letter = 0; letter < kPlainLetters; ++letter) {
         glyphs_[letter] = face.glyphFor(static_cast<char32_t>(letter + u' '));
-        advances_[letter] = hb_font_get_glyph_h_advance(face.handles().font.get(), glyphs_[letter]);
+        advances_[letter] = face.handles().advances.of(glyphs_[letter]);
     }
-    rules_ = readLetterRules(face.handles().face.get(), glyphs_);
+    rules_ = readLetterRules(face.handles().file, glyphs_);
 }
 
 /// Measures the spaces before a word, and what they move the word by.
-inline bool LetterPairs::measureSpaces(std::u16string_view text, PieceMeasures& measures) const
+inline bool LetterPairs::measureSpaces(std::u16string_view text, PieceMeasures& measures)
 {
     std::size_t at = measures.start + 1;
     while (at < text.size() && text[at] == u' ')
@@ -58,9 +58,10 @@ inline bool LetterPairs::measureSpaces(std::u16string_view text, PieceMeasures& 
     Advances& advances = measures.advances;
     advances.whole = 0;
     if (const auto between = static_cast<std::int64_t>(at - measures.start - 1); between > 0) {
-        if (pair(0, 0).step == Pair::kUnknown)
+        const std::int16_t step = this->step(0, 0);
+        if (step == Pair::kUnknown)
             return false;
-        advances.whole = between * pair(0, 0).step;
+        advances.whole = between * step;
     }
     if (at == text.size()) {
         measures.isPlain = true;
@@ -69,15 +70,14 @@ inline bool LetterPairs::measureSpaces(std::u16string_view text, PieceMeasures& 
         return isFree(0);
     }
     const std::size_t next = letterOf(text[at]);
-    if (next >= kPlainLetters || pair(0, next).step == Pair::kUnknown)
+    if (next >= kPlainLetters || step(0, next) == Pair::kUnknown)
         return false;
     advances.whole += pair(0, next).step;
     advances.spaces = advances.whole - pair(0, next).moved;
     return true;
 }
 
-bool LetterPairs::measure(
-    std::u16string_view text, std::size_t start, PieceMeasures& measures) const
+bool LetterPairs::measure(std::u16string_view text, std::size_t start, PieceMeasures& measures)
 {
     measures.start = start;
     std::size_t at = start;
@@ -102,7 +102,7 @@ bool LetterPairs::measure(
         const std::size_t next = letterOf(text[at]);
         if (next >= kPlainLetters)
             return false;
-        const std::int16_t step = pair(letter, next).step;
+        const std::int16_t step = this->step(letter, next);
         if (step == Pair::kUnknown)
             return false;
         advance += step;
@@ -143,46 +143,26 @@ bool LetterPairs::isFree(std::size_t letter) const
     return letter < kPlainLetters && rules_.isFree[letter];
 }
 
-bool LetterPairs::isPlainPair(std::size_t first, std::size_t second) const
+/// Reads what the face does to a letter with each of the others behind it.
+const LetterPairs::Row& LetterPairs::readRow(std::size_t first)
 {
-    return isFree(first) && isFree(second) && !rules_.acting[first][second];
-}
-
-bool LetterPairs::learn(std::u16string_view text, std::span<const ShapedGlyph> glyphs)
-{
-    if (glyphs.size() > kLongestPiece)
-        return false;
-    for (std::size_t at = 0; at < glyphs.size(); ++at) {
-        const std::size_t letter = letterOf(text[at]);
-        const std::int32_t moved = at + 1 < glyphs.size() ? glyphs[at + 1].x : 0;
-        const bool isLast = at + 1 == text.size();
-        if (isLast ? !isFree(letter)
-                   : !learnPair(letter, letterOf(text[at + 1]), glyphs[at], moved))
-            return false;
-    }
-    return true;
-}
-
-/// - glyph: of the first letter. - moved: how far the second one is.
-bool LetterPairs::learnPair(
-    std::size_t first, std::size_t second, const ShapedGlyph& glyph, std::int32_t moved)
-{
-    if (!isPlainPair(first, second) || glyph.glyph != glyphs_[first])
-        return false;
-    if (pair(first, second).step != Pair::kUnknown)
-        return true;
-    const std::int32_t step = glyph.advance - glyph.x + moved;
     const auto isSmall = [](std::int32_t value) {
         return std::abs(value) <= std::numeric_limits<std::int16_t>::max();
     };
-    if (!isSmall(step) || !isSmall(moved) || !isSmall(advances_[first]))
-        return false;
-    if (!rows_[first]) {
-        known_[first] = (rows_[first] = std::make_unique<Row>()).get();
-        ++rowCount_;
+    auto row = std::make_unique<Row>();
+    if (isFree(first)) {
+        const LetterKerning::Kerns kerns = rules_.kerning.behind(first);
+        for (std::size_t second = 0; second < kPlainLetters; ++second) {
+            const LetterKerning::Kern& kern = kerns[second];
+            const std::int32_t step = advances_[first] + kern.step;
+            if (isFree(second) && !rules_.acting[first][second] && kern.isSure && isSmall(step)
+                && isSmall(kern.moved))
+                (*row)[second]
+                    = { static_cast<std::int16_t>(step), static_cast<std::int16_t>(kern.moved) };
+        }
     }
-    (*rows_[first])[second] = { static_cast<std::int16_t>(step), static_cast<std::int16_t>(moved) };
-    return true;
+    ++rowCount_;
+    return *(known_[first] = (rows_[first] = std::move(row)).get());
 }
 
 LetterPairs& LetterTables::of(const FontFace& face)

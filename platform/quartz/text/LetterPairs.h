@@ -17,27 +17,25 @@ namespace brindle::text {
 
 /// How a face sets plain letters (ASCII) one behind the other, from left to right.
 ///
-/// Most faces do no more to such letters than to kern them by pairs. What shaping made of words is taken down pair by
-/// pair; words whose pairs are all known are then set without shaping, and come out as shaping would set them. Letters
-/// that a face has other rules for, such as ligatures, are left to it. Thread: one at a time.
+/// Most faces do no more to such letters than to kern them by pairs, and those are read from the face's tables. Words are
+/// then set without shaping, and come out as shaping would set them. Letters that a face has other rules for, such as
+/// ligatures, are left to it. Thread: one at a time.
 class LetterPairs {
 public:
     explicit LetterPairs(const FontFace& face);
 
     /// Measures the spaces and the word that begin at an index.
     /// - Returns: false where shaping must be asked.
-    bool measure(std::u16string_view text, std::size_t start, PieceMeasures& measures) const;
+    bool measure(std::u16string_view text, std::size_t start, PieceMeasures& measures);
 
     /// Sets a piece that was measured.
     /// - text: that of the piece, and what follows it.
     void set(std::u16string_view text, std::size_t length, std::vector<ShapedGlyph>& glyphs) const;
 
-    /// Takes down the pairs of a piece that was shaped.
-    /// - text: as above. - glyphs: of the piece alone.
-    /// - Returns: whether all of them are known now.
-    bool learn(std::u16string_view text, std::span<const ShapedGlyph> glyphs);
-
-    std::size_t byteCount() const { return sizeof *this + rowCount_ * sizeof(Row); }
+    std::size_t byteCount() const
+    {
+        return sizeof *this + rowCount_ * sizeof(Row) + rules_.kerning.byteCount();
+    }
 
 private:
     struct Pair {
@@ -52,18 +50,21 @@ private:
     {
         return (*known_[first])[second];
     }
-    bool measureSpaces(std::u16string_view text, PieceMeasures& measures) const;
+    /// Answers how far a letter stands from the one before it; kUnknown for two that are left to shaping.
+    std::int16_t step(std::size_t first, std::size_t second)
+    {
+        const std::int16_t known = pair(first, second).step;
+        return known == Pair::kUnknown && !rows_[first] ? readRow(first)[second].step : known;
+    }
+    const Row& readRow(std::size_t first);
+    bool measureSpaces(std::u16string_view text, PieceMeasures& measures);
     bool isFree(std::size_t letter) const;
-    /// Answers whether shaping leaves two letters as they are but for kerning.
-    bool isPlainPair(std::size_t first, std::size_t second) const;
-    bool learnPair(
-        std::size_t first, std::size_t second, const ShapedGlyph& glyph, std::int32_t moved);
 
-    std::array<GlyphId, kPlainLetters> glyphs_ {};
+    LetterGlyphs glyphs_ {};
     std::array<std::int32_t, kPlainLetters> advances_ {};
     LetterRules rules_;
     std::array<const Row*, kPlainLetters> known_ {}; // by first letter; never null
-    std::array<std::unique_ptr<Row>, kPlainLetters> rows_; // those with something in them
+    std::array<std::unique_ptr<Row>, kPlainLetters> rows_; // those that were read
     std::size_t rowCount_ = 0;
 };
 

@@ -1,126 +1,69 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "LetterRules.h"
 
-#include "FontFacePrivate.h"
+#include "CharacterMap.h"
+#include "FontFile.h"
+#include "LatinLookups.h"
 
 #include <algorithm>
-#include <memory>
-#include <span>
-#include <string_view>
-
-#include <hb-aat.h>
-#include <hb-ot.h>
 
 namespace brindle::text {
 
 namespace {
 
-    /// Big-endian numbers of a font's table. What lies outside reads 0, and is noted.
-    ///
-    /// So is a table that leads to the same places over and over: what is installed makes us read some thousand numbers,
-    /// and a few kilobytes could make us read for hours.
-    class Numbers {
-    public:
-        Numbers(hb_face_t* face, hb_tag_t tag)
-            : blob_(hb_face_reference_table(face, tag))
-        {
-            unsigned length = 0;
-            const char* const data = hb_blob_get_data(blob_.get(), &length);
-            bytes_ = { reinterpret_cast<const unsigned char*>(data), length };
-        }
-
-        bool isEmpty() const { return bytes_.empty(); }
-        bool isBroken() const { return isBroken_; }
-        std::size_t word(std::size_t offset)
-        {
-            if (offset + 2 > bytes_.size() || ++reads_ > kMostReads) {
-                isBroken_ = true;
-                return 0;
-            }
-            return static_cast<std::size_t>(bytes_[offset] << 8 | bytes_[offset + 1]);
-        }
-        std::size_t longWord(std::size_t offset) { return word(offset) << 16 | word(offset + 2); }
-
-    private:
-        static constexpr std::size_t kMostReads = 1 << 17;
-
-        HarfBuzz<hb_blob_t> blob_;
-        std::span<const unsigned char> bytes_;
-        std::size_t reads_ = 0;
-        bool isBroken_ = false;
-    };
-
-    struct SetDeleter {
-        void operator()(hb_set_t* set) const { hb_set_destroy(set); }
-    };
-    struct PlanDeleter {
-        void operator()(hb_shape_plan_t* plan) const { hb_shape_plan_destroy(plan); }
-    };
-    using Plan = std::unique_ptr<hb_shape_plan_t, PlanDeleter>;
-
-    /// Answers the lookups that can act on plain letters: those of fractions wait for a fraction slash.
-    std::unique_ptr<hb_set_t, SetDeleter> actingLookups(
-        hb_face_t* face, hb_shape_plan_t* plan, hb_tag_t table, Numbers& numbers)
-    {
-        std::array<hb_tag_t, 512> tags {};
-        unsigned count = tags.size() - 1;
-        const unsigned total
-            = hb_ot_layout_table_get_feature_tags(face, table, 0, &count, tags.data());
-        const auto isFraction = [](hb_tag_t tag) {
-            return tag == HB_TAG('f', 'r', 'a', 'c') || tag == HB_TAG('n', 'u', 'm', 'r')
-                || tag == HB_TAG('d', 'n', 'o', 'm');
-        };
-        std::unique_ptr<hb_set_t, SetDeleter> used(hb_set_create());
-        hb_ot_shape_plan_collect_lookups(plan, table, used.get());
-        const bool mayChange
-            = numbers.word(2) > 0 && numbers.longWord(10) != 0; // with the axes of the face
-        if (total > count || mayChange)
-            return used;
-        *std::remove_if(tags.begin(), tags.begin() + count, isFraction) = 0;
-        const std::unique_ptr<hb_set_t, SetDeleter> others(hb_set_create());
-        hb_ot_layout_collect_lookups(face, table, nullptr, nullptr, tags.data(), others.get());
-        hb_set_intersect(used.get(), others.get());
-        return used;
-    }
-
     /// Goes through the lookups that shaping uses, and notes what they do to letters.
     class RuleReader {
     public:
         RuleReader(const std::array<GlyphId, kPlainLetters>& glyphs, LetterRules& rules)
-            : rules_(rules)
+            : letters_(glyphs)
+            , rules_(rules)
         {
-            for (std::size_t letter = 0; letter < kPlainLetters; ++letter)
-                letters_[letter] = { glyphs[letter], letter };
-            std::ranges::sort(letters_, {}, &Letter::glyph);
-            for (std::size_t i = 1; i < kPlainLetters; ++i) {
-                // A face of capitals: what is done to one is done to both.
-                if (letters_[i - 1].glyph == letters_[i].glyph)
-                    rules_.isFree[letters_[i - 1].letter] = rules_.isFree[letters_[i].letter]
-                        = false;
-            }
+            // A face of capitals: what is done to one is done to both.
+            rules_.isFree &= ~letters_.sharing();
         }
 
-        /// - Returns: false where the table makes no sense.
-        bool read(hb_face_t* face, hb_shape_plan_t* plan, hb_tag_t tag)
+        // ---- tables, in this order; false where one makes no sense
+
+        bool readMarks(const FontTable& table)
         {
-            Numbers numbers(face, tag);
-            if (numbers.isEmpty())
-                return true;
+            constexpr std::uint16_t kMark = 3;
+            CheckedNumbers numbers(table);
             numbers_ = &numbers;
-            const auto lookups = actingLookups(face, plan, tag, numbers);
-            const std::size_t list = numbers.word(8);
-            for (hb_codepoint_t index = HB_SET_VALUE_INVALID; hb_set_next(lookups.get(), &index);)
-                readLookup(list + numbers.word(list + 2 + 2 * index),
-                    tag == HB_OT_TAG_GPOS ? kPositions : kSubstitutions);
+            const std::size_t definition = numbers.isEmpty() ? 0 : word(4);
+            if (definition)
+                rules_.isFree &= ~lettersOf(readClasses(definition), kMark);
+            return !numbers.isBroken() || numbers.isEmpty();
+        }
+
+        bool readSubstitutions(const FontTable& table) { return read(table, kSubstitutions); }
+
+        bool readPositions(const FontTable& table) { return read(table, kPositions); }
+
+        /// Reads the table of kerning that faces had before; shaping asks it where the positions kern no Latin text.
+        /// One of another form than the first is not read.
+        bool readOldKerning(const FontTable& table)
+        {
+            CheckedNumbers numbers(table);
+            if (hasKerning_ || numbers.isEmpty())
+                return true;
+            if (numbers.word(0) != 0)
+                return false;
+            constexpr std::size_t kAlong = 0x1;
+            constexpr std::size_t kAcross = 0x4;
+            const std::size_t count = numbers.word(2);
+            std::size_t at = 4;
+            for (std::size_t i = 0; i < count && !numbers.isBroken(); ++i) {
+                const std::size_t coverage = numbers.word(at + 4);
+                if (coverage >> 8 != 0 || (coverage & kAcross))
+                    return false;
+                if ((coverage & kAlong) && !rules_.kerning.addPairs(table, at))
+                    return false;
+                at += numbers.word(at + 2);
+            }
             return !numbers.isBroken();
         }
 
     private:
-        struct Letter {
-            std::size_t glyph = 0;
-            std::size_t letter = 0;
-        };
-
         /// The numbers of the kinds of lookups that are told apart, in one of the two tables.
         struct Kinds {
             std::size_t contextual;
@@ -131,6 +74,27 @@ namespace {
         static constexpr Kinds kPositions { 7, 8, 9 };
         static constexpr std::size_t kLigatures = 4; // of the substitutions
         static constexpr std::size_t kPairs = 2; // of the positions
+
+        bool read(const FontTable& table, const Kinds& kinds)
+        {
+            CheckedNumbers numbers(table);
+            if (numbers.isEmpty())
+                return true;
+            const bool mayChange
+                = numbers.word(2) > 0 && numbers.longWord(10) != 0; // with the axes of the face
+            if (numbers.word(0) != 1 || mayChange)
+                return false;
+            numbers_ = &numbers;
+            table_ = table;
+            const LatinLookups lookups = latinLookups(numbers);
+            hasKerning_ = lookups.haveKerning; // the positions are read last
+            const std::size_t list = numbers.word(8);
+            for (const std::size_t number : lookups.used) {
+                rules_.kerning.beginLookup();
+                readLookup(list + numbers.word(list + 2 + 2 * number), kinds);
+            }
+            return !numbers.isBroken() && hasRoom_;
+        }
 
         std::size_t word(std::size_t offset) { return numbers_->word(offset); }
 
@@ -155,8 +119,8 @@ namespace {
             const bool isPosition = kinds.extension == kPositions.extension;
             const std::size_t form = word(part);
             if (isOfNeighbours && isPosition && kind == kPairs && isKerning(part))
-                return;
-            if (isOfNeighbours && !isPosition && kind == kLigatures)
+                readKerning(part);
+            else if (isOfNeighbours && !isPosition && kind == kLigatures)
                 readLigatures(part);
             else if (isOfNeighbours && kind == kinds.chained && form == 2)
                 readChainedClasses(part);
@@ -176,14 +140,6 @@ namespace {
 
         // ---- sets of letters
 
-        /// Calls `visit` with each letter among a range of glyphs, and its place there.
-        template <class Visit> void forEachLetter(std::size_t first, std::size_t last, Visit visit)
-        {
-            auto at = std::ranges::lower_bound(letters_, first, {}, &Letter::glyph);
-            for (; at != letters_.end() && at->glyph <= last; ++at)
-                visit(at->letter, at->glyph - first);
-        }
-
         /// Calls `visit` with each letter of a coverage and its place there.
         template <class Visit> void forEachCovered(std::size_t coverage, Visit visit)
         {
@@ -194,7 +150,7 @@ namespace {
                 const std::size_t first = word(entry);
                 const std::size_t last = hasRanges ? word(entry + 2) : first;
                 const std::size_t place = hasRanges ? word(entry + 4) : i;
-                forEachLetter(first, last,
+                letters_.forEach(first, last,
                     [&](std::size_t letter, std::size_t behind) { visit(letter, place + behind); });
             }
         }
@@ -206,7 +162,7 @@ namespace {
             return letters;
         }
 
-        using Classes = std::array<std::size_t, kPlainLetters>;
+        using Classes = LetterKerning::Numbers;
 
         Classes readClasses(std::size_t definition)
         {
@@ -218,8 +174,9 @@ namespace {
                 const std::size_t first = hasRanges ? word(entry) : word(definition + 2) + i;
                 const std::size_t last = hasRanges ? word(entry + 2) : first;
                 const std::size_t number = word(entry + (hasRanges ? 4 : 0));
-                forEachLetter(first, last,
-                    [&](std::size_t letter, std::size_t) { classes[letter] = number; });
+                letters_.forEach(first, last, [&](std::size_t letter, std::size_t) {
+                    classes[letter] = static_cast<std::uint16_t>(number);
+                });
             }
             return classes;
         }
@@ -233,6 +190,30 @@ namespace {
         }
 
         // ---- rules
+
+        void readKerning(std::size_t part)
+        {
+            Classes first;
+            first.fill(LetterKerning::kNone);
+            PlainLetters covered;
+            forEachCovered(part + word(part + 2), [&](std::size_t letter, std::size_t place) {
+                first[letter] = static_cast<std::uint16_t>(place);
+                covered.set(letter);
+            });
+            if (covered.none())
+                return;
+            if (word(part) == 1) {
+                hasRoom_ &= rules_.kerning.addLists(table_, part, first);
+                return;
+            }
+            const Classes classes = readClasses(part + word(part + 8));
+            for (std::size_t letter = 0; letter < kPlainLetters; ++letter) {
+                if (covered[letter])
+                    first[letter] = classes[letter];
+            }
+            hasRoom_ &= rules_.kerning.addClasses(
+                table_, part, first, readClasses(part + word(part + 10)));
+        }
 
         void noteFollowers(const PlainLetters& first, const PlainLetters& next)
         {
@@ -253,7 +234,7 @@ namespace {
                     if (word(rule + 2) <= 1)
                         rules_.isFree.reset(first);
                     else
-                        forEachLetter(second, second, [&](std::size_t letter, std::size_t) {
+                        letters_.forEach(second, second, [&](std::size_t letter, std::size_t) {
                             rules_.acting[first].set(letter);
                         });
                 }
@@ -327,75 +308,45 @@ namespace {
             }
         }
 
-        std::array<Letter, kPlainLetters> letters_; // by glyph
+        LettersByGlyph letters_;
         LetterRules& rules_;
-        Numbers* numbers_ = nullptr;
+        CheckedNumbers* numbers_ = nullptr; // of the table that is read
+        FontTable table_;
+        bool hasKerning_ = false;
+        bool hasRoom_ = true;
     };
 
-    /// The old table of kerning: its first form, along the line, moves neighbours only.
-    bool kernsNeighboursOnly(hb_face_t* face)
+    /// Other shapers than that of the rules take a font over that has tables for them.
+    bool isShapedByRules(const FontFile& file)
     {
-        constexpr std::size_t kAcross = 0x4;
-        Numbers numbers(face, HB_TAG('k', 'e', 'r', 'n'));
-        if (numbers.isEmpty())
-            return true;
-        if (numbers.word(0) != 0)
-            return false;
-        const std::size_t count = numbers.word(2);
-        std::size_t at = 4;
-        for (std::size_t i = 0; i < count && !numbers.isBroken(); ++i) {
-            const std::size_t coverage = numbers.word(at + 4);
-            const std::size_t form = coverage >> 8;
-            if ((form != 0 && form != 2) || (coverage & kAcross))
-                return false;
-            at += numbers.word(at + 2);
-        }
-        return !numbers.isBroken();
-    }
-
-    Plan planForLatin(hb_face_t* face)
-    {
-        hb_segment_properties_t properties = HB_SEGMENT_PROPERTIES_DEFAULT;
-        properties.direction = HB_DIRECTION_LTR;
-        properties.script = HB_SCRIPT_LATIN;
-        return Plan(hb_shape_plan_create_cached(face, &properties, nullptr, 0, nullptr));
-    }
-
-    bool isShapedByOpenType(hb_face_t* face, hb_shape_plan_t* plan)
-    {
-        const char* const shaper = hb_shape_plan_get_shaper(plan);
-        return shaper && std::string_view(shaper) == "ot" && !hb_aat_layout_has_substitution(face)
-            && !hb_aat_layout_has_positioning(face) && !hb_aat_layout_has_tracking(face);
+        constexpr FontTag kOthers[] = { "Silf", "morx", "mort", "kerx", "trak" };
+        return std::ranges::all_of(
+            kOthers, [&](FontTag tag) { return file.table(tag).size() == 0; });
     }
 
 }
 
-LetterRules readLetterRules(hb_face_t* handle, const std::array<GlyphId, kPlainLetters>& glyphs)
+LetterRules readLetterRules(const FontFile& file, const LetterGlyphs& glyphs)
 {
-    const Plan plan = planForLatin(handle);
     LetterRules rules;
+    rules.kerning = LetterKerning(glyphs);
     for (std::size_t letter = 0; letter < kPlainLetters; ++letter)
-        rules.isFree[letter] = glyphs[letter] != 0
-            && hb_ot_layout_get_glyph_class(handle, glyphs[letter])
-                != HB_OT_LAYOUT_GLYPH_CLASS_MARK;
+        rules.isFree[letter] = glyphs[letter] != 0;
     RuleReader reader(glyphs, rules);
-    const bool isKnown = isShapedByOpenType(handle, plan.get()) && kernsNeighboursOnly(handle)
-        && reader.read(handle, plan.get(), HB_OT_TAG_GSUB)
-        && reader.read(handle, plan.get(), HB_OT_TAG_GPOS);
+    const bool isKnown = isShapedByRules(file) && reader.readMarks(file.table("GDEF"))
+        && reader.readSubstitutions(file.table("GSUB")) && reader.readPositions(file.table("GPOS"))
+        && reader.readOldKerning(file.table("kern"));
     return isKnown ? rules : LetterRules {};
 }
 
 LetterRules readLetterRules(std::span<const std::byte> file)
 {
-    const HarfBuzz<hb_blob_t> blob(hb_blob_create(reinterpret_cast<const char*>(file.data()),
-        static_cast<unsigned>(file.size()), HB_MEMORY_MODE_READONLY, nullptr, nullptr));
-    const HarfBuzz<hb_face_t> face(hb_face_create(blob.get(), 0));
-    const HarfBuzz<hb_font_t> font(hb_font_create(face.get()));
-    std::array<GlyphId, kPlainLetters> glyphs {};
+    const FontFile font({ reinterpret_cast<const unsigned char*>(file.data()), file.size() }, 0);
+    const CharacterMap characters(font.table("cmap"));
+    LetterGlyphs glyphs {};
     for (std::size_t letter = 0; letter < kPlainLetters; ++letter)
-        hb_font_get_nominal_glyph(
-            font.get(), static_cast<hb_codepoint_t>(letter + u' '), &glyphs[letter]);
-    return readLetterRules(face.get(), glyphs);
+        glyphs[letter] = characters.glyphFor(static_cast<char32_t>(letter + u' '));
+    return readLetterRules(font, glyphs);
 }
 
 }

@@ -46,8 +46,10 @@ namespace {
             const bool half = unit >= 0xDC00 && unit < 0xE000;
             const bool joins = unit == 0x200D || (unit >= 0xFE00 && unit <= 0xFE0F);
             return half || joins
-                || hb_unicode_combining_class(hb_unicode_funcs_get_default(), unit)
-                != HB_UNICODE_COMBINING_CLASS_NOT_REORDERED;
+                || (harfBuzz()
+                    && BRINDLE_HARFBUZZ(hb_unicode_combining_class)(
+                           BRINDLE_HARFBUZZ(hb_unicode_funcs_get_default)(), unit)
+                        != HB_UNICODE_COMBINING_CLASS_NOT_REORDERED);
         };
         for (std::size_t at = index; at > start && index - at < kSteps; --at) {
             if (!continues(text[at]) && text[at - 1] != 0x200D)
@@ -89,8 +91,7 @@ namespace {
     /// A piece of plain letters, which are set when somebody wants to see them.
     class LetterPiece final : public ShapingSink::Piece {
     public:
-        LetterPiece(
-            const LetterPairs* pairs, std::u16string_view text, std::vector<ShapedGlyph>& glyphs)
+        LetterPiece(LetterPairs* pairs, std::u16string_view text, std::vector<ShapedGlyph>& glyphs)
             : Piece({})
             , pairs_(pairs)
             , text_(text)
@@ -106,7 +107,7 @@ namespace {
         }
 
     private:
-        const LetterPairs* pairs_; // none where letters are no plain ones
+        LetterPairs* pairs_; // none where letters are no plain ones
         std::u16string_view text_; // of the stretch
         std::vector<ShapedGlyph>& glyphs_;
     };
@@ -141,6 +142,7 @@ namespace {
         };
 
         void run(std::u16string_view text, Shaping& result);
+        void setCharacters(std::u16string_view text, Shaping& result);
         void fillBuffer(std::u16string_view text);
         void hideControls(std::u16string_view text);
         void shapeAlone(const NewWord& word, ShapingSink& sink);
@@ -165,15 +167,16 @@ namespace {
     void WordShaper::fillBuffer(std::u16string_view text)
     {
         if (!buffer_)
-            buffer_.reset(hb_buffer_create());
+            buffer_.reset(BRINDLE_HARFBUZZ(hb_buffer_create)());
         hb_buffer_t* buffer = buffer_.get();
-        hb_buffer_clear_contents(buffer);
-        hb_buffer_set_script(buffer, static_cast<hb_script_t>(style_.script));
-        hb_buffer_set_direction(buffer, style_.rightToLeft ? HB_DIRECTION_RTL : HB_DIRECTION_LTR);
+        BRINDLE_HARFBUZZ(hb_buffer_clear_contents)(buffer);
+        BRINDLE_HARFBUZZ(hb_buffer_set_script)(buffer, static_cast<hb_script_t>(style_.script));
+        BRINDLE_HARFBUZZ(hb_buffer_set_direction)
+        (buffer, style_.rightToLeft ? HB_DIRECTION_RTL : HB_DIRECTION_LTR);
         const int length
             = static_cast<int>(std::min<std::size_t>(text.size(), std::numeric_limits<int>::max()));
-        hb_buffer_add_utf16(
-            buffer, reinterpret_cast<const std::uint16_t*>(text.data()), length, 0, length);
+        BRINDLE_HARFBUZZ(hb_buffer_add_utf16)
+        (buffer, reinterpret_cast<const std::uint16_t*>(text.data()), length, 0, length);
     }
 
     /// Turns control characters into ones that shaping leaves blank, and tabs into spaces.
@@ -185,7 +188,7 @@ namespace {
             return;
         constexpr hb_codepoint_t kZeroWidthSpace = 0x200B;
         unsigned count = 0;
-        hb_glyph_info_t* infos = hb_buffer_get_glyph_infos(buffer_.get(), &count);
+        hb_glyph_info_t* infos = BRINDLE_HARFBUZZ(hb_buffer_get_glyph_infos)(buffer_.get(), &count);
         for (hb_glyph_info_t& info : std::span(infos, count)) {
             if (info.codepoint == 0x09)
                 info.codepoint = kSpace;
@@ -197,12 +200,19 @@ namespace {
 
     void WordShaper::run(std::u16string_view text, Shaping& result)
     {
+        hb_font_t* const font = style_.face->handles().shaping(*style_.face);
+        if (!font) {
+            setCharacters(text, result);
+            return;
+        }
         fillBuffer(text);
         hideControls(text);
-        hb_shape(style_.face->handles().font.get(), buffer_.get(), nullptr, 0);
+        BRINDLE_HARFBUZZ(hb_shape)(font, buffer_.get(), nullptr, 0);
         unsigned count = 0;
-        const hb_glyph_info_t* infos = hb_buffer_get_glyph_infos(buffer_.get(), &count);
-        const hb_glyph_position_t* positions = hb_buffer_get_glyph_positions(buffer_.get(), &count);
+        const hb_glyph_info_t* infos
+            = BRINDLE_HARFBUZZ(hb_buffer_get_glyph_infos)(buffer_.get(), &count);
+        const hb_glyph_position_t* positions
+            = BRINDLE_HARFBUZZ(hb_buffer_get_glyph_positions)(buffer_.get(), &count);
         result.glyphs.resize(count);
         result.safe.assign(text.size() + 1, 0);
         for (std::size_t i = 0; i < count; ++i) {
@@ -215,6 +225,26 @@ namespace {
         // A very long word must not leave its memory behind.
         if (count > kKeptGlyphs)
             buffer_.reset();
+    }
+
+    /// Sets characters as they are, one behind the other: without the library nobody knows better.
+    void WordShaper::setCharacters(std::u16string_view text, Shaping& result)
+    {
+        const FontFace& face = *style_.face;
+        result.glyphs.clear();
+        result.safe.assign(text.size() + 1, 1);
+        for (std::size_t at = 0; at < text.size();) {
+            const auto cluster = static_cast<std::uint32_t>(at);
+            const char32_t codePoint = nextCodePoint(text, at);
+            const bool isHidden
+                = codePoint < 0x10000 && isHiddenControl(static_cast<char16_t>(codePoint));
+            const bool isBlank = isHidden || codePoint == 0x09;
+            const GlyphId glyph = face.glyphFor(isBlank ? kSpace : codePoint);
+            result.glyphs.push_back(
+                { glyph, cluster, isHidden ? 0 : face.handles().advances.of(glyph), 0, 0 });
+        }
+        if (style_.rightToLeft)
+            std::ranges::reverse(result.glyphs);
     }
 
     /// Cuts the glyphs of the next units off a shaped text, from the side where it begins.
@@ -255,7 +285,7 @@ namespace {
             text_.substr(segment.start, segment.end - segment.start) };
     }
 
-    /// Remembers a shaped word, or only the pairs that it is made of, and hands it on.
+    /// Remembers a shaped word and hands it on.
     void WordShaper::finish(const NewWord& word, std::span<ShapedGlyph> glyphs,
         std::size_t firstCluster, ShapingSink& sink)
     {
@@ -267,8 +297,7 @@ namespace {
             if (glyph.cluster < segment.wordStart - segment.start)
                 advances.spaces += glyph.advance;
         }
-        if (!pairs_ || !pairs_->learn(text_.substr(segment.start), glyphs))
-            cache.insert(keyFor(segment), word.hash, advances, glyphs);
+        cache.insert(keyFor(segment), word.hash, advances, glyphs);
         sink.addPiece(ShapedPiece(segment, advances, glyphs));
     }
 
