@@ -13,7 +13,7 @@ namespace {
     // What is longer is no word of a language; it is shaped as far as it is cut.
     constexpr std::size_t kLongestPiece = 256;
 
-    enum Kind : std::uint8_t { kLetter = 1, kMark = 2, kSign = 4 };
+    enum Kind : std::uint8_t { kOfWords = 1, kBehindWords = 2, kOfNoWord = 4 };
 
     constexpr std::array<Kind, kPlainLetters> makeKinds()
     {
@@ -22,7 +22,7 @@ namespace {
             const auto letter = static_cast<char>(i + ' ');
             const bool isLetter = (letter | 0x20) >= 'a' && (letter | 0x20) <= 'z';
             const bool isMark = std::string_view(".,;:!?").find(letter) != std::string_view::npos;
-            kinds[i] = isLetter ? kLetter : isMark ? kMark : kSign;
+            kinds[i] = isLetter ? kOfWords : isMark ? kBehindWords : kOfNoWord;
         }
         return kinds;
     }
@@ -32,7 +32,7 @@ namespace {
     /// - before: the kinds of all letters of a word but the last.
     constexpr bool isPlainWord(unsigned before, Kind last)
     {
-        return last == kLetter ? before <= kLetter : last == kMark && before == kLetter;
+        return last == kOfWords ? before <= kOfWords : last == kBehindWords && before == kOfWords;
     }
 
 }
