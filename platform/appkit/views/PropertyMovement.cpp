@@ -7,6 +7,7 @@
 #include <string_view>
 #include <vector>
 
+#include "quartz/layers/AllServed.h"
 #include "quartz/layers/FrameClock.h"
 #include "quartz/layers/MediaTiming.h"
 #include "quartz/layers/Transactions.h"
@@ -31,21 +32,25 @@ namespace {
         {
             return object == &other && std::string_view(property->name) == wanted.name;
         }
-        /// Answers when it wants to be shown next; infinity at its end.
-        double show(double now)
+        bool isOver(double now) const { return now - start >= duration - quartz::kTimeTolerance; }
+        /// Answers when it wants to be shown after now; infinity at its end.
+        double next(double now) const
         {
-            const double passed = now - start;
-            if (passed >= duration - quartz::kTimeTolerance) {
+            return isOver(now) ? std::numeric_limits<double>::infinity()
+                               : quartz::nextFrame(now, start + duration);
+        }
+        void show(double now) const
+        {
+            if (isOver(now)) {
                 property->write(*object, to);
-                return std::numeric_limits<double>::infinity();
+                return;
             }
             const double progress
-                = CAMediaTimingFunction::progress(function.get(), passed / duration);
+                = CAMediaTimingFunction::progress(function.get(), (now - start) / duration);
             MovingNumbers between {};
             for (std::size_t i = 0; i < between.size(); ++i)
                 between[i] = from[i] + (to[i] - from[i]) * progress;
             property->write(*object, between);
-            return quartz::nextFrame(now, start + duration);
         }
     };
     using Movements = std::vector<std::shared_ptr<Movement>>;
@@ -88,16 +93,19 @@ namespace {
         {
             constexpr double kNever = std::numeric_limits<double>::infinity();
             double next = kNever;
+            AllServed all;
             const Movements present
                 = movements_; // what is set may tell others, who change the list
             for (const std::shared_ptr<Movement>& movement : present) {
                 if (!movement->started || !isPresent(movement))
                     continue;
-                const double wish = movement->show(now);
+                const double wish = movement->next(now);
+                all.serve([&] { movement->show(now); });
                 if (wish == kNever)
-                    end(movement);
+                    all.serve([&] { end(movement); });
                 next = std::min(next, wish);
             }
+            all.end();
             return next;
         }
 

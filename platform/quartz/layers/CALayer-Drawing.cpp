@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <cmath>
+#include <exception>
 
 #include "../CGBitmapContext.h"
 #include "../ContextState.h"
@@ -181,6 +182,7 @@ struct quartz::HostedDrawing::Parts {
     LayerLook look;
     StateScope scope;
     bool clipsInside = false;
+    const int raised = std::uncaught_exceptions();
 
     Parts(CALayer& drawn, CGContextRef target, LayerLook wanted)
         : layer(&drawn)
@@ -191,7 +193,7 @@ struct quartz::HostedDrawing::Parts {
     {
     }
     const LayerValues& values() const { return LayerAccess::values(*seen); }
-    CALayer* mask() const { return LayerAccess::state(*layer).mask.get(); }
+    Ref<CALayer> mask() const { return LayerAccess::state(*layer).mask; }
 
     bool isVisible() const
     {
@@ -237,7 +239,7 @@ struct quartz::HostedDrawing::Parts {
         if (clipsInside)
             CGContextRestoreGState(context);
         drawBorder(context, values());
-        if (CALayer* const shape = mask()) {
+        if (const Ref<CALayer> shape = mask()) {
             CGContextSetBlendMode(context, kCGBlendModeDestinationIn);
             CGContextBeginTransparencyLayer(context, nullptr);
             drawTree(*shape, context, look);
@@ -257,9 +259,10 @@ quartz::HostedDrawing::HostedDrawing(CALayer& layer, CGContextRef context, Layer
         parts_ = nullptr;
 }
 
-quartz::HostedDrawing::~HostedDrawing()
+// The mask's delegate may raise here. Where another one did before, the rest is left out.
+quartz::HostedDrawing::~HostedDrawing() noexcept(false)
 {
-    if (parts_)
+    if (parts_ && std::uncaught_exceptions() == parts_->raised)
         parts_->finish();
 }
 
@@ -306,7 +309,8 @@ namespace {
         if (v.masksToBounds)
             return extent;
         const CGAffineTransform inner = LayerAccess::forSublayers(v);
-        for (const Ref<CALayer>& sublayer : LayerAccess::state(layer).sublayers) {
+        const std::vector<Ref<CALayer>> sublayers = LayerAccess::state(layer).sublayers;
+        for (const Ref<CALayer>& sublayer : sublayers) {
             const CGRect part = extentOf(*sublayer, look);
             if (CGRectIsNull(part))
                 continue;

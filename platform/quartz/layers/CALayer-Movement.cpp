@@ -5,6 +5,7 @@
 #include <limits>
 #include <string_view>
 
+#include "AllServed.h"
 #include "AnimationPrivate.h"
 #include "FrameClock.h"
 #include "Transactions.h"
@@ -31,11 +32,15 @@ namespace {
     /// Tells everybody that a movement has ended.
     void tellEnd(LayerMovement movement, bool finished)
     {
+        AllServed all;
         const Ref<NSObject> delegate = AnimationAccess::delegate(*movement.animation);
-        if (!movement.ended && delegate
-            && delegate->respondsToSelector(selector<"animationDidStop:finished:">))
-            delegate->send<"animationDidStop:finished:">(movement.animation.get(), finished);
-        Transactions::leave(movement.groups);
+        all.serve([&] {
+            if (!movement.ended && delegate
+                && delegate->respondsToSelector(selector<"animationDidStop:finished:">))
+                delegate->send<"animationDidStop:finished:">(movement.animation.get(), finished);
+        });
+        all.serve([&] { Transactions::leave(movement.groups); });
+        all.end();
     }
 
     void end(CALayer& layer, std::size_t place, bool finished)
@@ -66,24 +71,28 @@ namespace {
         }
         void add(CALayer& layer)
         {
-            if (of(layer).movements.size() == 1)
+            if (!std::exchange(of(layer).steps, true))
                 layers_.emplace_back(&layer);
         }
+        // Those whose delegates raise go on in the next frame, and so do all others.
         double frame(double now) override
         {
             double next = kNever;
-            const std::vector<WeakRef<CALayer>> present = std::exchange(layers_, {});
+            AllServed all;
             std::vector<WeakRef<CALayer>> left;
-            for (const WeakRef<CALayer>& weak : present) {
+            for (const WeakRef<CALayer>& weak : std::exchange(layers_, {})) {
                 const Ref<CALayer> layer = weak.get();
                 if (!layer)
                     continue;
-                next = std::min(next, LayerAccess::step(*layer, now));
-                if (!of(*layer).movements.empty())
+                if (!all.serve([&] { next = std::min(next, LayerAccess::step(*layer, now)); }))
+                    LayerAccess::invalidate(*layer);
+                of(*layer).steps = !of(*layer).movements.empty();
+                if (of(*layer).steps)
                     left.push_back(weak);
             }
             layers_.insert(layers_.begin(), std::make_move_iterator(left.begin()),
                 std::make_move_iterator(left.end()));
+            all.end();
             return layers_.size() > left.size() ? now : next;
         }
 
@@ -152,8 +161,10 @@ double LayerAccess::step(CALayer& layer, double now)
 
 void LayerAccess::endMovements(CALayer& layer, bool finished)
 {
+    AllServed all;
     while (!state(layer).movements.empty())
-        end(layer, 0, finished);
+        all.serve([&] { end(layer, 0, finished); });
+    all.end();
 }
 
 // Only what the layer itself set in motion is dropped; what the host added goes on.
@@ -310,16 +321,18 @@ template <> struct CALayer::Methods<struct Movement> {
         if (place == of(self).movements.size())
             return;
         const Ref<CALayer> alive(&self);
-        end(self, place, false);
         LayerAccess::invalidate(self);
+        end(self, place, false);
     }
     static void removeAll(CALayer& self)
     {
         const Ref<CALayer> alive(&self);
         std::vector<LayerMovement> all = std::exchange(of(self).movements, {});
-        for (LayerMovement& movement : all)
-            tellEnd(std::move(movement), false);
         LayerAccess::invalidate(self);
+        AllServed told;
+        for (LayerMovement& movement : all)
+            told.serve([&] { tellEnd(std::move(movement), false); });
+        told.end();
     }
     static Ref<CAAnimation> animationForKey(CALayer& self, NSString* key)
     {

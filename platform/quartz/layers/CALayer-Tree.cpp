@@ -44,8 +44,11 @@ CALayer::~CALayer()
         return;
     for (const Ref<CALayer>& layer : state_->sublayers)
         LayerAccess::state(*layer).superlayer = nullptr;
-    if (state_->mask)
-        LayerAccess::state(*state_->mask).superlayer = nullptr;
+    if (state_->mask) {
+        LayerState& mask = LayerAccess::state(*state_->mask);
+        mask.superlayer = nullptr;
+        mask.isMask = false;
+    }
 }
 
 template <> struct CALayer::Methods<struct Tree> {
@@ -66,7 +69,8 @@ template <> struct CALayer::Methods<struct Tree> {
         if (!state.model)
             return arrayOf(state.sublayers);
         Layers seen;
-        for (const Ref<CALayer>& layer : of(*state.model).sublayers)
+        const Layers present = of(*state.model).sublayers;
+        for (const Ref<CALayer>& layer : present)
             seen.push_back(layer->presentationLayer());
         return arrayOf(seen);
     }

@@ -73,6 +73,7 @@ struct LayerState {
     bool ownContents = false; // the contents are a picture of its own drawing
     bool needsDisplay = false;
     bool needsLayout = false;
+    bool steps = false; // is in the list of those that have movements
     bool wasShown = false; // on a screen, as part of what a host shows
 };
 

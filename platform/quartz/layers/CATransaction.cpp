@@ -3,6 +3,7 @@
 
 #include <utility>
 
+#include "AllServed.h"
 #include "Transactions.h"
 #include "foundation/NSNumber.h"
 #include "foundation/NSRunLoop.h"
@@ -88,10 +89,12 @@ std::vector<std::shared_ptr<TransactionGroup>> Transactions::enter()
 void Transactions::leave(std::vector<std::shared_ptr<TransactionGroup>>& groups)
 {
     const auto left = std::exchange(groups, {});
+    AllServed all;
     for (const auto& group : left) {
         --group->pending;
-        group->settle();
+        all.serve([&] { group->settle(); });
     }
+    all.end();
 }
 
 template <> struct CATransaction::Methods<struct Groups> {
@@ -114,9 +117,9 @@ template <> struct CATransaction::Methods<struct Groups> {
             return;
         const std::shared_ptr<TransactionGroup> group = groups.back();
         groups.pop_back();
-        end(group);
         if (groups.size() == 1)
             endWithTheTurn();
+        end(group);
     }
     static void flush(Class&) { endOutermost(); }
 
@@ -171,6 +174,10 @@ template <> struct CATransaction::Methods<struct Groups> {
             group.disablesActions = maybe(as<NSNumber>(value))->send<"boolValue", bool>();
         else if (key->isEqual(kCATransactionAnimationTimingFunction))
             group.function = as<CAMediaTimingFunction>(value);
+        else if (key->isEqual(kCATransactionCompletionBlock))
+            group.completion = value && value->isKindOfClass(closureClass())
+                ? static_cast<Closure<void()>*>(static_cast<ClosureBase*>(value))
+                : nullptr;
         else {
             if (!group.others)
                 group.others = make<NSMutableDictionary>();

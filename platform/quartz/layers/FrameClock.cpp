@@ -3,10 +3,11 @@
 
 #include <algorithm>
 #include <cmath>
-#include <exception>
 #include <limits>
+#include <utility>
 #include <vector>
 
+#include "AllServed.h"
 #include "MediaTiming.h"
 #include "foundation/NSRunLoop.h"
 #include "foundation/NSTimer.h"
@@ -27,8 +28,7 @@ namespace {
 
         void add(std::shared_ptr<FrameClient> client)
         {
-            if (std::find(clients_.begin(), clients_.end(), client) == clients_.end())
-                clients_.push_back(std::move(client));
+            keep(std::move(client));
             wakeAt(CACurrentMediaTime());
         }
 
@@ -46,31 +46,31 @@ namespace {
             NSRunLoop::cls().mainRunLoop()->addTimer_forMode(timer_.get(), NSRunLoopCommonModes);
         }
 
-        // A client that raises has done what it could; the others are served first.
+        void keep(std::shared_ptr<FrameClient> client)
+        {
+            if (std::find(clients_.begin(), clients_.end(), client) == clients_.end())
+                clients_.push_back(std::move(client));
+        }
+
+        // One that raises has done what it could. One that is done may have been asked for again meanwhile: it stays.
         void tick()
         {
             due_ = kNever;
             timer_ = nullptr;
             const double now = CACurrentMediaTime();
             double next = kNever;
-            std::exception_ptr raised;
-            const std::vector<std::shared_ptr<FrameClient>> present = clients_;
-            for (const std::shared_ptr<FrameClient>& client : present) {
-                double wish = kNever;
-                try {
-                    wish = client->frame(now);
-                } catch (...) {
-                    raised = std::current_exception();
-                    wish = now + kFrameSeconds;
-                }
+            AllServed all;
+            for (std::shared_ptr<FrameClient>& client : std::exchange(clients_, {})) {
+                double wish = now + kFrameSeconds;
+                all.serve([&] { wish = client->frame(now); });
                 if (wish == kNever)
-                    std::erase(clients_, client);
+                    continue;
+                keep(std::move(client));
                 next = std::min(next, wish);
             }
             if (next != kNever)
                 wakeAt(next);
-            if (raised)
-                std::rethrow_exception(raised);
+            all.end();
         }
 
         std::vector<std::shared_ptr<FrameClient>> clients_;

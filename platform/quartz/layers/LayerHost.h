@@ -32,8 +32,9 @@ class BRINDLE_EXPORT HostedDrawing {
 public:
     /// Begins the fading, shadow and mask, and draws ground and contents.
     HostedDrawing(CALayer& layer, CGContextRef context, LayerLook look);
-    /// Draws the border.
-    ~HostedDrawing();
+    /// Draws the border and lays the mask over all.
+    /// - Throws: what the mask's delegate raises.
+    ~HostedDrawing() noexcept(false);
     HostedDrawing(const HostedDrawing&) = delete;
     HostedDrawing& operator=(const HostedDrawing&) = delete;
     void drawSublayers();

@@ -5,9 +5,22 @@
 
 #include "appkit/NSView.h"
 #include "runtime/NSException.h"
+#include "runtime/Table.h"
 #include "support/VirtualClock.h"
 
 namespace brindle {
+
+/// A view that cannot be moved.
+class UnmovableView : public NSView {
+    BRINDLE_OBJECT(UnmovableView, NSView)
+};
+
+template <> struct UnmovableView::Methods<struct Refusing> {
+    static void setFrameOrigin(UnmovableView&, NSPoint) { raise("Fault", "on purpose"); }
+    static void table(Builder& t) { t.methods({ { "setFrameOrigin:", imp<setFrameOrigin> } }); }
+};
+BRINDLE_RECORD(UnmovableView, Refusing)
+
 namespace {
 
     using test::VirtualClock;
@@ -169,6 +182,33 @@ namespace {
         clock.advance(0.25);
         EXPECT_EQ(told, 1);
         EXPECT_EQ(other->alphaValue(), 0);
+    }
+
+    TEST(AnimationContext, MovesTheOthersAndEndsThoughOneRaises)
+    {
+        VirtualClock clock;
+        const Ref<UnmovableView> refusing = make<UnmovableView>();
+        const Ref<NSView> view = box();
+        int told = 0;
+        NSAnimationContext::cls().runAnimationGroup_completionHandler(
+            [&](NSAnimationContext*) {
+                linear(1);
+                refusing->animator()->setFrameOrigin({ 1, 2 });
+                view->animator()->setAlphaValue(0);
+            },
+            [&] { ++told; });
+        int raised = 0;
+        for (int i = 0; i < 100; ++i) {
+            try {
+                clock.advance(1.0 / 60);
+            } catch (const Exception&) {
+                ++raised;
+            }
+        }
+        EXPECT_GT(raised, 50);
+        EXPECT_LT(raised, 70); // none once a second has gone by
+        EXPECT_EQ(view->alphaValue(), 0);
+        EXPECT_EQ(told, 1);
     }
 
     TEST(AnimationContext, TellsAtOnceWithoutMovements)
