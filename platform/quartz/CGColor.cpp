@@ -225,7 +225,7 @@ CGColorRef CGColorCreateCopy(CGColorRef color) { return CGColorRetain(color); }
 
 CGColorRef CGColorCreateCopyWithAlpha(CGColorRef color, CGFloat alpha)
 {
-    if (!color)
+    if (!color || color->componentCount() == 0)
         return nullptr;
     CGFloat components[4] {};
     std::copy_n(color->components(), color->componentCount(), components);

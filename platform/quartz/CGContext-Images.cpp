@@ -75,9 +75,7 @@ namespace {
         static void source(cairo_t* cr, const void* info)
         {
             const auto& job = *static_cast<const TurnedJob*>(info);
-            const quartz::Cairo<cairo_surface_t> surface(cairo_image_surface_create_for_data(
-                reinterpret_cast<unsigned char*>(job.image.pixels), CAIRO_FORMAT_ARGB32,
-                job.image.width, job.image.height, static_cast<int>(job.image.stride)));
+            const quartz::Cairo<cairo_surface_t> surface = quartz::surfaceOf(job.image, job.alpha);
             const quartz::Cairo<cairo_pattern_t> pattern(
                 cairo_pattern_create_for_surface(surface.get()));
             cairo_pattern_set_extend(pattern.get(), CAIRO_EXTEND_PAD);
@@ -95,16 +93,9 @@ namespace {
             path.rect(CGRectMake(0, 0, job.image.width, job.image.height), job.toDevice);
             quartz::tracePath(cr, path);
         }
-        static void paint(cairo_t* cr, const void* info)
+        static void paint(cairo_t* cr, const void*)
         {
-            const auto& job = *static_cast<const TurnedJob*>(info);
-            if (job.alpha < 1) {
-                cairo_save(cr);
-                cairo_clip(cr);
-                cairo_paint_with_alpha(cr, job.alpha);
-                cairo_restore(cr);
-            } else
-                cairo_fill(cr);
+            cairo_fill(cr);
             cairo_set_source_rgba(cr, 0, 0, 0, 0); // lets go of the lent pixels
         }
     };

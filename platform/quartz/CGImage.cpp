@@ -167,9 +167,9 @@ struct Images {
     static CGColorSpaceRef space(const CGImage& image) { return image.space_.get(); }
     static std::size_t bytesPerPixel(const CGImage& image)
     {
-        if (!image.provider_ || CGColorSpaceGetModel(image.space_.get()) == kCGColorSpaceModelRGB) {
+        if (CGColorSpaceGetModel(image.space_.get()) == kCGColorSpaceModelRGB) {
             const bool plain = (image.info_ & kCGBitmapAlphaInfoMask) == kCGImageAlphaNone;
-            return image.provider_ && plain && image.bytesPerRow_ < image.width_ * 4 ? 3 : 4;
+            return plain && image.bytesPerRow_ < image.width_ * 4 ? 3 : 4;
         }
         return (image.info_ & kCGBitmapAlphaInfoMask) == kCGImageAlphaNone ? 1 : 2;
     }
@@ -257,7 +257,8 @@ CGImageRef CGImageCreateWithImageInRect(CGImageRef image, CGRect rect)
     const CGRect whole = CGRectMake(
         0, 0, static_cast<double>(image->width()), static_cast<double>(image->height()));
     const CGRect part = CGRectIntersection(CGRectIntegral(rect), whole);
-    if (CGRectIsEmpty(part) || !std::isfinite(part.origin.x + part.origin.y))
+    if (!(part.size.width > 0 && part.size.height > 0)
+        || !std::isfinite(part.origin.x + part.origin.y))
         return nullptr;
     const auto x = static_cast<std::size_t>(part.origin.x);
     const auto y = static_cast<std::size_t>(part.origin.y);

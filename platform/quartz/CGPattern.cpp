@@ -173,7 +173,8 @@ namespace quartz {
 
     Cairo<cairo_pattern_t> tilesFor(const ContextData& data, const Paint& paint, double alpha)
     {
-        const CGPattern& pattern = *paint.pattern;
+        const Ref<CGPattern> kept = paint.pattern; // drawing a cell may change the colour
+        const CGPattern& pattern = *kept;
         const CGAffineTransform base { data.scale, 0, 0, -data.scale,
             data.state.patternPhase.width * data.scale,
             data.base.bitmap().height - data.state.patternPhase.height * data.scale };

@@ -11,6 +11,21 @@ using raster::PixelRect;
 
 // ---- finished pixels
 
+Cairo<cairo_surface_t> surfaceOf(const raster::Bitmap& pixels, double alpha)
+{
+    Cairo<cairo_surface_t> lent(
+        cairo_image_surface_create_for_data(reinterpret_cast<unsigned char*>(pixels.pixels),
+            CAIRO_FORMAT_ARGB32, pixels.width, pixels.height, static_cast<int>(pixels.stride)));
+    if (alpha >= 1)
+        return lent;
+    Cairo<cairo_surface_t> faded(
+        cairo_image_surface_create(CAIRO_FORMAT_ARGB32, pixels.width, pixels.height));
+    const Cairo<cairo_t> fade(cairo_create(faded.get()));
+    cairo_set_source_surface(fade.get(), lent.get(), 0, 0);
+    cairo_paint_with_alpha(fade.get(), alpha);
+    return faded;
+}
+
 namespace {
 
     struct PixelsJob {
@@ -22,19 +37,8 @@ namespace {
         static void source(cairo_t* cr, const void* info)
         {
             const auto& job = *static_cast<const PixelsJob*>(info);
-            const Cairo<cairo_surface_t> surface(cairo_image_surface_create_for_data(
-                reinterpret_cast<unsigned char*>(job.pixels.pixels), CAIRO_FORMAT_ARGB32,
-                job.pixels.width, job.pixels.height, static_cast<int>(job.pixels.stride)));
-            if (job.alpha >= 1) {
-                cairo_set_source_surface(cr, surface.get(), job.x, job.y);
-                return cairo_pattern_set_filter(cairo_get_source(cr), CAIRO_FILTER_NEAREST);
-            }
-            const Cairo<cairo_surface_t> faded(cairo_image_surface_create(
-                CAIRO_FORMAT_ARGB32, job.pixels.width, job.pixels.height));
-            const Cairo<cairo_t> fade(cairo_create(faded.get()));
-            cairo_set_source_surface(fade.get(), surface.get(), 0, 0);
-            cairo_paint_with_alpha(fade.get(), job.alpha);
-            cairo_set_source_surface(cr, faded.get(), job.x, job.y);
+            const Cairo<cairo_surface_t> surface = surfaceOf(job.pixels, job.alpha);
+            cairo_set_source_surface(cr, surface.get(), job.x, job.y);
             cairo_pattern_set_filter(cairo_get_source(cr), CAIRO_FILTER_NEAREST);
         }
         static void outline(cairo_t* cr, const void* info)

@@ -192,6 +192,8 @@ void fillRect(ContextData& data, CGRect userRect);
 void clipToPath(ContextData& data, const PathData& path, bool evenOdd);
 /// Leaves of the clip what a stencil lets through.
 void clipToStencil(ContextData& data, raster::Stencil stencil);
+/// Answers pixels for a pen: lent ones, or a copy where they are to be as transparent as `alpha`.
+Cairo<cairo_surface_t> surfaceOf(const raster::Bitmap& pixels, double alpha);
 /// Lays pixels over the canvas at a place, with the state's alpha, blend mode and clip.
 void drawPixels(ContextData& data, const raster::Bitmap& pixels, int x, int y);
 

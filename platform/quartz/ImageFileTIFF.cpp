@@ -74,8 +74,8 @@ namespace {
         }
         std::size_t next() const { return next_; }
 
-        /// - room: how many pixels may be read.
-        ImageFile read(std::size_t room)
+        /// - room: how many pixels may be read. - packedLeft: how many bytes may be unpacked.
+        ImageFile read(std::size_t room, std::size_t& packedLeft)
         {
             width_ = value(kWidth, 0);
             height_ = value(kHeight, 0);
@@ -91,8 +91,8 @@ namespace {
             for (std::size_t strip = 0; strip * rows < height_; ++strip) {
                 const std::size_t top = strip * rows;
                 const std::size_t count = std::min(rows, height_ - top);
-                const auto plain = readStrip(strip, count * stride_);
-                if (plain.size() < count * stride_)
+                const auto plain = readStrip(strip, count * stride_, packedLeft);
+                if (plain.size() < count * stride_ || bytes_.failed())
                     return {};
                 for (std::size_t y = 0; y < count; ++y)
                     convert(pixels.data() + (top + y) * width_, plain.data() + y * stride_);
@@ -150,6 +150,8 @@ namespace {
                 = compression == kPlain || compression == kCodes || compression == kPackBits;
             const bool predicts = value(kPredictor, 1) == 2;
             const bool layout = value(kPlanar, 1) == 1 && (!predicts || bits_ == 8);
+            if (samples_ > 4)
+                return false;
             for (std::size_t i = 1; i < countOf(kBits) && i < samples_; ++i) {
                 if (value(kBits, 0, i) != bits_)
                     return false;
@@ -163,13 +165,19 @@ namespace {
             return photometric_ <= kBlackIsZero && packs && layout
                 && ((samples_ == 1 && (small || whole)) || (samples_ == 2 && whole));
         }
-        std::vector<std::uint8_t> readStrip(std::size_t strip, std::size_t size) const
+        std::vector<std::uint8_t> readStrip(
+            std::size_t strip, std::size_t size, std::size_t& packedLeft) const
         {
             const std::size_t compression = value(kCompression, kPlain);
             const std::size_t at = value(kStripOffsets, 0, strip);
             const std::size_t told = value(kStripCounts, compression == kPlain ? size : 0, strip);
             const auto packed = bytes_.part(at, told);
             std::vector<std::uint8_t> plain;
+            if (compression != kPlain) {
+                if (packed.size() > packedLeft)
+                    return plain;
+                packedLeft -= packed.size();
+            }
             if (compression == kPlain) {
                 const auto* bytes = reinterpret_cast<const std::uint8_t*>(packed.data());
                 plain.assign(bytes, bytes + std::min(size, packed.size()));
@@ -374,14 +382,16 @@ namespace {
 ImageFiles decodeTIFF(std::span<const std::byte> bytes)
 {
     constexpr std::size_t kMostPictures = 256;
+    constexpr std::size_t kMostReadings = 4; // of a byte: strips may share some, not all of them
     const bool bigEndian = bytes[0] == std::byte { 'M' };
     const FileBytes file { bytes, bigEndian };
     ImageFiles files;
     std::size_t used = 0;
+    std::size_t packedLeft = kMostReadings * bytes.size();
     std::size_t at = file.word(4);
     for (std::size_t i = 0; at != 0 && i < kMostPictures; ++i) {
         Directory directory(file, at, bigEndian);
-        ImageFile picture = directory.read(kMostPixels - used);
+        ImageFile picture = directory.read(kMostPixels - used, packedLeft);
         if (file.failed() || !picture.image)
             break;
         used += picture.image->width() * picture.image->height();

@@ -107,7 +107,8 @@ void fillGradient(const Bitmap& bitmap, const DeviceRect& rect, PixelRect clip,
 {
     const ClippedRect clipped(bitmap, rect, clip);
     const double length = gradient.end - gradient.start;
-    if (clipped.isEmpty() || gradient.stops.empty() || !std::isfinite(length) || length == 0)
+    if (clipped.isEmpty() || gradient.stops.empty() || !std::isfinite(length)
+        || !std::isfinite(1 / length))
         return;
     GradientRamp ramp(gradient);
     if (gradient.axis == GradientAxis::horizontal) {

@@ -46,6 +46,13 @@ TEST(CGColor, EqualColoursHaveOneHashWhateverTheirNumbers)
     EXPECT_EQ(odd->hash(), odd->hash());
 }
 
+TEST(CGColor, OneOfNoSpaceHasNoCopyWithAlpha)
+{
+    const Ref<CGColor> bare = make<CGColor>();
+    EXPECT_EQ(CGColorCreateCopyWithAlpha(bare.get(), 0.5), nullptr);
+    EXPECT_EQ(CGColorGetAlpha(bare.get()), 0);
+}
+
 TEST(CGColorSpace, IsFoundByName)
 {
     const auto named

@@ -4,6 +4,7 @@
 #include "support/Pixels.h"
 
 #include <cmath>
+#include <limits>
 
 namespace brindle {
 
@@ -112,6 +113,15 @@ TEST(CGImage, SurvivesBeingWrittenAsPNG)
         = quartz::decodeImage({ reinterpret_cast<const std::byte*>(bytes.data()), bytes.size() });
     EXPECT_TRUE(areAlike(read.image.get(), image.get(), 1, "png"));
     EXPECT_EQ(read.dotsPerInch, 72);
+}
+
+TEST(CGImage, HasNoPartOfASizeThatIsNoNumber)
+{
+    const double kNaN = std::numeric_limits<double>::quiet_NaN();
+    const Ref<CGImage> image = twoRows();
+    for (const CGRect& part : { CGRectMake(0, 0, kNaN, 1), CGRectMake(0, 0, 1, kNaN),
+             CGRectMake(kNaN, 0, 1, 1), CGRectMake(0, 0, 0, 1) })
+        EXPECT_EQ(CGImageCreateWithImageInRect(image.get(), part), nullptr);
 }
 
 TEST(CGImage, SurvivesBeingWrittenAsJPEG)

@@ -57,6 +57,26 @@ TEST(CGPattern, RepeatsItsCellFromTheOriginOfTheBaseSpace)
     EXPECT_EQ(picture.at(6, 10), kBlue);
 }
 
+TEST(CGPattern, ACellMayChangeTheColourOfWhatItFills)
+{
+    const Picture picture(8, 8);
+    const CGPatternCallbacks callbacks { 0,
+        [](void* info, CGContextRef context) {
+            CGContextSetRGBFillColor(static_cast<CGContextRef>(info), 0, 0, 1, 1);
+            drawCell(nullptr, context);
+        },
+        nullptr };
+    {
+        const auto pattern = Ref<CGPattern>::adopt(CGPatternCreate(
+            static_cast<CGContextRef>(picture), CGRectMake(0, 0, 4, 2), CGAffineTransformIdentity,
+            4, 2, kCGPatternTilingConstantSpacing, true, &callbacks));
+        setPattern(picture, pattern);
+    }
+    CGContextFillRect(picture, CGRectMake(0, 0, 8, 8));
+    EXPECT_EQ(picture.at(0, 0), kRed);
+    EXPECT_EQ(picture.at(3, 0), kBlue);
+}
+
 TEST(CGPattern, PhaseMovesTheCells)
 {
     const Picture picture(20, 20);

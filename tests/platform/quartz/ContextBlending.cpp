@@ -216,3 +216,28 @@ TEST(ContextBlending, GroupsAreLaidDownInTheModeOfTheirBeginning)
     CGContextEndTransparencyLayer(picture);
     EXPECT_PRED_FORMAT3(isNear, picture.at(4, 4), (Rgba { 214, 224, 163, 255 }), 2);
 }
+
+TEST(ContextBlending, ATurnedImageFadesInEveryModeAsOneThatStandsUpright)
+{
+    const auto drawn = [](CGBlendMode mode, bool turns) {
+        const Picture source(8, 8);
+        CGContextSetRGBFillColor(source, 0.8, 0.4, 0.2, 1);
+        CGContextFillRect(source, CGRectMake(0, 0, 8, 8));
+        const Picture picture(8, 8);
+        CGContextSetRGBFillColor(picture, 0.2, 0.4, 0.6, 0.8);
+        CGContextFillRect(picture, CGRectMake(0, 0, 8, 8));
+        CGContextSetBlendMode(picture, mode);
+        CGContextSetAlpha(picture, 0.5);
+        if (turns) {
+            CGContextTranslateCTM(picture, 8, 0);
+            CGContextRotateCTM(picture, std::acos(0));
+        }
+        CGContextDrawImage(picture, CGRectMake(0, 0, 8, 8), source.image().get());
+        return picture.at(4, 4);
+    };
+    for (const CGBlendMode mode :
+        { kCGBlendModeNormal, kCGBlendModeMultiply, kCGBlendModeCopy, kCGBlendModeSourceIn,
+            kCGBlendModeSourceOut, kCGBlendModeSourceAtop, kCGBlendModeDestinationIn,
+            kCGBlendModeDestinationOut, kCGBlendModeDestinationAtop, kCGBlendModeXOR })
+        EXPECT_PRED_FORMAT3(isNear, drawn(mode, true), drawn(mode, false), 2) << mode;
+}

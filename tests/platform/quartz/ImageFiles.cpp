@@ -58,6 +58,23 @@ namespace {
             + littleEndian(5669, 4) + littleEndian(0, 8)
             + "\xFF\0\0\xFF\xFF\xFF\0\0\0\0\xFF\0\xFF\0\0\0"s;
     }
+    struct TIFFEntry {
+        unsigned tag;
+        unsigned type;
+        std::uint32_t count;
+        std::uint32_t value;
+    };
+    /// A TIFF of one directory; the data lies behind its eight first bytes.
+    std::string tiff(const std::string& data, const std::vector<TIFFEntry>& entries)
+    {
+        using namespace std::string_literals;
+        std::string bytes = "II\x2A\0"s + littleEndian(8 + data.size(), 4) + data
+            + littleEndian(entries.size(), 2);
+        for (const TIFFEntry& entry : entries)
+            bytes += littleEndian(entry.tag, 2) + littleEndian(entry.type, 2)
+                + littleEndian(entry.count, 4) + littleEndian(entry.value, 4);
+        return bytes + littleEndian(0, 4);
+    }
     constexpr std::uint32_t kRed = 0xFFFF0000;
     constexpr std::uint32_t kGreen = 0xFF00FF00;
     constexpr std::uint32_t kBlue = 0xFF0000FF;
@@ -216,6 +233,35 @@ TEST(ImageFiles, ATIFFWhoseDirectoriesFormALoopEnds)
     const std::string first = bytes.substr(4, 4);
     bytes.replace(bytes.size() - 4, 4, first); // the next one is the first
     EXPECT_LE(quartz::decodeImages(bytesOf(bytes)).pictures.size(), 256u);
+}
+
+TEST(ImageFiles, ATIFFOfFourThousandMillionSamplesIsRefused)
+{
+    constexpr std::uint32_t kMost = 0xFFFFFFFF;
+    EXPECT_FALSE(read(tiff("",
+        { { 256, 4, 1, 1 }, { 257, 4, 1, 1 }, { 258, 3, kMost, kMost }, { 277, 4, 1, kMost } })));
+}
+
+TEST(ImageFiles, ATIFFWhoseStripsAllUnpackTheSameBytesIsRefused)
+{
+    constexpr std::uint32_t kStrips = 64;
+    constexpr std::uint32_t kLength = 65536;
+    const auto file = [](std::uint32_t strips) {
+        std::string data(kLength - 2, '\x80'); // stands for nothing
+        data += std::string("\0\xFF", 2); // one white pixel
+        for (std::uint32_t i = 0; i < strips; ++i)
+            data += littleEndian(8, 4);
+        for (std::uint32_t i = 0; i < strips; ++i)
+            data += littleEndian(kLength, 4);
+        const bool isOne = strips == 1; // then the value stands in the entry
+        return tiff(data,
+            { { 256, 4, 1, 1 }, { 257, 4, 1, strips }, { 258, 3, 1, 8 }, { 259, 3, 1, 32773 },
+                { 262, 3, 1, 1 }, { 273, 4, strips, isOne ? 8 : 8 + kLength }, { 277, 3, 1, 1 },
+                { 278, 4, 1, 1 }, { 279, 4, strips, isOne ? kLength : 8 + kLength + 4 * strips } });
+    };
+    EXPECT_EQ(wordsOf(read(file(1))), std::vector { kWhite });
+    EXPECT_EQ(wordsOf(read(file(2))), (std::vector { kWhite, kWhite }));
+    EXPECT_FALSE(read(file(kStrips)));
 }
 
 TEST(ImageFiles, RandomDamageNeverMakesWrongPixels)

@@ -94,6 +94,16 @@ TEST(RasterGradient, WithoutStopsOrLengthNothingIsDrawn)
     EXPECT_EQ(pixel, 5u);
 }
 
+TEST(RasterGradient, ALengthTooSmallToDivideByIsNone)
+{
+    Pixel pixel = 5;
+    const double least = std::numeric_limits<double>::denorm_min();
+    for (const GradientAxis axis : { GradientAxis::vertical, GradientAxis::horizontal })
+        fillGradient({ &pixel, 1, 1, 4 }, { 0, 0, 1, 1 }, { 0, 0, 1, 1 }, { axis, 0, least, kTwo },
+            Blend::copy);
+    EXPECT_EQ(pixel, 5u);
+}
+
 TEST(RasterGradient, FarAwayAxisStillAnswersTheEndColour)
 {
     Pixel pixel = 0;
