@@ -36,7 +36,7 @@ void RandomUser::act()
     case 5:
         return display_.typeText(u"A\u00E4\u05D0 1");
     default:
-        return display_.setModifiers(static_cast<Modifiers>(random_() & 15));
+        return display_.setModifiers(someModifiers());
     }
 }
 
@@ -62,13 +62,21 @@ CGPoint RandomUser::place()
 
 double RandomUser::amount() { return static_cast<double>(random_() % 200) - 100; }
 
+Modifiers RandomUser::someModifiers()
+{
+    Modifiers held = 0;
+    for (const Modifiers each : { kShift, kControl, kOption, kCommand })
+        held |= random_() % 2 ? each : 0;
+    return held;
+}
+
 void RandomUser::typeAKey()
 {
     constexpr std::u16string_view kKeys
         = u"\r\t\x1b\x7f\x08 aczvx\uF700\uF701\uF702\uF703\uF728\uF729\uF72B\uF72C\uF72D";
     ScriptedKey key;
     key.characters = kKeys[random_() % kKeys.size()];
-    key.modifiers = static_cast<Modifiers>(random_() & 15);
+    key.modifiers = someModifiers();
     display_.pressKey(key);
     display_.releaseKey(key);
 }

@@ -27,6 +27,7 @@ public:
 private:
     CGPoint place();
     double amount();
+    Modifiers someModifiers();
     void typeAKey();
 
     HeadlessDisplay& display_;

@@ -146,7 +146,8 @@ bool X11Clipboard::convert(Held& held, xcb_window_t window, xcb_atom_t target, x
 {
     if (!held.ours || !held.offer.types)
         return false;
-    const std::vector<std::string> names = held.offer.types();
+    const Offer offer = held.offer; // whoever is asked may offer something else
+    const std::vector<std::string> names = offer.types();
     if (target == atom("TARGETS")) {
         std::vector<std::uint32_t> targets { target, atom("MULTIPLE"), atom("SAVE_TARGETS") };
         for (const std::string& name : names)
@@ -159,9 +160,9 @@ bool X11Clipboard::convert(Held& held, xcb_window_t window, xcb_atom_t target, x
     if (target == atom("SAVE_TARGETS"))
         return put(window, property, atom("NULL"), {});
     const std::string name = nameOf(target);
-    if (std::find(names.begin(), names.end(), name) == names.end() || !held.offer.provide)
+    if (std::find(names.begin(), names.end(), name) == names.end() || !offer.provide)
         return false;
-    return put(window, property, target, held.offer.provide(name));
+    return put(window, property, target, offer.provide(name));
 }
 
 bool X11Clipboard::convertSeveral(Held& held, xcb_window_t window, xcb_atom_t property)

@@ -64,8 +64,6 @@ public:
     int level() const { return level_; }
     /// Answers whether the window manager is asked to keep it above ordinary windows.
     bool isFloating() const { return level_ >= kFloatingLevel; }
-    bool isOverrideRedirect() const { return overrideRedirect_; }
-    bool isMapped() const { return mapped_; }
     /// Answers whether a window manager decides about it.
     bool isManaged() const;
     PixelRect pixelRect() const { return rect_; }
@@ -89,7 +87,6 @@ public:
     void destroyed();
     void exposed(const xcb_expose_event_t& event);
     void propertyChanged(xcb_atom_t property);
-    void focusChanged(bool focused);
     void takeFocus();
 
     /// Applies the frame anew, because the mapping of points to pixels changed.

@@ -32,6 +32,18 @@ namespace {
     TEST(RandomUser, DoesTheSameForTheSameSeed) { EXPECT_EQ(told(3, 200), told(3, 200)); }
     TEST(RandomUser, DoesSomethingElseForAnotherSeed) { EXPECT_NE(told(3, 200), told(4, 200)); }
 
+    TEST(RandomUser, HoldsEveryModifierNowAndThen)
+    {
+        HeadlessDisplay display;
+        RandomUser user(display, 1);
+        Modifiers seen = 0;
+        for (int i = 0; i < 500; ++i) {
+            user.act();
+            seen |= display.modifiers();
+        }
+        EXPECT_EQ(seen, kShift | kControl | kOption | kCommand);
+    }
+
     TEST(RandomUser, HoldsNothingDownOnceItHasGivenUp)
     {
         HeadlessDisplay display;
