@@ -31,6 +31,7 @@ namespace {
                 return nullptr;
             }
             Ref<NSImage> result = alloc<NSImage>()->initWithSize(size);
+            const GraphicsStateGuard saved; // also when drawing raises
             result->lockFocus();
             self.setSize(size);
             NSGraphicsContext::cls().currentContext()->setImageInterpolation(

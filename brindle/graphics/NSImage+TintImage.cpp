@@ -15,6 +15,7 @@ namespace {
             Ref<NSImage> tinted = cast<NSImage>(self.copy());
             if (!color)
                 return tinted;
+            const GraphicsStateGuard saved; // also when drawing raises
             tinted->lockFocus();
             color->set();
             NSRectFillUsingOperation({ NSZeroPoint, self.size() }, NSCompositeSourceAtop);

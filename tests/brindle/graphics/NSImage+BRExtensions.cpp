@@ -3,7 +3,9 @@
 
 #include <gtest/gtest.h>
 
+#include "appkit/NSColor.h"
 #include "core/NSBundle+Brindle.h"
+#include "graphics/NSImage+TintImage.h"
 #include "graphics/NSView+ImageRepresentation.h"
 #include "quartz/layers/CALayer.h"
 #include "runtime/Table.h"
@@ -179,6 +181,19 @@ namespace test {
         EXPECT_TRUE(raisedBy([] {
             resizeImageToNewSize(quartersImage(), NSZeroSize);
         }).starts_with("NSImageCacheException"));
+    }
+
+    TEST(ResizeImage, LeavesTheCurrentContextAsItWasWhenDrawingRaises)
+    {
+        const auto image = NSImage::cls().imageWithSize_flipped_drawingHandler(
+            NSMakeSize(4, 4), false, [](NSRect) -> bool { raise("Refused", "no picture"); });
+        const auto contexts = NSGraphicsContext::cls();
+        const Ref<NSGraphicsContext> before = contexts.currentContext();
+        EXPECT_THROW(resizeImageToNewSize(image, NSMakeSize(2, 2)), Exception);
+        EXPECT_EQ(contexts.currentContext(), before);
+        EXPECT_THROW(imageTintedWithColor(image, NSColor::cls().redColor().get()), Exception);
+        EXPECT_EQ(contexts.currentContext(), before);
+        contexts.setCurrentContext(before.get());
     }
 
     // ---- pictures of views
