@@ -78,16 +78,21 @@ namespace {
             && compare(rows, where, floorsPlace, lines);
     }
 
-    /// Counts how often any thread of an idle application is put on a processor.
-    void watchIdle(std::vector<Line>& lines)
+    /// Counts how often any thread of an idle application is put on a processor; false when it has ended.
+    bool watchIdle(std::vector<Line>& lines)
     {
         const Running application({ besideThis("bench-start-controls") });
         sleep(2); // it has started, and is idle
         const double before = application.timesScheduled();
         sleep(kIdleSeconds);
         const double after = application.timesScheduled();
+        if (before < 0 || after < 0) {
+            std::fputs("brindle-bench: the idle application has ended\n", stderr);
+            return false;
+        }
         const Row row { "idle application, five seconds", "wake-ups", atMost(0), {}, {}, {} };
-        lines.push_back(lineFor(row, before < 0 ? -1 : after - before, 0, 0));
+        lines.push_back(lineFor(row, after - before, 0, 0));
+        return true;
     }
 
 }
@@ -107,10 +112,9 @@ int measureStart(Format format, char* program)
     bool all = compareAll(", in memory", "memory", lines);
     setenv("BRINDLE_DISPLAY", "x11", 1);
     all = all && compareAll(", on a screen", "screen", lines);
-    if (all) {
-        watchIdle(lines);
+    all = all && watchIdle(lines);
+    if (all)
         measureMenusOnScreen(lines);
-    }
     printTable(lines, format);
     return all ? 0 : 1;
 }

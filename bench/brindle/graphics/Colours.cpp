@@ -25,7 +25,7 @@ namespace {
     }
     [[gnu::noinline]] Parts parse(std::string_view text)
     {
-        const auto low = [](char c) { return c <= '9' ? c : (c | 0x20) - 87; };
+        const auto low = [](char c) { return c <= '9' ? c - '0' : (c | 0x20) - 87; };
         Parts parts { 0, 0, 0, 1 };
         for (std::size_t i = 0; i < 3; ++i)
             parts[i] = (16 * low(text[1 + 2 * i]) + low(text[2 + 2 * i])) / 255.0;
