@@ -18,11 +18,11 @@ namespace {
 
     constexpr std::size_t kLargest = isSanitized ? 0 : 256;
     constexpr std::size_t kAlignment = 16;
-    constexpr std::size_t kBlockSize = std::size_t { 2 } << 20; // a large page
+    constexpr std::size_t kBlockSize = kObjectBlock;
     // All blocks lie in one piece of addresses, so that an object's own says whether it stands in one.
     constexpr std::size_t kMostBlocks = std::size_t { 1 } << 14;
     constexpr std::size_t kSpace = kMostBlocks * kBlockSize;
-    constexpr std::size_t kMostSpare = 64; // free blocks that keep their pages
+    constexpr std::size_t kMostSpare = 128; // free blocks that keep their pages
     constexpr std::uint32_t kNone = ~std::uint32_t {};
     // A block from which a run takes counts as so many objects more, which is more than fit.
     constexpr std::intptr_t kOpen = std::intptr_t { 1 } << 40;
@@ -43,8 +43,8 @@ namespace {
             return reinterpret_cast<char*>(base_.load(std::memory_order_relaxed))
                 + block * kBlockSize;
         }
-        /// Answers a block that is open, or `kNone`.
-        std::uint32_t open()
+        /// Answers a block that counts as so many objects, or `kNone`.
+        std::uint32_t take(std::intptr_t count)
         {
             const std::lock_guard guard(mutex_);
             std::uint32_t block = pop(spare_);
@@ -53,7 +53,7 @@ namespace {
             else if (block = pop(bare_); block == kNone)
                 block = add();
             if (block != kNone)
-                objectsOf[block].store(kOpen, std::memory_order_relaxed);
+                objectsOf[block].store(count, std::memory_order_relaxed);
             return block;
         }
         bool hasSpare() const { return spareCount_.load(std::memory_order_relaxed) > 1; }
@@ -150,7 +150,7 @@ namespace {
         [[gnu::noinline]] bool open()
         {
             close();
-            block = blocks.open();
+            block = blocks.take(kOpen);
             if (block == kNone)
                 return false;
             next = blocks.start(block);
@@ -179,6 +179,12 @@ void* takeObjectMemory(std::size_t size)
         return std::malloc(size);
     ++run.cut;
     return std::exchange(run.next, run.next + length);
+}
+
+void* takeObjectBlock()
+{
+    const std::uint32_t block = isSanitized ? kNone : blocks.take(1);
+    return block == kNone ? std::malloc(kBlockSize) : blocks.start(block);
 }
 
 void giveObjectMemory(void* memory)

@@ -25,6 +25,10 @@ public:
 /// Answers memory for an object with its header, aligned to 16 bytes; nullptr when there is none.
 void* takeObjectMemory(std::size_t size);
 void giveObjectMemory(void* memory);
+/// Answers a whole block for what is needed while objects are made, with anything in it; nullptr when there is none. It
+/// is given like an object's memory, and waits with its pages for the next run.
+void* takeObjectBlock();
+inline constexpr std::size_t kObjectBlock = std::size_t { 2 } << 20; ///< bytes of one, a large page
 /// Gives free blocks back to the system, but for one. They wait for the next run until then, because pages cost more
 /// than the objects that stand in them; a loop does it when it has nothing else to do.
 void trimObjectMemory();

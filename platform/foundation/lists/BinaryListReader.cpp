@@ -41,11 +41,12 @@ namespace {
         return static_cast<std::int64_t>(loadBig(content.first + unused, content.count - unused));
     }
 
-    BinaryListReader::Index largestOf(const BinaryListReader::References& all)
+    template <std::size_t Size>
+    std::uint64_t largestOf(const unsigned char* at, std::size_t count, std::size_t size = Size)
     {
-        BinaryListReader::Index largest = 0;
-        for (std::size_t i = 0; i < all.size(); ++i)
-            largest = std::max(largest, all[i]);
+        std::uint64_t largest = 0;
+        for (std::size_t i = 0; i < count; ++i)
+            largest = std::max(largest, loadBig(at + i * size, size));
         return largest;
     }
 
@@ -122,28 +123,15 @@ bool BinaryListReader::readTrailer(Failure& failure)
     return true;
 }
 
-BinaryListReader::Shape BinaryListReader::shapeAt(const unsigned char* at)
+BinaryListReader::Index BinaryListReader::References::bound() const
 {
-    // The trailer stands behind every object: what a marker announces can be read before it is believed.
-    const unsigned char marker = *at;
-    const Kind kind = kKinds[marker];
-    const unsigned low = marker & 15;
-    switch (kind) {
-    case Kind::none:
-        return {};
-    case Kind::boolean:
-        return { kind, marker, { 0, at + 1 } };
-    case Kind::integer:
-    case Kind::real:
-    case Kind::date:
-        return { kind, marker, { std::size_t { 1 } << low, at + 1 } };
-    case Kind::uid:
-        return { kind, marker, { low + 1u, at + 1 } };
-    default:
-        if (low == 15 && (at[1] < 0x10 || at[1] > 0x13))
-            return {};
-        return { kind, marker, contentAt(at) };
-    }
+    if (!count_)
+        return 0;
+    const Index largest = size_ == 4 ? largestOf<4>(at_, count_)
+        : size_ == 2                 ? largestOf<2>(at_, count_)
+        : size_ == 1                 ? largestOf<1>(at_, count_)
+                                     : largestOf<0>(at_, count_, size_);
+    return std::max(largest, largest + 1);
 }
 
 bool BinaryListReader::check(
@@ -155,26 +143,19 @@ bool BinaryListReader::check(
     shape = shapeAt(bytes_.data() + start);
     if (shape.kind == Kind::none)
         return fail(failure, start, "no object begins with this byte");
-    const std::size_t unit = shape.kind == Kind::array ? referenceSize_
-        : shape.kind == Kind::dictionary               ? 2 * referenceSize_
-        : isWide(shape)                                ? 2
-                                                       : 1;
+    const std::array<std::size_t, 4> units { 1, 2, referenceSize_, 2 * referenceSize_ };
+    const std::size_t unit = units[static_cast<std::size_t>(kForms[shape.marker].unit)];
     const auto content = static_cast<std::size_t>(shape.content.first - bytes_.data());
-    if (content > end_ || shape.content.count > (end_ - content) / unit)
+    const std::size_t count = shape.content.count;
+    if (count > end_ || content + count * unit > end_)
         return fail(failure, start, "an object is longer than the list");
-    const std::size_t length = content - start + shape.content.count * unit;
     if (isContainer(shape.kind)) {
-        const References all = held(shape);
-        const Index largest = largestOf(all);
-        if (largest >= count_)
-            return fail(failure, start, "a container holds what is not in the table");
-        bound = all.size() ? largest + 1 : 0;
-        if (shape.kind == Kind::dictionary
-            && !checkKeys(start, keys(shape), checks.goodKeys, failure))
+        if (!checkContainer(shape, start, checks, bound, failure))
             return false;
     } else if (!checkContent(shape, start, failure)) {
         return false;
     }
+    const std::size_t length = content - start + count * unit;
     if (length > checks.left)
         return fail(failure, start, "objects overlap");
     checks.left -= length;
@@ -202,18 +183,32 @@ bool BinaryListReader::checkContent(const Shape& shape, std::size_t start, Failu
     }
 }
 
-bool BinaryListReader::checkKeys(
-    std::size_t start, const References& keys, References& goodKeys, Failure& failure) const
+bool BinaryListReader::checkContainer(const Shape& shape, std::size_t start, Checks& checks,
+    std::size_t& bound, Failure& failure) const
 {
-    if (keys == goodKeys)
+    const References keys = this->keys(shape);
+    const bool hasKeys = shape.kind == Kind::dictionary;
+    const bool areGood = hasKeys && keys == checks.goodKeys;
+    bound = areGood ? std::max(checks.keyBound, values(shape).bound()) : held(shape).bound();
+    if (bound > count_)
+        return fail(failure, start, "a container holds what is not in the table");
+    if (!hasKeys || areGood)
         return true;
+    if (!checkKeys(start, keys, failure))
+        return false;
+    checks.goodKeys = keys;
+    checks.keyBound = keys.bound();
+    return true;
+}
+
+bool BinaryListReader::checkKeys(std::size_t start, const References& keys, Failure& failure) const
+{
     for (std::size_t i = 0; i < keys.size(); ++i) {
         // The key itself may not have been checked yet, except that its entry is there.
         const std::uint64_t key = loadBig(table_ + keys[i] * offsetSize_, offsetSize_);
         if (key >= end_ || (bytes_[key] >> 4 != 5 && bytes_[key] >> 4 != 6))
             return fail(failure, start, "a dictionary's key is no string");
     }
-    goodKeys = keys;
     return true;
 }
 

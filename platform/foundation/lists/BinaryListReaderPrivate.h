@@ -37,6 +37,7 @@ public:
     /// Indexes that a container holds.
     class References {
     public:
+        References() = default;
         References(const unsigned char* at, std::size_t count, std::size_t size)
             : at_(at)
             , count_(count)
@@ -44,6 +45,8 @@ public:
         {
         }
         std::size_t size() const { return count_; }
+        /// Answers a number above all of them; 0 when there are none.
+        Index bound() const;
         Index operator[](std::size_t i) const { return loadBig(at_ + i * size_, size_); }
         References first(std::size_t count) const { return { at_, count, size_ }; }
         /// - other: of the same list.
@@ -53,9 +56,9 @@ public:
         }
 
     private:
-        const unsigned char* at_;
-        std::size_t count_;
-        std::size_t size_;
+        const unsigned char* at_ = nullptr;
+        std::size_t count_ = 0;
+        std::size_t size_ = 1;
     };
 
     /// Answers whether bytes begin as a binary list does: "bplist0" and one more.
@@ -75,8 +78,9 @@ public:
     /// What `check` keeps from one object to the next.
     struct Checks {
         std::size_t left; ///< so many bytes may be in the objects that follow
-        References
-            goodKeys; ///< of a dictionary that was checked: records of one kind have them too
+        /// Of a dictionary that was checked: records of one kind have them too.
+        References goodKeys;
+        Index keyBound = 0; ///< above all of those
     };
 
     /// Reads the table and checks every object.
@@ -98,24 +102,25 @@ public:
     /// Answers what a small container seems to hold, before it was checked: any indexes, or none.
     References valuesAhead(Index container) const
     {
-        const References nothing { table_, 0, referenceSize_ };
-        if (container >= count_)
-            return nothing;
-        const std::uint64_t start = loadBig(table_ + container * offsetSize_, offsetSize_);
-        if (start >= end_ || !isContainer(kKinds[bytes_[start]]))
-            return nothing;
-        const std::size_t count = bytes_[start] & 15; // 15 in large ones
-        const std::size_t keys = bytes_[start] >= 0xd0 ? count : 0;
-        if (count == 15 || end_ - start <= (keys + count) * referenceSize_)
-            return nothing;
-        return { bytes_.data() + start + 1 + keys * referenceSize_, count, referenceSize_ };
+        if (container < count_) {
+            const std::uint64_t start = loadBig(table_ + container * offsetSize_, offsetSize_);
+            // 15 is the mark of larger ones.
+            if (start < end_ && bytes_[start] >= 0xa0 && (bytes_[start] & 15) < 15) {
+                const std::size_t count = bytes_[start] & 15;
+                const std::size_t keys = bytes_[start] >= 0xd0 ? count : 0;
+                if (end_ - start > (keys + count) * referenceSize_)
+                    return { bytes_.data() + start + 1 + keys * referenceSize_, count,
+                        referenceSize_ };
+            }
+        }
+        return {};
     }
     /// Answers whether everything in the table may be held by something that stands behind it.
     bool mayBeInOrder() const;
 
     Index top() const { return top_; }
     Index count() const { return count_; }
-    Kind kind(Index index) const { return kKinds[*at(index)]; }
+    Kind kind(Index index) const { return kForms[*at(index)].kind; }
     /// Answers where an object begins, for messages.
     std::size_t offset(Index index) const
     {
@@ -190,26 +195,40 @@ public:
     bool childrenFirst(std::vector<std::uint32_t>& order, Failure& failure) const;
 
 private:
-    /// The kinds by the bytes with which objects begin; no object begins with the rest.
-    static constexpr std::array<Kind, 256> makeKinds()
+    enum class Unit : unsigned char { byte, wide, reference, pair };
+    /// What an object's first byte says.
+    struct Form {
+        Kind kind = Kind::none; ///< no object begins with such a byte
+        Unit unit = Unit::byte; ///< of its content
+        bool isLong = false; ///< how much content there is stands behind
+        unsigned char count = 0;
+    };
+    static constexpr std::array<Form, 256> makeForms()
     {
-        std::array<Kind, 256> kinds {};
-        const auto set = [&](unsigned first, unsigned last, Kind kind) {
-            for (unsigned marker = first; marker <= last; ++marker)
-                kinds[marker] = kind;
+        std::array<Form, 256> forms {};
+        const auto counted = [&](unsigned first, Kind kind, Unit unit) {
+            for (unsigned low = 0; low < 15; ++low)
+                forms[first + low] = { kind, unit, false, static_cast<unsigned char>(low) };
+            forms[first + 15] = { kind, unit, true, 0 };
         };
-        set(0x08, 0x09, Kind::boolean);
-        set(0x10, 0x14, Kind::integer);
-        set(0x22, 0x23, Kind::real);
-        set(0x33, 0x33, Kind::date);
-        set(0x40, 0x4f, Kind::data);
-        set(0x50, 0x6f, Kind::string);
-        set(0x80, 0x87, Kind::uid);
-        set(0xa0, 0xaf, Kind::array);
-        set(0xd0, 0xdf, Kind::dictionary);
-        return kinds;
+        forms[0x08] = forms[0x09] = { Kind::boolean };
+        for (unsigned low = 0; low <= 4; ++low)
+            forms[0x10 + low]
+                = { Kind::integer, Unit::byte, false, static_cast<unsigned char>(1u << low) };
+        forms[0x22] = { Kind::real, Unit::byte, false, 4 };
+        forms[0x23] = { Kind::real, Unit::byte, false, 8 };
+        forms[0x33] = { Kind::date, Unit::byte, false, 8 };
+        for (unsigned low = 0; low <= 7; ++low)
+            forms[0x80 + low]
+                = { Kind::uid, Unit::byte, false, static_cast<unsigned char>(low + 1) };
+        counted(0x40, Kind::data, Unit::byte);
+        counted(0x50, Kind::string, Unit::byte);
+        counted(0x60, Kind::string, Unit::wide);
+        counted(0xa0, Kind::array, Unit::reference);
+        counted(0xd0, Kind::dictionary, Unit::pair);
+        return forms;
     }
-    static const std::array<Kind, 256> kKinds;
+    static const std::array<Form, 256> kForms;
 
     /// - at: where an object that has content begins, whose count was checked.
     static Content contentAt(const unsigned char* at)
@@ -220,15 +239,25 @@ private:
         const std::size_t size = std::size_t { 1 } << (at[1] & 3);
         return { static_cast<std::size_t>(loadBig(at + 2, size)), at + 2 + size };
     }
-    static Shape shapeAt(const unsigned char* at);
+    /// - at: in front of the trailer, so that what a first byte announces can be read before it is believed.
+    static Shape shapeAt(const unsigned char* at)
+    {
+        const Form form = kForms[*at];
+        if (!form.isLong) [[likely]]
+            return { form.kind, *at, { form.count, at + 1 } };
+        if (at[1] < 0x10 || at[1] > 0x13)
+            return {};
+        return { form.kind, *at, contentAt(at) };
+    }
     const unsigned char* at(Index index) const
     {
         return bytes_.data() + loadBig(table_ + index * offsetSize_, offsetSize_);
     }
     bool readTrailer(Failure& failure);
     bool checkContent(const Shape& shape, std::size_t start, Failure& failure) const;
-    bool checkKeys(
-        std::size_t start, const References& keys, References& goodKeys, Failure& failure) const;
+    bool checkContainer(const Shape& shape, std::size_t start, Checks& checks, std::size_t& bound,
+        Failure& failure) const;
+    bool checkKeys(std::size_t start, const References& keys, Failure& failure) const;
     References held(const Shape& container) const
     {
         const std::size_t each = container.kind == Kind::dictionary ? 2 : 1;
@@ -244,6 +273,6 @@ private:
     Index top_ = 0;
 };
 
-inline constexpr std::array<Kind, 256> BinaryListReader::kKinds = makeKinds();
+inline constexpr std::array<BinaryListReader::Form, 256> BinaryListReader::kForms = makeForms();
 
 }

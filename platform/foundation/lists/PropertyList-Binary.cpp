@@ -10,11 +10,45 @@
 
 #include <array>
 #include <cmath>
+#include <cstdlib>
+#include <memory>
+#include <new>
 #include <optional>
 
 namespace brindle::lists {
 
 namespace {
+
+    constexpr BinaryListReader::Index kLong = 16384; // objects, which fill most of a block
+
+    /// An element for each object of a list, which says nothing at first. Those of long lists lie in blocks like the
+    /// objects: the system has given the pages already, and nothing around them is tidied up.
+    template <class T> class ObjectTable {
+    public:
+        explicit ObjectTable(std::size_t count)
+            : blocks_((count + kEach - 1) / kEach)
+        {
+            for (Block& block : blocks_) {
+                block.reset(count < kLong ? std::malloc(count * sizeof(T)) : takeObjectBlock());
+                if (!block)
+                    throw std::bad_alloc();
+            }
+        }
+
+        T& operator[](std::size_t index)
+        {
+            return static_cast<T*>(blocks_[index / kEach].get())[index % kEach];
+        }
+
+    private:
+        static constexpr std::size_t kEach = kObjectBlock / sizeof(T);
+        struct Giving {
+            void operator()(void* block) const { giveObjectMemory(block); }
+        };
+        using Block = std::unique_ptr<void, Giving>;
+
+        std::vector<Block> blocks_;
+    };
 
     /// Builds the objects of a binary list, each once, children first.
     class Making {
@@ -64,6 +98,8 @@ namespace {
         /// - order: what there is to make, everything behind what it holds.
         void makeAll(const std::vector<std::uint32_t>& order)
         {
+            for (Index index = 0; index < reader_.count(); ++index)
+                made_[index] = 0; // not everything needs to be reached
             for (const std::uint32_t index : order)
                 make(index, reader_.shape(index));
         }
@@ -81,15 +117,16 @@ namespace {
         // Compilers drop calls of functions that only ask for memory, so this one must not be called.
         [[gnu::always_inline]] void lookAhead(Index index)
         {
-            constexpr Index kFar = 32;
-            constexpr Index kNear = 12;
             const References far = reader_.valuesAhead(index + kFar);
-            for (std::size_t i = 0; i < far.size(); ++i)
-                __builtin_prefetch(made_.data() + std::min(far[i], made_.size()), 1);
-            const References near = reader_.valuesAhead(index + kNear);
+            for (std::size_t i = 0; i < far.size(); ++i) {
+                if (far[i] < reader_.count())
+                    __builtin_prefetch(&made_[far[i]], 1);
+            }
+            ahead_[index % kFar] = far;
+            const References near = ahead_[(index + kNear) % kFar];
             for (std::size_t i = 0; i < near.size(); ++i) {
-                const std::uintptr_t made = near[i] < made_.size() ? made_[near[i]] : 0;
-                if (made && !(made & kFree))
+                const std::uintptr_t made = near[i] < index ? made_[near[i]] : kFree;
+                if (!(made & kFree))
                     __builtin_prefetch(&headerOf(reinterpret_cast<NSObject*>(made & ~kMarks)), 1);
             }
         }
@@ -226,13 +263,17 @@ namespace {
 
         const BinaryListReader& reader_;
         Mutability mutability_;
-        Row<std::uintptr_t> made_; // addresses of objects with marks
-        Row<std::uint16_t> heights_; // of containers: how many stand in each other
+        static constexpr Index kFar = 32; // so many objects ahead of the one in the making
+        static constexpr Index kNear = 12;
+
+        ObjectTable<std::uintptr_t> made_; // addresses of objects with marks
+        ObjectTable<std::uint16_t> heights_; // of containers: how many stand in each other
+        std::array<References, kFar> ahead_; // what those between here and there hold
         std::uint16_t highest_ = 0; // of what was taken for the container in the making
         std::size_t free_ = 0; // objects that nothing holds
         std::vector<Ref<NSObject>> replaced_; // what stood in dictionaries until an equal key came
         std::vector<Ref<NSObject>> keys_; // only where strings can be changed
-        References recentKeys_ { nullptr, 0, 0 };
+        References recentKeys_;
         std::vector<KnownKey> knownKeys_; // those; none when they are not remembered
         std::size_t stock_ = 0; // counts of each that are ready
     };
@@ -362,12 +403,11 @@ namespace {
 Ref<NSObject> readBinary(
     std::span<const unsigned char> bytes, Mutability mutability, Failure& failure)
 {
-    constexpr BinaryListReader::Index kMany = 16384; // objects, which fill most of a block
     BinaryListReader reader;
     if (!reader.begin(bytes, failure))
         return nullptr;
     std::optional<ObjectRun> run;
-    if (reader.count() >= kMany)
+    if (reader.count() >= kLong)
         run.emplace();
     if (reader.mayBeInOrder()) {
         Making making(reader, mutability);
