@@ -2,7 +2,9 @@
 #include "StringFormat.h"
 
 #include <algorithm>
+#include <charconv>
 #include <cstdio>
+#include <iterator>
 #include <locale.h>
 
 #include "StringFormatPrivate.h"
@@ -142,11 +144,17 @@ namespace {
         const Argument* const a = argument(c.argument, Kind::longWord);
         const std::int64_t value = a ? a->integer : 0;
         const bool isSigned = c.letter == u'd' || c.letter == u'i';
-        const std::string text = pattern(c, "ll");
+        const bool isPlain = (isSigned || c.letter == u'u') && c.flags.empty() && c.width == kUnset
+            && c.precision == kUnset;
         const auto print64 = [&](auto cut) {
             using T = decltype(cut);
             const auto narrowed = static_cast<T>(value);
-            print(text,
+            if (isPlain) {
+                char digits[24];
+                const char* const end = std::to_chars(digits, std::end(digits), narrowed).ptr;
+                return out_.add(std::string_view(digits, end));
+            }
+            print(pattern(c, "ll"),
                 static_cast<std::conditional_t<std::is_signed_v<T>, long long, unsigned long long>>(
                     narrowed));
         };
@@ -305,6 +313,8 @@ NSString* fittingFormat(NSString* translated, NSString* original)
         return original;
     const Contents text(translated);
     const Contents known(original);
+    if (strings::equal(text, known))
+        return translated;
     return Format(text).fits(Format(known)) ? translated : original;
 }
 
