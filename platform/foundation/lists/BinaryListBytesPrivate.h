@@ -38,19 +38,25 @@ template <class Word> void storeAs(unsigned char* to, std::uint64_t value)
     std::memcpy(to, &word, sizeof word);
 }
 
-/// Writes a number of 1, 2, 4 or 8 bytes, the highest first.
-inline void store(unsigned char* to, std::uint64_t value, std::size_t size)
+/// Answers what `body` does with a zero of 1, 2, 4 or 8 bytes.
+template <class F> auto withWord(std::size_t size, F body)
 {
     switch (size) {
     case 1:
-        return storeAs<std::uint8_t>(to, value);
+        return body(std::uint8_t {});
     case 2:
-        return storeAs<std::uint16_t>(to, value);
+        return body(std::uint16_t {});
     case 4:
-        return storeAs<std::uint32_t>(to, value);
+        return body(std::uint32_t {});
     default:
-        return storeAs<std::uint64_t>(to, value);
+        return body(std::uint64_t {});
     }
+}
+
+/// Writes a number of 1, 2, 4 or 8 bytes, the highest first.
+inline void store(unsigned char* to, std::uint64_t value, std::size_t size)
+{
+    withWord(size, [&](auto word) { storeAs<decltype(word)>(to, value); });
 }
 
 /// Answers how many bytes stand before a container's references; 0 for an object that holds nothing.
@@ -63,11 +69,25 @@ inline std::size_t headOfContainer(const unsigned char* object)
 }
 
 /// Answers half a hash, which is never 0: containers have that.
-inline std::uint32_t hashOf(const unsigned char* bytes, std::size_t count)
+inline std::uint32_t halfOf(std::uint64_t hash)
 {
-    const auto half = static_cast<std::uint32_t>(hashing::ofBytes(bytes, count));
+    const auto half = static_cast<std::uint32_t>(hash);
     return half ? half : 1;
 }
+/// Answers the hash of a value's bytes. Most are few, or text of some words.
+inline std::uint32_t hashOf(const unsigned char* bytes, std::size_t count)
+{
+    using namespace hashing;
+    const std::uint64_t seed = hashing::seed();
+    std::uint64_t hash = seed ^ count * kFactor;
+    for (; count > 16; bytes += 16, count -= 16)
+        hash = mixed(word<std::uint64_t>(bytes) ^ seed, word<std::uint64_t>(bytes + 8) ^ hash);
+    const std::uint64_t last = count > 8 ? word<std::uint64_t>(bytes + count - 8) : 0;
+    hash = mixed(mixed(rest(bytes, count) ^ seed, last ^ hash) ^ seed, kFactor);
+    return halfOf(hash);
+}
+/// The same of a number, by its bits.
+inline std::uint32_t hashOf(std::uint64_t bits) { return halfOf(hashing::ofWord(bits)); }
 
 /// Writes the values of a binary list that hold no others, one after the other. Every operation answers where the
 /// value's bytes begin; they say how many they are.

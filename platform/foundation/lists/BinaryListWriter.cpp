@@ -30,13 +30,6 @@ BinaryListWriter::BinaryListWriter() { bytes_.put(kSignature); }
 
 // ---- values
 
-BinaryListWriter::Index BinaryListWriter::place(std::size_t start, std::uint32_t hash)
-{
-    starts_.add(start);
-    hashes_.add(hash);
-    return static_cast<Index>(starts_.size() - 1);
-}
-
 /// Answers where the bytes of an object end.
 std::size_t BinaryListWriter::end(Index index) const
 {
@@ -51,7 +44,8 @@ bool BinaryListWriter::isEqual(Index index, std::size_t start, std::size_t lengt
 }
 
 /// Answers the place of an equal value in a table that has room, or the empty one where it belongs.
-BinaryListWriter::Slot& BinaryListWriter::find(Row<Slot>& slots, Slot wanted) const
+template <class Slots>
+BinaryListWriter::Slot& BinaryListWriter::find(Slots& slots, Slot wanted) const
 {
     const std::size_t mask = slots.size() - 1;
     const Index index = indexIn(wanted);
@@ -65,16 +59,20 @@ BinaryListWriter::Slot& BinaryListWriter::find(Row<Slot>& slots, Slot wanted) co
     return slots[at];
 }
 
-/// Keeps the value whose bytes begin at `start`, or takes them back and answers one that was equal recently.
 BinaryListWriter::Index BinaryListWriter::keep(std::size_t start)
 {
     constexpr std::size_t kLong = 128;
     const std::size_t length = bytes_.size() - start;
-    if (length >= kLong)
-        return keepOnce(start);
-    const std::uint32_t hash = hashOf(bytes_.bytes() + start, length);
+    return length >= kLong ? keepOnce(start) : keep(start, hashOf(bytes_.bytes() + start, length));
+}
+
+/// Keeps the value whose bytes begin at `start`, or takes them back and answers one that was equal recently.
+/// - hash: by the value. Bytes that were written a moment ago in several pieces are slow to read as one.
+BinaryListWriter::Index BinaryListWriter::keep(std::size_t start, std::uint32_t hash)
+{
     Slot& recent = recent_[hash % recent_.size()];
-    if (recent && hashIn(recent) == hash && isEqual(indexIn(recent), start, length)) {
+    if (recent && hashIn(recent) == hash
+        && isEqual(indexIn(recent), start, bytes_.size() - start)) {
         bytes_.cutTo(start);
         return indexIn(recent);
     }
@@ -113,20 +111,28 @@ BinaryListWriter::Index BinaryListWriter::keepOnce(std::size_t start)
 /// - Returns: how many there are.
 std::size_t BinaryListWriter::makeFinal()
 {
-    constexpr std::size_t kAhead = 16;
-    constexpr std::size_t kNear = 8;
+    constexpr std::size_t kFar = 24;
+    constexpr std::size_t kNear = 16;
+    constexpr std::size_t kNext = 8;
     const std::size_t values = starts_.size() - containerCount_;
     Row<Slot> slots(std::bit_ceil(values + values / 2 + 1));
     const std::size_t mask = slots.size() - 1;
+    const auto whenKnown = [&](std::size_t i, auto body) {
+        const std::uint32_t hash = hashes_[i];
+        const Slot slot = slots[hash & mask];
+        if (hash && slot && hashIn(slot) == hash)
+            body(indexIn(slot));
+    };
     std::size_t count = 0;
     for (std::size_t i = 0; i < hashes_.size(); ++i) {
-        if (i + kAhead < hashes_.size()) {
-            __builtin_prefetch(&slots[hashes_[i + kAhead] & mask], 1);
-            const std::uint32_t near = hashes_[i + kNear];
-            if (const Slot slot = slots[near & mask]; slot && hashIn(slot) == near) {
-                __builtin_prefetch(&starts_[indexIn(slot)]);
-                __builtin_prefetch(&hashes_[indexIn(slot)]);
-            }
+        if (i + kFar < hashes_.size()) {
+            __builtin_prefetch(&slots[hashes_[i + kFar] & mask], 1);
+            whenKnown(i + kNear, [&](Index known) {
+                __builtin_prefetch(&starts_[known]);
+                __builtin_prefetch(&hashes_[known]);
+            });
+            whenKnown(i + kNext,
+                [&](Index known) { __builtin_prefetch(bytes_.bytes() + starts_[known]); });
         }
         const std::uint32_t hash = hashes_[i];
         if (!hash) {
@@ -156,26 +162,21 @@ BinaryListWriter::Index BinaryListWriter::array(std::span<const Index> elements)
     return index;
 }
 
-BinaryListWriter::Index BinaryListWriter::dictionary(std::span<const Entry> entries)
+BinaryListWriter::Index BinaryListWriter::dictionary(
+    std::span<const Index> keys, std::span<const Index> values)
 {
-    const std::size_t size = entries.size() * kReference;
-    const Index index = place(writeHead(0xd0, entries.size(), 2 * kReference), 0);
-    unsigned char* key = bytes_.room(2 * size);
-    for (const Entry& entry : entries) {
-        std::memcpy(key, &entry.key, kReference);
-        std::memcpy(key + size, &entry.value, kReference);
-        key += kReference;
-    }
-    bytes_.advance(2 * size);
+    const Index index = place(writeHead(0xd0, keys.size(), 2 * kReference), 0);
+    bytes_.put(keys.data(), keys.size_bytes());
+    bytes_.put(values.data(), values.size_bytes());
     ++containerCount_;
-    referenceCount_ += 2 * entries.size();
+    referenceCount_ += keys.size() + values.size();
     return index;
 }
 
 /// Moves what stays to the front and gives references their final form; nothing overtakes what is still to be read.
 /// The starts become those of the list.
 /// - Returns: where the objects end.
-std::size_t BinaryListWriter::moveTogether(std::size_t count, std::size_t referenceSize)
+template <class Reference> std::size_t BinaryListWriter::moveTogether(std::size_t count)
 {
     auto* const bytes = const_cast<unsigned char*>(bytes_.bytes());
     std::size_t to = kSignature.size();
@@ -200,15 +201,24 @@ std::size_t BinaryListWriter::moveTogether(std::size_t count, std::size_t refere
         if (!head)
             continue;
         moveTo(start + head);
-        for (; moved < end; moved += kReference, to += referenceSize) {
+        for (; moved < end; moved += kReference, to += sizeof(Reference)) {
             Index index = 0;
             std::memcpy(&index, bytes + moved, kReference);
-            store(bytes + to, hashes_[index], referenceSize);
+            storeAs<Reference>(bytes + to, hashes_[index]);
         }
     }
     moveTo(bytes_.size());
     starts_.cutTo(count);
     return to;
+}
+
+/// Writes where the objects begin.
+template <class Offset> void BinaryListWriter::writeTable()
+{
+    unsigned char* to = bytes_.room(starts_.size() * sizeof(Offset));
+    for (std::size_t i = 0; i < starts_.size(); ++i, to += sizeof(Offset))
+        storeAs<Offset>(to, starts_[i]);
+    bytes_.advance(starts_.size() * sizeof(Offset));
 }
 
 Ref<NSData> BinaryListWriter::finish(Index top)
@@ -219,20 +229,18 @@ Ref<NSData> BinaryListWriter::finish(Index top)
     const std::size_t offsetSize
         = sizeFor(bytes_.size() - referenceCount_ * (kReference - referenceSize));
     top = hashes_[top];
-    const std::size_t table = moveTogether(count, referenceSize);
+    const std::size_t table = withWord(
+        referenceSize, [&](auto reference) { return moveTogether<decltype(reference)>(count); });
     bytes_.cutTo(table);
-    unsigned char* to = bytes_.room(count * offsetSize + kTrailer);
-    for (const std::uint64_t start : starts_) {
-        store(to, start, offsetSize);
-        to += offsetSize;
-    }
+    withWord(offsetSize, [&](auto offset) { writeTable<decltype(offset)>(); });
+    unsigned char* const to = bytes_.room(kTrailer);
     std::memset(to, 0, kTrailer);
     to[6] = static_cast<unsigned char>(offsetSize);
     to[7] = static_cast<unsigned char>(referenceSize);
     store(to + 8, count, 8);
     store(to + 16, top, 8);
     store(to + 24, table, 8);
-    bytes_.advance(count * offsetSize + kTrailer);
+    bytes_.advance(kTrailer);
     Ref<NSData> list = bytes_.data();
     *this = BinaryListWriter();
     return list;

@@ -65,7 +65,7 @@ public:
     T* room(std::size_t count)
     {
         if (capacity_ - size_ < count) [[unlikely]]
-            reserve(roomier(size_ + count));
+            makeRoom(count);
         return first_ + size_;
     }
     void advance(std::size_t count) { size_ += count; }
@@ -97,6 +97,7 @@ public:
     }
 
 private:
+    [[gnu::noinline]] void makeRoom(std::size_t count) { reserve(roomier(size_ + count)); }
     /// Past some megabytes, room costs nothing before it is used, and growing does.
     std::size_t roomier(std::size_t needed) const
     {

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "BinaryListReaderPrivate.h"
 #include "BinaryListWriterPrivate.h"
+#include "BlockRowPrivate.h"
 #include "PropertyListMakingPrivate.h"
 #include "PropertyListWalkPrivate.h"
 #include "foundation/NSDate.h"
@@ -10,45 +11,11 @@
 
 #include <array>
 #include <cmath>
-#include <cstdlib>
-#include <memory>
-#include <new>
 #include <optional>
 
 namespace brindle::lists {
 
 namespace {
-
-    constexpr BinaryListReader::Index kLong = 16384; // objects, which fill most of a block
-
-    /// An element for each object of a list, which says nothing at first. Those of long lists lie in blocks like the
-    /// objects: the system has given the pages already, and nothing around them is tidied up.
-    template <class T> class ObjectTable {
-    public:
-        explicit ObjectTable(std::size_t count)
-            : blocks_((count + kEach - 1) / kEach)
-        {
-            for (Block& block : blocks_) {
-                block.reset(count < kLong ? std::malloc(count * sizeof(T)) : takeObjectBlock());
-                if (!block)
-                    throw std::bad_alloc();
-            }
-        }
-
-        T& operator[](std::size_t index)
-        {
-            return static_cast<T*>(blocks_[index / kEach].get())[index % kEach];
-        }
-
-    private:
-        static constexpr std::size_t kEach = kObjectBlock / sizeof(T);
-        struct Giving {
-            void operator()(void* block) const { giveObjectMemory(block); }
-        };
-        using Block = std::unique_ptr<void, Giving>;
-
-        std::vector<Block> blocks_;
-    };
 
     /// Builds the objects of a binary list, each once, children first.
     class Making {
@@ -98,8 +65,7 @@ namespace {
         /// - order: what there is to make, everything behind what it holds.
         void makeAll(const std::vector<std::uint32_t>& order)
         {
-            for (Index index = 0; index < reader_.count(); ++index)
-                made_[index] = 0; // not everything needs to be reached
+            made_.wipe(); // not everything needs to be reached
             for (const std::uint32_t index : order)
                 make(index, reader_.shape(index));
         }
@@ -266,8 +232,8 @@ namespace {
         static constexpr Index kFar = 32; // so many objects ahead of the one in the making
         static constexpr Index kNear = 12;
 
-        ObjectTable<std::uintptr_t> made_; // addresses of objects with marks
-        ObjectTable<std::uint16_t> heights_; // of containers: how many stand in each other
+        BlockRow<std::uintptr_t> made_; // addresses of objects with marks
+        BlockRow<std::uint16_t> heights_; // of containers: how many stand in each other
         std::array<References, kFar> ahead_; // what those between here and there hold
         std::uint16_t highest_ = 0; // of what was taken for the container in the making
         std::size_t free_ = 0; // objects that nothing holds
@@ -318,22 +284,37 @@ namespace {
                 known = { &object, index };
             return add(index);
         }
-        bool enter(Kind, std::size_t) { return true; }
-        std::uint32_t leave(Kind kind, std::size_t count)
+        bool enter(Kind, std::size_t)
         {
-            const std::size_t first
-                = values_.size() - (kind == Kind::dictionary ? 2 * count : count);
-            const Index* const from = values_.data() + first;
+            open_.push_back({ values_.size(), nullptr, 0 });
+            return true;
+        }
+        /// Dictionaries of one kind follow each other: the keys of those after the first are put in front as a whole.
+        bool knows(const OrderedTable<PairEntry>& table)
+        {
+            const bool known = hasKnownKeys(table);
+            if (known)
+                values_.insert(values_.end(), knownIndexes_.begin(), knownIndexes_.end());
+            open_.back().table = &table;
+            open_.back().keys = known ? knownKeys_.size() : 0;
+            return known;
+        }
+        std::uint32_t leave(Kind kind, std::size_t)
+        {
+            const Open open = open_.back();
+            open_.pop_back();
+            const std::span<const Index> held = std::span(values_).subspan(open.first);
             Index made = 0;
-            if (kind == Kind::array)
-                made = writer_.array({ from, count });
-            else {
-                entries_.clear();
-                for (std::size_t i = 0; i < count; ++i)
-                    entries_.push_back({ from[2 * i], from[2 * i + 1] });
-                made = writer_.dictionary(entries_);
+            if (kind == Kind::array) {
+                made = writer_.array(held);
+            } else if (open.keys) {
+                const std::size_t count = std::min(open.keys, held.size() - open.keys);
+                made = writer_.dictionary(held.first(count), held.subspan(open.keys, count));
+            } else {
+                made = byTurns(held);
+                remember(*open.table);
             }
-            values_.resize(first);
+            values_.resize(open.first);
             add(made);
             return made;
         }
@@ -348,10 +329,55 @@ namespace {
             Index index = 0;
         };
 
+        struct Open {
+            std::size_t first; // of what it holds in `values_`
+            const OrderedTable<PairEntry>* table; // of a dictionary
+            std::size_t keys; // that stand in front of the values; otherwise they take turns
+        };
+
         bool add(Index index)
         {
             values_.push_back(index);
             return true;
+        }
+        bool hasKnownKeys(const OrderedTable<PairEntry>& table) const
+        {
+            const std::size_t count = knownKeys_.size();
+            if (!count || table.places() != count)
+                return false;
+            for (std::size_t i = 0; i < count; ++i) {
+                if (table.at(i).key.get() != knownKeys_[i])
+                    return false;
+            }
+            return true;
+        }
+        Index byTurns(std::span<const Index> keysAndValues)
+        {
+            const std::size_t count = keysAndValues.size() / 2;
+            turned_.resize(2 * count);
+            for (std::size_t i = 0; i < count; ++i) {
+                turned_[i] = keysAndValues[2 * i];
+                turned_[count + i] = keysAndValues[2 * i + 1];
+            }
+            return writer_.dictionary(
+                std::span(turned_).first(count), std::span(turned_).subspan(count));
+        }
+        /// Remembers the keys of the dictionary that was written last, when nobody can change them.
+        void remember(const OrderedTable<PairEntry>& table)
+        {
+            constexpr std::size_t kMost = 64;
+            const std::size_t count = turned_.size() / 2;
+            knownKeys_.clear();
+            if (table.places() != count || count > kMost)
+                return;
+            for (std::size_t i = 0; i < count; ++i) {
+                const NSObject* const key = table.at(i).key.get();
+                if (!key || key->isa_ != classOf<NSString>())
+                    return knownKeys_.clear();
+                knownKeys_.push_back(key);
+            }
+            knownIndexes_.assign(
+                turned_.begin(), turned_.begin() + static_cast<std::ptrdiff_t>(count));
         }
         bool refuse(const char* reason)
         {
@@ -394,8 +420,11 @@ namespace {
         Failure& failure_;
         BinaryListWriter writer_;
         std::vector<Index> values_; // of the containers that are open
-        std::vector<BinaryListWriter::Entry> entries_;
+        std::vector<Open> open_;
+        std::vector<Index> turned_; // keys, then values
         std::array<KnownKey, 256> keys_;
+        std::vector<const NSObject*> knownKeys_; // of the dictionary before
+        std::vector<Index> knownIndexes_; // those have
     };
 
 }
@@ -403,6 +432,7 @@ namespace {
 Ref<NSObject> readBinary(
     std::span<const unsigned char> bytes, Mutability mutability, Failure& failure)
 {
+    constexpr BinaryListReader::Index kLong = 16384; // objects, which fill most of a block
     BinaryListReader reader;
     if (!reader.begin(bytes, failure))
         return nullptr;

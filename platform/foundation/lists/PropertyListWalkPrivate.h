@@ -22,6 +22,8 @@ Kind kindOf(const NSObject* object);
 /// - `std::uint32_t leave(Kind, std::size_t count)` after it.
 /// - `void again(std::uint32_t)` when `kOnce` is set, for a container that was left before with that answer, instead
 ///   of entering it again.
+/// - `bool knows(const OrderedTable<PairEntry>&)`, if there is such a function, after entering a dictionary: true for one
+///   whose keys need not be gone through.
 template <class Visitor> class Walk {
 public:
     Walk(Visitor& visitor, Failure& failure)
@@ -32,7 +34,7 @@ public:
 
     bool run(NSObject* top)
     {
-        if (!visit(top))
+        if (!visit(top, kindOf(top)))
             return false;
         while (!way_.empty()) {
             if (!step())
@@ -51,6 +53,7 @@ private:
         std::size_t count;
         std::size_t next;
         std::size_t height; // of what was seen inside
+        bool knowsKeys;
     };
     struct Known {
         std::uint32_t answer;
@@ -63,9 +66,8 @@ private:
         return false;
     }
 
-    bool visit(NSObject* object)
+    bool visit(NSObject* object, Kind kind)
     {
-        const Kind kind = kindOf(object);
         if (kind == Kind::none)
             return refuse(std::string("an object of class ")
                 + (object ? class_getName(object->classObject()) : "nil")
@@ -84,7 +86,7 @@ private:
         if (way_.size() >= kDeepest)
             return refuse(isInside(object) ? "a container contains itself"
                                            : "containers are nested too deeply");
-        Step step { object, kind, isShared, nullptr, nullptr, 0, 0, 0 };
+        Step step { object, kind, isShared, nullptr, nullptr, 0, 0, 0, false };
         if (kind == Kind::array) {
             const auto& array = static_cast<const NSArray&>(*object);
             step.items = &ArrayAccess::items(
@@ -99,6 +101,10 @@ private:
         }
         if (!visitor_.enter(kind, step.count))
             return false;
+        if constexpr (requires { visitor_.knows(*step.table); }) {
+            if (step.table)
+                step.knowsKeys = visitor_.knows(*step.table);
+        }
         lookAhead(step);
         way_.push_back(step);
         return true;
@@ -162,22 +168,42 @@ private:
             way_.begin(), way_.end(), [&](const Step& step) { return step.object == object; });
     }
 
+    /// Goes on in a container until it comes to another one, or to the end.
     bool step()
     {
         Step& step = way_.back();
         if (step.items) {
-            if (step.next == step.items->size())
-                return leave();
-            lookAhead(*step.items, step.next);
-            return visit((*step.items)[step.next++].get());
-        }
-        step.next = step.table->skip(step.next);
-        if (step.next >= step.table->places())
+            while (step.next < step.items->size()) {
+                lookAhead(*step.items, step.next);
+                NSObject* const object = (*step.items)[step.next++].get();
+                const Kind kind = kindOf(object);
+                if (!isLeaf(kind))
+                    return visit(object, kind);
+                if (!visitor_.leaf(kind, *object))
+                    return false;
+            }
             return leave();
-        const PairEntry& entry = step.table->at(step.next++);
-        if (kindOf(entry.key.get()) != Kind::string)
-            return refuse("a dictionary's key is no string");
-        return visitor_.key(*entry.key.get()) && visit(entry.value.get());
+        }
+        while ((step.next = step.table->skip(step.next)) < step.table->places()) {
+            const PairEntry& entry = step.table->at(step.next++);
+            if (!step.knowsKeys && !key(entry.key.get()))
+                return false;
+            NSObject* const object = entry.value.get();
+            const Kind kind = kindOf(object);
+            if (!isLeaf(kind))
+                return visit(object, kind);
+            if (!visitor_.leaf(kind, *object))
+                return false;
+        }
+        return leave();
+    }
+
+    static bool isLeaf(Kind kind) { return kind != Kind::none && !isContainer(kind); }
+
+    bool key(NSObject* object)
+    {
+        return kindOf(object) == Kind::string ? visitor_.key(*object)
+                                              : refuse("a dictionary's key is no string");
     }
 
     bool leave()

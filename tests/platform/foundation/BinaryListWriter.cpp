@@ -67,8 +67,9 @@ TEST(BinaryListWriter, ReferencesFollowTheObjectsWhenEqualOnesAreLeftOut)
     BinaryListWriter writer;
     std::vector<BinaryListWriter::Index> elements;
     for (int i = 0; i < 3000; ++i) {
-        const BinaryListWriter::Entry entry { writer.string("number"sv), writer.real(i % 1500) };
-        elements.push_back(writer.dictionary({ &entry, 1 }));
+        const auto key = writer.string("number"sv);
+        const auto value = writer.real(i % 1500);
+        elements.push_back(writer.dictionary({ &key, 1 }, { &value, 1 }));
     }
     const Ref<NSData> data = writer.finish(writer.array(elements));
     const auto list = cast<NSArray>(test::readList(test::bytesIn(data)));
@@ -92,9 +93,9 @@ TEST(BinaryListWriter, BeginsAnewAfterFinishing)
 TEST(BinaryListReader, FindsEntriesByTheirKey)
 {
     BinaryListWriter writer;
-    const BinaryListWriter::Entry entries[] = { { writer.string("a"sv), writer.integer(5) },
-        { writer.string(u"ä"sv), writer.boolean(true) } };
-    const Ref<NSData> data = writer.finish(writer.dictionary(entries));
+    const BinaryListWriter::Index keys[] = { writer.string("a"sv), writer.string(u"ä"sv) };
+    const BinaryListWriter::Index values[] = { writer.integer(5), writer.boolean(true) };
+    const Ref<NSData> data = writer.finish(writer.dictionary(keys, values));
     BinaryListReader reader;
     Failure failure;
     ASSERT_TRUE(reader.open(bytesOf(data.get()), failure));
