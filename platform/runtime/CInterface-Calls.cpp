@@ -54,16 +54,17 @@ namespace {
         Running& operator=(const Running&) = delete;
     };
 
-    /// Throws what a body raised, or reports it where nobody could catch it.
-    void passOn()
+    /// Throws what a body raised, or reports it where nobody could catch it. Answers whether it raised nothing.
+    bool passOn()
     {
         if (!raised) [[likely]]
-            return;
+            return true;
         const Ref<NSException> exception = std::exchange(raised, nullptr);
         const auto report = reporter.load();
         if (!report || sendDepth > 0 || isMainThread())
             throw Exception(exception.get());
         report(plainOf(exception.get()));
+        return false;
     }
 
 }
@@ -81,14 +82,6 @@ namespace {
         std::size_t stackWords = 0;
         std::size_t resultSize = 0;
     };
-
-    std::vector<Kind> kindsOf(const char* type, std::size_t& size)
-    {
-        std::size_t alignment = 1;
-        if (!encodingSizeAndAlignment(type, &size, &alignment))
-            raise("NSInvalidArgumentException", std::string("a value of unknown size: ") + type);
-        return size ? classify(type, size) : std::vector<Kind> { Kind::integer };
-    }
 
     Layout layoutOf(const char* types)
     {
@@ -138,6 +131,27 @@ namespace {
                 words[count] = va_arg(list, Word);
         }
     };
+
+    /// Answers zero as an answer of a layout. A large one lies where its address says, and that is answered then.
+    template <class R, std::size_t Hidden> R zeroAnswer(const Layout& layout, Word address)
+    {
+        if constexpr (Hidden) {
+            std::memset(reinterpret_cast<void*>(address), 0, layout.resultSize);
+            return address;
+        } else {
+            return R();
+        }
+    }
+
+    /// The same in place of an answer that an exception took away; large ones are answered as their address otherwise.
+    template <class R, std::size_t Hidden>
+    R orZeroAnswer(R answer, const Layout& layout, Word address)
+    {
+        if constexpr (Hidden)
+            return answer ? answer : zeroAnswer<R, Hidden>(layout, address);
+        else
+            return answer;
+    }
 
     // ---- messages out of C
 
@@ -211,26 +225,24 @@ namespace {
     [[gnu::noinline]] R sendSlowly(
         const Call& call, NSObject* self, Registers& registers, const StackWords& stack)
     {
-        void* const hidden = reinterpret_cast<void*>(registers.integers[0]);
-        if (!self) {
-            if constexpr (Hidden)
-                std::memset(hidden, 0, call.layout.resultSize);
-            return R();
-        }
+        const Word address = registers.integers[0];
+        if (!self)
+            return zeroAnswer<R, Hidden>(call.layout, address);
         registers.integers[Hidden + 1] = call.selector;
         ++sendDepth;
         const R answer = guarded([&]() -> R {
             const IMP found = kept(call, self);
             if (const IMP imp = found ? found : lookUp(call, self))
                 return callFrame<R>(imp, registers, stack.words, stack.count);
+            R forwarded = zeroAnswer<R, Hidden>(call.layout, address);
             Word room[2] {};
-            forward(call, registers, stack.words, Hidden ? hidden : room);
-            R forwarded {};
-            std::memcpy(&forwarded, room, sizeof forwarded);
+            forward(call, registers, stack.words, Hidden ? reinterpret_cast<void*>(address) : room);
+            if constexpr (!Hidden)
+                std::memcpy(&forwarded, room, sizeof forwarded);
             return forwarded;
         });
         --sendDepth;
-        return answer;
+        return orZeroAnswer<R, Hidden>(answer, call.layout, address);
     }
 
     struct SendEntry {
@@ -254,7 +266,7 @@ namespace {
                                       d5, d6, d7);
                 });
                 --sendDepth;
-                return answer;
+                return orZeroAnswer<R, Hidden>(answer, call.layout, i0);
             }
             Registers registers { { i0, i1, i2, i3, i4, i5 }, { d0, d1, d2, d3, d4, d5, d6, d7 } };
             StackWords stack;
@@ -279,21 +291,18 @@ namespace {
     template <class R, std::size_t Hidden>
     R runBody(const Body& body, Registers& registers, std::size_t place, const StackWords& stack)
     {
+        const Word address = registers.integers[0];
         Word room[2] {};
-        brindle_frame frame { body.context,
-            Hidden ? reinterpret_cast<void*>(registers.integers[0]) : room, 0 };
+        brindle_frame frame { body.context, Hidden ? reinterpret_cast<void*>(address) : room, 0 };
         const Running running;
-        if (closed) {
-            if constexpr (Hidden)
-                std::memset(frame.result, 0, body.layout.resultSize);
-            return R();
-        }
-        const Word hidden = registers.integers[0];
+        if (closed)
+            return zeroAnswer<R, Hidden>(body.layout, address);
         registers.integers[place] = reinterpret_cast<Word>(&frame);
         R answer = callFrame<R>(body.code, registers, stack.words, stack.count);
-        passOn();
+        if (!passOn())
+            return zeroAnswer<R, Hidden>(body.layout, address);
         if constexpr (Hidden)
-            answer = hidden;
+            answer = address;
         else if (frame.answered)
             std::memcpy(&answer, room, sizeof answer);
         return answer;

@@ -56,6 +56,14 @@ namespace {
         return requireClass("NSRunLoop")->send<"currentRunLoop", Ref<NSObject>>();
     }
 
+    /// Answers the field of a name that is an object; nullptr when there is none.
+    const Ivar* objectField(brindle_id object, const char* name)
+    {
+        const Ivar* const ivar
+            = object ? class_getInstanceVariable(plain::object(object)->isa_, name) : nullptr;
+        return ivar && *ivar_getTypeEncoding(ivar) == '@' ? ivar : nullptr;
+    }
+
     /// Joins texts as lines, for somebody who frees them.
     class Lines {
     public:
@@ -217,21 +225,15 @@ int brindle_addProperty(brindle_class cls, const char* name, const char* attribu
 
 brindle_id brindle_objectField(brindle_id object, const char* name)
 {
-    return guarded([&]() -> brindle_id {
-        if (!object || !name)
-            return nullptr;
-        NSObject* const self = plain::object(object);
-        return plainOf(object_getIvar(self, class_getInstanceVariable(self->isa_, name)).leak());
+    return guarded([&] {
+        return plainOf(object_getIvar(plain::object(object), objectField(object, name)).leak());
     });
 }
 
 void brindle_setObjectField(brindle_id object, const char* name, brindle_id value)
 {
     guarded([&] {
-        if (!object || !name)
-            return;
-        NSObject* const self = plain::object(object);
-        object_setIvar(self, class_getInstanceVariable(self->isa_, name), plain::object(value));
+        object_setIvar(plain::object(object), objectField(object, name), plain::object(value));
     });
 }
 
@@ -260,6 +262,8 @@ void brindle_dropWeak(void* weak) { dropWeakCell(static_cast<WeakCell*>(weak)); 
 
 int brindle_whenGone(brindle_id object, void (*end)(void* context), void* context)
 {
+    if (!object)
+        return 0; // the end belongs to nobody and must not run
     return guarded([&] {
         const auto marker
             = brindle_makeClosure("v@?", reinterpret_cast<brindle_code>(end), context, end);
@@ -267,7 +271,7 @@ int brindle_whenGone(brindle_id object, void (*end)(void* context), void* contex
         // The marker itself is the key, so that several ends can hang on one object.
         objc_setAssociatedObject(
             plain::object(object), marker, value.get(), OBJC_ASSOCIATION_RETAIN);
-        return object && marker;
+        return marker != nullptr;
     });
 }
 
@@ -374,11 +378,12 @@ brindle_code brindle_functionNamed(const char* name, const char** types)
 {
     const auto* const begin = functions::__start_brindle_functions;
     const auto* const end = functions::__stop_brindle_functions;
-    const auto* const found = std::find_if(
-        begin, end, [&](const FunctionRow* row) { return std::strcmp(row->name, name) == 0; });
+    const auto* const found = std::find_if(begin, end,
+        [&](const FunctionRow* row) { return name && std::strcmp(row->name, name) == 0; });
     if (found == end)
         return nullptr;
-    *types = (*found)->types;
+    if (types)
+        *types = (*found)->types;
     return (*found)->code();
 }
 

@@ -53,13 +53,15 @@ struct Frame : Registers {
     std::size_t floatsUsed = 0;
 
     /// Adds one argument of the first type of a text.
-    void add(const char* type, const void* value, std::size_t size);
+    void add(const char* type, const void* value);
     /// Keeps the place of an argument without a value; answers whether it is in registers.
     bool take(const std::vector<Kind>& kinds);
 };
 
-/// Says which row each eight bytes of a type go to.
-std::vector<Kind> classify(const char* type, std::size_t size);
+/// Says which row each eight bytes of a text's first type go to, and how many bytes it has. A type of none takes a place
+/// all the same.
+/// - Raises: `NSInvalidArgumentException` for a type of unknown size.
+std::vector<Kind> kindsOf(const char* type, std::size_t& size);
 
 template <class R, std::size_t N>
 R callWith(IMP imp, const Registers& registers, const Word* words, std::size_t count)

@@ -14,10 +14,15 @@ namespace brindle {
 
 namespace calls {
 
-    std::vector<Kind> classify(const char* type, std::size_t size)
+    std::vector<Kind> kindsOf(const char* type, std::size_t& size)
     {
+        std::size_t alignment = 1;
+        if (!encodingSizeAndAlignment(type, &size, &alignment))
+            raise("NSInvalidArgumentException", std::string("a value of unknown size: ") + type);
         if (size > 16)
             return { Kind::memory };
+        if (size == 0)
+            return { Kind::integer };
         if (*type == 'd' || *type == 'f')
             return { Kind::floating };
         if (*type != '{' && *type != '(' && *type != '[')
@@ -29,8 +34,11 @@ namespace calls {
                 at = std::strchr(at, '=');
                 continue;
             }
+            if (*at == '"') { // a field's name
+                at = std::strchr(at + 1, '"');
+                continue;
+            }
             std::size_t fieldSize = 0;
-            std::size_t alignment = 1;
             if (*at == '}' || !encodingSizeAndAlignment(at, &fieldSize, &alignment))
                 continue;
             offset = (offset + alignment - 1) / alignment * alignment;
@@ -78,9 +86,10 @@ namespace calls {
         return true;
     }
 
-    void Frame::add(const char* type, const void* value, std::size_t size)
+    void Frame::add(const char* type, const void* value)
     {
-        const std::vector<Kind> kinds = classify(type, size);
+        std::size_t size = 0;
+        const std::vector<Kind> kinds = kindsOf(type, size);
         std::size_t integer = integersUsed;
         std::size_t floating = floatsUsed;
         if (!take(kinds)) {
@@ -128,21 +137,15 @@ namespace {
     void callGenerically(IMP imp, const char* types, void* const* arguments, void* result)
     {
         std::size_t resultSize = 0;
-        std::size_t alignment = 1;
-        encodingSizeAndAlignment(types, &resultSize, &alignment);
-        const std::vector<Kind> kinds
-            = resultSize ? classify(types, resultSize) : std::vector<Kind> { Kind::integer };
+        const std::vector<Kind> kinds = kindsOf(types, resultSize);
         Frame frame;
         std::vector<Word> room((resultSize + 7) / 8 + 1);
         const bool inMemory = kinds.front() == Kind::memory;
         if (inMemory)
             frame.integers[frame.integersUsed++] = reinterpret_cast<Word>(room.data());
         std::size_t index = 0;
-        for (const char* at = encodingSkipType(types); at && *at; at = encodingSkipType(at)) {
-            std::size_t size = 0;
-            encodingSizeAndAlignment(at, &size, &alignment);
-            frame.add(at, arguments[index++], size);
-        }
+        for (const char* at = encodingSkipType(types); at && *at; at = encodingSkipType(at))
+            frame.add(at, arguments[index++]);
         const bool firstFloats = kinds.front() == Kind::floating;
         if (inMemory) {
             call<Word>(imp, frame);

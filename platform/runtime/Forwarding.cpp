@@ -98,6 +98,13 @@ namespace {
         std::va_list list;
         va_start(list, sel);
         for (std::uint64_t i = 2; i < count; ++i) {
+            std::size_t size = 0;
+            std::size_t alignment = 1;
+            if (!encodingSizeAndAlignment(signature->getArgumentTypeAtIndex(i), &size, &alignment)
+                || size > sizeof words[i])
+                raise("NSInvalidArgumentException",
+                    std::string("-[") + class_getName(self->isa_) + " " + sel_getName(sel)
+                        + "]: only words can be forwarded by an implementation without types");
             if (*signature->getArgumentTypeAtIndex(i) == 'd') {
                 const double number = va_arg(list, double);
                 std::memcpy(&words[i], &number, sizeof number);

@@ -205,20 +205,42 @@ template <> struct NSInvocation::Methods<struct Message> {
         std::memcpy(self.at(place), location, place.size);
     }
 
+    // The types of a message need not begin with an object and a selector: those of a closure do not.
+    static void requireKind(
+        NSInvocation& self, std::int64_t index, const char* kinds, const char* selector)
+    {
+        checked(self, index, selector);
+        const char* const type
+            = self.signature_->getArgumentTypeAtIndex(static_cast<std::uint64_t>(index));
+        if (!std::strchr(kinds, *type))
+            raise("NSInvalidArgumentException",
+                std::string("-[NSInvocation ") + selector + "]: argument " + std::to_string(index)
+                    + " is of type " + type);
+    }
     static Ref<NSObject> target(NSInvocation& self)
     {
+        requireKind(self, 0, "@#", "target");
         NSObject* object = nullptr;
         getArgument(self, &object, 0);
         return object;
     }
-    static void setTarget(NSInvocation& self, NSObject* target) { setArgument(self, &target, 0); }
+    static void setTarget(NSInvocation& self, NSObject* target)
+    {
+        requireKind(self, 0, "@#", "setTarget:");
+        setArgument(self, &target, 0);
+    }
     static SEL selectorOfMessage(NSInvocation& self)
     {
+        requireKind(self, 1, ":", "selector");
         SEL sel;
         getArgument(self, &sel, 1);
         return sel;
     }
-    static void setSelector(NSInvocation& self, SEL sel) { setArgument(self, &sel, 1); }
+    static void setSelector(NSInvocation& self, SEL sel)
+    {
+        requireKind(self, 1, ":", "setSelector:");
+        setArgument(self, &sel, 1);
+    }
 
     static void getReturnValue(NSInvocation& self, void* location)
     {

@@ -57,6 +57,8 @@ namespace {
 
     [[gnu::noinline]] void waitForEnd(void* object)
     {
+        // Others that end before it may still take and give counts.
+        headerOf(object).count.store(ObjectHeader::kDying, std::memory_order_relaxed);
         if (!ending.line)
             ending.line = new std::vector<void*>;
         ending.line->push_back(object);

@@ -250,14 +250,18 @@ std::ptrdiff_t ivar_getOffset(const Ivar* ivar)
 bool class_addIvar(
     Class* cls, const char* name, std::size_t size, std::size_t alignment, const char* types)
 {
-    const bool sound = alignment && alignment <= 16 && (alignment & (alignment - 1)) == 0;
+    constexpr std::size_t kLargest = std::size_t { 1 } << 32;
+    const bool sound
+        = alignment && alignment <= 16 && (alignment & (alignment - 1)) == 0 && size <= kLargest;
     if (!cls || cls->data_->isRegistered || !name || !*name || !types || !sound
         || !encodingSkipType(types) || class_getInstanceVariable(cls, name))
+        return false;
+    const bool isObject = *types == '@'; // the runtime itself writes those
+    if (isObject && (size < sizeof(NSObject*) || alignment < alignof(NSObject*)))
         return false;
     const std::lock_guard guard(runtimeLock());
     ClassData& data = *cls->data_;
     const std::size_t offset = (data.instanceSize + alignment - 1) / alignment * alignment;
-    const bool isObject = *types == '@';
     data.ivars.push_back(std::make_unique<Ivar>(
         Ivar { name, types, offset, isObject ? unsigned { kPropertyRetain } : 0u }));
     data.instanceSize = offset + size;

@@ -69,6 +69,7 @@ namespace {
             NSMakeRect(0, 0, 10, 10), NSMakeRect(5, 5, 10, 10));
         EXPECT_TRUE(NSEqualRects(both, NSMakeRect(5, 5, 5, 5)));
         EXPECT_EQ(brindle_functionNamed("NSNothing", &types), nullptr);
+        EXPECT_EQ(brindle_functionNamed(nullptr, &types), nullptr);
     }
 
     TEST(CInterface, SendsByAPreparedCall)
@@ -142,6 +143,41 @@ namespace {
             takenError().find("-[Dog sound]: sent as q@:, implemented as *@:"), std::string::npos);
         EXPECT_EQ(*brindle_errorCount(), 0);
         EXPECT_EQ(takenError(), "no error");
+    }
+
+    const char* const kRectOfNothing = "{CGRect={CGPoint=dd}{CGSize=dd}}@:";
+
+    /// Sends "frame" with room for the answer, as a compiler would that reads it where the callee says it is.
+    NSRect* frameInto(brindle_id object, NSRect& room)
+    {
+        room = NSMakeRect(1, 2, 3, 4);
+        brindle_call* const call = brindle_makeCall("frame", kRectOfNothing, nullptr);
+        return reinterpret_cast<NSRect* (*)(NSRect*, brindle_id, brindle_call*)>(call->code)(
+            &room, object, call);
+    }
+
+    TEST(CInterface, ALargeStructureReadsZeroAfterAnExceptionAndForNoReceiver)
+    {
+        const brindle_class cls = freshClass("Animal");
+        const auto fail = +[](brindle_id, brindle_frame*) {
+            const brindle_id exception = brindle_makeException("Sadness", "it rains");
+            brindle_raise(exception);
+            brindle_release(exception);
+            return NSMakeRect(5, 6, 7, 8);
+        };
+        brindle_addMethod(
+            cls, "frame", kRectOfNothing, reinterpret_cast<brindle_code>(fail), nullptr);
+        const auto animal = instanceOf(cls);
+        for (int round = 0; round < 2;
+             ++round) { // the second finds the answer that the class keeps
+            NSRect room {};
+            EXPECT_EQ(frameInto(plain(animal), room), &room);
+            EXPECT_EQ(room, NSZeroRect);
+            EXPECT_EQ(takenError(), "Sadness: it rains");
+        }
+        NSRect room {};
+        EXPECT_EQ(frameInto(nullptr, room), &room);
+        EXPECT_EQ(room, NSZeroRect);
     }
 
     TEST(CInterface, ReportsAMessageNobodyAnswers)
@@ -267,6 +303,25 @@ namespace {
         EXPECT_EQ(reported, "Sadness: far away");
     }
 
+    TEST(CInterface, ABodyWhoseExceptionWasReportedAnswersZero)
+    {
+        const auto fail = +[](brindle_frame* frame) {
+            *static_cast<NSPoint*>(frame->result) = NSMakePoint(3, 4);
+            frame->answered = 1;
+            const brindle_id exception = brindle_makeException("Sadness", "far away");
+            brindle_raise(exception);
+            brindle_release(exception);
+        };
+        brindle_setReporter([](brindle_id) {});
+        const auto closure
+            = Block<NSPoint()>::adopt(reinterpret_cast<Closure<NSPoint()>*>(brindle_makeClosure(
+                "{CGPoint=dd}@?", reinterpret_cast<brindle_code>(fail), nullptr, nullptr)));
+        NSPoint answer { 1, 2 };
+        std::thread([&] { answer = closure(); }).join();
+        brindle_setReporter(nullptr);
+        EXPECT_EQ(answer, NSZeroPoint);
+    }
+
     TEST(CInterface, MakesClosuresThatEndTheirContext)
     {
         static int ended;
@@ -354,6 +409,16 @@ namespace {
         EXPECT_EQ(gone, 1);
     }
 
+    TEST(CInterface, AnEndThatBelongsToNobodyDoesNotRun)
+    {
+        static int gone;
+        gone = 0;
+        EXPECT_EQ(brindle_whenGone(
+                      nullptr, [](void*) { ++gone; }, nullptr),
+            0);
+        EXPECT_EQ(gone, 0);
+    }
+
     TEST(CInterface, ReadsAndWritesAddedFields)
     {
         const brindle_class cls
@@ -370,6 +435,9 @@ namespace {
         EXPECT_EQ(brindle_objectField(plain(object), "_owner"), plain(dog));
         brindle_release(plain(dog)); // the answer was an owner
         EXPECT_EQ(brindle_field(plain(object), "_nothing"), nullptr);
+        EXPECT_EQ(brindle_objectField(plain(object), "_weight"), nullptr); // no object at all
+        brindle_setObjectField(plain(object), "_weight", plain(dog));
+        EXPECT_EQ(*static_cast<double*>(brindle_field(plain(object), "_weight")), 2.5);
     }
 
 }

@@ -167,6 +167,8 @@ namespace {
         EXPECT_TRUE(class_addIvar(cls, "_speed", sizeof(double), alignof(double), "d"));
         EXPECT_TRUE(class_addIvar(cls, "_rival", sizeof(void*), alignof(void*), "@"));
         EXPECT_FALSE(class_addIvar(cls, "_speed", 8, 8, "d"));
+        EXPECT_FALSE(class_addIvar(cls, "_narrow", 1, 1, "@")); // no object fits in
+        EXPECT_FALSE(class_addIvar(cls, "_endless", ~std::size_t {}, 1, "c"));
         EXPECT_EQ(objc_getClass("Greyhound"), nullptr);
         objc_registerClassPair(cls);
         EXPECT_EQ(objc_getClass("Greyhound"), cls);

@@ -125,6 +125,19 @@ namespace {
             std::string::npos);
     }
 
+    TEST(Forwarding, ByTheUntypedImplementationRefusesWhatIsNoWord)
+    {
+        const auto deputy = deputyFor(make<Animal>().get(), Deputy::Way::recordOnly);
+        const IMP imp = deputy->methodForSelector(selector<"setFrame:">);
+        ASSERT_EQ(imp, forwardingImplementation());
+        EXPECT_NE(raisedBy([&] {
+            reinterpret_cast<void (*)(NSObject*, SEL, NSRect)>(imp)(
+                deputy.get(), selector<"setFrame:">, NSMakeRect(1, 2, 3, 4));
+        }).find("only words can be forwarded"),
+            std::string::npos);
+        EXPECT_EQ(deputy->last_, nullptr);
+    }
+
     TEST(Forwarding, LetsAClassAddTheOperationInstead)
     {
         const auto learner = make<Learner>();
@@ -294,6 +307,71 @@ namespace {
         small->invoke();
         small->getReturnValue(&f);
         EXPECT_EQ(f, 1);
+    }
+
+    TEST(Invocations, CallWithValuesThatHaveNoSize)
+    {
+        Class* const cls = objc_allocateClassPair(NSObject::cls(), "TakesNothing", 0);
+        class_addMethod(cls, sel_registerName("nothing:number:"),
+            reinterpret_cast<IMP>(
+                +[](NSObject*, SEL, void*, std::int64_t number) { return number; }),
+            "q@:{Nothing=}q");
+        class_addMethod(cls, sel_registerName("unknown:"),
+            reinterpret_cast<IMP>(+[](NSObject*, SEL, void*) { return std::int64_t { 1 }; }),
+            "q@:{Unknown}");
+        objc_registerClassPair(cls);
+        const auto object = Ref<NSObject>::adopt(class_createInstance(cls));
+
+        const auto known = invocationOf(object.get(), sel_registerName("nothing:number:"));
+        std::int64_t number = 7;
+        known->setArgument_atIndex(&number, 3);
+        known->invoke();
+        std::int64_t answer = 0;
+        known->getReturnValue(&answer);
+        EXPECT_EQ(answer, 7);
+
+        const auto unknown = invocationOf(object.get(), sel_registerName("unknown:"));
+        EXPECT_EQ(raisedBy([&] { unknown->invoke(); }),
+            "NSInvalidArgumentException: a value of unknown size: {Unknown}");
+    }
+
+    TEST(Invocations, ReadOverTheNamesOfFieldsInAStructure)
+    {
+        Class* const cls = objc_allocateClassPair(NSObject::cls(), "TakesNamedFields", 0);
+        class_addMethod(cls, sel_registerName("area:"),
+            reinterpret_cast<IMP>(+[](NSObject*, SEL, NSSize s) { return s.width * s.height; }),
+            "d@:{Extent=\"width\"d\"height\"d}");
+        objc_registerClassPair(cls);
+        const auto object = Ref<NSObject>::adopt(class_createInstance(cls));
+        const auto area = invocationOf(object.get(), sel_registerName("area:"));
+        NSSize size { 3, 4 };
+        area->setArgument_atIndex(&size, 2);
+        area->invoke();
+        double answer = 0;
+        area->getReturnValue(&answer);
+        EXPECT_EQ(answer, 12);
+    }
+
+    TEST(Invocations, HaveNoTargetOrSelectorWhereTheTypesHaveNone)
+    {
+        const auto of = [](const char* types) {
+            return NSInvocation::cls().invocationWithMethodSignature(
+                NSMethodSignature::cls().signatureWithObjCTypes(types).get());
+        };
+        const auto large = of("v{CGRect={CGPoint=dd}{CGSize=dd}}{CGRect={CGPoint=dd}{CGSize=dd}}");
+        const auto animal = make<Animal>();
+        EXPECT_NE(raisedBy([&] { large->setTarget(animal.get()); }), "nothing raised");
+        EXPECT_NE(raisedBy([&] { large->invoke(); }), "nothing raised");
+        EXPECT_NE(raisedBy([&] { large->setSelector(selector<"legs">); }), "nothing raised");
+        EXPECT_EQ(raisedBy([&] { (void)large->selector(); }),
+            "NSInvalidArgumentException: -[NSInvocation selector]: argument 1 is of type "
+            "{CGRect={CGPoint=dd}{CGSize=dd}}");
+        const auto number = of("vq:");
+        std::int64_t bits = 0x4141414141414141;
+        number->setArgument_atIndex(&bits, 0);
+        EXPECT_EQ(raisedBy([&] { (void)number->target(); }),
+            "NSInvalidArgumentException: -[NSInvocation target]: argument 0 is of type q");
+        EXPECT_NE(raisedBy([&] { (void)of("v@")->selector(); }), "nothing raised");
     }
 
     TEST(Performing, AnswersObjectsAndClassesAndNilForEverythingElse)

@@ -38,6 +38,38 @@ template <> struct Link::Methods<struct Nothing> {
 };
 BRINDLE_RECORD(Link, Nothing)
 
+/// One of two that know each other without a count and tell when they end.
+class Twin : public NSObject {
+    BRINDLE_OBJECT(Twin, NSObject)
+public:
+    Twin* other_ = nullptr;
+    int* ends_ = nullptr;
+};
+template <> struct Twin::Methods<struct Ending> {
+    static void dealloc(Twin& self)
+    {
+        ++*self.ends_;
+        if (!self.other_)
+            return;
+        const Ref<Twin> alive(self.other_);
+        alive->other_ = nullptr;
+    }
+    static void table(Builder& t) { t.methods({ { "dealloc", imp<dealloc> } }); }
+};
+BRINDLE_RECORD(Twin, Ending)
+
+/// A link that owns two twins.
+class TwinLink : public NSObject {
+    BRINDLE_OBJECT(TwinLink, NSObject)
+public:
+    Ref<TwinLink> next_;
+    Ref<Twin> twins_[2];
+};
+template <> struct TwinLink::Methods<struct Nothing> {
+    static void table(Builder&) { }
+};
+BRINDLE_RECORD(TwinLink, Nothing)
+
 namespace {
 
     std::intptr_t countOf(const NSObject* object) { return headerOf(object).count.load(); }
@@ -90,6 +122,28 @@ namespace {
         }
         head = nullptr;
         SUCCEED();
+    }
+
+    TEST(Ownership, CountsTakenOfAnObjectThatWaitsForItsEndChangeNothing)
+    {
+        constexpr int kLinks = 1000; // so deep that ends wait
+        int ends = 0;
+        Ref<TwinLink> head;
+        for (int i = 0; i < kLinks; ++i) {
+            auto next = make<TwinLink>();
+            for (Ref<Twin>& twin : next->twins_) {
+                twin = make<Twin>();
+                twin->ends_ = &ends;
+                const WeakRef<Twin> known(
+                    twin); // who is known weakly gives its last count back for all to see
+            }
+            next->twins_[0]->other_ = next->twins_[1].get();
+            next->twins_[1]->other_ = next->twins_[0].get();
+            next->next_ = std::move(head);
+            head = std::move(next);
+        }
+        head = nullptr;
+        EXPECT_EQ(ends, 2 * kLinks);
     }
 
     TEST(WeakReferences, AnswerTheObjectWhileItLivesAndNilAfterwards)
