@@ -54,7 +54,7 @@ def _writer(encoding):
     if letter == "*":
         return _kept_text
     if letter == "^":
-        return lambda value: None if value is None else operations._address(value)
+        return _address_to_keep
     if letter in "{(":
         return types.structure(encoding).to_native
     low, high = types.integer_limits(letter)
@@ -65,6 +65,15 @@ def _writer(encoding):
         return value if low <= value <= high else operations._too_large(value)
 
     return integer
+
+
+def _address_to_keep(value):
+    """An address that a body answers: what lies there must live on, so Python's own memory will not do."""
+    if value is None:
+        return None
+    if isinstance(value, (types.Pointer, int)) and not isinstance(value, bool):
+        return int(value)
+    raise TypeError(f"an address is expected (brindle.Pointer), not {value!r}")
 
 
 def _kept_text(value):
@@ -167,10 +176,16 @@ def run_closure(closure, *arguments):
     parts = types.split(encoding)
     if len(arguments) != len(parts) - 2:
         raise TypeError(f"a closure {encoding} takes {len(parts) - 2} arguments, not {len(arguments)}")
-    cells, owned = [], []
+    cells, owned, lent = [], [], []
     try:
         for part, value in zip(parts[2:], arguments):
-            native = _writer(part)(value)
+            if part[0] == "^" and not types.is_object(part):
+                native = operations._address(value, part[1:])
+                if isinstance(native, (bytes, ctypes.Array)):
+                    lent.append(native)
+                    native = ctypes.cast(native, c_void_p)
+            else:
+                native = _writer(part)(value)
             if types.is_object(part) and native:
                 owned.append(native)
             kind = types.ctype(part)

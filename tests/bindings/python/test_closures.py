@@ -1,6 +1,7 @@
 # SPDX-License-Identifier: Apache-2.0
 """Callables as closures, threads, and exceptions in all of them."""
 
+import ctypes
 import gc
 import subprocess
 import sys
@@ -69,6 +70,26 @@ class Closures(unittest.TestCase):
         self.assertEqual(holder.code()(3, 4), 12.0)
         with self.assertRaisesRegex(TypeError, "d@[?]dd"):
             holder.code()(3)
+
+    def test_a_closure_takes_and_answers_addresses(self):
+        class Holder(brindle.NSObject):
+            code = brindle.property("@?", copy=True)
+
+        def doubled(number):
+            number.value *= 2
+            return number
+
+        holder = Holder()
+        holder.setCode_(brindle.Block("^d@?^d", doubled))
+        number = ctypes.c_double(21)
+        self.assertEqual(holder.code()(number).value, 42)
+        self.assertEqual(number.value, 42)
+        holder.setCode_(brindle.Block("d@?^d", lambda numbers: numbers[0] + numbers[1]))
+        self.assertEqual(holder.code()([1.5, 2.5]), 4)
+        holder.setCode_(brindle.Block("B@?^v", lambda nothing: nothing is None))
+        self.assertTrue(holder.code()(None))
+        with self.assertRaisesRegex(TypeError, "an address is expected"):
+            holder.code()("text")
 
     def test_an_exception_in_a_task_leaves_the_loop(self):
         def fail():

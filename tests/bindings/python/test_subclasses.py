@@ -243,6 +243,21 @@ class Subclasses(unittest.TestCase):
                 brindle.send(view, selector)
             self.assertEqual(caught.exception.name, "TypeError")
 
+    def test_an_address_is_answered_where_it_stays_good(self):
+        class Memory(brindle.NSObject):
+            @brindle.selector("place", "^d@:")
+            def place(self):
+                return brindle.Pointer(4096)
+
+            @brindle.selector("lost", "^v@:")
+            def lost(self):
+                return b"gone as soon as this returns"
+
+        self.assertEqual(brindle.send(Memory(), "place").address, 4096)
+        with self.assertRaises(brindle.Exception) as caught:
+            brindle.send(Memory(), "lost")
+        self.assertEqual(caught.exception.name, "TypeError")
+
     def test_system_exit_leaves_as_itself(self):
         class Leaving(brindle.NSObject):
             def leave(self):
