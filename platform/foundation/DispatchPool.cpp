@@ -179,8 +179,9 @@ namespace {
         if (stuck)
             until = std::chrono::steady_clock::now() + kLook;
         if (!virtualTime && !p.delayed.empty()) {
-            const std::chrono::nanoseconds left(p.delayed.begin()->first.due - Clock::now());
-            until = std::min(until, std::chrono::steady_clock::now() + left);
+            const std::int64_t left = p.delayed.begin()->first.due - Clock::now();
+            until = std::min(
+                until, systemMomentIn(static_cast<std::uint64_t>(std::max<std::int64_t>(left, 0))));
         }
         const std::uint64_t begun = p.begun;
         if (until == std::chrono::steady_clock::time_point::max())

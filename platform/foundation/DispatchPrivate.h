@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include <algorithm>
+#include <chrono>
 #include <condition_variable>
 #include <deque>
 #include <functional>
@@ -66,6 +68,14 @@ namespace queues {
     /// Posts a closure and waits until it has run, even when an exception left it or nobody will run it.
     void runAndWait(
         const std::function<void(const Block<void()>&)>& post, const Block<void()>& block);
+
+    /// Answers the system's moment that many nanoseconds from now, or as far off as anybody waits.
+    inline std::chrono::steady_clock::time_point systemMomentIn(std::uint64_t nanoseconds)
+    {
+        constexpr std::uint64_t kLongest = std::uint64_t { 1 } << 61; // seventy years
+        const auto length = static_cast<std::int64_t>(std::min(nanoseconds, kLongest));
+        return std::chrono::steady_clock::now() + std::chrono::nanoseconds(length);
+    }
 
     /// Waits on a condition until a moment of the queues' time. - Returns: false when the moment came first.
     template <class Ready>
@@ -178,8 +188,7 @@ namespace queues {
         }
         // The wait is one of the system's time, whatever the clock is: a blocked thread cannot turn a clock.
         const auto now = static_cast<dispatch_time_t>(dispatch_time(DISPATCH_TIME_NOW, 0));
-        const auto left = std::chrono::nanoseconds(limit > now ? limit - now : 0);
-        return condition.wait_until(lock, std::chrono::steady_clock::now() + left, ready);
+        return condition.wait_until(lock, systemMomentIn(limit > now ? limit - now : 0), ready);
     }
 
 }

@@ -96,7 +96,8 @@ template <> struct NSAttributedString::Methods<struct Making> {
         attributes::require(self, "initWithAttributedString:", other, NSAttributedString::cls());
         if (!super<NSAttributedString, "init", Ref<NSObject>>(self))
             return nullptr;
-        self.text_ = cast<NSString>(other->string()->copy());
+        const Ref<NSString> text = other->string();
+        self.text_ = text ? cast<NSString>(text->copy()) : Ref<NSString>(""_ns);
         self.runs_.clear();
         const NSUInteger length = self.text_->length();
         for (NSUInteger at = 0; at < length;) {
@@ -202,7 +203,7 @@ template <> struct NSAttributedString::Methods<struct Reading> {
     {
         if (other == &self)
             return true;
-        if (!other || !self.string()->isEqualToString(other->string().get()))
+        if (!other || !maybe(self.string())->isEqualToString(other->string().get()))
             return false;
         const NSUInteger length = self.length();
         for (NSUInteger at = 0; at < length;) {
@@ -221,7 +222,7 @@ template <> struct NSAttributedString::Methods<struct Reading> {
         return other && other->isKindOfClass(NSAttributedString::cls())
             && self.isEqualToAttributedString(static_cast<NSAttributedString*>(other));
     }
-    static std::uint64_t hash(NSAttributedString& self) { return self.string()->hash(); }
+    static std::uint64_t hash(NSAttributedString& self) { return maybe(self.string())->hash(); }
 
     static Ref<NSString> description(NSAttributedString& self)
     {

@@ -255,8 +255,8 @@ template <> struct NSBundle::Methods<struct Making> {
     static Ref<NSBundle> bundleForClass(Class&, Class* cls)
     {
         unsigned count = 0;
-        const std::unique_ptr<Method*, decltype(&std::free)> methods(
-            class_copyMethodList(cls, &count), &std::free);
+        const std::unique_ptr<Method*, decltype(&releaseBuffer)> methods(
+            class_copyMethodList(cls, &count), &releaseBuffer);
         const std::string image = count ? bundles::imageOf(reinterpret_cast<const void*>(
                                       method_getImplementation(methods.get()[0])))
                                         : std::string();

@@ -113,13 +113,13 @@ template <> struct NSCalendar::Methods<struct Settings> {
         if (!other || !other->isKindOfClass(NSCalendar::cls()))
             return false;
         const auto& that = *static_cast<NSCalendar*>(other);
-        return self.identifier_->isEqual(that.identifier_.get())
+        return maybe(self.identifier_)->isEqual(that.identifier_.get())
             && self.locale()->isEqual(that.locale().get())
             && self.timeZone()->isEqual(that.timeZone().get())
             && self.firstWeekday() == that.firstWeekday()
             && self.minimumDaysInFirstWeek() == that.minimumDaysInFirstWeek();
     }
-    static std::uint64_t hash(NSCalendar& self) { return self.identifier_->hash(); }
+    static std::uint64_t hash(NSCalendar& self) { return maybe(self.identifier_)->hash(); }
     static Ref<NSObject> copyWithZone(NSCalendar& self, void*)
     {
         const auto copy = make<NSCalendar>();

@@ -68,9 +68,13 @@ namespace {
             if (!file && errno == EEXIST)
                 continue;
             const auto* const bytes = reinterpret_cast<const unsigned char*>(record.data());
-            const bool isWritten
-                = file && files::writeAll(file.number(), { bytes, record.size() }) && file.close();
-            return isWritten ? 0 : errno;
+            if (!file)
+                return errno;
+            if (files::writeAll(file.number(), { bytes, record.size() }) && file.close())
+                return 0;
+            const int error = errno;
+            ::unlink(place.c_str());
+            return error;
         }
         return EEXIST;
     }

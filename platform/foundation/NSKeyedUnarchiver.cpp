@@ -3,6 +3,7 @@
 
 #include <mutex>
 
+#include "CollectionsPrivate.h"
 #include "Exceptions.h"
 #include "NSArray.h"
 #include "NSError.h"
@@ -74,9 +75,12 @@ namespace {
     std::vector<Class*> classesOf(NSSet* set)
     {
         std::vector<Class*> classes;
-        if (set) {
-            for (NSObject* member : *set)
-                classes.push_back(static_cast<Class*>(member));
+        for (const Ref<NSObject>& member : SetAccess::copy(set)) {
+            if (!class_isMetaClass(member->isa_))
+                raise("NSInvalidArgumentException",
+                    "*** -[NSKeyedUnarchiver decodeObjectOfClasses:forKey:]: "
+                        + utf8Of(member->description()) + " is no class");
+            classes.push_back(static_cast<Class*>(member.get()));
         }
         return classes;
     }

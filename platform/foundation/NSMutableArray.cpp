@@ -89,18 +89,44 @@ template <> struct NSMutableArray::Methods<struct Changing> {
     }
     static void insertAtIndexes(NSMutableArray& self, NSArray* objects, NSIndexSet* indexes)
     {
-        const Items added = ArrayAccess::copy(objects);
+        Items added = ArrayAccess::copy(objects);
         const NSUInteger places = maybe(indexes)->count();
         if (added.size() != places)
             raise("NSInvalidArgumentException",
                 placeOf(&self, "insertObjects:atIndexes:") + "count of array ("
                     + std::to_string(added.size()) + ") differs from count of index set ("
                     + std::to_string(places) + ")");
+        const std::vector<NSRange> ranges = rangesOf(indexes);
+        if (ranges.empty())
+            return;
+        if (NSMaxRange(ranges.back()) > self.count() + places)
+            raiseIndex(&self, "insertObjects:atIndexes:", NSMaxRange(ranges.back()) - 1,
+                self.count() + places);
+        if (isDirect(self))
+            return merge(self, std::move(added), ranges);
         auto next = added.begin();
-        for (const NSRange range : rangesOf(indexes)) {
+        for (const NSRange range : ranges) {
             for (NSUInteger i = 0; i < range.length; ++i)
                 self.insertObject_atIndex((next++)->get(), range.location + i);
         }
+    }
+    /// Puts elements at places of the result, which are in order, in one go.
+    static void merge(NSMutableArray& self, Items added, const std::vector<NSRange>& ranges)
+    {
+        Items merged;
+        merged.reserve(self.items_.size() + added.size());
+        auto own = self.items_.begin();
+        auto next = added.begin();
+        for (const NSRange range : ranges) {
+            while (merged.size() < range.location)
+                merged.push_back(std::move(*own++));
+            for (NSUInteger i = 0; i < range.length; ++i)
+                merged.push_back(std::move(*next++));
+        }
+        merged.insert(
+            merged.end(), std::make_move_iterator(own), std::make_move_iterator(self.items_.end()));
+        self.items_ = std::move(merged);
+        ++self.changes_;
     }
 
     // ---- removing
@@ -124,6 +150,11 @@ template <> struct NSMutableArray::Methods<struct Changing> {
             if (self.changes_ != changes)
                 raiseMutated(&self);
         }
+        takeOut(self, places);
+    }
+    /// Removes the elements at some places, which are in order, in one go.
+    static void takeOut(NSMutableArray& self, const std::vector<NSUInteger>& places)
+    {
         if (places.empty())
             return;
         Items gone;
@@ -169,6 +200,14 @@ template <> struct NSMutableArray::Methods<struct Changing> {
         const std::vector<NSRange> ranges = rangesOf(indexes);
         if (!ranges.empty())
             requireRange(&self, "removeObjectsAtIndexes:", ranges.back(), self.count());
+        if (isDirect(self)) {
+            std::vector<NSUInteger> places;
+            for (const NSRange range : ranges) {
+                for (NSUInteger i = 0; i < range.length; ++i)
+                    places.push_back(range.location + i);
+            }
+            return takeOut(self, places);
+        }
         for (auto range = ranges.rbegin(); range != ranges.rend(); ++range)
             self.removeObjectsInRange(*range);
     }

@@ -2,6 +2,8 @@
 #include "NSNotificationQueue.h"
 
 #include <algorithm>
+#include <iterator>
+#include <vector>
 
 #include "NSArray.h"
 #include "NSMutableDictionary.h"
@@ -91,12 +93,14 @@ template <> struct NSNotificationQueue::Methods<struct Coalescing> {
     {
         if (!notification)
             return;
-        std::erase_if(self.waiting_, [&](const Waiting& each) {
-            const bool goes = isSame(*each.notification, *notification, mask);
-            if (goes)
-                each.timer->invalidate();
-            return goes;
-        });
+        const auto rest = std::stable_partition(self.waiting_.begin(), self.waiting_.end(),
+            [&](const Waiting& each) { return !isSame(*each.notification, *notification, mask); });
+        // They end when the queue is in order again: their end may come back here.
+        const std::vector<Waiting> gone(
+            std::make_move_iterator(rest), std::make_move_iterator(self.waiting_.end()));
+        self.waiting_.erase(rest, self.waiting_.end());
+        for (const Waiting& each : gone)
+            each.timer->invalidate();
     }
 
     static void post(NSNotificationQueue& self, NSTimer* timer)

@@ -141,6 +141,10 @@ template <> struct NSNumber::Methods<struct Numbers> {
     }
     template <class T> static Ref<NSNumber> make(Class& self, T value)
     {
+        if constexpr (std::is_same_v<T, bool>) {
+            if (&self == classOf<NSNumber>())
+                return shared(value);
+        }
         Ref<NSNumber> number = &self == classOf<NSNumber>()
             ? Ref<NSNumber>::adopt(fresh())
             : cast<NSNumber>(Meta { { { &self } } }.alloc()->init());

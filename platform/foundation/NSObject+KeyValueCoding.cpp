@@ -4,6 +4,7 @@
 #include "NSArray.h"
 #include "NSMutableDictionary.h"
 #include "NSNull.h"
+#include "NSSet.h"
 #include "foundation/keyvalues/KeyValuePrivate.h"
 #include "runtime/Table.h"
 
@@ -21,11 +22,17 @@ namespace {
                 + (key ? utf8Of(key) : "(null)") + ".");
     }
 
-    bool walksLikeTheRoot(const NSObject* object)
+    /// Answers whether an object walks a path as the root does. Arrays and sets do, except where an operator stands.
+    bool walksLikeTheRoot(const NSObject* object, const NSString* path, NSUInteger from)
     {
         constexpr SEL sel = selector<"valueForKeyPath:">;
-        return object->methodForSelector(sel)
-            == class_getMethodImplementation(classOf<NSObject>(), sel);
+        const IMP own = object->methodForSelector(sel);
+        const auto walksAs
+            = [&](Class* cls) { return own == class_getMethodImplementation(cls, sel); };
+        if (walksAs(classOf<NSObject>()))
+            return true;
+        const bool isOperator = from < path->length() && path->characterAtIndex(from) == u'@';
+        return !isOperator && (walksAs(classOf<NSArray>()) || walksAs(classOf<NSSet>()));
     }
 
     struct KeyValueCoding {
@@ -90,7 +97,7 @@ namespace {
             const NSUInteger length = maybe(path)->length();
             Ref<NSObject> at(&self);
             for (NSUInteger from = 0; at;) {
-                if (from > 0 && !walksLikeTheRoot(at.get()))
+                if (from > 0 && !walksLikeTheRoot(at.get(), path, from))
                     return brindle::valueForKeyPath(at, path->substringFromIndex(from).get());
                 const NSRange point = maybe(path)->rangeOfString_options_range(
                     "."_ns, NSLiteralSearch, { from, length - from });

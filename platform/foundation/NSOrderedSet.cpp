@@ -90,7 +90,7 @@ template <> struct NSOrderedSet::Methods<struct Ordered> {
         return &self;
     }
 
-    static NSUInteger count(NSOrderedSet& self) { return self.order_->count(); }
+    static NSUInteger count(NSOrderedSet& self) { return maybe(self.order_)->count(); }
     static Ref<NSObject> objectAtIndex(NSOrderedSet& self, NSUInteger index)
     {
         if (index >= self.order_->count())
@@ -112,8 +112,11 @@ template <> struct NSOrderedSet::Methods<struct Ordered> {
     {
         return self.order_->objectsAtIndexes(indexes);
     }
-    static Ref<NSArray> array(NSOrderedSet& self) { return cast<NSArray>(self.order_->copy()); }
-    static Ref<NSSet> set(NSOrderedSet& self) { return cast<NSSet>(self.members_->copy()); }
+    static Ref<NSArray> array(NSOrderedSet& self)
+    {
+        return cast<NSArray>(maybe(self.order_)->copy());
+    }
+    static Ref<NSSet> set(NSOrderedSet& self) { return cast<NSSet>(maybe(self.members_)->copy()); }
     static Ref<NSOrderedSet> reversed(NSOrderedSet& self)
     {
         Items items = ArrayAccess::copy(self.order_.get());
@@ -139,14 +142,14 @@ template <> struct NSOrderedSet::Methods<struct Ordered> {
 
     static bool isEqualToOrderedSet(NSOrderedSet& self, NSOrderedSet* other)
     {
-        return other && self.order_->isEqualToArray(other->array().get());
+        return other && maybe(self.order_)->isEqualToArray(other->array().get());
     }
     static bool isEqual(NSOrderedSet& self, NSObject* object)
     {
         return object && object->isKindOfClass(NSOrderedSet::cls())
             && self.isEqualToOrderedSet(cast<NSOrderedSet>(object));
     }
-    static std::uint64_t hash(NSOrderedSet& self) { return self.members_->hash(); }
+    static std::uint64_t hash(NSOrderedSet& self) { return maybe(self.members_)->hash(); }
     static bool isSubsetOfSet(NSOrderedSet& self, NSSet* other)
     {
         return self.members_->isSubsetOfSet(other);

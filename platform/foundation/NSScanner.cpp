@@ -28,22 +28,9 @@ namespace {
         return at;
     }
 
-    /// Finds text from a place on, looking at no more of the rest than needed: searches that overlook differences
-    /// fold all they look at, and a scanner asks again and again.
     NSRange findFrom(View text, View wanted, NSStringCompareOptions options, std::size_t from)
     {
-        const std::size_t rest = text.size() - from;
-        if (text.isNarrow() && wanted.isNarrow())
-            return strings::find(text, wanted, options, { from, rest }); // nothing to fold
-        // No spelling of a text is eight times as long as another.
-        for (std::size_t window = wanted.size() * 8 + 8;; window *= 2) {
-            if (window >= rest)
-                return strings::find(text, wanted, options, { from, rest });
-            const NSRange found = strings::find(text, wanted, options, { from, window });
-            // A match that touches the window's end may have been cut out of a longer letter.
-            if (found.length > 0 ? NSMaxRange(found) < from + window : options & NSAnchoredSearch)
-                return found;
-        }
+        return strings::find(text, wanted, options, { from, text.size() - from });
     }
 
 }

@@ -56,8 +56,6 @@ namespace {
         for (std::size_t i = 0; i < out.size(); ++i) {
             if (isSmall(out[i]) && !goesOn(out, i))
                 out[i] = static_cast<char>(out[i] - 32);
-            else if (isCapital(out[i]))
-                out[i] = static_cast<char>(out[i] + 32);
         }
         return out;
     }

@@ -226,6 +226,37 @@ namespace strings {
             return !(options & NSLiteralSearch) && !(isSimple(text) && isSimple(wanted));
         }
 
+        NSRange findIn(View text, View wanted, NSStringCompareOptions options)
+        {
+            return needsLetters(text, wanted, options) ? findLetters(text, wanted, options)
+                                                       : findUnits(text, wanted, options);
+        }
+
+        /// Finds text, looking at no more than needed: searches that overlook differences fold all they look at, and
+        /// who goes through a text asks again and again.
+        NSRange findNear(View text, View wanted, NSStringCompareOptions options)
+        {
+            const bool isBackwards = options & NSBackwardsSearch;
+            // Without marks that are overlooked no spelling of a text is eight times as long as another.
+            const bool endsAtOnce
+                = options & NSAnchoredSearch && !(options & NSDiacriticInsensitiveSearch);
+            for (std::size_t size = wanted.size() * 8 + 8; size < text.size(); size *= 4) {
+                const std::size_t begin = isBackwards ? text.size() - size : 0;
+                NSRange found = findIn(text.part(begin, size), wanted, options);
+                if (found.length == 0) {
+                    if (endsAtOnce)
+                        return found;
+                    continue;
+                }
+                // At the edge of the part it may have been cut out of a longer letter.
+                const bool isCut = isBackwards ? found.location == 0 : NSMaxRange(found) == size;
+                found.location += begin;
+                if (!isCut)
+                    return found;
+            }
+            return findIn(text, wanted, options);
+        }
+
     }
 
     std::u16string fold(View text, NSStringCompareOptions options)
@@ -247,8 +278,9 @@ namespace strings {
         if (options & NSRegularExpressionSearch)
             return patterns::find(text, wanted, options, range);
         const View part = text.part(range);
-        NSRange found = needsLetters(part, wanted, options) ? findLetters(part, wanted, options)
-                                                            : findUnits(part, wanted, options);
+        const bool isNarrow = text.isNarrow() && wanted.isNarrow(); // nothing to fold
+        NSRange found
+            = isNarrow ? findUnits(part, wanted, options) : findNear(part, wanted, options);
         if (found.location != notFound().location)
             found.location += range.location;
         return found;

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "NSUndoManager.h"
 
+#include <algorithm>
+#include <iterator>
 #include <vector>
 
 #include "Each.h"
@@ -112,21 +114,32 @@ template <> struct NSUndoManager::Methods<struct Recording> {
         post(self, NSUndoManagerDidOpenUndoGroupNotification);
     }
 
+    // What goes ends when the history is in order again: its end may come back here.
+
     static void store(History& h)
     {
         if (h.open.actions.empty())
             return;
         std::vector<Group>& stack = h.doing == Doing::undo ? h.redo : h.undo;
-        if (h.doing == Doing::changes)
-            h.redo.clear();
+        const std::vector<Group> gone = takeRedo(h);
         stack.push_back(std::exchange(h.open, {}));
         trim(h);
     }
+    /// A change ends what could be done again.
+    static std::vector<Group> takeRedo(History& h)
+    {
+        return h.doing == Doing::changes ? std::exchange(h.redo, {}) : std::vector<Group>();
+    }
     static void trim(History& h)
     {
+        std::vector<Group> gone;
         for (std::vector<Group>* stack : { &h.undo, &h.redo }) {
-            if (h.limit && stack->size() > h.limit)
-                stack->erase(stack->begin(), stack->end() - static_cast<std::ptrdiff_t>(h.limit));
+            if (!h.limit || stack->size() <= h.limit)
+                continue;
+            const auto kept = stack->end() - static_cast<std::ptrdiff_t>(h.limit);
+            gone.insert(
+                gone.end(), std::make_move_iterator(stack->begin()), std::make_move_iterator(kept));
+            stack->erase(stack->begin(), kept);
         }
     }
     static void end(NSUndoManager& self)
@@ -202,8 +215,7 @@ template <> struct NSUndoManager::Methods<struct Recording> {
             self.beginUndoGrouping();
             closeAtEndOfTurn(self);
         }
-        if (h.doing == Doing::changes)
-            h.redo.clear();
+        const std::vector<Group> gone = takeRedo(h);
         h.open.actions.push_back({ WeakRef<NSObject>(target), std::move(perform) });
     }
     static void requireTarget(NSObject* target, const char* operation)
@@ -281,10 +293,9 @@ template <> struct NSUndoManager::Methods<struct Undoing> {
     class Span {
     public:
         Span(NSUndoManager& manager, Doing doing)
-            : manager_(manager)
+            : Span(of(manager), manager, doing)
         {
-            of(manager).doing = doing;
-            manager.beginUndoGrouping();
+            manager.beginUndoGrouping(); // an exception ends the span as well
         }
         ~Span()
         {
@@ -296,6 +307,11 @@ template <> struct NSUndoManager::Methods<struct Undoing> {
         Span& operator=(const Span&) = delete;
 
     private:
+        Span(History& history, NSUndoManager& manager, Doing doing)
+            : manager_(manager)
+        {
+            history.doing = doing;
+        }
         static void dropInner(History& h)
         {
             if (h.level) // an action raised, or left a group of its own open
@@ -307,9 +323,12 @@ template <> struct NSUndoManager::Methods<struct Undoing> {
 
     static void run(NSUndoManager& self, std::vector<Group>& stack, Doing doing)
     {
-        Group group = std::move(stack.back());
-        stack.pop_back();
-        Span span(self, doing);
+        const Span span(self, doing);
+        Group group;
+        if (!stack.empty()) { // else who was told has emptied it
+            group = std::move(stack.back());
+            stack.pop_back();
+        }
         of(self).open.name = group.name;
         while (!group.actions.empty()) {
             Action action = std::move(group.actions.back());
@@ -378,29 +397,31 @@ template <> struct NSUndoManager::Methods<struct Undoing> {
     static void removeAll(NSUndoManager& self)
     {
         History& h = of(self);
-        const std::vector<Group> undo = std::move(h.undo);
-        const std::vector<Group> redo = std::move(h.redo);
-        const Group open = std::move(h.open);
-        h.undo.clear();
-        h.redo.clear();
-        h.open = {};
+        const std::vector<Group> undo = std::exchange(h.undo, {});
+        const std::vector<Group> redo = std::exchange(h.redo, {});
+        const Group open = std::exchange(h.open, {});
     }
-    static void removeActions(Group& group, NSObject* target)
+    static void takeActions(Group& group, NSObject* target, std::vector<Action>& gone)
     {
-        std::erase_if(group.actions, [target](const Action& action) {
+        const auto isKept = [target](const Action& action) {
             const Ref<NSObject> present = action.target.get();
-            return !present || present == target;
-        });
+            return present && present != target;
+        };
+        const auto kept = std::stable_partition(group.actions.begin(), group.actions.end(), isKept);
+        gone.insert(gone.end(), std::make_move_iterator(kept),
+            std::make_move_iterator(group.actions.end()));
+        group.actions.erase(kept, group.actions.end());
     }
     static void removeAllWithTarget(NSUndoManager& self, NSObject* target)
     {
         History& h = of(self);
+        std::vector<Action> gone;
         for (std::vector<Group>* stack : { &h.undo, &h.redo }) {
             for (Group& group : *stack)
-                removeActions(group, target);
+                takeActions(group, target, gone);
             std::erase_if(*stack, [](const Group& group) { return group.actions.empty(); });
         }
-        removeActions(h.open, target);
+        takeActions(h.open, target, gone);
     }
 
     // ---- names
@@ -454,6 +475,7 @@ template <> struct NSUndoManager::Methods<struct Undoing> {
     static void dealloc(NSUndoManager& self)
     {
         NSUndoManager::Methods<struct Recording>::dropEndOfTurn(of(self));
+        removeAll(self);
     }
 
     static void table(Builder& t)

@@ -189,9 +189,10 @@ template <> struct NSFontDescriptor::Methods<struct Describing> {
     static bool isEqual(NSFontDescriptor& self, NSObject* other)
     {
         return other && other->isKindOfClass(classOf<NSFontDescriptor>())
-            && self.attributes_->isEqual(static_cast<NSFontDescriptor*>(other)->attributes_.get());
+            && maybe(self.attributes_)
+                   ->isEqual(static_cast<NSFontDescriptor*>(other)->attributes_.get());
     }
-    static NSUInteger hash(NSFontDescriptor& self) { return self.attributes_->hash(); }
+    static NSUInteger hash(NSFontDescriptor& self) { return maybe(self.attributes_)->hash(); }
     static Ref<NSObject> copyWithZone(NSFontDescriptor& self, void*) { return &self; }
 
     static void encode(NSFontDescriptor& self, NSCoder* coder)

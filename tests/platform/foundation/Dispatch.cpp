@@ -211,6 +211,17 @@ TEST(DispatchAfter, ReachesOtherQueuesInRealTime)
     EXPECT_EQ(dispatch_semaphore_wait(semaphore.get(), DISPATCH_TIME_FOREVER), 0);
 }
 
+TEST(DispatchSemaphores, AreWaitedForUntilMomentsThatNoClockReaches)
+{
+    for (const dispatch_time_t limit :
+        { std::numeric_limits<dispatch_time_t>::max() / 2, DISPATCH_TIME_FOREVER - 1 }) {
+        const auto semaphore = dispatch_semaphore_create(0);
+        dispatch_after(dispatch_time(DISPATCH_TIME_NOW, 10'000'000), global(),
+            [semaphore] { dispatch_semaphore_signal(semaphore.get()); });
+        EXPECT_EQ(dispatch_semaphore_wait(semaphore.get(), limit), 0);
+    }
+}
+
 TEST(DispatchAfter, DropsWhatIsNeverDue)
 {
     auto probe = std::make_shared<int>(0);

@@ -13,6 +13,7 @@
 #include "foundation/NSMutableString.h"
 #include "foundation/NSNull.h"
 #include "foundation/NSNumber.h"
+#include "foundation/NSObjCRuntime.h"
 #include "foundation/NSPropertyListSerialization.h"
 #include "foundation/NSSet.h"
 #include "foundation/PropertyListUID.h"
@@ -451,6 +452,48 @@ TEST(HostileArchives, EveryRewriteEndsQuietlyWhereErrorsAreKept)
         // A number that does not fit is raised whatever the policy.
         EXPECT_TRUE(raised.empty() || raised.starts_with("NSRangeException"))
             << rewrite.name << raised;
+    }
+}
+
+/// Answers an archive of an object whose value under a key is a set that holds the object.
+Ref<NSData> insideItsOwnSet(NSString* name, NSString* key)
+{
+    const auto cls = [](NSString* called) {
+        return makeDictionary({ { "$classname"_ns, called },
+            { "$classes"_ns, makeArray({ called, "NSObject"_ns }).get() } });
+    };
+    const auto object = makeDictionary({ { "$class"_ns, uid(3).get() }, { key, uid(2).get() } });
+    const auto set = makeDictionary(
+        { { "$class"_ns, uid(4).get() }, { "NS.objects"_ns, makeArray({ uid(1).get() }).get() } });
+    const auto objects = makeArray(
+        { "$null"_ns, object.get(), set.get(), cls(name).get(), cls("NSSet"_ns).get() });
+    const auto top = makeDictionary(
+        { { "$version"_ns, whole(100000).get() }, { "$archiver"_ns, "NSKeyedArchiver"_ns },
+            { "$top"_ns, makeDictionary({ { "root"_ns, uid(1).get() } }).get() },
+            { "$objects"_ns, objects.get() } });
+    return lists().dataWithPropertyList_format_options_error(
+        top.get(), NSPropertyListBinaryFormat_v1_0, 0, nullptr);
+}
+
+TEST(HostileArchives, ObjectsMayBeAskedForTheirHashBeforeTheyAreMade)
+{
+    const std::pair<NSString*, NSString*> objects[] {
+        { "NSOrderedSet"_ns, "NS.objects"_ns },
+        { "NSMutableOrderedSet"_ns, "NS.objects"_ns },
+        { "NSAttributedString"_ns, "NSString"_ns },
+        { "NSMutableAttributedString"_ns, "NSString"_ns },
+        { "NSCalendar"_ns, "NS.identifier"_ns },
+        { "NSURL"_ns, "NS.relative"_ns },
+        { "NSTimeZone"_ns, "NS.name"_ns },
+    };
+    for (const auto& [name, key] : objects) {
+        const Ref<NSData> data = insideItsOwnSet(name, key);
+        ASSERT_TRUE(data);
+        Ref<NSObject> made;
+        const std::string raised = raisedBy(
+            [&] { made = NSKeyedUnarchiver::cls().unarchiveObjectWithData(data.get()); });
+        EXPECT_TRUE(!raised.empty() || !made || made->isKindOfClass(NSClassFromString(name)))
+            << utf8Of(name);
     }
 }
 

@@ -143,6 +143,15 @@ TEST(ArrayKeys, AreWrittenToEachElement)
     EXPECT_EQ(textOf(valueForKeyPath(object, "rooms.@distinctUnionOfObjects.name"_ns)),
         "(\n    attic\n)");
 }
+TEST(ArrayKeys, LongPathsTakeNoStack)
+{
+    const Ref<NSArray> words = makeArray({ "word"_ns });
+    std::string path = "description";
+    for (int i = 0; i < 100'000; ++i)
+        path += ".description";
+    EXPECT_TRUE(valueForKeyPath(words, stringFrom(path).get())->isEqual(words.get()));
+    EXPECT_EQ(textOf(valueForKeyPath(words, stringFrom(path + ".@count").get())), "1");
+}
 TEST(ArrayKeys, OfAnArrayThatHoldsItselfAreRefused)
 {
     const auto ring = NSMutableArray::cls().array();

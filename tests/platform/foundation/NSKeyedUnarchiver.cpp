@@ -407,6 +407,15 @@ TEST(NSKeyedUnarchiver, ElementsMustBeAllowedToo)
         unarchivers.unarchivedObjectOfClasses_fromData_error(classes.get(), data.get(), nullptr));
 }
 
+TEST(NSKeyedUnarchiver, AmongAllowedClassesANameIsAnError)
+{
+    const Ref<NSData> data = archived(NSDate::cls().date().get());
+    Ref<NSError> error;
+    EXPECT_FALSE(NSKeyedUnarchiver::cls().unarchivedObjectOfClasses_fromData_error(
+        makeSet({ "NSString"_ns }).get(), data.get(), &error));
+    EXPECT_NE(textOf(error).find("NSString is no class"), std::string::npos) << textOf(error);
+}
+
 TEST(NSKeyedUnarchiver, AnObjectAllowsTheClassesItAsksForItself)
 {
     const Ref<NSData> data = archived(makeNode("a"_ns, makeNode("b"_ns).get()).get());

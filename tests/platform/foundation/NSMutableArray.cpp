@@ -111,6 +111,37 @@ TEST(NSMutableArray, RemovesRangesAndIndexes)
     EXPECT_EQ(joined(other), "b b");
 }
 
+TEST(NSMutableArray, TakesScatteredElementsOutAndPutsThemBack)
+{
+    constexpr NSUInteger kCount = 200'000;
+    const Ref<NSMutableArray> array = NSMutableArray::cls().arrayWithCapacity(kCount);
+    const Ref<NSMutableIndexSet> even = make<NSMutableIndexSet>();
+    for (NSUInteger i = 0; i < kCount; ++i) {
+        array->addObject(NSNumber::cls().numberWithUnsignedInteger(i).get());
+        if (i % 2 == 0)
+            even->addIndex(i);
+    }
+    const Ref<NSArray> before = cast<NSArray>(array->copy());
+    const Ref<NSArray> taken = array->objectsAtIndexes(even.get());
+    array->removeObjectsAtIndexes(even.get());
+    EXPECT_EQ(array->count(), kCount / 2);
+    EXPECT_EQ(array->objectAtIndex(1)->description()->integerValue(), 3);
+    array->insertObjects_atIndexes(taken.get(), even.get());
+    EXPECT_TRUE(array->isEqualToArray(before.get()));
+}
+
+TEST(NSMutableArray, InsertingPastTheResultsEndChangesNothing)
+{
+    const Ref<NSMutableArray> array = letters();
+    const Ref<NSMutableIndexSet> indexes = NSMutableIndexSet::cls().indexSetWithIndex(0);
+    indexes->addIndex(6);
+    EXPECT_NE(raisedBy([&] {
+        array->insertObjects_atIndexes(makeArray({ "x"_ns, "y"_ns }).get(), indexes.get());
+    }),
+        "");
+    EXPECT_EQ(joined(array), "a b c b");
+}
+
 TEST(NSMutableArray, RemovesWhatAnotherArrayHolds)
 {
     const Ref<NSMutableArray> array = letters();

@@ -2,6 +2,7 @@
 #include "foundation/NSNotificationQueue.h"
 
 #include <gtest/gtest.h>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -46,6 +47,38 @@ protected:
 };
 
 using Names = std::vector<std::string>;
+
+/// Takes its own notifications back when it ends.
+struct Leaver {
+    NSNotificationQueue* queue;
+    int* ends;
+    ~Leaver()
+    {
+        ++*ends;
+        queue->dequeueNotificationsMatching_coalesceMask(
+            NSNotification::cls().notificationWithName_object("other"_ns, nullptr).get(),
+            NSNotificationCoalescingOnName);
+    }
+};
+
+TEST_F(NotificationQueue, ObjectsThatGoWithTakenBackNotificationsMayTakeOthersBack)
+{
+    int ends = 0;
+    for (int i = 0; i < 10; ++i) {
+        const Block<void()> owner
+            = [leaver = std::shared_ptr<Leaver>(new Leaver { queue_.get(), &ends })] {};
+        const auto info = NSNotification::cls().notificationWithName_object("a"_ns, owner.get());
+        queue_->enqueueNotification_postingStyle_coalesceMask_forModes(
+            info.get(), NSPostASAP, 0, nullptr);
+        queue_->enqueueNotification_postingStyle_coalesceMask_forModes(
+            notification("other"_ns).get(), NSPostASAP, 0, nullptr);
+    }
+    queue_->dequeueNotificationsMatching_coalesceMask(
+        notification("a"_ns).get(), NSNotificationCoalescingOnName);
+    EXPECT_EQ(ends, 10);
+    turn();
+    EXPECT_EQ(heard_, Names());
+}
 
 TEST_F(NotificationQueue, PostsSoonInTheNextTurn)
 {

@@ -183,6 +183,51 @@ namespace {
         EXPECT_EQ(long_->stringByReplacingOccurrencesOfString_withString("-"_ns, ""_ns)->length(),
             100000u);
     }
+    TEST(NSStringSearch, GoingThroughLongForeignTextStaysQuick)
+    {
+        std::u16string text;
+        for (int i = 0; i < 10000; ++i)
+            text += u"яж-";
+        const Ref<NSString> long_ = stringFrom(text);
+        NSUInteger count = 0;
+        for (NSUInteger from = 0; from < text.size(); ++count) {
+            const NSRange found = long_->rangeOfString_options_range("-"_ns,
+                count % 2 ? NSCaseInsensitiveSearch : NSStringCompareOptions(),
+                { from, text.size() - from });
+            ASSERT_EQ(found, NSMakeRange(3 * count + 2, 1));
+            from = NSMaxRange(found);
+        }
+        EXPECT_EQ(count, 10000u);
+        for (NSUInteger end = text.size(); end > 0; end -= 3) {
+            ASSERT_EQ(long_->rangeOfString_options_range(
+                          "Ж"_ns, NSCaseInsensitiveSearch | NSBackwardsSearch, { 0, end }),
+                NSMakeRange(end - 2, 1));
+        }
+        for (int i = 0; i < 10000; ++i)
+            ASSERT_TRUE(long_->hasPrefix("яж"_ns) && long_->hasSuffix("ж-"_ns)
+                && !long_->hasPrefix("ж"_ns) && !long_->hasSuffix("ж"_ns));
+    }
+    TEST(NSStringSearch, FindsWholeLettersHoweverFarOff)
+    {
+        for (NSUInteger far = 0; far < 100; ++far) {
+            const std::u16string gap(far, u'я');
+            const Ref<NSString> last = stringFrom(gap + u"e\u0301" + gap + u"e" + gap);
+            EXPECT_EQ(search(last.get(), "e"_ns, 0), NSMakeRange(2 * far + 2, 1));
+            EXPECT_EQ(search(last.get(), "é"_ns, 0), NSMakeRange(far, 2));
+            EXPECT_EQ(search(last.get(), "\u0301"_ns, 0), kNone);
+            const Ref<NSString> first = stringFrom(gap + u"e" + gap + u"e\u0301" + gap);
+            EXPECT_EQ(search(first.get(), "e"_ns, NSBackwardsSearch), NSMakeRange(far, 1));
+            EXPECT_EQ(search(first.get(), "é"_ns, NSBackwardsSearch), NSMakeRange(2 * far + 1, 2));
+            EXPECT_EQ(search(first.get(), "\u0301"_ns, NSBackwardsSearch), kNone);
+            const Ref<NSString> marked = stringFrom(u"e" + std::u16string(far, u'\u0301') + u"я");
+            EXPECT_EQ(
+                search(marked.get(), "eя"_ns, NSAnchoredSearch | NSDiacriticInsensitiveSearch),
+                NSMakeRange(0, far + 2));
+            EXPECT_EQ(search(marked.get(), "eя"_ns,
+                          NSAnchoredSearch | NSBackwardsSearch | NSDiacriticInsensitiveSearch),
+                NSMakeRange(0, far + 2));
+        }
+    }
 
 }
 

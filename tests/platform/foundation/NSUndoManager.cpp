@@ -42,6 +42,27 @@ template <> struct UndoneNumber::Methods<struct Changing> {
 };
 BRINDLE_RECORD(UndoneNumber, Changing)
 
+/// Takes its own actions back when it ends, as many objects do.
+class UndoLeaver : public NSObject {
+    BRINDLE_OBJECT(UndoLeaver, NSObject)
+
+public:
+    NSUndoManager* manager_ = nullptr;
+    int* ends_ = nullptr;
+};
+
+template <> struct UndoLeaver::Methods<struct Leaving> {
+    static void dealloc(UndoLeaver& self)
+    {
+        if (!self.manager_)
+            return;
+        ++*self.ends_;
+        self.manager_->removeAllActionsWithTarget(&self);
+    }
+    static void table(Builder& t) { t.methods({ { "dealloc", imp<dealloc> } }); }
+};
+BRINDLE_RECORD(UndoLeaver, Leaving)
+
 namespace {
 
     struct NSUndoManagerTest : testing::Test {
@@ -56,11 +77,28 @@ namespace {
             number->set(value);
             manager->endUndoGrouping();
         }
+        /// Makes groups whose actions are the only ones to keep objects that take themselves back.
+        void keepLeavers(int groups)
+        {
+            for (int i = 0; i < groups; ++i) {
+                auto leaver = make<UndoLeaver>();
+                leaver->manager_ = manager.get();
+                leaver->ends_ = &ends;
+                manager->beginUndoGrouping();
+                for (int action = 0; action < 3; ++action)
+                    manager->registerUndoWithTarget_handler(
+                        number.get(), [this, leaver](NSObject* target) {
+                            manager->registerUndoWithTarget_handler(target, [leaver](NSObject*) {});
+                        });
+                manager->endUndoGrouping();
+            }
+        }
         std::string nameToUndo() { return utf8Of(manager->undoActionName().get()); }
 
         test::VirtualClock clock;
         Ref<NSUndoManager> manager = make<NSUndoManager>();
         Ref<UndoneNumber> number = make<UndoneNumber>();
+        int ends = 0;
     };
 
     TEST_F(NSUndoManagerTest, UndoesAndRedoesAGroup)
@@ -253,6 +291,58 @@ namespace {
         EXPECT_EQ(manager->groupingLevel(), 0);
         manager->undo();
         EXPECT_EQ(number->value_, 0);
+    }
+
+    TEST_F(NSUndoManagerTest, UndoesLaterWhatSomebodyWhoWasToldPreventedByRaising)
+    {
+        change(1);
+        const auto centre = NSNotificationCenter::cls().defaultCenter();
+        const Ref<NSObject> token = centre->addObserverForName_object_queue_usingBlock(
+            NSUndoManagerDidOpenUndoGroupNotification, manager.get(), nullptr,
+            [](NSNotification*) { raise("Failure", "on purpose"); });
+        EXPECT_THROW(manager->undo(), Exception);
+        centre->removeObserver(token.get());
+        EXPECT_FALSE(manager->isUndoing());
+        EXPECT_EQ(manager->groupingLevel(), 0);
+        ASSERT_TRUE(manager->canUndo());
+        manager->undo();
+        EXPECT_EQ(number->value_, 0);
+        EXPECT_TRUE(manager->canRedo());
+    }
+
+    TEST_F(NSUndoManagerTest, ObjectsThatGoWithForgottenGroupsMayTakeThemselvesBack)
+    {
+        keepLeavers(10);
+        manager->setLevelsOfUndo(1);
+        EXPECT_EQ(ends, 9);
+        EXPECT_TRUE(manager->canUndo());
+    }
+
+    TEST_F(NSUndoManagerTest, ObjectsThatGoWithATargetsActionsMayTakeThemselvesBack)
+    {
+        keepLeavers(10);
+        manager->removeAllActionsWithTarget(number.get());
+        EXPECT_EQ(ends, 10);
+        EXPECT_FALSE(manager->canUndo());
+    }
+
+    TEST_F(NSUndoManagerTest, ObjectsThatGoWhenRedoingEndsMayTakeThemselvesBack)
+    {
+        keepLeavers(10);
+        for (int i = 0; i < 10; ++i)
+            manager->undo();
+        EXPECT_EQ(ends, 0);
+        EXPECT_TRUE(manager->canRedo());
+        change(1);
+        EXPECT_EQ(ends, 10);
+        EXPECT_FALSE(manager->canRedo());
+    }
+
+    TEST_F(NSUndoManagerTest, ObjectsThatGoWithTheManagerMayTakeThemselvesBack)
+    {
+        keepLeavers(10);
+        manager = nullptr;
+        EXPECT_EQ(ends, 10);
     }
 
     TEST_F(NSUndoManagerTest, RaisesWhenNoGroupIsOpen)
