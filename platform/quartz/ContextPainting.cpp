@@ -81,6 +81,56 @@ namespace {
             || op == CAIRO_OPERATOR_DEST_ATOP;
     }
 
+    /// Answers what an operator makes of the whole of a rectangle.
+    Cairo<cairo_surface_t> painted(
+        Canvas& canvas, PixelRect box, const PenJob& job, cairo_operator_t op)
+    {
+        const int width = box.right - box.left;
+        const int height = box.bottom - box.top;
+        Cairo<cairo_surface_t> result(
+            cairo_image_surface_create(CAIRO_FORMAT_ARGB32, width, height));
+        unsigned char* const bytes = cairo_image_surface_get_data(result.get());
+        if (!bytes)
+            return nullptr;
+        canvas.beginDirect();
+        const PixelRect from = canvas.local(box);
+        for (int y = 0; y < height; ++y)
+            std::copy_n(canvas.bitmap().row(from.top + y) + from.left, width,
+                reinterpret_cast<Pixel*>(
+                    bytes + std::ptrdiff_t { y } * cairo_image_surface_get_stride(result.get())));
+        canvas.endDirect();
+        cairo_surface_mark_dirty(result.get());
+        cairo_surface_set_device_offset(result.get(), -box.left, -box.top);
+        const Cairo<cairo_t> cr(cairo_create(result.get()));
+        cairo_set_operator(cr.get(), op);
+        job.source(cr.get(), job.info);
+        cairo_paint(cr.get());
+        return result;
+    }
+
+    /// Paints a job whose paint alone bounds it with an operator that reaches outside.
+    void runBounded(ContextData& data, const PenJob& job, PixelRect touched, cairo_operator_t op)
+    {
+        Canvas& canvas = data.canvas();
+        const PixelRect box = intersection(touched, canvas.bounds());
+        if (box.isEmpty())
+            return;
+        const Access access(data, touched);
+        const Cairo<cairo_surface_t> whole = painted(canvas, box, job, op);
+        if (!whole)
+            return;
+        cairo_t* const cr = canvas.pen(data.state);
+        cairo_set_antialias(
+            cr, data.state.smoothEdges() ? CAIRO_ANTIALIAS_DEFAULT : CAIRO_ANTIALIAS_NONE);
+        cairo_set_operator(cr, CAIRO_OPERATOR_SOURCE);
+        cairo_set_source_surface(cr, whole.get(), 0, 0);
+        job.outline(cr, job.info);
+        job.paint(cr, job.info);
+        cairo_identity_matrix(cr);
+        cairo_new_path(cr);
+        cairo_set_source_rgba(cr, 0, 0, 0, 0);
+    }
+
     /// Paints a job where the group ends: within it the source has its plain place.
     void runInLayer(ContextData& data, const PenJob& job)
     {
@@ -123,8 +173,10 @@ void runJob(ContextData& data, const PenJob& job)
     if (touched.isEmpty())
         return;
     const cairo_operator_t op = operatorFor(data.state.blend);
-    if (data.state.blend == kCGBlendModePlusDarker || (reachesOutside(op) && !job.clipsToShape))
+    if (data.state.blend == kCGBlendModePlusDarker)
         return runInLayer(data, job);
+    if (reachesOutside(op) && !job.clipsToShape)
+        return runBounded(data, job, touched, op);
     const Access access(data, touched);
     cairo_t* const cr = data.canvas().pen(data.state);
     cairo_set_antialias(

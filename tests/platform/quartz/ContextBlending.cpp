@@ -217,6 +217,35 @@ TEST(ContextBlending, GroupsAreLaidDownInTheModeOfTheirBeginning)
     EXPECT_PRED_FORMAT3(isNear, picture.at(4, 4), (Rgba { 214, 224, 163, 255 }), 2);
 }
 
+TEST(ContextBlending, ALineMixesAsAnAreaDoesAndLeavesWhatIsBeside)
+{
+    const auto drawn = [](CGBlendMode mode, bool isLine, int y) {
+        const Picture picture(16, 16);
+        CGContextSetRGBFillColor(picture, 0.2, 0.4, 0.6, 0.8);
+        CGContextFillRect(picture, CGRectMake(0, 0, 16, 16));
+        CGContextSetBlendMode(picture, mode);
+        CGContextSetAlpha(picture, 0.5);
+        CGContextSetRGBFillColor(picture, 0.8, 0.4, 0.2, 1);
+        CGContextSetRGBStrokeColor(picture, 0.8, 0.4, 0.2, 1);
+        CGContextSetLineWidth(picture, 2);
+        if (isLine) {
+            CGContextMoveToPoint(picture, 2, 8);
+            CGContextAddLineToPoint(picture, 14, 8);
+            CGContextStrokePath(picture);
+        } else
+            CGContextFillRect(picture, CGRectMake(2, 7, 12, 2));
+        return picture.at(8, y);
+    };
+    for (const CGBlendMode mode : { kCGBlendModeNormal, kCGBlendModeCopy, kCGBlendModeSourceIn,
+             kCGBlendModeSourceOut, kCGBlendModeSourceAtop, kCGBlendModeDestinationOver,
+             kCGBlendModeDestinationIn, kCGBlendModeDestinationOut, kCGBlendModeDestinationAtop,
+             kCGBlendModeXOR, kCGBlendModePlusDarker }) {
+        for (const int y : { 4, 6, 7, 8, 9, 11 })
+            EXPECT_PRED_FORMAT3(isNear, drawn(mode, true, y), drawn(mode, false, y), 2)
+                << mode << " at " << y;
+    }
+}
+
 TEST(ContextBlending, ATurnedImageFadesInEveryModeAsOneThatStandsUpright)
 {
     const auto drawn = [](CGBlendMode mode, bool turns) {
