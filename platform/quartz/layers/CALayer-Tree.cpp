@@ -122,8 +122,9 @@ template <> struct CALayer::Methods<struct Tree> {
     {
         check(self, lent);
         const Ref<CALayer> layer(lent);
-        unlink(*layer);
         LayerAccess::dropUnseenMovements(*layer);
+        check(self, lent); // a delegate may have moved things about
+        unlink(*layer);
         LayerState& state = of(self);
         of(*layer).superlayer = &self;
         place = std::min(place, state.sublayers.size());

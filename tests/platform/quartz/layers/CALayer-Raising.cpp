@@ -5,6 +5,7 @@
 
 #include "foundation/Exceptions.h"
 #include "foundation/NSArray.h"
+#include "foundation/NSDictionary.h"
 #include "quartz/layers/CALayer.h"
 #include "quartz/layers/CATransaction.h"
 #include "quartz/layers/FrameClock.h"
@@ -169,6 +170,24 @@ namespace {
         layer->addAnimation_forKey(other.get(), "other"_ns);
         EXPECT_THROW(layer->removeAllAnimations(), Exception);
         EXPECT_EQ(listening->told, 1);
+    }
+
+    TEST(LayerTree, ADelegateThatMovesTheLayerMeanwhileDoesNotPutItIntoTwo)
+    {
+        VirtualClock clock;
+        const Ref<CALayer> first = CALayer::cls().layer();
+        const Ref<CALayer> second = CALayer::cls().layer();
+        const Ref<CALayer> layer = CALayer::cls().layer();
+        const Ref<LayerHelper> moving = helper([&] { first->addSublayer(layer.get()); });
+        const Ref<CABasicAnimation> animation = fade(0, 1);
+        animation->setDelegate(moving.get());
+        layer->setActions(
+            NSDictionary::cls().dictionaryWithObject_forKey(animation.get(), "opacity"_ns).get());
+        layer->setOpacity(0.5); // nobody has seen it: dropped with the next place
+        second->addSublayer(layer.get());
+        EXPECT_EQ(moving->told, 1);
+        EXPECT_EQ(first->sublayers(), nullptr);
+        EXPECT_EQ(layer->superlayer(), second);
     }
 
     TEST(LayerTree, AMaskThatOutlivesItsLayerIsALayerLikeOthers)
