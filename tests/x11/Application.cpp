@@ -49,7 +49,7 @@ BRINDLE_RECORD(BusyView, Drawing)
 
 namespace {
 
-    using display::environmentOf;
+    using display::becomes;
 
     Ref<NSWindow> openWindow()
     {
@@ -60,33 +60,11 @@ namespace {
         return window;
     }
 
-    void useServer(const display::XServerProcess& server)
-    {
-        installDisplay(display::openDisplay(
-            display::Choice::x11, environmentOf({ { "DISPLAY", server.name() } }), [](auto) {}));
-    }
-
     /// Runs the loop for some time of the real world, which is where the server lives.
     void runFor(double seconds)
     {
         NSRunLoop::cls().mainRunLoop()->runUntilDate(
             NSDate::cls().dateWithTimeIntervalSinceNow(seconds).get());
-    }
-
-    display::Display& useServerOfTheEnvironment()
-    {
-        return *installDisplay(
-            display::openDisplay(display::Choice::x11, display::processEnvironment(), [](auto) {}));
-    }
-
-    /// Runs the loop until something is true, seconds at most.
-    template <class Condition> bool becomes(Condition&& condition)
-    {
-        for (int i = 0; i < 500 && !condition(); ++i) {
-            runFor(0.01);
-            NSApplication::cls().sharedApplication()->processEvents();
-        }
-        return condition();
     }
 
     constexpr const char* kLastLine = "^brindle: lost the connection to the display server\n$";
@@ -95,7 +73,7 @@ namespace {
     {
         const auto runUntilTheServerDies = [] {
             display::XServerProcess server;
-            useServer(server);
+            display::installX11(server);
             const Ref<NSApplication> application = NSApplication::cls().sharedApplication();
             const Ref<NSWindow> window = openWindow();
             application->processEvents();
@@ -109,7 +87,7 @@ namespace {
     {
         const auto idleUntilTheServerDies = [] {
             display::XServerProcess server;
-            useServer(server);
+            display::installX11(server);
             const Ref<NSApplication> application = NSApplication::cls().sharedApplication();
             const Ref<NSWindow> window = openWindow();
             runFor(0.3);
@@ -125,7 +103,7 @@ namespace {
         const auto dragUntilTheServerDies = [] {
             display::XServerProcess server;
             display::XDriver driver(server.name().c_str());
-            useServer(server);
+            display::installX11(server);
             const Ref<NSApplication> application = NSApplication::cls().sharedApplication();
             const Ref<NSWindow> window = openWindow();
             runFor(0.3);
@@ -149,7 +127,7 @@ namespace {
 
     TEST(ApplicationOnX, MinimisesZoomsAndFillsTheScreenAndComesBack)
     {
-        display::Display& display = useServerOfTheEnvironment();
+        display::Display& display = display::installX11();
         const Ref<NSApplication> application = NSApplication::cls().sharedApplication();
         const auto window = alloc<NSWindow>()->initWithContentRect_styleMask_backing_defer(
             NSMakeRect(200, 300, 300, 200),
@@ -186,7 +164,7 @@ namespace {
     TEST(ApplicationOnX, DoesNotWakeUpOverFiveIdleSeconds)
     {
         display::XServerProcess server;
-        useServer(server);
+        display::installX11(server);
         const Ref<NSApplication> application = NSApplication::cls().sharedApplication();
         const Ref<NSWindow> window = openWindow();
         runFor(0.5); // what opening a window brings along
@@ -209,7 +187,7 @@ namespace {
         test::SettingsDesk desk(bus, test::SettingsDesk::Answers::firstVersion, 1);
         const test::Variables session { { "DBUS_SESSION_BUS_ADDRESS", bus.address() } };
         display::XServerProcess server;
-        useServer(server);
+        display::installX11(server);
         const Ref<NSApplication> application = NSApplication::cls().sharedApplication();
         const Ref<NSWindow> window = openWindow();
         EXPECT_EQ(appkit::appearance(), appkit::Appearance::light);
@@ -228,7 +206,7 @@ namespace {
     {
         display::XServerProcess server;
         display::XDriver driver(server.name().c_str());
-        useServer(server);
+        display::installX11(server);
         const Ref<NSApplication> application = NSApplication::cls().sharedApplication();
         const Ref<NSWindow> window = openWindow();
         runFor(0.3);
@@ -268,7 +246,7 @@ namespace {
     {
         display::XServerProcess server;
         display::XDriver driver(server.name().c_str());
-        useServer(server);
+        display::installX11(server);
         const Ref<NSApplication> application = NSApplication::cls().sharedApplication();
         const Ref<NSWindow> window = openWindow();
         runFor(0.5); // it has had the focus, and with it the keyboard
@@ -293,7 +271,7 @@ namespace {
         const char* const manager = std::getenv("BRINDLE_TEST_WM");
         if (!manager || std::string_view(manager) == "none")
             return; // without one the window follows the pointer itself
-        display::Display& display = useServerOfTheEnvironment();
+        display::Display& display = display::installX11();
         display::XDriver driver;
         const Ref<NSApplication> application = NSApplication::cls().sharedApplication();
         const auto window = alloc<NSWindow>()->initWithContentRect_styleMask_backing_defer(
@@ -323,7 +301,7 @@ namespace {
     TEST(ApplicationOnX, KnowsTheServersScreenInPoints)
     {
         display::XServerProcess server({ "-screen", "0", "1000x600x24" });
-        useServer(server);
+        display::installX11(server);
         EXPECT_EQ(BRUIScreen(), NSMakeRect(0, 0, 1000, 600));
         EXPECT_EQ(BRUIScreenHeight(), 600);
         installDisplay(nullptr);

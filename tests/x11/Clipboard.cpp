@@ -19,7 +19,7 @@ namespace {
         OtherProgram(Selection selection, std::string type, std::string data)
         {
             thread_ = std::thread([this, selection, type, data] {
-                const auto display = openDisplay(Choice::x11, processEnvironment(), [](auto) {});
+                const auto display = openX11();
                 display->clipboard()->offer(selection,
                     { .types = [type] { return std::vector { type }; },
                         .provide = [data](std::string_view) { return data; },
@@ -63,7 +63,7 @@ namespace {
             std::optional<std::string> data;
             std::atomic<bool> done { false };
             std::thread reader([&] {
-                const auto other = openDisplay(Choice::x11, processEnvironment(), [](auto) {});
+                const auto other = openX11();
                 data = other->clipboard()->read(Selection::clipboard, type);
                 done = true;
             });

@@ -9,8 +9,6 @@
 #include "controls/GWOverlayHoverView.h"
 #include "controls/GWThemeFrameView.h"
 #include "controls/OnOffSwitchControl.h"
-#include "foundation/NSDate.h"
-#include "foundation/NSRunLoop.h"
 #include "runtime/Table.h"
 #include "support/LogSink.h"
 
@@ -31,6 +29,8 @@ BRINDLE_RECORD(ActionCounter, Counting)
 
 namespace {
 
+    using display::becomes;
+
     /// A window on the server of the environment, and the user's hands on that server.
     struct ControlsOnX : testing::Test {
         ControlsOnX()
@@ -45,15 +45,6 @@ namespace {
             display::X11Test::endInstalled(display);
         }
         /// Runs the loop until something is true, a few seconds at most.
-        template <class Condition> bool becomes(Condition&& condition, int steps = 500)
-        {
-            for (int i = 0; i < steps && !condition(); ++i) {
-                NSRunLoop::cls().mainRunLoop()->runUntilDate(
-                    NSDate::cls().dateWithTimeIntervalSinceNow(0.01).get());
-                application->processEvents();
-            }
-            return condition();
-        }
         /// Moves the pointer to a point of the window, in pixels of a screen without scale.
         void moveTo(NSPoint point)
         {
@@ -70,8 +61,7 @@ namespace {
             });
         }
 
-        display::Display& display = *installDisplay(
-            display::openDisplay(display::Choice::x11, display::processEnvironment(), [](auto) {}));
+        display::Display& display = display::installX11();
         Ref<NSApplication> application = NSApplication::cls().sharedApplication();
         display::XDriver driver;
         Ref<NSWindow> window = alloc<NSWindow>()->initWithContentRect_styleMask_backing_defer(

@@ -2,6 +2,9 @@
 #include <algorithm>
 #include <array>
 
+#include <sys/ptrace.h>
+#include <unistd.h>
+
 #include "XDriver.h"
 #include "support/DisplayLog.h"
 
@@ -224,6 +227,34 @@ namespace {
         EXPECT_FALSE(display->grab(*menu));
         EXPECT_TRUE(driver.grabPointer());
         driver.ungrabPointer();
+    }
+
+    // A program that stands in a debugger would keep the whole desktop.
+    TEST(X11DesktopDeathTest, GrabsNothingInADebugger)
+    {
+        const auto grabUnderWatch = [] {
+            ptrace(PTRACE_TRACEME, 0, nullptr, nullptr);
+            const auto display = openX11();
+            const auto menu = display->createSurface(popUp(kFrame, 101, "menu"));
+            menu->show();
+            _exit(display->grab(*menu) ? 1 : 0);
+        };
+        EXPECT_EXIT(grabUnderWatch(), testing::ExitedWithCode(0), "");
+    }
+
+    TEST_F(X11Desktop, KnowsWhetherSomebodyBlendsWindows)
+    {
+        EXPECT_FALSE(display->blends());
+        const xcb_window_t window = xcb_generate_id(driver.raw());
+        xcb_create_window(driver.raw(), 0, window, driver.root(), -10, -10, 1, 1, 0,
+            XCB_WINDOW_CLASS_INPUT_ONLY, XCB_COPY_FROM_PARENT, 0, nullptr);
+        xcb_set_selection_owner(
+            driver.raw(), window, driver.atom("_NET_WM_CM_S0"), XCB_CURRENT_TIME);
+        settle();
+        EXPECT_TRUE(display->blends());
+        xcb_destroy_window(driver.raw(), window);
+        settle();
+        EXPECT_FALSE(display->blends());
     }
 
     TEST_F(X11Desktop, TellsThatTheGrabWentWithItsSurface)

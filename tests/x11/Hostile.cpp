@@ -22,11 +22,10 @@ namespace {
 
     std::unique_ptr<Display> opened(const XServerProcess& server, std::string* complaints = nullptr)
     {
-        return openDisplay(Choice::x11, environmentOf({ { "DISPLAY", server.name() } }),
-            [complaints](std::string_view line) {
-                if (complaints)
-                    complaints->append(line);
-            });
+        return openX11(server.name(), {}, [complaints](std::string_view line) {
+            if (complaints)
+                complaints->append(line);
+        });
     }
 
     /// Another client that sends events and writes properties at random, the same for the same seed.
@@ -62,8 +61,9 @@ namespace {
                 "_NET_SUPPORTED", "_NET_SUPPORTING_WM_CHECK", "_NET_WORKAREA", "_NET_FRAME_EXTENTS",
                 "_NET_CURRENT_DESKTOP", "_NET_ACTIVE_WINDOW", "_NET_WM_MOVERESIZE",
                 "_MOTIF_WM_HINTS", "_NET_WM_SYNC_REQUEST", "RESOURCE_MANAGER",
-                "_XSETTINGS_SETTINGS", "INCR", "CLIPBOARD", "TARGETS", "MULTIPLE", "ATOM_PAIR",
-                "_BRINDLE_CLIPBOARD", "UTF8_STRING", "CARDINAL", "ATOM", "WINDOW", "STRING" };
+                "_XSETTINGS_SETTINGS", "_XSETTINGS_S0", "MANAGER", "INCR", "CLIPBOARD", "TARGETS",
+                "MULTIPLE", "ATOM_PAIR", "_BRINDLE_CLIPBOARD", "UTF8_STRING", "CARDINAL", "ATOM",
+                "WINDOW", "STRING" };
             if (atoms_.empty()) {
                 for (const char* name : kNames)
                     atoms_.push_back(driver_.atom(name));

@@ -4,8 +4,6 @@
 #include <algorithm>
 #include <array>
 #include <cstdlib>
-#include <functional>
-#include <vector>
 
 #include "XDriver.h"
 #include "appkit/NSApplication.h"
@@ -14,15 +12,14 @@
 #include "appkit/NSScreen.h"
 #include "appkit/NSWindow+ScreenEdge.h"
 #include "foundation/NSArray.h"
-#include "foundation/NSDate.h"
-#include "foundation/NSRunLoop.h"
-#include "foundation/NSTimer.h"
 #include "menubar/BRCustomMenubarMenuButton.h"
 #include "shell/OSWindow.h"
 #include "support/ActionLog.h"
 
 namespace brindle {
 namespace {
+
+    using display::becomes;
 
     /// A bar with one menu and an ordinary window, on the server of the environment, which another client watches.
     class X11Menubar : public display::X11Test {
@@ -40,8 +37,6 @@ namespace {
         }
         ~X11Menubar() override
         {
-            for (const Ref<NSTimer>& timer : timers)
-                timer->invalidate();
             if (bar) {
                 views()->close();
                 bar->close();
@@ -70,24 +65,6 @@ namespace {
             becomes([] { return false; }, 30);
         }
 
-        /// Runs the loop until something is so, seconds at most.
-        bool becomes(const std::function<bool()>& condition, int steps = 400)
-        {
-            for (int i = 0; i < steps && !condition(); ++i) {
-                NSRunLoop::cls().mainRunLoop()->runUntilDate(
-                    NSDate::cls().dateWithTimeIntervalSinceNow(0.01).get());
-                application->processEvents();
-            }
-            return condition();
-        }
-        /// Does something while a menu is followed.
-        void later(double seconds, std::function<void()> step)
-        {
-            timers.push_back(NSTimer::cls().timerWithTimeInterval_repeats_block(
-                seconds, false, [step = std::move(step)](NSTimer*) { step(); }));
-            NSRunLoop::cls().mainRunLoop()->addTimer_forMode(
-                timers.back().get(), NSEventTrackingRunLoopMode);
-        }
         // Pixels of the screen, y down, of a place in the bar's row as it is shown.
         int xOfButton() const
         {
@@ -123,7 +100,7 @@ namespace {
         Ref<BRCustomMenubar> bar;
         Ref<BRCustomMenubarMenuButton> button = make<BRCustomMenubarMenuButton>();
         Ref<ActionLog> log = make<ActionLog>();
-        std::vector<Ref<NSTimer>> timers;
+        display::WhileTracking tracking;
         int chosen = 0;
     };
 
@@ -134,9 +111,9 @@ namespace {
     TEST_F(X11Menubar, SendsWhatIsChosenFromTheMenuOfAClickedButton)
     {
         load();
-        later(0.5, [this] { driver.tap(kDown); });
-        later(0.8, [this] { driver.tap(kReturn); });
-        later(4, [this] { button->menu()->cancelTracking(); });
+        tracking.at(0.5, [this] { driver.tap(kDown); });
+        tracking.at(0.8, [this] { driver.tap(kReturn); });
+        tracking.at(4, [this] { button->menu()->cancelTracking(); });
         driver.click(xOfButton(), 11);
         EXPECT_TRUE(becomes([this] { return chosen == 1; }));
         EXPECT_TRUE(window->isKeyWindow());
@@ -146,9 +123,9 @@ namespace {
     {
         load();
         int top = 0;
-        later(0.5, [&] { top = topOfHighest(); });
-        later(0.7, [this] { driver.tap(kEscape); });
-        later(4, [this] { button->menu()->cancelTracking(); });
+        tracking.at(0.5, [&] { top = topOfHighest(); });
+        tracking.at(0.7, [this] { driver.tap(kEscape); });
+        tracking.at(4, [this] { button->menu()->cancelTracking(); });
         driver.click(xOfButton(), 11);
         EXPECT_TRUE(becomes([&] { return top > 0; }));
         EXPECT_EQ(top, 27);
@@ -175,9 +152,9 @@ namespace {
         EXPECT_EQ(screenEdgeStanding(*bar), NSScreenEdgeBelowPanel);
         EXPECT_EQ(NSMaxY(bar->frame()), 800);
         int top = 0;
-        later(0.5, [&] { top = topOfHighest(); });
-        later(0.7, [this] { driver.tap(kEscape); });
-        later(4, [this] { button->menu()->cancelTracking(); });
+        tracking.at(0.5, [&] { top = topOfHighest(); });
+        tracking.at(0.7, [this] { driver.tap(kEscape); });
+        tracking.at(4, [this] { button->menu()->cancelTracking(); });
         driver.click(xOfButton(), 24 + 11);
         EXPECT_TRUE(becomes([&] { return top > 0; }));
         EXPECT_EQ(top, 24 + 27);

@@ -1,15 +1,11 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "appkit/NSMenu.h"
 
-#include <functional>
-#include <vector>
-
 #include "XDriver.h"
 #include "appkit/NSApplication.h"
 #include "appkit/NSScreen.h"
 #include "appkit/NSWindow.h"
-#include "foundation/NSRunLoop.h"
-#include "foundation/NSTimer.h"
+#include "foundation/Clock.h"
 #include "support/ActionLog.h"
 #include "support/Strings.h"
 
@@ -35,38 +31,43 @@ namespace {
         }
         ~MenuOnX() override
         {
-            for (const Ref<NSTimer>& timer : timers)
-                timer->invalidate();
+            Clock::useSystem();
             display::X11Test::endInstalled(display);
         }
 
-        void at(double seconds, std::function<void()> step)
+        bool open(double patience = 8)
         {
-            timers.push_back(NSTimer::cls().timerWithTimeInterval_repeats_block(
-                seconds, false, [step = std::move(step)](NSTimer*) { step(); }));
-            NSRunLoop::cls().mainRunLoop()->addTimer_forMode(
-                timers.back().get(), NSEventTrackingRunLoopMode);
-        }
-        bool open()
-        {
-            at(8, [this] { menu->cancelTracking(); }); // whatever happens
+            tracking.at(patience, [this] { menu->cancelTracking(); }); // whatever happens
             const CGFloat height = NSScreen::cls().mainScreen()->frame().size.height;
             return menu->popUpMenuPositioningItem_atLocation_inView(
                 nullptr, { 100, height - 100 }, nullptr);
         }
-        display::Display& display = *installDisplay(
-            display::openDisplay(display::Choice::x11, display::processEnvironment(), [](auto) {}));
+        /// Lets no time pass but what the loop waits for, once the menu has heard all that its opening brings along.
+        void stopTheClock()
+        {
+            tracking.at(0.5, [] { Clock::useVirtual(); });
+        }
+        /// Answers whether the pointer is free for another program.
+        bool pointerIsFree()
+        {
+            display.pointerLocation(); // an answer: the server has done what we asked for
+            const bool isFree = driver.grabPointer();
+            if (isFree)
+                driver.ungrabPointer();
+            return isFree;
+        }
+        display::Display& display = display::installX11();
         Ref<NSApplication> application = NSApplication::cls().sharedApplication();
         display::XDriver driver;
         Ref<ActionLog> log = make<ActionLog>();
         Ref<NSMenu> menu = make<NSMenu>();
-        std::vector<Ref<NSTimer>> timers;
+        display::WhileTracking tracking;
         std::string chosen; // the title
     };
 
     TEST_F(MenuOnX, AClickChooses)
     {
-        at(0.3, [this] { driver.click(130, 100 + 5 + 22 + 8); });
+        tracking.at(0.3, [this] { driver.click(130, 100 + 5 + 22 + 8); });
         EXPECT_TRUE(open());
         EXPECT_EQ(chosen, "Two");
     }
@@ -74,7 +75,7 @@ namespace {
     TEST_F(MenuOnX, KeysReachItWhoeverHasTheFocus)
     {
         driver.stealFocus();
-        at(0.3, [this] {
+        tracking.at(0.3, [this] {
             driver.tap(kKeyDown);
             driver.tap(kKeyReturn);
         });
@@ -85,8 +86,8 @@ namespace {
     TEST_F(MenuOnX, AClickElsewhereClosesIt)
     {
         bool late = false;
-        at(0.3, [this] { driver.click(500, 500); });
-        at(3, [&] { late = true; });
+        tracking.at(0.3, [this] { driver.click(500, 500); });
+        tracking.at(3, [&] { late = true; });
         EXPECT_FALSE(open());
         EXPECT_FALSE(late);
     }
@@ -94,26 +95,54 @@ namespace {
     TEST_F(MenuOnX, EscapeClosesIt)
     {
         bool late = false;
-        at(0.3, [this] { driver.tap(kKeyEscape); });
-        at(3, [&] { late = true; });
+        tracking.at(0.3, [this] { driver.tap(kKeyEscape); });
+        tracking.at(3, [&] { late = true; });
         EXPECT_FALSE(open());
         EXPECT_FALSE(late);
     }
 
     TEST_F(MenuOnX, OthersMayHaveThePointerAfterwards)
     {
-        at(0.3, [this] { EXPECT_FALSE(driver.grabPointer()); });
-        at(0.5, [this] { driver.tap(kKeyEscape); });
+        tracking.at(0.3, [this] { EXPECT_FALSE(driver.grabPointer()); });
+        tracking.at(0.5, [this] { driver.tap(kKeyEscape); });
         open();
         driver.sync();
         EXPECT_TRUE(driver.grabPointer());
         driver.ungrabPointer();
     }
 
+    // Or the screen could not be locked while a menu is open.
+    TEST_F(MenuOnX, OthersMayHaveThePointerAfterAMinuteWithoutInput)
+    {
+        stopTheClock();
+        bool before = true;
+        bool after = false;
+        tracking.at(50, [&] { before = pointerIsFree(); });
+        tracking.at(70, [&] { after = pointerIsFree(); });
+        open(71);
+        EXPECT_FALSE(before);
+        EXPECT_TRUE(after);
+    }
+
+    TEST_F(MenuOnX, TakesThePointerAgainWhenItIsMoved)
+    {
+        driver.movePointer(120, 110);
+        stopTheClock();
+        bool free = false;
+        tracking.at(70, [&] {
+            free = pointerIsFree();
+            driver.movePointer(130, 120);
+            display.pointerLocation(); // an answer: the server has told us
+        });
+        tracking.at(71, [&] { free = free && !pointerIsFree(); });
+        open(72);
+        EXPECT_TRUE(free);
+    }
+
     TEST_F(MenuOnX, AnotherProgramsGrabDoesNotKeepItFromOpening)
     {
         ASSERT_TRUE(driver.grabPointer());
-        at(0.6, [this] {
+        tracking.at(0.6, [this] {
             driver.ungrabPointer();
             driver.sync();
             driver.click(130, 100 + 5 + 8);

@@ -8,12 +8,13 @@
 #include "appkit/NSOpenPanel.h"
 #include "appkit/NSScreen.h"
 #include "foundation/NSArray.h"
-#include "foundation/NSDate.h"
 #include "foundation/NSURL.h"
 #include "support/DefaultsFolder.h"
 
 namespace brindle {
 namespace {
+
+    using display::becomes;
 
     // The server's numbers of keys.
     constexpr std::uint8_t kReturn = 36;
@@ -23,40 +24,17 @@ namespace {
     /// A user at a real server, and what ended panels have said.
     class PanelsOnX : public ::testing::Test {
     protected:
-        PanelsOnX()
-            : display(*installDisplay(display::openDisplay(
-                display::Choice::x11, display::processEnvironment(), [](auto) {})))
-        {
-            application->activateIgnoringOtherApps(true);
-        }
+        PanelsOnX() { application->activateIgnoringOtherApps(true); }
         ~PanelsOnX() override { display::X11Test::endInstalled(display); }
 
-        /// Runs the loop until something is true, some seconds at most.
-        template <class Condition> bool becomes(Condition&& condition)
-        {
-            for (int i = 0; i < 500 && !condition(); ++i) {
-                NSRunLoop::cls().mainRunLoop()->runUntilDate(
-                    NSDate::cls().dateWithTimeIntervalSinceNow(0.01).get());
-                application->processEvents();
-            }
-            return condition();
-        }
         /// Does something until the panel has said this: the server may show and focus it later than we ask.
         template <class Action> bool answers(const char* expected, Action&& act)
         {
             for (int i = 0; i < 50 && log != expected; ++i) {
                 act();
-                becomesSoon([&] { return log == expected; });
+                becomes([&] { return log == expected; }, 20);
             }
             return log == expected;
-        }
-        template <class Condition> void becomesSoon(Condition&& condition)
-        {
-            for (int i = 0; i < 20 && !condition(); ++i) {
-                NSRunLoop::cls().mainRunLoop()->runUntilDate(
-                    NSDate::cls().dateWithTimeIntervalSinceNow(0.01).get());
-                application->processEvents();
-            }
         }
         Block<void(NSModalResponse)> keep()
         {
@@ -73,7 +51,7 @@ namespace {
             return alert;
         }
 
-        display::Display& display;
+        display::Display& display = display::installX11();
         display::XDriver driver;
         Ref<NSApplication> application = NSApplication::cls().sharedApplication();
         test::DefaultsFolder defaults;

@@ -8,12 +8,6 @@
 namespace brindle::display {
 namespace {
 
-    std::unique_ptr<Display> opened(const XServerProcess& server)
-    {
-        return openDisplay(
-            Choice::x11, environmentOf({ { "DISPLAY", server.name() } }), [](std::string_view) {});
-    }
-
     constexpr CGRect kFrame { { 10, 10 }, { 300, 200 } };
 
     TEST(X11Server, SaysThatAScreenIsFoundOnce)
@@ -29,7 +23,7 @@ namespace {
     TEST(X11Server, EndsWithOneEventWhenItIsKilled)
     {
         XServerProcess server;
-        const auto display = opened(server);
+        const auto display = openX11(server.name());
         ASSERT_EQ(display->name(), "x11");
         const auto surface = display->createSurface({ .frame = kFrame });
         surface->show();
@@ -44,7 +38,7 @@ namespace {
     TEST(X11Server, MayDieAtAnyMoment)
     {
         XServerProcess server;
-        const auto display = opened(server);
+        const auto display = openX11(server.name());
         const auto surface = display->createSurface({ .frame = kFrame });
         surface->show();
         ASSERT_TRUE(waitFor(*display, Event::Kind::exposed));
@@ -76,7 +70,7 @@ namespace {
         XServerProcess server;
         ASSERT_EQ(
             std::system(("setxkbmap -display " + server.name() + " -layout us,ru,de").c_str()), 0);
-        const auto display = opened(server);
+        const auto display = openX11(server.name());
         XDriver driver(server.name().c_str());
         const auto surface = display->createSurface({ .frame = kFrame });
         surface->show();
@@ -96,7 +90,7 @@ namespace {
         XServerProcess server;
         ASSERT_EQ(std::system(("setxkbmap -display " + server.name() + " -layout de").c_str()), 0);
         setenv("LC_ALL", "en_US.UTF-8", 1);
-        const auto display = opened(server);
+        const auto display = openX11(server.name());
         XDriver driver(server.name().c_str());
         const auto surface = display->createSurface({ .frame = kFrame });
         surface->show();
@@ -116,7 +110,7 @@ namespace {
         // What the extensions are needed for is lost, nothing else.
         XServerProcess server { { "-extension", "MIT-SHM", "-extension", "RANDR", "-extension",
             "XFIXES" } };
-        const auto display = opened(server);
+        const auto display = openX11(server.name());
         ASSERT_EQ(display->name(), "x11");
         EXPECT_EQ(display->screens().at(0).frame, (CGRect { { 0, 0 }, { 640, 480 } }));
         const auto surface = display->createSurface({ .frame = kFrame });
@@ -135,7 +129,7 @@ namespace {
     TEST(X11Server, TellsTheModifiersThatWerePressedElsewhereWhenTheFocusComes)
     {
         XServerProcess server;
-        const auto display = opened(server);
+        const auto display = openX11(server.name());
         XDriver driver(server.name().c_str());
         const auto surface = display->createSurface({ .frame = kFrame, .title = "focused" });
         surface->show();

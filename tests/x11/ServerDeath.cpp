@@ -60,8 +60,7 @@ namespace {
     {
         setDefaultsFolder(folder.c_str());
         display::XServerProcess server;
-        installDisplay(display::openDisplay(display::Choice::x11,
-            display::environmentOf({ { "DISPLAY", server.name() } }), [](auto) {}));
+        display::installX11(server);
         const Ref<NSApplication> application = NSApplication::cls().sharedApplication();
         Restless window(static_cast<std::uint32_t>(round));
         const Ref<NSTimer> killer = NSTimer::cls().scheduledTimerWithTimeInterval_repeats_block(

@@ -18,8 +18,7 @@ namespace {
         static constexpr int kScreenHeight = 800;
 
         TablesOnX()
-            : screen(*installDisplay(display::openDisplay(
-                display::Choice::x11, display::processEnvironment(), [](auto) {})))
+            : screen(display::installX11())
             , window(alloc<NSWindow>()->initWithContentRect_styleMask_backing_defer(
                   NSMakeRect(100, 200, 100, 190), NSBorderlessWindowMask, NSBackingStoreBuffered,
                   true))

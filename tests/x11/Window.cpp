@@ -49,8 +49,7 @@ namespace {
         void SetUp() override
         {
             app_ = NSApplication::cls().sharedApplication();
-            installed_ = installDisplay(display::openDisplay(
-                display::Choice::x11, display::processEnvironment(), [](auto) {}));
+            installed_ = &display::installX11();
         }
         void TearDown() override
         {

@@ -8,11 +8,14 @@
 
 #include <fcntl.h>
 #include <poll.h>
+#include <sys/prctl.h>
 #include <sys/wait.h>
 #include <unistd.h>
 #include <xcb/xtest.h>
 
 #include "appkit/NSApplication.h"
+#include "foundation/NSDate.h"
+#include "foundation/NSRunLoop.h"
 #include "support/DisplayLog.h"
 
 namespace brindle::display {
@@ -235,7 +238,9 @@ XServerProcess::XServerProcess(const std::vector<const char*>& options)
         close(ends[0]);
         const std::string descriptor = std::to_string(ends[1]);
         const int nothing = open("/dev/null", O_WRONLY);
+        dup2(nothing, STDOUT_FILENO);
         dup2(nothing, STDERR_FILENO);
+        prctl(PR_SET_PDEATHSIG, SIGTERM); // a test that ends badly leaves no server behind
         std::vector<const char*> words { "Xvfb", "-displayfd", descriptor.c_str(), "-screen", "0",
             "640x480x24", "-nolisten", "tcp", "-noreset" };
         words.insert(words.end(), options.begin(), options.end());
@@ -264,12 +269,56 @@ void XServerProcess::kill()
 
 // --- the tests' ground ---------------------------------------------------------------------------------------
 
-Environment environmentOf(std::map<std::string, std::string> variables)
+Environment environmentOf(Variables variables)
 {
     return [variables = std::move(variables)](const char* name) -> const char* {
         const auto found = variables.find(name);
         return found == variables.end() ? nullptr : found->second.c_str();
     };
+}
+
+std::unique_ptr<Display> openX11()
+{
+    return openDisplay(Choice::x11, processEnvironment(), [](auto) {});
+}
+
+std::unique_ptr<Display> openX11(
+    const std::string& server, Variables variables, const Complaint& complain)
+{
+    variables["DISPLAY"] = server;
+    return openDisplay(Choice::x11, environmentOf(std::move(variables)), complain);
+}
+
+Display& installX11() { return *installDisplay(openX11()); }
+
+Display& installX11(const XServerProcess& server, Variables variables)
+{
+    return *installDisplay(openX11(server.name(), std::move(variables)));
+}
+
+bool becomes(const std::function<bool()>& condition, int steps)
+{
+    const Ref<NSApplication> application = NSApplication::cls().sharedApplication();
+    for (int i = 0; i < steps && !condition(); ++i) {
+        NSRunLoop::cls().mainRunLoop()->runUntilDate(
+            NSDate::cls().dateWithTimeIntervalSinceNow(0.01).get());
+        application->processEvents();
+    }
+    return condition();
+}
+
+WhileTracking::~WhileTracking()
+{
+    for (const Ref<NSTimer>& timer : timers_)
+        timer->invalidate();
+}
+
+void WhileTracking::at(double seconds, std::function<void()> step)
+{
+    timers_.push_back(NSTimer::cls().timerWithTimeInterval_repeats_block(
+        seconds, false, [step = std::move(step)](NSTimer*) { step(); }));
+    NSRunLoop::cls().mainRunLoop()->addTimer_forMode(
+        timers_.back().get(), NSEventTrackingRunLoopMode);
 }
 
 std::optional<Event> waitFor(Display& display, Event::Kind kind, const Surface* surface)
@@ -332,7 +381,7 @@ void X11Test::endInstalled(Display& installed)
 {
     installed.pointerLocation(); // an answer: the server has taken the windows away
     if (hasManager()) {
-        auto other = openDisplay(Choice::x11, processEnvironment(), [](std::string_view) {});
+        auto other = openX11();
         const auto surface = other->createSurface({ .frame = { { 0, 0 }, { 10, 10 } } });
         surface->show();
         display::waitFor(*other, Event::Kind::exposed); // the manager has come as far as this
@@ -347,11 +396,10 @@ bool X11Test::hasManager()
     return manager && std::string(manager) != "none";
 }
 
-void X11Test::reopen(std::map<std::string, std::string> variables)
+void X11Test::reopen(Variables variables)
 {
     retire(std::move(display));
-    variables["DISPLAY"] = std::getenv("DISPLAY");
-    display = openDisplay(Choice::x11, environmentOf(std::move(variables)),
+    display = openX11(std::getenv("DISPLAY"), std::move(variables),
         [this](std::string_view line) { complaints += line; });
 }
 

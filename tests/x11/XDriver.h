@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <map>
 #include <memory>
 #include <optional>
@@ -14,6 +15,7 @@
 #include <xcb/xcb.h>
 
 #include "display/Display.h"
+#include "foundation/NSTimer.h"
 
 namespace brindle::display {
 
@@ -79,6 +81,38 @@ private:
     std::string name_;
 };
 
+/// What an environment holds.
+using Variables = std::map<std::string, std::string>;
+
+/// Answers an environment with these variables only.
+Environment environmentOf(Variables variables);
+
+/// Opens the display under test on the server of the environment.
+std::unique_ptr<Display> openX11();
+/// The same on another server, with more variables.
+std::unique_ptr<Display> openX11(
+    const std::string& server, Variables variables = {}, const Complaint& complain = [](auto) {});
+/// Gives the application a display on the server of the environment, or on another one.
+Display& installX11();
+Display& installX11(const XServerProcess& server, Variables variables = {});
+
+/// Runs the application until something is so, seconds at most.
+bool becomes(const std::function<bool()>& condition, int steps = 500);
+
+/// Does things while a menu, a button or a window is followed; what is left ends with it.
+class WhileTracking {
+public:
+    WhileTracking() = default;
+    ~WhileTracking();
+    WhileTracking(const WhileTracking&) = delete;
+    WhileTracking& operator=(const WhileTracking&) = delete;
+
+    void at(double seconds, std::function<void()> step);
+
+private:
+    std::vector<Ref<NSTimer>> timers_;
+};
+
 /// The display under test on the server of the environment, and a driver beside it.
 class X11Test : public testing::Test {
 public:
@@ -92,7 +126,7 @@ protected:
 
     static bool hasManager();
     /// Opens the display anew with more variables.
-    void reopen(std::map<std::string, std::string> variables);
+    void reopen(Variables variables);
 
     std::unique_ptr<Surface> shown(SurfaceOptions options);
     /// Waits for an event, seconds at most. Those before it are dropped.
@@ -111,8 +145,5 @@ protected:
 
 /// Waits for an event of a display, seconds at most.
 std::optional<Event> waitFor(Display& display, Event::Kind kind, const Surface* surface = nullptr);
-
-/// Answers an environment with these variables only.
-Environment environmentOf(std::map<std::string, std::string> variables);
 
 }
