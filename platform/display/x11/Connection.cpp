@@ -156,8 +156,8 @@ void Connection::receiveAtStart()
     if (memory)
         memoryCookie = xcb_shm_query_version(raw_);
     // These two want to be told which version we speak; their answers change nothing for us.
-    if (extension(&xcb_xfixes_id)) {
-        extensions_.fixes = true;
+    if (const auto* fixes = extension(&xcb_xfixes_id)) {
+        extensions_.fixesEvent = fixes->first_event;
         xcb_discard_reply(raw_, xcb_xfixes_query_version(raw_, 5, 0).sequence);
     }
     if (const auto* randr = extension(&xcb_randr_id)) {

@@ -27,8 +27,8 @@ struct Extensions {
     std::uint8_t randrEvent = 0;
     std::uint8_t inputMajor = 0;
     std::uint8_t xkbEvent = 0;
+    std::uint8_t fixesEvent = 0;
     bool sharedMemory = false; ///< with descriptors (version 1.2)
-    bool fixes = false;
 };
 
 /// What an event tells of, whoever sent it.

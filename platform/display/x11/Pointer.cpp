@@ -136,6 +136,7 @@ PointerAction Pointer::readInput2(const xcb_generic_event_t& event)
     case XCB_INPUT_HIERARCHY:
     case XCB_INPUT_DEVICE_CHANGED:
         devicesKnown_ = false;
+        ours_.reset();
         return {};
     default:
         return {};
@@ -285,16 +286,21 @@ std::uint8_t Pointer::tryGrab(xcb_window_t window)
             nullptr));
         return reply ? reply->status : kNotGranted;
     }
-    const auto client = owned(xcb_input_xi_get_client_pointer_reply(
-        raw, xcb_input_xi_get_client_pointer(raw, XCB_NONE), nullptr));
-    if (!client)
-        return kNotGranted;
-    grabbed_ = client->deviceid;
+    if (!ours_) {
+        const auto client = owned(xcb_input_xi_get_client_pointer_reply(
+            raw, xcb_input_xi_get_client_pointer(raw, XCB_NONE), nullptr));
+        if (!client)
+            return kNotGranted;
+        ours_ = client->deviceid;
+    }
     const auto reply = owned(xcb_input_xi_grab_device_reply(raw,
-        xcb_input_xi_grab_device(raw, window, XCB_CURRENT_TIME, XCB_NONE, grabbed_,
+        xcb_input_xi_grab_device(raw, window, XCB_CURRENT_TIME, XCB_NONE, *ours_,
             XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC, XCB_INPUT_GRAB_OWNER_OWNER, 1, &kEvents),
         nullptr));
-    return reply ? reply->status : kNotGranted;
+    if (reply)
+        return reply->status;
+    ours_.reset(); // it has gone
+    return kNotGranted;
 }
 
 void Pointer::ungrab()
@@ -303,7 +309,7 @@ void Pointer::ungrab()
         xcb_ungrab_pointer(connection_.raw(), XCB_CURRENT_TIME);
     else
         xcb_input_xi_ungrab_device(
-            connection_.raw(), XCB_CURRENT_TIME, grabbed_ ? grabbed_ : kFirstPointer);
+            connection_.raw(), XCB_CURRENT_TIME, ours_.value_or(kFirstPointer));
 }
 
 }

@@ -73,7 +73,7 @@ private:
     Connection& connection_;
     std::vector<AxisState> axes_;
     std::uint8_t major_ = 0;
-    xcb_input_device_id_t grabbed_ = 0;
+    std::optional<xcb_input_device_id_t> ours_; // the pointer that a grab takes
     bool devicesKnown_ = false;
 };
 

@@ -91,6 +91,12 @@ bool Presenter::ensureMemory(std::size_t bytes)
     return true;
 }
 
+void Presenter::serverHasRead(std::uint32_t request)
+{
+    if (static_cast<std::int32_t>(request - last_) >= 0)
+        used_ = 0;
+}
+
 void Presenter::waitUntilRead()
 {
     // Requests are handled in order, so whatever answers now has seen all pictures before it.
@@ -121,9 +127,11 @@ void Presenter::presentShared(xcb_window_t window, xcb_gcontext_t context, std::
     if (used_ + bytes > size_)
         waitUntilRead();
     copyRows(memory_ + used_, image, band);
-    xcb_shm_put_image(connection_.raw(), window, context, u16(band.width()), u16(band.height()), 0,
-        0, u16(band.width()), u16(band.height()), i16(band.left), i16(band.top), depth,
-        XCB_IMAGE_FORMAT_Z_PIXMAP, 0, segment_, static_cast<std::uint32_t>(used_));
+    last_ = xcb_shm_put_image(connection_.raw(), window, context, u16(band.width()),
+        u16(band.height()), 0, 0, u16(band.width()), u16(band.height()), i16(band.left),
+        i16(band.top), depth, XCB_IMAGE_FORMAT_Z_PIXMAP, 0, segment_,
+        static_cast<std::uint32_t>(used_))
+                .sequence;
     used_ += bytes;
 }
 

@@ -23,6 +23,8 @@ public:
     void present(xcb_window_t window, xcb_gcontext_t context, std::uint8_t depth,
         const Pixels& image, PixelRect rect);
 
+    /// Takes note that the server has come as far as a request of ours.
+    void serverHasRead(std::uint32_t request);
     /// Stops using shared memory; for tests of the other road.
     void forgetSharedMemory() { works_ = false; }
     bool usesSharedMemory() const { return works_; }
@@ -40,6 +42,7 @@ private:
     std::byte* memory_ = nullptr;
     std::size_t size_ = 0;
     std::size_t used_ = 0; // since the server was last known to have read everything
+    std::uint32_t last_ = 0; // the request for the last picture
     xcb_shm_seg_t segment_ = 0;
     bool works_;
 };

@@ -37,9 +37,9 @@ X11Clipboard::X11Clipboard(
         XCB_WINDOW_CLASS_INPUT_ONLY, XCB_COPY_FROM_PARENT, XCB_CW_EVENT_MASK, &mask);
     held(Selection::clipboard).atom = atom("CLIPBOARD");
     held(Selection::primary).atom = XCB_ATOM_PRIMARY;
-    if (!connection_.extensions().fixes)
+    ownerEvent_ = connection_.extensions().fixesEvent;
+    if (!ownerEvent_)
         return;
-    ownerEvent_ = xcb_get_extension_data(raw, &xcb_xfixes_id)->first_event;
     for (const Held& each : held_)
         xcb_xfixes_select_selection_input(raw, window_, each.atom,
             XCB_XFIXES_SELECTION_EVENT_MASK_SET_SELECTION_OWNER

@@ -271,7 +271,7 @@ void X11Surface::applyConcealment() { setShape(XCB_SHAPE_SK_BOUNDING, concealed_
 void X11Surface::setShape(xcb_shape_sk_t kind, bool empty)
 {
     Connection& connection = display_.connection();
-    if (!window_ || !connection.extensions().fixes)
+    if (!window_ || !connection.extensions().fixesEvent)
         return;
     xcb_connection_t* raw = connection.raw();
     if (!empty) {
