@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-// Lists in replies and events of the X server: devices, valuators, monitors, the work area. The first byte chooses
+// Lists in replies and events of the X server: devices, valuators, monitors, the work area, settings. The first byte chooses
 // the list, the second a count that the list claims, the third another; the rest is what came.
 
 #include <cstddef>
@@ -26,7 +26,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
 
     std::uint64_t malformed = 0;
     std::size_t found = 0;
-    switch (data[0] % 4) {
+    switch (data[0] % 5) {
     case 0:
         found = parseScrollAxes(bytes, data[1], malformed).size();
         break;
@@ -36,9 +36,16 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     case 2:
         found = parseValuators(bytes, data[1], data[2], malformed).size();
         break;
-    default: {
+    case 3: {
         const std::uint32_t desktop[] = { data[1] };
         found = workAreaFrom(words, desktop).has_value() ? 1 : 0;
+        break;
+    }
+    default: {
+        const std::vector<NumberSetting> settings = parseSettings(bytes, malformed);
+        found = settings.size();
+        if (const auto scale = scaleFrom(settings); scale && !(*scale > 0))
+            std::abort();
         break;
     }
     }

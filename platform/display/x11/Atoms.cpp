@@ -48,6 +48,9 @@ namespace {
         "_NET_CLIENT_LIST",
         "_BRINDLE_SCREEN_EDGE",
         "_MOTIF_WM_HINTS",
+        "MANAGER",
+        "_XSETTINGS_SETTINGS",
+        "_XSETTINGS_S0",
         "_NET_WM_CM_S0",
     };
     static_assert(kNames.back() == "_NET_WM_CM_S0", "one name for each atom");

@@ -50,7 +50,11 @@ enum class Atom : std::size_t {
     netClientList,
     brindleScreenEdge,
     motifWmHints,
-    netWmCompositor, // of the first screen; servers have no second one any more
+    manager,
+    settings,
+    // Of the first screen; servers have no second one any more.
+    settingsProgram,
+    netWmCompositor,
     count,
 };
 

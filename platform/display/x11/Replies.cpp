@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "RepliesPrivate.h"
 
+#include <algorithm>
+#include <bit>
 #include <cstring>
 
 #include "XcbPrivate.h"
@@ -61,6 +63,52 @@ namespace {
             }
         }
         return true;
+    }
+
+    /// Numbers whose bytes may come in the other order.
+    struct Reader {
+        Bytes bytes;
+        bool swaps = false;
+
+        template <typename T> bool take(T& value)
+        {
+            if (!display::take(bytes, value))
+                return false;
+            if (swaps) {
+                auto* const first = reinterpret_cast<std::byte*>(&value);
+                std::reverse(first, first + sizeof value);
+            }
+            return true;
+        }
+        bool skipPadded(std::size_t size) { return skip(bytes, (size + 3) / 4 * 4); }
+    };
+
+    bool takeSetting(Reader& reader, std::vector<NumberSetting>& found)
+    {
+        constexpr std::uint8_t kNumber = 0;
+        constexpr std::uint8_t kText = 1;
+        constexpr std::uint8_t kColor = 2;
+        std::uint8_t kind = 0;
+        std::uint8_t unused = 0;
+        std::uint16_t nameLength = 0;
+        std::uint32_t serial = 0;
+        if (!reader.take(kind) || !reader.take(unused) || !reader.take(nameLength))
+            return false;
+        const Bytes name = reader.bytes;
+        if (!reader.skipPadded(nameLength) || !reader.take(serial))
+            return false;
+        if (kind == kNumber) {
+            NumberSetting& setting = found.emplace_back();
+            setting.name = { reinterpret_cast<const char*>(name.data()), nameLength };
+            if (reader.take(setting.value))
+                return true;
+            found.pop_back();
+            return false;
+        }
+        std::uint32_t length = 0;
+        if (kind == kText)
+            return reader.take(length) && reader.skipPadded(length);
+        return kind == kColor && reader.skipPadded(4 * sizeof(std::uint16_t));
     }
 
     bool takeMonitor(Bytes& bytes, std::vector<Monitor>& found)
@@ -127,6 +175,41 @@ std::vector<Monitor> parseMonitors(Bytes bytes, std::size_t monitors, std::uint6
         }
     }
     return found;
+}
+
+std::vector<NumberSetting> parseSettings(Bytes bytes, std::uint64_t& malformed)
+{
+    std::vector<NumberSetting> found;
+    if (bytes.empty())
+        return found;
+    constexpr std::byte kHighFirst { 1 };
+    Reader reader { bytes, (bytes[0] == kHighFirst) != (std::endian::native == std::endian::big) };
+    std::uint32_t serial = 0;
+    std::uint32_t count = 0;
+    bool isWhole = reader.skipPadded(1) && reader.take(serial) && reader.take(count);
+    for (std::uint32_t i = 0; isWhole && i < count; ++i)
+        isWhole = takeSetting(reader, found);
+    if (!isWhole)
+        ++malformed;
+    return found;
+}
+
+std::optional<double> scaleFrom(std::span<const NumberSetting> settings)
+{
+    const auto positive = [settings](std::string_view name) {
+        const auto found = std::find_if(settings.begin(), settings.end(),
+            [name](const NumberSetting& setting) { return setting.name == name; });
+        return found == settings.end() ? 0 : std::max(0, found->value);
+    };
+    constexpr double kUsualDensity = 96 * 1024; // dots an inch, in 1024ths
+    const int windows = positive("Gdk/WindowScalingFactor");
+    // Where the first of these is given, the second contains the factor of the windows already.
+    double density = positive("Gdk/UnscaledDPI");
+    if (density <= 0)
+        density = positive("Xft/DPI");
+    if (density <= 0 && windows <= 1)
+        return std::nullopt;
+    return std::max(windows, 1) * (density > 0 ? density / kUsualDensity : 1);
 }
 
 std::optional<PixelRect> workAreaFrom(

@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <optional>
 #include <span>
+#include <string_view>
 #include <vector>
 
 #include "display/Types.h"
@@ -46,6 +47,20 @@ struct Monitor {
 /// Finds the monitors that show something, the primary one first.
 std::vector<Monitor> parseMonitors(
     std::span<const std::byte> bytes, std::size_t monitors, std::uint64_t& malformed);
+
+/// A whole number among the desktop's settings.
+struct NumberSetting {
+    std::string_view name; ///< lies in the bytes that were read
+    std::int32_t value = 0;
+};
+
+/// Finds the whole numbers among the settings that a desktop's settings program publishes, in either order of bytes.
+std::vector<NumberSetting> parseSettings(
+    std::span<const std::byte> bytes, std::uint64_t& malformed);
+
+/// Answers device pixels for one point: the size that such settings want for windows, times the one for text.
+/// - Nil: nothing where they say nothing of either.
+std::optional<double> scaleFrom(std::span<const NumberSetting> settings);
 
 /// Answers the part of the desktop that docks have left, of a window manager's list of four numbers a desktop.
 /// - Nil: nothing when not even the first four are there.

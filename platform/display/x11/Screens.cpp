@@ -44,11 +44,14 @@ namespace {
 
 }
 
-double scaleFrom(const Environment& environment, std::string_view resources)
+double scaleFrom(
+    const Environment& environment, std::optional<double> settings, std::string_view resources)
 {
     std::optional<double> scale;
     if (const char* wanted = environment("BRINDLE_SCALE"))
         scale = positiveNumber(wanted);
+    if (!scale)
+        scale = settings;
     if (!scale) {
         const auto dpi = resource(resources, "Xft.dpi");
         scale = dpi ? positiveNumber(*dpi) : std::nullopt;
@@ -61,6 +64,7 @@ double scaleFrom(const Environment& environment, std::string_view resources)
 Screens::Screens(Connection& connection, WindowManager& manager, Environment environment)
     : connection_(connection)
     , manager_(manager)
+    , settings_(connection)
     , environment_(std::move(environment))
 {
     if (connection_.extensions().randrEvent) {
@@ -68,13 +72,13 @@ Screens::Screens(Connection& connection, WindowManager& manager, Environment env
             XCB_RANDR_NOTIFY_MASK_SCREEN_CHANGE | XCB_RANDR_NOTIFY_MASK_CRTC_CHANGE
                 | XCB_RANDR_NOTIFY_MASK_OUTPUT_CHANGE);
     }
-    setResources(connection_.resources());
+    readScale(connection_.resources());
     refresh();
 }
 
-void Screens::setResources(std::string_view resources)
+void Screens::readScale(std::string_view resources)
 {
-    mapping_.scale = scaleFrom(environment_, resources);
+    mapping_.scale = scaleFrom(environment_, settings_.readScale(), resources);
 }
 
 std::size_t Screens::indexFor(PixelRect rect) const

@@ -5,14 +5,17 @@
 #include <string_view>
 #include <vector>
 
+#include "DesktopSettingsPrivate.h"
 #include "WindowManagerPrivate.h"
 #include "display/Display.h"
 #include "display/PixelMapping.h"
 
 namespace brindle::display {
 
-/// Answers the scale that BRINDLE_SCALE or the X resources (Xft.dpi, 96 is 1) ask for, from 0.25 to 16; 1 without either.
-double scaleFrom(const Environment& environment, std::string_view resources);
+/// Answers the scale that BRINDLE_SCALE, the desktop's settings or the X resources (Xft.dpi, 96 is 1) ask for: the first of
+/// them that does, from 0.25 to 16; 1 without any.
+double scaleFrom(
+    const Environment& environment, std::optional<double> settings, std::string_view resources);
 
 /// The screens of the server, in points and in pixels.
 class Screens {
@@ -29,8 +32,9 @@ public:
     /// Reads everything anew.
     /// - Returns: whether anything is different.
     bool refresh();
-    /// Takes new X resources, and with them perhaps a new scale, at the next `refresh`.
-    void setResources(std::string_view resources);
+    /// Takes X resources and the desktop's settings, and with them perhaps a new scale, at the next `refresh`.
+    void readScale(std::string_view resources);
+    const DesktopSettings& settings() const { return settings_; }
 
 private:
     void readMonitors();
@@ -38,6 +42,7 @@ private:
 
     Connection& connection_;
     WindowManager& manager_;
+    DesktopSettings settings_;
     Environment environment_;
     PixelMapping mapping_;
     PixelSize desktop_;

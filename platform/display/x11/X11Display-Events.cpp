@@ -105,6 +105,10 @@ bool X11Display::pollEvent(Event& event)
 
 void X11Display::handle(const xcb_generic_event_t& event)
 {
+    presenter_.serverHasRead(event.full_sequence);
+    const Extensions& extensions = connection_->extensions();
+    if (extensions.fixesEvent && codeOf(event) == extensions.fixesEvent)
+        noteOwner(reinterpret_cast<const xcb_xfixes_selection_notify_event_t&>(event));
     if (clipboard_ && clipboard_->handle(event))
         return;
     switch (codeOf(event)) {
@@ -138,7 +142,6 @@ void X11Display::handle(const xcb_generic_event_t& event)
     default:
         break;
     }
-    const Extensions& extensions = connection_->extensions();
     if (extensions.xkbEvent && codeOf(event) == extensions.xkbEvent) {
         handleKeyboard(event);
     } else if (extensions.randrEvent
@@ -147,6 +150,12 @@ void X11Display::handle(const xcb_generic_event_t& event)
     } else {
         handlePointer(pointer_.read(event));
     }
+}
+
+void X11Display::noteOwner(const xcb_xfixes_selection_notify_event_t& event)
+{
+    if (blends_ && event.selection == connection_->atom(Atom::netWmCompositor))
+        blends_ = event.owner != XCB_NONE;
 }
 
 void X11Display::handleWindowEvent(const xcb_generic_event_t& event)
@@ -163,6 +172,8 @@ void X11Display::handleWindowEvent(const xcb_generic_event_t& event)
         screensDirty_ = true;
         return;
     }
+    if (codeOf(event) == XCB_DESTROY_NOTIFY && screens_.settings().windowDestroyed(common.window))
+        return scaleMayHaveChanged();
     if (codeOf(event) == XCB_CONFIGURE_NOTIFY && common.window == connection_->root()) {
         screensDirty_ = true;
         return;
@@ -205,20 +216,28 @@ void X11Display::handleProperty(const xcb_property_notify_event_t& event)
     if (event.window != connection_->root()) {
         if (X11Surface* surface = surfaceOf(event.window))
             surface->propertyChanged(event.atom);
+        else if (screens_.settings().propertyChanged(event))
+            scaleMayHaveChanged();
         return;
     }
     if (manager_.propertyChanged(event.atom))
         screensDirty_ = true;
     if (event.atom == connection_->atom(Atom::netClientList))
         screenEdgeDirty_ = true;
-    if (event.atom == XCB_ATOM_RESOURCE_MANAGER) {
-        screensDirty_ = true;
-        resourcesDirty_ = true;
-    }
+    if (event.atom == XCB_ATOM_RESOURCE_MANAGER)
+        scaleMayHaveChanged();
+}
+
+void X11Display::scaleMayHaveChanged()
+{
+    screensDirty_ = true;
+    scaleDirty_ = true;
 }
 
 void X11Display::handleMessage(const xcb_client_message_event_t& event)
 {
+    if (screens_.settings().isAnnounced(event))
+        return scaleMayHaveChanged();
     X11Surface* surface = surfaceOf(event.window);
     if (!surface || event.format != 32 || event.type != connection_->atom(Atom::wmProtocols))
         return;

@@ -206,6 +206,21 @@ bool X11Display::grab(Surface& surface)
 
 bool X11Display::blends() const
 {
+    if (!connection_->extensions().fixesEvent)
+        return askForCompositor();
+    if (!blends_) {
+        xcb_xfixes_select_selection_input(connection_->raw(), connection_->root(),
+            connection_->atom(Atom::netWmCompositor),
+            XCB_XFIXES_SELECTION_EVENT_MASK_SET_SELECTION_OWNER
+                | XCB_XFIXES_SELECTION_EVENT_MASK_SELECTION_WINDOW_DESTROY
+                | XCB_XFIXES_SELECTION_EVENT_MASK_SELECTION_CLIENT_CLOSE);
+        blends_ = askForCompositor();
+    }
+    return *blends_;
+}
+
+bool X11Display::askForCompositor() const
+{
     const auto owner = owned(xcb_get_selection_owner_reply(connection_->raw(),
         xcb_get_selection_owner(connection_->raw(), connection_->atom(Atom::netWmCompositor)),
         nullptr));
@@ -248,18 +263,26 @@ void X11Display::beep()
 void X11Display::refreshScreens()
 {
     const double scaleBefore = mapping().scale;
-    if (std::exchange(resourcesDirty_, false))
-        screens_.setResources(connection_->text(connection_->root(), XCB_ATOM_RESOURCE_MANAGER));
+    if (std::exchange(scaleDirty_, false))
+        screens_.readScale(connection_->text(connection_->root(), XCB_ATOM_RESOURCE_MANAGER));
     screensDirty_ = false;
     screenEdgeDirty_ = true;
     const bool changed = screens_.refresh();
     if (!changed || connection_->isBroken())
         return;
+    // Whoever is told of the screens finds windows where they are now, and draws them anew only after that.
+    const bool isScaled = mapping().scale != scaleBefore;
+    if (!isScaled) {
+        for (X11Surface* surface : order_)
+            surface->screensMoved();
+    }
     Event& event = events_.emplace_back();
     event.kind = Event::Kind::screensChanged;
     event.time = now();
-    for (X11Surface* surface : order_)
-        surface->screensChanged(mapping().scale != scaleBefore);
+    if (isScaled) {
+        for (X11Surface* surface : order_)
+            surface->scaleChanged();
+    }
 }
 
 }

@@ -97,6 +97,7 @@ private:
     /// Answers whether an event has been read from the server and not been handled.
     bool lookAtQueued();
     void handle(const xcb_generic_event_t& event);
+    void noteOwner(const xcb_xfixes_selection_notify_event_t& event);
     void handleWindowEvent(const xcb_generic_event_t& event);
     void handleKey(const xcb_key_press_event_t& event, bool isDown);
     void handleFocus(const xcb_focus_in_event_t& event, bool focused);
@@ -105,6 +106,7 @@ private:
     void handleKeyboard(const xcb_generic_event_t& event);
     void handlePointer(const PointerAction& action);
     void endManaged();
+    void scaleMayHaveChanged();
     void setFocused(const X11Surface* surface);
     void setGrabbing(const X11Surface* surface);
     void followKeyboard();
@@ -112,6 +114,7 @@ private:
     void refreshScreens();
     std::vector<TopPanel> topPanels();
     void settleScreenEdge();
+    bool askForCompositor() const;
     Reply<xcb_generic_event_t> nextEvent();
     X11Surface* surfaceOf(xcb_window_t window) const;
 
@@ -135,12 +138,13 @@ private:
     const X11Surface* focused_ = nullptr;
     const X11Surface* underPointer_ = nullptr;
     std::optional<Cursor> cursor_;
+    mutable std::optional<bool> blends_; // once somebody asked, where changes are told
     Modifiers modifiers_ = 0;
     CGPoint lastPointer_;
     bool allowsGrabs_;
     bool screensDirty_ = false;
     bool screenEdgeDirty_ = false;
-    bool resourcesDirty_ = false;
+    bool scaleDirty_ = false;
     bool toldEnd_ = false;
     std::unique_ptr<X11Clipboard> clipboard_; // made when somebody asks; ends before all else
 };

@@ -205,13 +205,14 @@ void X11Surface::reparented(xcb_window_t parent)
     followed_ = XCB_NONE;
 }
 
-void X11Surface::screensChanged(bool scaleChanged)
+void X11Surface::scaleChanged()
 {
-    if (scaleChanged) {
-        applyFrame();
-        return;
-    }
-    // The screens moved under a window that stayed.
+    writeSizeHints();
+    applyFrame();
+}
+
+void X11Surface::screensMoved()
+{
     const CGRect now = pointsFor(rect_);
     if (window_ && pixelsFor(frame_) != rect_) {
         frame_ = now;

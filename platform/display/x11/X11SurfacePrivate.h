@@ -89,8 +89,10 @@ public:
     void propertyChanged(xcb_atom_t property);
     void takeFocus();
 
-    /// Applies the frame anew, because the mapping of points to pixels changed.
-    void screensChanged(bool scaleChanged);
+    /// Counts the frame anew: the screens moved under a window that stayed.
+    void screensMoved();
+    /// Brings the window to its frame again, whose points have another size now.
+    void scaleChanged();
     void applyCursor();
     /// Tells the window manager that the button is up, in case it did not see that itself.
     void cancelManaged() const;

@@ -103,6 +103,13 @@ namespace {
         popover->close();
         EXPECT_TRUE(screen.window().isKeyWindow());
     }
+    TEST_F(Popover, LeavesThePointerToOthersWhenItIsTransientToo)
+    {
+        popover->setBehavior(NSPopoverBehaviorTransient);
+        show(NSMaxYEdge);
+        ASSERT_TRUE(popover->isShown());
+        EXPECT_EQ(screen.display().grabbingSurface(), 0U);
+    }
     TEST_F(Popover, ClosesByItselfWhenItIsTransient)
     {
         popover->setBehavior(NSPopoverBehaviorTransient);

@@ -127,6 +127,14 @@ namespace {
         EXPECT_EQ(app.orderedWindows()->count(), 1U);
         EXPECT_EQ(app.keyWindow(), key);
     }
+    TEST_F(ToolTipTest, ATipLeavesThePointerToOthers)
+    {
+        view->setToolTip("What it is"_ns);
+        screen.pointer().moveTo({ 120, 120 });
+        rest();
+        ASSERT_TRUE(isShown());
+        EXPECT_EQ(screen.display().grabbingSurface(), 0U);
+    }
     TEST_F(ToolTipTest, ATipStaysOnTheScreen)
     {
         view->setFrame(NSMakeRect(380, 0, 20, 20));

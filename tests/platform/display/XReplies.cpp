@@ -1,10 +1,13 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "display/x11/RepliesPrivate.h"
 
+#include <array>
 #include <cmath>
 #include <random>
 
 #include <gtest/gtest.h>
+
+#include "support/PublishedSettings.h"
 
 namespace brindle::display {
 namespace {
@@ -245,6 +248,105 @@ namespace {
         EXPECT_EQ(area->right, 65534);
     }
 
+    // ---- the desktop's settings
+
+    std::vector<NumberSetting> settingsOf(std::span<const std::byte> bytes)
+    {
+        faults = 0;
+        return parseSettings(bytes, faults);
+    }
+    std::optional<double> scaleOf(const test::PublishedSettings& settings)
+    {
+        return scaleFrom(settingsOf(settings.bytes()));
+    }
+
+    TEST(XReplies, FindTheNumbersAmongTheSettings)
+    {
+        const test::PublishedSettings settings = test::PublishedSettings()
+                                                     .text("Net/ThemeName", "Plain")
+                                                     .number("A", -1)
+                                                     .color("C")
+                                                     .number("Gdk/WindowScalingFactor", 2);
+        const auto found = settingsOf(settings.bytes());
+        ASSERT_EQ(found.size(), 2u);
+        EXPECT_EQ(found[0].name, "A");
+        EXPECT_EQ(found[0].value, -1);
+        EXPECT_EQ(found[1].name, "Gdk/WindowScalingFactor");
+        EXPECT_EQ(found[1].value, 2);
+        EXPECT_EQ(faults, 0u);
+    }
+
+    TEST(XReplies, ReadSettingsInTheOtherOrderOfBytes)
+    {
+        const std::array<unsigned char, 28> high { 1, 0, 0, 0, 0, 0, 0, 9, 0, 0, 0, 1, 0, 0, 0, 1,
+            'A', 0, 0, 0, 0, 0, 0, 0, 0, 0, 1, 2 };
+        const std::array<unsigned char, 28> low { 0, 0, 0, 0, 9, 0, 0, 0, 1, 0, 0, 0, 0, 0, 1, 0,
+            'A', 0, 0, 0, 0, 0, 0, 0, 2, 1, 0, 0 };
+        for (const auto& bytes : { high, low }) {
+            const auto found = settingsOf(std::as_bytes(std::span(bytes)));
+            ASSERT_EQ(found.size(), 1u);
+            EXPECT_EQ(found[0].name, "A");
+            EXPECT_EQ(found[0].value, 258);
+            EXPECT_EQ(faults, 0u);
+        }
+    }
+
+    TEST(XReplies, AnswerTheSettingsBeforeTheOneThatIsCutOff)
+    {
+        const test::PublishedSettings settings
+            = test::PublishedSettings().number("A", 1).number("B", 2);
+        for (std::size_t cut = 1; cut <= 16; ++cut) {
+            const std::span<const std::byte> all(settings.bytes());
+            EXPECT_EQ(settingsOf(all.first(all.size() - cut)).size(), 1u) << cut;
+            EXPECT_EQ(faults, 1u) << cut;
+        }
+    }
+
+    TEST(XReplies, DoNotBelieveTheLengthsOfSettings)
+    {
+        std::vector<std::byte> bytes = test::PublishedSettings().text("A", "text").bytes();
+        bytes[24] = bytes[25] = bytes[26] = bytes[27] = std::byte { 0xFF }; // of the text
+        EXPECT_TRUE(settingsOf(bytes).empty());
+        EXPECT_EQ(faults, 1u);
+        bytes = test::PublishedSettings().number("A", 1).bytes();
+        bytes[14] = bytes[15] = std::byte { 0xFF }; // of the name
+        EXPECT_TRUE(settingsOf(bytes).empty());
+        EXPECT_EQ(faults, 1u);
+    }
+
+    TEST(XReplies, ReadNoSettingAfterOneOfAnUnknownKind)
+    {
+        std::vector<std::byte> bytes
+            = test::PublishedSettings().number("A", 1).number("B", 2).bytes();
+        bytes[12] = std::byte { 3 };
+        EXPECT_TRUE(settingsOf(bytes).empty());
+        EXPECT_EQ(faults, 1u);
+    }
+
+    TEST(XReplies, MultiplyTheSettingsOfWindowsAndText)
+    {
+        EXPECT_EQ(scaleOf(test::PublishedSettings()
+                              .number("Gdk/WindowScalingFactor", 2)
+                              .number("Gdk/UnscaledDPI", 96 * 1024)
+                              .number("Xft/DPI", 192 * 1024)),
+            2.0);
+        EXPECT_EQ(scaleOf(test::PublishedSettings()
+                              .number("Gdk/WindowScalingFactor", 2)
+                              .number("Gdk/UnscaledDPI", 72 * 1024)),
+            1.5);
+        EXPECT_EQ(scaleOf(test::PublishedSettings().number("Xft/DPI", 120 * 1024)), 1.25);
+        EXPECT_EQ(scaleOf(test::PublishedSettings().number("Gdk/WindowScalingFactor", 3)), 3.0);
+    }
+
+    TEST(XReplies, HaveNoScaleWhereTheSettingsSayNothing)
+    {
+        EXPECT_FALSE(scaleOf(test::PublishedSettings()));
+        EXPECT_FALSE(scaleOf(
+            test::PublishedSettings().number("Gdk/WindowScalingFactor", 1).number("Xft/DPI", -1)));
+        EXPECT_FALSE(
+            scaleOf(test::PublishedSettings().number("Gdk/WindowScalingFactor", -2147483647 - 1)));
+    }
+
     // ---- anything at all
 
     TEST(XReplies, SurviveNoise)
@@ -263,7 +365,8 @@ namespace {
             for (const Valuator& valuator :
                 parseValuators(noise, random() % 4, random() % 4, count))
                 EXPECT_TRUE(std::isfinite(valuator.value));
-            EXPECT_LE(count, 3u);
+            EXPECT_GE(scaleFrom(parseSettings(noise, count)).value_or(1), 0);
+            EXPECT_LE(count, 4u);
         }
     }
 
