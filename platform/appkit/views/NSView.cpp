@@ -3,6 +3,7 @@
 
 #include "NSViewPrivate.h"
 #include "ViewLayerPrivate.h"
+#include "appkit/windows/KeyViewsPrivate.h"
 #include "appkit/windows/NSWindowPrivate.h"
 #include "runtime/Table.h"
 
@@ -113,12 +114,20 @@ template <> struct NSView::Methods<struct Basics> {
         }
         return self.canBecomeKeyView() ? Ref<NSView>(&self) : Ref<NSView>();
     }
+    static bool hasOwnOrder(NSView& self)
+    {
+        return self.window_ && !keyviews::hasLoop(*self.window_);
+    }
     static Ref<NSView> nextValidKeyView(NSView& self)
     {
+        if (hasOwnOrder(self))
+            return keyviews::inReading(*self.window_, &self, keyviews::Step::on);
         return search(self, [](NSView* view) { return view->nextKeyView_; });
     }
     static Ref<NSView> previousValidKeyView(NSView& self)
     {
+        if (hasOwnOrder(self))
+            return keyviews::inReading(*self.window_, &self, keyviews::Step::back);
         return search(self, [](NSView* view) { return view->previousKeyView_; });
     }
 

@@ -85,51 +85,6 @@ template <> struct NSWindow::Methods<struct Events> {
         of(self).initialFirstResponder = view;
     }
 
-    static Ref<NSView> focusedView(NSWindow& self)
-    {
-        const Ref<NSResponder> first = self.firstResponder();
-        return first->isKindOfClass(NSView::cls()) ? cast<NSView>(first)
-                                                   : self.initialFirstResponder();
-    }
-    static void selectNext(NSWindow& self, NSObject*)
-    {
-        const Ref<NSView> view = focusedView(self);
-        if (!view)
-            return;
-        const bool isNew = self.firstResponder() != view.get() && view->canBecomeKeyView();
-        const Ref<NSView> next = isNew ? view : view->nextValidKeyView();
-        if (next)
-            self.makeFirstResponder(next.get());
-    }
-    static void selectPrevious(NSWindow& self, NSObject*)
-    {
-        if (const Ref<NSView> previous = maybe(focusedView(self))->previousValidKeyView())
-            self.makeFirstResponder(previous.get());
-    }
-
-    // From the top left, row by row: the way people read.
-    static void collect(NSView& view, std::vector<std::pair<NSPoint, NSView*>>& found)
-    {
-        for (const Ref<NSView>& subview : ViewAccess::subviews(view)) {
-            if (subview->acceptsFirstResponder()) {
-                const NSRect place
-                    = ViewAccess::toWindow(*subview).apply(ViewAccess::bounds(*subview));
-                found.emplace_back(NSPoint { NSMinX(place), NSMaxY(place) }, subview.get());
-            }
-            collect(*subview, found);
-        }
-    }
-    static void recalculateLoop(NSWindow& self)
-    {
-        std::vector<std::pair<NSPoint, NSView*>> views;
-        collect(*of(self).frameView, views);
-        std::stable_sort(views.begin(), views.end(), [](const auto& a, const auto& b) {
-            return a.first.y != b.first.y ? a.first.y > b.first.y : a.first.x < b.first.x;
-        });
-        for (std::size_t i = 0; i < views.size(); ++i)
-            views[i].second->setNextKeyView(views[(i + 1) % views.size()].second);
-    }
-
     // ---- events
 
     static bool performKeyEquivalent(NSWindow& self, NSEvent* event)
@@ -357,9 +312,6 @@ template <> struct NSWindow::Methods<struct Events> {
             { "makeFirstResponder:", imp<makeFirstResponder> },
             { "initialFirstResponder", imp<initialFirstResponder> },
             { "setInitialFirstResponder:", imp<setInitialFirstResponder> },
-            { "selectNextKeyView:", imp<selectNext> },
-            { "selectPreviousKeyView:", imp<selectPrevious> },
-            { "recalculateKeyViewLoop", imp<recalculateLoop> },
             { "performKeyEquivalent:", imp<performKeyEquivalent> },
             { "keyDown:", imp<keyDown> },
             { "cancelOperation:", imp<cancelOperation> },
