@@ -16,6 +16,12 @@ inline constexpr StringConstant<"NSWorkspaceWillLaunchApplicationNotification">
 inline constexpr StringConstant<"NSWorkspaceDidLaunchApplicationNotification">
     NSWorkspaceDidLaunchApplicationNotification;
 
+/// Posted by the default centre, on the main thread and without an object, when the look has changed, the desktop's or the
+/// one that the host has chosen, and system colours with it. Windows are drawn anew by themselves; whoever keeps what it
+/// made of such colours makes it again.
+inline constexpr StringConstant<"NSSystemColorsDidChangeNotification">
+    NSSystemColorsDidChangeNotification;
+
 namespace appkit {
     /// Lets the look be the desktop's again after `setAppearance`, as it is at the start: on a real screen it is dark while
     /// the defaults have a text for "AppleInterfaceStyle", and windows are drawn anew when the desktop changes it.

@@ -2,8 +2,10 @@
 #include "DesktopAppearancePrivate.h"
 
 #include "NSApplicationPrivate.h"
+#include "appkit/NSWorkspace.h"
 #include "appkit/drawing/SystemColorsPrivate.h"
 #include "appkit/windows/NSWindowPrivate.h"
+#include "foundation/NSNotificationCenter.h"
 #include "foundation/NSString.h"
 #include "foundation/NSTimer.h"
 #include "foundation/NSUserDefaults.h"
@@ -18,18 +20,17 @@ namespace {
 
     void take(bool dark)
     {
-        const appkit::Appearance before = appkit::appearance();
         appkit::setDesktopAppearance(dark ? appkit::Appearance::dark : appkit::Appearance::light);
-        if (appkit::appearance() != before)
-            appkit::drawAllAnew();
     }
 
 }
 
-void appkit::drawAllAnew()
+void appkit::lookChanged()
 {
     for (NSWindow* window : ApplicationAccess::state().order)
         WindowAccess::damageAll(*window);
+    NSNotificationCenter::cls().defaultCenter()->postNotificationName_object(
+        NSSystemColorsDidChangeNotification, nullptr);
 }
 
 void appkit::takeDesktopAppearance()

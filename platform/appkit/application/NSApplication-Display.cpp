@@ -255,7 +255,7 @@ namespace {
         case Event::Kind::screensChanged:
             return ApplicationAccess::screensChanged();
         case Event::Kind::appearanceChanged:
-            return appkit::drawAllAnew();
+            return appkit::lookChanged();
         case Event::Kind::disconnected:
             endWithoutServer();
         case Event::Kind::none:

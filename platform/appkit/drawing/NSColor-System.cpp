@@ -2,6 +2,7 @@
 #include "NSColorPrivate.h"
 #include "SystemColorsPrivate.h"
 #include "appkit/NSWorkspace.h"
+#include "appkit/application/DesktopAppearancePrivate.h"
 #include "foundation/NSArray.h"
 #include "foundation/NSString.h"
 #include "runtime/Table.h"
@@ -17,6 +18,15 @@ namespace {
     constinit std::atomic<appkit::Appearance> chosen { appkit::Appearance::light };
     constinit std::atomic<bool> isChosen { false };
 
+    /// Does something to the look and tells of it where it is another one then.
+    template <class Change> void changeLook(const Change& change)
+    {
+        const appkit::Appearance before = appkit::appearance();
+        change();
+        if (appkit::appearance() != before)
+            appkit::lookChanged();
+    }
+
 }
 
 appkit::Appearance appkit::appearance()
@@ -25,11 +35,19 @@ appkit::Appearance appkit::appearance()
 }
 void appkit::setAppearance(Appearance appearance)
 {
-    chosen.store(appearance);
-    isChosen.store(true);
+    changeLook([appearance] {
+        chosen.store(appearance);
+        isChosen.store(true);
+    });
 }
-void appkit::followDesktopAppearance() { isChosen.store(false); }
-void appkit::setDesktopAppearance(Appearance appearance) { desktops.store(appearance); }
+void appkit::followDesktopAppearance()
+{
+    changeLook([] { isChosen.store(false); });
+}
+void appkit::setDesktopAppearance(Appearance appearance)
+{
+    changeLook([appearance] { desktops.store(appearance); });
+}
 
 const char* NSColor::Methods<struct Parts>::systemName(const NSColor& self)
 {

@@ -6,6 +6,7 @@
 #include "appkit/NSColor.h"
 #include "appkit/NSWorkspace.h"
 #include "foundation/NSDictionary.h"
+#include "foundation/NSNotificationCenter.h"
 #include "foundation/NSString.h"
 #include "support/DefaultsFolder.h"
 #include "support/HeadlessScreen.h"
@@ -68,6 +69,33 @@ namespace {
         screen.process();
         appkit::takeDesktopAppearance();
         EXPECT_FALSE(screen.window().viewsNeedDisplay());
+    }
+
+    TEST_F(DesktopAppearance, DrawsWindowsAnewWhenTheHostChoosesAnother)
+    {
+        HeadlessScreen screen;
+        screen.process();
+        appkit::setAppearance(Appearance::light);
+        EXPECT_FALSE(screen.window().viewsNeedDisplay());
+        appkit::setAppearance(Appearance::dark);
+        EXPECT_TRUE(screen.window().viewsNeedDisplay());
+    }
+
+    TEST_F(DesktopAppearance, TellsThatSystemColorsAreOthersWheneverItChanges)
+    {
+        std::vector<Appearance> told;
+        const Ref<NSNotificationCenter> center = NSNotificationCenter::cls().defaultCenter();
+        const Ref<NSObject> observer = center->addObserverForName_object_queue_usingBlock(
+            NSSystemColorsDidChangeNotification, nullptr, nullptr,
+            [&](NSNotification*) { told.push_back(appkit::appearance()); });
+        appkit::setAppearance(Appearance::light); // what it was
+        appkit::setAppearance(Appearance::dark);
+        appkit::followDesktopAppearance();
+        choose("Dark"_ns);
+        appkit::takeDesktopAppearance();
+        center->removeObserver(observer.get());
+        EXPECT_EQ(told,
+            (std::vector<Appearance> { Appearance::dark, Appearance::light, Appearance::dark }));
     }
 
     TEST_F(DesktopAppearance, IsNotAskedForInMemory)

@@ -2,7 +2,9 @@
 #include <gtest/gtest.h>
 
 #include "appkit/NSApplication.h"
+#include "appkit/NSColor.h"
 #include "appkit/NSView+ToolTips.h"
+#include "appkit/NSWorkspace.h"
 #include "foundation/NSArray.h"
 #include "runtime/Table.h"
 #include "support/HeadlessScreen.h"
@@ -71,6 +73,23 @@ namespace {
         EXPECT_TRUE(isShown()) << "still over the view";
         screen.pointer().moveTo({ 10, 10 });
         EXPECT_FALSE(isShown());
+    }
+    TEST_F(ToolTipTest, ATipThatShowsTakesTheColoursOfAnotherAppearance)
+    {
+        view->setToolTip("What it is"_ns);
+        screen.pointer().moveTo({ 120, 120 });
+        rest();
+        const auto light = screen.display().snapshot().words;
+        appkit::setAppearance(appkit::Appearance::dark);
+        screen.process();
+        const auto changed = screen.display().snapshot().words;
+        screen.pointer().moveTo({ 10, 10 });
+        screen.pointer().moveTo({ 120, 120 });
+        rest();
+        const auto made = screen.display().snapshot().words;
+        appkit::followDesktopAppearance();
+        EXPECT_EQ(changed, made);
+        EXPECT_NE(changed, light);
     }
     TEST_F(ToolTipTest, ATipGoesWithAPress)
     {
