@@ -3,8 +3,10 @@
 
 #include <algorithm>
 #include <cctype>
-#include <filesystem>
 #include <map>
+#include <memory>
+
+#include <dirent.h>
 
 #include "FilesPrivate.h"
 #include "NSArray.h"
@@ -158,12 +160,17 @@ namespace bundles {
     std::vector<std::string> localizations(const NSBundle& bundle)
     {
         std::vector<std::string> out;
-        std::error_code ignored;
-        const std::string& folder = BundleAccess::state(bundle).resources;
-        for (const auto& entry : std::filesystem::directory_iterator(folder, ignored)) {
-            const std::filesystem::path name = entry.path().filename();
-            if (name.extension() == ".lproj" && name.stem() != "Base")
-                out.push_back(name.stem().string());
+        constexpr std::string_view kEnding = ".lproj";
+        const auto close = [](DIR* opened) { ::closedir(opened); };
+        const std::unique_ptr<DIR, decltype(close)> folder(
+            ::opendir(BundleAccess::state(bundle).resources.c_str()), close);
+        while (const dirent* const entry = folder ? ::readdir(folder.get()) : nullptr) {
+            std::string_view name = entry->d_name;
+            if (name.size() <= kEnding.size() || !name.ends_with(kEnding))
+                continue;
+            name.remove_suffix(kEnding.size());
+            if (name != "Base")
+                out.emplace_back(name);
         }
         std::sort(out.begin(), out.end());
         return out;

@@ -4,6 +4,8 @@
 #include <algorithm>
 #include <filesystem>
 
+#include <sys/stat.h>
+
 #include "FilesPrivate.h"
 #include "NSArray.h"
 #include "runtime/Table.h"
@@ -41,8 +43,8 @@ namespace {
 
     bool exists(const std::string& path)
     {
-        std::error_code ignored;
-        return std::filesystem::exists(path, ignored);
+        struct stat status { };
+        return ::stat(path.c_str(), &status) == 0;
     }
 
     /// Answers the first of some file names that a folder has; "" for none.

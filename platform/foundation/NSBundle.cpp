@@ -1,13 +1,17 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "NSBundlePrivate.h"
 
+#include <algorithm>
+#include <array>
 #include <atomic>
+#include <climits>
 #include <cstdlib>
 #include <filesystem>
 #include <memory>
 
 #include <dlfcn.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
 #include "FilesPrivate.h"
 #include "NSArray.h"
@@ -65,10 +69,19 @@ namespace {
         return r.opened;
     }
 
+    /// Answers whether a path begins at the root and has no part that leads nowhere or back.
+    bool isPlain(const std::string& path)
+    {
+        return path.starts_with('/') && path.find("//") == path.npos
+            && path.find("/.") == path.npos;
+    }
+
     std::string absolute(const std::string& path)
     {
         std::error_code ignored;
-        std::string out = std::filesystem::absolute(path, ignored).lexically_normal().string();
+        std::string out = isPlain(path)
+            ? path
+            : std::filesystem::absolute(path, ignored).lexically_normal().string();
         while (out.size() > 1 && out.back() == '/')
             out.pop_back();
         return out;
@@ -88,16 +101,18 @@ namespace {
 
     std::string programFolder()
     {
-        namespace fs = std::filesystem;
-        const fs::path program = bundles::programPath();
-        const std::string around = bundles::folderAroundContents(program.string());
+        const std::string program = bundles::programPath();
+        const std::string around = bundles::folderAroundContents(program);
         if (!around.empty())
             return around;
-        const fs::path folder = program.parent_path();
-        const fs::path shared = folder.parent_path() / "share" / program.filename();
-        const bool isShared = !bundles::isFile((folder / "Info.plist").string())
-            && bundles::isFile((shared / "Info.plist").string());
-        return (isShared ? shared : folder).string();
+        if (program.empty())
+            return "/";
+        const std::string folder = bundles::folderOf(program);
+        const std::string shared
+            = bundles::folderOf(folder) + "/share" + program.substr(program.find_last_of('/'));
+        const bool isShared
+            = !bundles::isFile(folder + "/Info.plist") && bundles::isFile(shared + "/Info.plist");
+        return isShared ? shared : folder + '/';
     }
 
     NSBundle* programBundle()
@@ -163,17 +178,23 @@ namespace bundles {
         return bytes.find('\0') == std::string::npos ? bytes : std::string();
     }
 
+    std::string folderOf(const std::string& path)
+    {
+        const std::size_t slash = path.find_last_of('/');
+        return slash == path.npos ? "" : path.substr(0, slash);
+    }
+
     std::string programPath()
     {
-        std::error_code ignored;
-        return std::filesystem::read_symlink("/proc/self/exe", ignored).string();
+        std::array<char, PATH_MAX> path {};
+        const ssize_t length = ::readlink("/proc/self/exe", path.data(), path.size());
+        return { path.data(), static_cast<std::size_t>(std::max<ssize_t>(length, 0)) };
     }
 
     std::string folderAroundContents(const std::string& image)
     {
-        const std::filesystem::path contents
-            = std::filesystem::path(image).parent_path().parent_path();
-        return contents.filename() == "Contents" ? contents.parent_path().string() : "";
+        const std::string contents = folderOf(folderOf(image));
+        return contents.ends_with("/Contents") ? folderOf(contents) : "";
     }
 
     std::string imageOf(const void* address)
@@ -198,15 +219,14 @@ namespace bundles {
     {
         // A static library lies in the program, in whatever folder of the same tree.
         static NSBundle* const bundle = []() -> NSBundle* {
-            namespace fs = std::filesystem;
             constexpr int kHighest = 4;
-            fs::path folder
-                = fs::path(imageOf(reinterpret_cast<const void*>(&isFrameworkImage))).parent_path();
+            std::string folder
+                = folderOf(imageOf(reinterpret_cast<const void*>(&isFrameworkImage)));
             for (int level = 0; level < kHighest; ++level) {
-                const fs::path place = folder / "share" / "brindle";
-                if (isFile((place / "Info.plist").string()))
-                    return openFolder(place.string());
-                folder = folder.parent_path();
+                const std::string place = folder + "/share/brindle";
+                if (isFile(place + "/Info.plist"))
+                    return openFolder(place);
+                folder = folderOf(folder);
             }
             return isFile(BRINDLE_RESOURCES "/Info.plist") ? openFolder(BRINDLE_RESOURCES)
                                                            : nullptr;

@@ -40,6 +40,8 @@ namespace bundles {
 
     /// Answers the file that is running.
     std::string programPath();
+    /// Answers what stands before the last slash of a path: "" for what lies in the root.
+    std::string folderOf(const std::string& path);
     /// Answers the folder of the bundle that a program or library lies in: the one round its `Contents`, else "".
     std::string folderAroundContents(const std::string& image);
     /// Answers the file that holds an address of code; "" for none.
