@@ -8,12 +8,13 @@ namespace brindle {
 
 namespace {
 
-    /// Names by selector value, open addressing; guarded by the runtime lock.
+    /// Names by selector value, open addressing; guarded by the runtime lock. Three quarters may be full: the two thousand
+    /// names of a usual program then take 64 KB.
     class Names {
     public:
         const char** entry(std::uint64_t value)
         {
-            if ((used_ + 1) * 2 > entries_.size())
+            if ((used_ + 1) * 4 > entries_.size() * 3)
                 grow();
             Entry& found = locate(value);
             if (!found.value) {
