@@ -424,6 +424,7 @@ void X11Surface::takeState(SurfaceState state)
     if (state == state_)
         return;
     state_ = state;
+    mapsAgain_ = false;
     display_.post(Event::Kind::stateChanged, *this).state = state;
 }
 
@@ -456,6 +457,7 @@ void X11Surface::propertyChanged(xcb_atom_t property)
 
 void X11Surface::minimise()
 {
+    mapsAgain_ = false;
     if (window_ && shown_ && isManaged()) {
         const std::array<std::uint32_t, 1> data { kStateIconic };
         display_.connection().tellManager(window_, Atom::wmChangeState, data);

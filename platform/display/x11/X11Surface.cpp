@@ -242,6 +242,7 @@ void X11Surface::show()
     display_.raise(*this);
     if (!wasShown || !mapped_ || wasMinimised)
         xcb_map_window(display_.connection().raw(), window_);
+    mapsAgain_ = wasMinimised && mapped_; // the server may have had nothing to do
 }
 
 void X11Surface::hide()
@@ -249,6 +250,7 @@ void X11Surface::hide()
     if (!shown_)
         return;
     wantsFocus_ = false;
+    mapsAgain_ = false;
     if (isManaged()) {
         // A window manager needs time to let go of a window, and until then it must not be shown again. A new one next
         // time need not wait.
@@ -273,6 +275,8 @@ void X11Surface::unmapped()
 {
     mapped_ = false;
     display_.loseGrab(*this);
+    if (std::exchange(mapsAgain_, false))
+        xcb_map_window(display_.connection().raw(), window_);
 }
 
 void X11Surface::destroyed()
@@ -284,6 +288,7 @@ void X11Surface::destroyed()
     context_ = XCB_NONE;
     shown_ = false;
     mapped_ = false;
+    mapsAgain_ = false;
     reparented_ = false;
     followed_ = XCB_NONE;
     placed_ = false;

@@ -168,6 +168,7 @@ private:
     xcb_window_t followed_
         = XCB_NONE; // from a movement by the window manager to our own next request
     bool wantsFocus_ = false; // as soon as it is mapped
+    bool mapsAgain_ = false; // as soon as a manager that minimises it has taken it away
     bool placed_ = false; // there was a request for a place
 };
 
