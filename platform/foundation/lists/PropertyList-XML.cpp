@@ -12,6 +12,7 @@
 #include "foundation/NSNumber.h"
 #include "foundation/NSStringPrivate.h"
 #include "foundation/PropertyListUID.h"
+#include "runtime/ObjectMemory.h"
 
 namespace brindle::lists {
 
@@ -322,6 +323,10 @@ namespace {
 
 Ref<NSObject> readXML(std::string_view utf8, Mutability mutability, Failure& failure)
 {
+    constexpr std::size_t kLong = std::size_t { 1 } << 20; // its objects fill most of a block
+    std::optional<ObjectRun> run;
+    if (utf8.size() >= kLong)
+        run.emplace();
     return XMLReader(utf8, mutability, failure).read();
 }
 

@@ -519,3 +519,19 @@ TEST(XMLList, ATagWhoseNameIsLongIsRefused)
 {
     EXPECT_EQ(read("<dictionary/>"), "3840: line 1: the tag <dictionary> is not known");
 }
+
+TEST(XMLList, LongListsComeBackAndEndOneByOne)
+{
+    std::vector<Ref<NSObject>> numbers;
+    for (NSInteger i = 0; i < 60000; ++i)
+        numbers.push_back(NSNumber::cls().numberWithInteger(1000000 + i));
+    const Ref<NSArray> list = makeArray(std::move(numbers));
+    const std::string text = test::writeList(list, NSPropertyListXMLFormat_v1_0);
+    ASSERT_GT(text.size(), std::size_t { 1 } << 20);
+    auto read = cast<NSArray>(test::readList(text));
+    ASSERT_TRUE(read);
+    EXPECT_TRUE(read->isEqual(list.get()));
+    const Ref<NSObject> last = read->objectAtIndex(59999);
+    read = nullptr;
+    EXPECT_EQ(cast<NSNumber>(last)->integerValue(), 1059999);
+}
