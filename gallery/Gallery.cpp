@@ -7,10 +7,9 @@
 #include "appkit/NSMenuItem.h"
 #include "appkit/NSWorkspace.h"
 #include "foundation/NSArray.h"
-#include "foundation/NSNotification.h"
+#include "foundation/NSNotificationCenter.h"
 #include "foundation/NSObjCRuntime.h"
 #include "inspector/BRInspector.h"
-#include "kit/GalleryWindow.h"
 #include "kit/Palette.h"
 #include "pages/Pages.h"
 #include "runtime/Table.h"
@@ -31,7 +30,7 @@ template <> struct GalleryController::Methods<struct Pages> {
     {
         const NSUInteger style = NSTitledWindowMask | NSClosableWindowMask
             | NSMiniaturizableWindowMask | NSResizableWindowMask;
-        self.window_ = alloc<GalleryWindow>()->initWithContentRect_styleMask_backing_defer(
+        self.window_ = alloc<NSWindow>()->initWithContentRect_styleMask_backing_defer(
             { {}, kSize }, style, NSBackingStoreBuffered, true);
         self.window_->setTitle("Brindle Gallery"_ns);
         self.window_->setContentMinSize(kLeastSize);
@@ -63,6 +62,8 @@ template <> struct GalleryController::Methods<struct Pages> {
     }
     static void open(GalleryController& self)
     {
+        NSNotificationCenter::cls().defaultCenter()->addObserver_selector_name_object(
+            &self, selector<"colorsChanged:">, NSSystemColorsDidChangeNotification, nullptr);
         takeAppearance();
         menubar().show();
         makeWindow(self);
@@ -98,7 +99,6 @@ template <> struct GalleryController::Methods<struct Pages> {
         self.code_->showPage(pages()[index].folder);
         options().page_ = stringFrom(pages()[index].name);
         keepOptions();
-        self.window_->recalculateKeyViewLoop();
         if (!keepsKeyboard)
             enterPage(self);
     }
@@ -125,26 +125,24 @@ template <> struct GalleryController::Methods<struct Pages> {
         else
             appkit::followDesktopAppearance();
     }
-    static void setDark(GalleryController& self, bool dark)
+    static void setDark(GalleryController&, bool dark)
     {
         options().hasAppearance_ = true;
         options().isDark_ = dark;
-        showAppearance(self);
-    }
-    static void followDesktop(GalleryController& self, NSObject*)
-    {
-        options().hasAppearance_ = false;
-        showAppearance(self);
-    }
-    static void showAppearance(GalleryController& self)
-    {
         takeAppearance();
         keepOptions();
+    }
+    static void followDesktop(GalleryController&, NSObject*)
+    {
+        options().hasAppearance_ = false;
+        takeAppearance();
+        keepOptions();
+    }
+    static void colorsChanged(GalleryController& self, NSNotification*)
+    {
         menubar().showAppearance();
-        self.code_->takeColors();
-        self.page_->showOptions();
-        for (NSWindow* window : each<NSWindow>(NSApplication::cls().sharedApplication()->windows()))
-            maybe(window->contentView()->superview())->setNeedsDisplay(true);
+        maybe(self.code_)->takeColors();
+        maybe(self.page_)->showOptions();
     }
     static void switchAppearance(GalleryController& self, NSObject*) { self.setDark(!isDark()); }
 
@@ -185,6 +183,7 @@ template <> struct GalleryController::Methods<struct Pages> {
             { "setDark:", imp<setDark> },
             { "switchAppearance:", imp<switchAppearance> },
             { "followDesktop:", imp<followDesktop> },
+            { "colorsChanged:", imp<colorsChanged> },
             { "validateMenuItem:", imp<validate> },
             { "applicationDidFinishLaunching:", imp<didLaunch> },
             { "applicationDidChangeScreenParameters:", imp<screensChanged> },
@@ -230,7 +229,6 @@ template <> struct GalleryController::Methods<struct Code> {
         options().showsCode_ = shows;
         keepOptions();
         self.page_->showOptions();
-        self.window_->recalculateKeyViewLoop();
     }
     static void toggleCode(GalleryController& self, NSObject*)
     {

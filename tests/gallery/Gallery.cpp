@@ -7,7 +7,9 @@
 #include "OpenGallery.h"
 #include "appkit/NSEvent.h"
 #include "appkit/NSPasteboard.h"
+#include "appkit/NSStringDrawing.h"
 #include "appkit/NSTextField.h"
+#include "appkit/NSTextStorage.h"
 #include "appkit/drawing/SystemColorsPrivate.h"
 #include "foundation/NSArray.h"
 #include "foundation/NSUserDefaults.h"
@@ -191,6 +193,20 @@ TEST(GalleryCode, ACardShowsWhereItsClassGetsItsMethods)
     }
     EXPECT_EQ(
         utf8Of(gallery.controller->code()->files()->titleOfSelectedItem()), "ChoicesCard.cpp");
+}
+TEST(GalleryCode, TakesTheColoursOfADesktopThatTurnsDark)
+{
+    OpenGallery gallery;
+    gallery.controller->setShowsCode(true);
+    appkit::setDesktopAppearance(appkit::Appearance::dark);
+    const Ref<CodePane> code = gallery.controller->code();
+    EXPECT_TRUE(code->text()->backgroundColor()->isEqual(palette().card.get()));
+    const Ref<NSTextStorage> text = code->text()->textStorage();
+    const Ref<NSObject> color
+        = text->attribute_atIndex_effectiveRange(NSForegroundColorAttributeName, 0, nullptr);
+    appkit::setDesktopAppearance(appkit::Appearance::light);
+    EXPECT_FALSE(maybe(color)->isEqual(
+        text->attribute_atIndex_effectiveRange(NSForegroundColorAttributeName, 0, nullptr).get()));
 }
 TEST(GalleryCode, IsCopiedWholeWhereNothingIsSelected)
 {
