@@ -11,6 +11,7 @@
 #include "foundation/Each.h"
 #include "foundation/NSArray.h"
 #include "foundation/NSLog.h"
+#include "foundation/NSObjCRuntime.h"
 #include "foundation/NSRunLoop.h"
 #include "foundation/NSTimer.h"
 #include "pages/Pages.h"
@@ -43,6 +44,8 @@ namespace {
     constexpr double kPause = 0.02; // virtual seconds between two actions
     constexpr NSRect kFrame { { 60, 40 }, { 1080, 700 } };
     constexpr std::uint64_t kActionsAPage = 400;
+    constexpr std::uint64_t kActionsBeside = 4000; // a panel that a page opened may be modal
+    constexpr NSUInteger kMeasuredPage = 0; // pages do not hold the same
     constexpr std::uint64_t kMostEndings = 2000;
     constexpr unsigned kHangSeconds = 60;
     constexpr std::size_t kMostGrowth = std::size_t { 24 } << 20;
@@ -116,6 +119,7 @@ bool Soak::run()
     acting->invalidate();
     ending->invalidate();
     look();
+    controller_->showPage(kMeasuredPage);
     alarm(0);
     std::printf("soak: seed %u, %llu actions in %.0f s, memory %+.1f MiB, %s\n", seed_,
         static_cast<unsigned long long>(actions_), elapsed(),
@@ -140,6 +144,7 @@ void Soak::step()
         look();
     }
     ++actions_;
+    rememberPage();
     user_.act();
 }
 
@@ -157,8 +162,8 @@ void Soak::bringBack()
     const NSUInteger turn = actions_ / kActionsAPage;
     if (!window->attachedSheet())
         controller_->showPage(turn % pages().size());
-    if (warm_ == 0 && turn > 2 * pages().size())
-        warm_ = usedBytes();
+    if (turn >= 2 * pages().size() && controller_->pageIndex() == kMeasuredPage)
+        lookAtMemory();
 }
 
 void Soak::look()
@@ -171,8 +176,34 @@ void Soak::look()
     }
     if (windows->count() > kMostWindows)
         complain("windows pile up");
-    if (warm_ != 0 && usedBytes() > warm_ + kMostGrowth)
+    lookForOldPages();
+}
+
+void Soak::rememberPage()
+{
+    const Ref<GalleryPage> page = controller_->page();
+    if (!page || page == page_.get())
+        return;
+    page_ = page;
+    seen_.push_back({ page.get(), actions_ });
+    for (NSView* part : each<NSView>(page->subviews()))
+        seen_.push_back({ part, actions_ });
+}
+
+void Soak::lookAtMemory()
+{
+    if (warm_ == 0)
+        warm_ = usedBytes();
+    if (usedBytes() > warm_ + kMostGrowth)
         complain("memory grows");
+}
+
+void Soak::lookForOldPages()
+{
+    std::erase_if(seen_, [](const Seen& seen) { return !seen.view.get(); });
+    const Ref<NSView> oldest = seen_.empty() ? nullptr : seen_.front().view.get();
+    if (oldest && !oldest->window() && actions_ - seen_.front().action > kActionsBeside)
+        complain(utf8Of(NSStringFromClass(oldest->classObject())) + " stays after its page");
 }
 
 void Soak::complain(const std::string& what)

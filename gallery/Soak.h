@@ -4,6 +4,7 @@
 #include <chrono>
 #include <cstdint>
 #include <string>
+#include <vector>
 
 #include "Gallery.h"
 #include "Surroundings.h"
@@ -12,7 +13,7 @@
 namespace gallery {
 
 /// Leaves the gallery to a user who does anything (`RandomUser`) and looks from time to time whether it still stands: views
-/// and windows know each other, nothing raises, nothing hangs, memory stays.
+/// and windows know each other, pages go when others come, nothing raises, nothing hangs, memory stays.
 ///
 /// The same seed does the same in the same order, so what went wrong once goes wrong again.
 class Soak {
@@ -24,11 +25,19 @@ public:
     bool run();
 
 private:
+    /// A page, or what stands on it.
+    struct Seen {
+        brindle::WeakRef<brindle::NSView> view;
+        std::uint64_t action; // that found it
+    };
     using Instant = std::chrono::steady_clock::time_point;
 
     void step();
     void bringBack();
     void look();
+    void rememberPage();
+    void lookForOldPages();
+    void lookAtMemory();
     void complain(const std::string& what);
     double elapsed() const;
     bool isOver() const { return !complaint_.empty() || elapsed() >= seconds_; }
@@ -41,7 +50,9 @@ private:
     Instant begun_ = std::chrono::steady_clock::now();
     std::uint64_t actions_ = 0;
     std::uint64_t endings_ = 0; // times that it was asked to come to rest
-    std::size_t warm_ = 0; // bytes used once every page was seen twice
+    brindle::WeakRef<GalleryPage> page_; // the last one that was seen
+    std::vector<Seen> seen_;
+    std::size_t warm_ = 0; // bytes used with one page once every page was seen twice
     std::string complaint_;
 };
 

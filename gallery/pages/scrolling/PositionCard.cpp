@@ -38,35 +38,48 @@ template <> struct PositionCard::Methods<struct Position> {
 
     static constexpr double kReadoutHeight = 58;
 
-    // The closures last as long as the process; they must not keep the card.
-    static void follow(PositionCard& self)
+    static WeakRef<PositionCard>& present()
     {
-        const WeakRef<PositionCard> card(&self);
-        setScrollingBlock(self.scroll_, [card](NSRect visible) {
-            if (const Ref<PositionCard> present = card.get()) {
-                present->live_ = visible;
-                ++present->steps_;
-                present->setNeedsDisplay(true);
+        static auto* const card = new WeakRef<PositionCard>;
+        return *card;
+    }
+    // What follows a scroll view lasts as long as the process and keeps the view, so there is one for all cards.
+    static Ref<NSScrollView> followed()
+    {
+        static const auto* const view = new Ref<NSScrollView>(makeFollowed());
+        return *view;
+    }
+    static Ref<NSScrollView> makeFollowed()
+    {
+        const Ref<NSScrollView> scroll = make<NSScrollView>();
+        scroll->setHasVerticalScroller(true);
+        scroll->setBorderType(NSLineBorder);
+        const Ref<NSView> lines = alloc<LinesView>()->initWithFrame(NSMakeRect(0, 0, 100, 1000));
+        lines->setAutoresizingMask(NSViewWidthSizable);
+        scroll->setDocumentView(lines.get());
+        setScrollingBlock(scroll, [](NSRect visible) {
+            if (const Ref<PositionCard> card = present().get()) {
+                card->live_ = visible;
+                ++card->steps_;
+                card->setNeedsDisplay(true);
             }
         });
-        setDidScrollBlock(self.scroll_, [card](double portion) {
-            if (const Ref<PositionCard> present = card.get()) {
-                present->settled_ = portion;
-                ++present->rests_;
-                present->setNeedsDisplay(true);
+        setDidScrollBlock(scroll, [](double portion) {
+            if (const Ref<PositionCard> card = present().get()) {
+                card->settled_ = portion;
+                ++card->rests_;
+                card->setNeedsDisplay(true);
             }
         });
+        return scroll;
     }
     static Ref<NSView> initWithFrame(PositionCard& self, NSRect frame)
     {
         self.setHeading("Position"_ns);
         self.setCaption("1.0 is where the middle of what shows is the middle of the document"_ns);
-        self.scroll_ = make<NSScrollView>();
-        self.scroll_->setHasVerticalScroller(true);
-        self.scroll_->setBorderType(NSLineBorder);
-        const Ref<NSView> lines = alloc<LinesView>()->initWithFrame(NSMakeRect(0, 0, 100, 1000));
-        lines->setAutoresizingMask(NSViewWidthSizable);
-        self.scroll_->setDocumentView(lines.get());
+        self.scroll_ = followed();
+        scrollToTop(self.scroll_);
+        present() = &self;
         self.addSubview(self.scroll_.get());
         self.chips_ = {
             addChip(&self, "Top"_ns, "T"_ns, [scroll = self.scroll_] { scrollToTop(scroll); }),
@@ -75,7 +88,6 @@ template <> struct PositionCard::Methods<struct Position> {
             addChip(
                 &self, "Bottom"_ns, "B"_ns, [scroll = self.scroll_] { scrollToBottom(scroll); }),
         };
-        follow(self);
         return super<PositionCard, "initWithFrame:", Ref<NSView>>(self, frame);
     }
     static void setFrameSize(PositionCard& self, NSSize size)

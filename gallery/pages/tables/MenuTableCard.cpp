@@ -54,6 +54,40 @@ template <> struct MenuEntryView::Methods<struct Drawing> {
 };
 BRINDLE_RECORD(MenuEntryView, Drawing)
 
+template <> struct MenuEntries::Methods<struct Content> {
+
+    static NSInteger numberOfRows(MenuEntries&, NSTableView*)
+    {
+        return static_cast<NSInteger>(kEntries.size());
+    }
+    static Ref<NSView> viewFor(MenuEntries&, NSTableView* table, NSTableColumn*, NSInteger row)
+    {
+        Ref<NSView> view = table->makeViewWithIdentifier_owner("ENTRY"_ns, nullptr);
+        if (!view) {
+            view = make<MenuEntryView>();
+            setIdentifier(view, "ENTRY"_ns);
+        }
+        static_cast<NSTableCellView&>(*view).setObjectValue(entry(row).get());
+        return view;
+    }
+    static void wasTapped(MenuEntries& self, NSTableView* table)
+    {
+        const NSInteger row = table->selectedRow();
+        self.tapped_ = row < 0 ? nullptr : entry(row);
+        maybe(self.card_.get())->setNeedsDisplay(true);
+    }
+
+    static void table(Builder& t)
+    {
+        t.methods({
+            { "numberOfRowsInTableView:", imp<numberOfRows> },
+            { "tableView:viewForTableColumn:row:", imp<viewFor> },
+            { "menuWasTapped:", imp<wasTapped> },
+        });
+    }
+};
+BRINDLE_RECORD(MenuEntries, Content)
+
 template <> struct MenuTableCard::Methods<struct Menu> {
 
     static Ref<NSView> initWithFrame(MenuTableCard& self, NSRect frame)
@@ -69,18 +103,14 @@ template <> struct MenuTableCard::Methods<struct Menu> {
         self.scroll_->setHasVerticalScroller(true);
         self.scroll_->setBorderType(NSLineBorder);
         self.addSubview(self.scroll_.get());
-        self.menu_->setDelegate(&self);
-        self.menu_->setDataSource(&self);
-        self.menu_->setTapTarget(&self);
+        self.entries_ = make<MenuEntries>();
+        self.entries_->card_ = &self;
+        self.menu_->setDelegate(self.entries_.get());
+        self.menu_->setDataSource(self.entries_.get());
+        self.menu_->setTapTarget(self.entries_.get());
         self.menu_->setTapAction(selector<"menuWasTapped:">);
         self.menu_->reloadData();
         return super<MenuTableCard, "initWithFrame:", Ref<NSView>>(self, frame);
-    }
-    // The menu keeps its target and its delegate, which keep it.
-    static void viewWillMoveToSuperview(MenuTableCard& self, NSView* view)
-    {
-        self.menu_->setTapTarget(view ? &self : nullptr);
-        self.menu_->setTableDelegate(view ? &self : nullptr);
     }
     static void setFrameSize(MenuTableCard& self, NSSize size)
     {
@@ -93,46 +123,19 @@ template <> struct MenuTableCard::Methods<struct Menu> {
     }
     static void drawBody(MenuTableCard& self, NSRect body)
     {
-        const Ref<NSString> text = self.tapped_
-            ? NSString::cls().stringWithFormat("Tapped: %@"_ns, self.tapped_)
+        const Ref<NSString> text = self.entries_->tapped_
+            ? NSString::cls().stringWithFormat("Tapped: %@"_ns, self.entries_->tapped_)
             : Ref<NSString>("Nothing tapped yet"_ns);
         drawFitted(text.get(), { body.origin.x, NSMaxY(body) - 16 }, body.size.width,
             Style::caption, palette().quietText.get());
-    }
-
-    // ---- content and taps
-
-    static NSInteger numberOfRows(MenuTableCard&, NSTableView*)
-    {
-        return static_cast<NSInteger>(kEntries.size());
-    }
-    static Ref<NSView> viewFor(MenuTableCard&, NSTableView* table, NSTableColumn*, NSInteger row)
-    {
-        Ref<NSView> view = table->makeViewWithIdentifier_owner("ENTRY"_ns, nullptr);
-        if (!view) {
-            view = make<MenuEntryView>();
-            setIdentifier(view, "ENTRY"_ns);
-        }
-        static_cast<NSTableCellView&>(*view).setObjectValue(entry(row).get());
-        return view;
-    }
-    static void wasTapped(MenuTableCard& self, NSObject*)
-    {
-        const NSInteger row = self.menu_->selectedRow();
-        self.tapped_ = row < 0 ? nullptr : entry(row);
-        self.setNeedsDisplay(true);
     }
 
     static void table(Builder& t)
     {
         t.methods({
             { "initWithFrame:", imp<initWithFrame> },
-            { "viewWillMoveToSuperview:", imp<viewWillMoveToSuperview> },
             { "setFrameSize:", imp<setFrameSize> },
             { "drawBody:", imp<drawBody> },
-            { "numberOfRowsInTableView:", imp<numberOfRows> },
-            { "tableView:viewForTableColumn:row:", imp<viewFor> },
-            { "menuWasTapped:", imp<wasTapped> },
         });
     }
 };
