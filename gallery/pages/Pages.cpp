@@ -8,11 +8,13 @@
 #include "editing/EditingPage.h"
 #include "fields/FieldsPage.h"
 #include "files/FilesPage.h"
+#include "formats/FormatsPage.h"
 #include "ground/GroundPage.h"
 #include "images/ImagesPage.h"
 #include "layers/LayersPage.h"
 #include "measures/MeasuresPage.h"
 #include "menubar/MenubarPage.h"
+#include "movement/MovementPage.h"
 #include "objects/ObjectsPage.h"
 #include "paths/PathsPage.h"
 #include "pointer/PointerPage.h"
@@ -47,6 +49,7 @@ namespace {
         { kData, "Defaults", "defaults", makePage<DefaultsPage>, tourDefaults },
         { kData, "Review request", "review", makePage<ReviewPage>, tourReview },
         { kData, "Files", "files", makePage<FilesPage>, tourFiles },
+        { kData, "Numbers and dates", "formats", makePage<FormatsPage>, tourFormats },
         { kData, "Intervals and URLs", "text", makePage<TextPage>, tourText },
         { kDrawing, "Colour", "colour", makePage<ColourPage>, tourColour },
         { kDrawing, "Images", "images", makePage<ImagesPage>, tourImages },
@@ -60,6 +63,7 @@ namespace {
         { kViews, "Switches", "switches", makePage<SwitchesPage>, tourSwitches },
         { kViews, "Pointer", "pointer", makePage<PointerPage>, tourPointer },
         { kViews, "Views and borders", "views", makePage<ViewsPage>, tourViews },
+        { kViews, "Movement", "movement", makePage<MovementPage>, tourMovement },
         { kViews, "Scrolling", "scrolling", makePage<ScrollingPage>, tourScrolling },
         { kViews, "Tables", "tables", makePage<TablesPage>, tourTables },
         { kWindows, "Title strip", "strip", makePage<StripPage>, tourStrip },

@@ -1,10 +1,13 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "pages/Pages.h"
 
+#include <set>
+
 #include <gtest/gtest.h>
 
 #include "OpenGallery.h"
 #include "appkit/NSTableColumn.h"
+#include "appkit/drawing/SystemColorsPrivate.h"
 #include "foundation/Each.h"
 #include "foundation/NSArray.h"
 #include "foundation/NSObjCRuntime.h"
@@ -34,6 +37,12 @@ namespace {
                 return found;
         }
         return nullptr;
+    }
+    void collect(const Ref<NSView>& view, std::vector<WeakRef<NSView>>& found)
+    {
+        found.emplace_back(view);
+        for (NSView* part : each<NSView>(view->subviews()))
+            collect(Ref<NSView>(part), found);
     }
 
 }
@@ -69,6 +78,45 @@ TEST(GalleryPages, ShowTheCodeOfEachOfTheirCards)
                 std::string::npos)
                 << entry.name << " " << name;
         }
+    }
+}
+TEST(GalleryPages, LeaveNothingBehindThatTheyHaveMadeForThemselves)
+{
+    OpenGallery gallery;
+    const auto visit = [&](const char* name) {
+        std::vector<WeakRef<NSView>> views;
+        gallery.showPage(name);
+        collect(gallery.controller->page(), views);
+        gallery.showPage(name == pages()[0].name ? pages()[1].name : pages()[0].name);
+        std::set<NSView*> left;
+        for (const WeakRef<NSView>& weak : views) {
+            if (const Ref<NSView> view = weak.get())
+                left.insert(view.get());
+        }
+        return left;
+    };
+    for (const PageEntry& entry : pages()) {
+        const std::set<NSView*> shared = visit(entry.name); // by all pages of this kind
+        for (NSView* view : visit(entry.name))
+            EXPECT_TRUE(shared.contains(view))
+                << utf8Of(view->description()) << " of " << entry.name;
+    }
+}
+TEST(GalleryPages, LookTheSameWhetherTheyShowedWhenTheAppearanceChangedOrNot)
+{
+    OpenGallery gallery;
+    gallery.controller->window()->setContentSize({ 1080, 740 });
+    gallery.controller->setShowsCode(true);
+    for (const PageEntry& entry : pages()) {
+        gallery.showPage(entry.name);
+        gallery.showPage(
+            entry.name); // the page that is remembered is the same then, and pages show that
+        appkit::setDesktopAppearance(appkit::Appearance::dark);
+        gallery.screen.process();
+        const auto changed = gallery.screen.display().snapshot().words;
+        gallery.showPage(entry.name);
+        EXPECT_TRUE(changed == gallery.screen.display().snapshot().words) << entry.name;
+        appkit::setDesktopAppearance(appkit::Appearance::light);
     }
 }
 TEST(GalleryPages, FindTheColumnsOfTheTableAsTheyWereLeft)

@@ -1,8 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "FieldsPage.h"
 
-#include <algorithm>
-
 #include "runtime/Table.h"
 
 namespace gallery {
@@ -11,12 +9,13 @@ using namespace brindle;
 
 template <> struct FieldsPage::Methods<struct Cards> {
 
-    static constexpr double kHeight = 452;
+    static constexpr double kFormatters = 122;
 
     static void addCards(FieldsPage& self)
     {
         self.form_ = addCard<FormCard>(self);
         self.kinds_ = addCard<KindsCard>(self);
+        self.formatters_ = addCard<FormattersCard>(self);
     }
     static Ref<NSString> pageTitle(FieldsPage&) { return "Fields"_ns; }
     static Ref<NSString> pageCaption(FieldsPage&)
@@ -25,7 +24,7 @@ template <> struct FieldsPage::Methods<struct Cards> {
     }
     static void layOutIn(FieldsPage& self, NSRect room)
     {
-        room.size.height = std::min(room.size.height, kHeight);
+        self.formatters_->setFrame(takeBottom(room, kFormatters));
         layOutRow({ self.form_.get(), self.kinds_.get() }, room);
     }
 

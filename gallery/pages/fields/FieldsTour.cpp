@@ -15,6 +15,10 @@ void tourFields(Tour& tour)
     tour.click("A bike to edit", 110, 234);
     tour.settle();
     tour.picture("fields-edited");
+    tour.click("With formatters", 130, 72);
+    tour.type(u"many\t");
+    tour.picture("fields-refused");
+    tour.type(u"\x1B");
     tour.darkPicture("fields-dark");
     tour.leastPicture("fields-least");
 }

@@ -55,7 +55,8 @@ template <> struct KindsCard::Methods<struct Kinds> {
     }
     static double rowAt(NSRect body, std::size_t row)
     {
-        return body.origin.y + kRow * static_cast<double>(row);
+        const double height = std::min(kRow, body.size.height / kRows.size());
+        return body.origin.y + height * static_cast<double>(row);
     }
     static void setFrameSize(KindsCard& self, NSSize size)
     {
@@ -64,7 +65,7 @@ template <> struct KindsCard::Methods<struct Kinds> {
         for (std::size_t row = 0; row < self.fields_.size(); ++row) {
             const bool wraps = row + 1 == self.fields_.size();
             const bool label = row + 2 >= self.fields_.size();
-            const double height = wraps ? 52 : label ? 18 : 24;
+            const double height = wraps ? 36 : label ? 18 : 24;
             self.fields_[row]->setFrame(NSMakeRect(body.origin.x + kNames,
                 rowAt(body, row) + (label ? 5 : 2), body.size.width - kNames, height));
         }

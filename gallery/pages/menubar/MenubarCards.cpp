@@ -7,7 +7,9 @@
 #include "appkit/NSMenu.h"
 #include "appkit/NSMenuItem.h"
 #include "appkit/NSWindow+ScreenEdge.h"
+#include "appkit/NSWorkspace.h"
 #include "foundation/NSMutableArray.h"
+#include "foundation/NSNotificationCenter.h"
 #include "kit/Drawing.h"
 #include "kit/Palette.h"
 #include "menubar/BRCustomMenubarMenuButton.h"
@@ -182,6 +184,8 @@ template <> struct MenubarButtonsCard::Methods<struct Buttons> {
         self.setHeading("Its buttons"_ns);
         self.setCaption(
             "BRCustomMenubarMenuButton: a menu, a plain one, a toggle that is on; light and dark"_ns);
+        NSNotificationCenter::cls().defaultCenter()->addObserver_selector_name_object(
+            &self, selector<"colorsChanged:">, NSSystemColorsDidChangeNotification, nullptr);
         for (const bool dark : { false, true }) {
             const Ref<BRCustomMenubarMenuButton> made[]
                 = { button("Menu"), button("Plain"), button("Toggle"), button("Pressed") };
@@ -196,6 +200,15 @@ template <> struct MenubarButtonsCard::Methods<struct Buttons> {
             }
         }
         return card;
+    }
+    /// Buttons keep the tinted pictures that they drew first.
+    static void colorsChanged(MenubarButtonsCard& self, NSNotification*)
+    {
+        for (const Ref<NSView>& view : self.buttons_) {
+            auto& button = static_cast<BRCustomMenubarMenuButton&>(*view);
+            button.setOnImage(nullptr);
+            button.setInvertedImage(nullptr);
+        }
     }
     static NSRect rowIn(NSRect body, int row)
     {
@@ -226,6 +239,7 @@ template <> struct MenubarButtonsCard::Methods<struct Buttons> {
         t.methods({
             { "initWithFrame:", imp<initWithFrame> },
             { "setFrameSize:", imp<setFrameSize> },
+            { "colorsChanged:", imp<colorsChanged> },
             { "drawBody:", imp<drawBody> },
         });
     }

@@ -9,12 +9,16 @@ using namespace brindle;
 
 template <> struct MenubarPage::Methods<struct Cards> {
 
+    static constexpr double kUpper = 208;
+    static constexpr double kItems = 120;
+
     static void addCards(MenubarPage& self)
     {
         self.options_ = addCard<MenubarOptionsCard>(self);
         self.report_ = addCard<MenubarReportCard>(
             self, "Its place"_ns, "Where it was put, and where it is shown"_ns);
         self.buttons_ = addCard<MenubarButtonsCard>(self);
+        self.items_ = addCard<MenuItemsCard>(self);
     }
     static Ref<NSString> pageTitle(MenubarPage&) { return "Menubar"_ns; }
     static Ref<NSString> pageCaption(MenubarPage&)
@@ -23,8 +27,9 @@ template <> struct MenubarPage::Methods<struct Cards> {
     }
     static void layOutIn(MenubarPage& self, NSRect room)
     {
-        layOutRow({ self.options_.get(), self.report_.get() }, takeTop(room, 236));
-        self.buttons_->setFrame(takeTop(room, 190));
+        layOutRow({ self.options_.get(), self.report_.get() }, takeTop(room, kUpper));
+        self.items_->setFrame(takeBottom(room, kItems));
+        self.buttons_->setFrame(room);
     }
 
     static void table(Builder& t)

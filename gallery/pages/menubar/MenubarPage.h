@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include "MenuItemsCard.h"
 #include "MenubarCards.h"
 #include "pages/Page.h"
 
@@ -14,6 +15,7 @@ private:
     brindle::Ref<MenubarOptionsCard> options_;
     brindle::Ref<MenubarReportCard> report_;
     brindle::Ref<MenubarButtonsCard> buttons_;
+    brindle::Ref<MenuItemsCard> items_;
 };
 
 class Tour;

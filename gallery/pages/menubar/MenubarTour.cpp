@@ -26,6 +26,7 @@ void tourMenubar(Tour& tour)
     tour.menuPicture("View", u"\uF701\uF703\uF701", "menubar-pages-dark");
     tour.menuPicture("File", u"\uF701", "menubar-file-dark");
     tour.type(u"d");
+    tour.contextMenuPicture("Lines of a menu", 300, 70, "menubar-lines");
     tour.leastPicture("menubar-least");
 }
 

@@ -10,10 +10,14 @@ using namespace brindle;
 
 template <> struct ReviewPage::Methods<struct Cards> {
 
+    static constexpr double kUpper = 240;
+
     static void addCards(ReviewPage& self)
     {
         self.uses_ = addCard<UsesCard>(self);
         self.answer_ = addCard<AnswerCard>(self);
+        self.timeline_ = addCard<TimelineCard>(
+            self, "When it asks"_ns, "The first 24 uses by the answer that was given"_ns);
     }
     static Ref<NSString> pageTitle(ReviewPage&) { return "Review request"_ns; }
     static Ref<NSString> pageCaption(ReviewPage&)
@@ -22,7 +26,8 @@ template <> struct ReviewPage::Methods<struct Cards> {
     }
     static void layOutIn(ReviewPage& self, NSRect room)
     {
-        layOutRow({ self.uses_.get(), self.answer_.get() }, room);
+        layOutRow({ self.uses_.get(), self.answer_.get() }, takeTop(room, kUpper));
+        self.timeline_->setFrame(room);
     }
     static void table(Builder& t)
     {

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "AnswerCard.h"
+#include "TimelineCard.h"
 #include "UsesCard.h"
 #include "pages/Page.h"
 
@@ -14,6 +15,7 @@ class ReviewPage : public GalleryPage {
 private:
     brindle::Ref<UsesCard> uses_;
     brindle::Ref<AnswerCard> answer_;
+    brindle::Ref<TimelineCard> timeline_;
 };
 
 class Tour;

@@ -18,6 +18,7 @@ void tourReview(Tour& tour)
     tour.type(u"\r");
     tour.settle(0.3);
     tour.picture("review-rated");
+    tour.darkPicture("review-dark");
     tour.leastPicture("review-least");
 }
 

@@ -14,6 +14,8 @@ template <> struct WindowsPage::Methods<struct Cards> {
         self.kinds_ = addCard<WindowKindsCard>(self);
         self.list_ = addCard<WindowListCard>(
             self, "Which are open"_ns, "Front to back, and who has the keyboard"_ns);
+        self.state_ = addCard<WindowStateCard>(self);
+        self.screens_ = addCard<ScreensCard>(self);
     }
     static Ref<NSString> pageTitle(WindowsPage&) { return "Windows"_ns; }
     static Ref<NSString> pageCaption(WindowsPage&)
@@ -22,8 +24,9 @@ template <> struct WindowsPage::Methods<struct Cards> {
     }
     static void layOutIn(WindowsPage& self, NSRect room)
     {
-        room.size.height = 236;
-        layOutRow({ self.kinds_.get(), self.list_.get() }, room);
+        const double half = (room.size.height - kCardGap) / 2;
+        layOutRow({ self.kinds_.get(), self.list_.get() }, takeTop(room, half));
+        layOutRow({ self.state_.get(), self.screens_.get() }, room);
     }
 
     static void table(Builder& t)

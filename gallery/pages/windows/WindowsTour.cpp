@@ -12,17 +12,25 @@ using namespace brindle;
 
 void tourWindows(Tour& tour)
 {
+    tour.picture("windows-light");
     tour.press("Titled");
     tour.press("Borderless");
     tour.press("OSWindow");
     tour.press("BROSPanel");
-    tour.picture("windows-light");
+    tour.picture("windows-open");
     tour.press("Close all");
+    tour.press("Sheet");
+    tour.settle(1);
+    tour.picture("windows-sheet");
+    tour.type(u"\r");
+    tour.settle(1);
     tour.press("About");
     tour.picture("windows-about");
     maybe(NSApplication::cls().sharedApplication()->keyWindow())->close();
     tour.settle();
     tour.darkPicture("windows-dark");
+
+    tour.leastPicture("windows-least");
 
     const Ref<BRInspector> inspector = BRInspector::cls().sharedInspector();
     inspector->show();
