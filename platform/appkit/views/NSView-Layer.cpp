@@ -21,8 +21,10 @@ ViewLayer::ViewLayer(NSView& view, CALayer* layer, bool made)
     quartz::setLayerHost(*layer_, this);
 }
 
-ViewLayer::~ViewLayer()
+void ViewLayer::leave()
 {
+    if (std::exchange(left_, true))
+        return;
     quartz::setLayerHost(*layer_, nullptr);
     layer_->setDelegate(nullptr);
 }
@@ -133,8 +135,10 @@ template <> struct NSView::Methods<struct Layers> {
     }
     static void show(NSView& self, CALayer* layer, bool made)
     {
-        if (self.layer_)
+        if (self.layer_) {
             self.layer_->layersChanged();
+            self.layer_->leave();
+        }
         const NSViewLayerContentsRedrawPolicy policy = layerContentsRedrawPolicy(self);
         self.layer_ = nullptr;
         if (layer && layer->isKindOfClass(CALayer::cls())) {

@@ -151,24 +151,23 @@ namespace {
 
 }
 
-Painter::Painter(NSWindow& window, const Parts& parts)
-    : backing_(WindowAccess::backing(window))
+Painter::Painter(const Backing& backing, const Parts& parts)
+    : backing_(backing)
     , parts_(parts)
     , box_(boxAround(parts_))
 {
 }
 
 Painter::Painter(CGContext* context, NSRect part, quartz::LayerLook look)
-    : backing_(own_)
-    , box_(part)
+    : box_(part)
     , look_(look)
     , clearsMarks_(false)
 {
     parts_.add(part);
     NSGraphicsContext::Meta maker = NSGraphicsContext::cls();
-    own_.context = context;
-    own_.upright = maker.graphicsContextWithGraphicsPort_flipped(context, false);
-    own_.flipped = maker.graphicsContextWithGraphicsPort_flipped(context, true);
+    backing_.context = context;
+    backing_.upright = maker.graphicsContextWithGraphicsPort_flipped(context, false);
+    backing_.flipped = maker.graphicsContextWithGraphicsPort_flipped(context, true);
 }
 
 Parts Painter::partsIn(NSRect visible) const
@@ -278,7 +277,9 @@ void Painter::paint(NSView& view, const AxisTransform& outer, NSRect clip)
 
 void Painter::paintAt(NSView& view, const AxisTransform& toWindow, NSRect clip)
 {
-    if (ViewLayer* const shower = ViewAccess::layer(view)) {
+    if (ViewLayer* const layer = ViewAccess::layer(view)) {
+        const std::shared_ptr<ViewLayer> shower
+            = layer->shared_from_this(); // the view may leave it
         paintLayered(view, *shower, toWindow, clip);
         return;
     }

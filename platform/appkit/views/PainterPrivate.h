@@ -55,7 +55,7 @@ private:
 class Painter {
 public:
     /// - parts: what is to be drawn, in window coordinates.
-    Painter(NSWindow& window, const Parts& parts);
+    Painter(const Backing& backing, const Parts& parts);
     /// Draws into any context, in its present state.
     /// - look: which values layers are drawn with.
     Painter(CGContext* context, NSRect part, quartz::LayerLook look);
@@ -85,8 +85,7 @@ private:
     template <class Step>
     void forTouched(NSView& view, const AxisTransform& toWindow, Step&& step) const;
 
-    Backing own_; // of a painter without a window
-    const Backing& backing_;
+    Backing backing_; // of a window that may close meanwhile, or around any context
     Parts parts_;
     NSRect box_;
     quartz::LayerLook look_ = quartz::LayerLook::shown;

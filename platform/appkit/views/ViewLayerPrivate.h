@@ -7,16 +7,18 @@
 namespace brindle {
 
 /// A view's layer and what keeps both in step.
-class ViewLayer : public quartz::LayerHost {
+class ViewLayer : public quartz::LayerHost, public std::enable_shared_from_this<ViewLayer> {
 public:
     /// - made: the layer was made for the view, which lets go of it when it wants none.
     ViewLayer(NSView& view, CALayer* layer, bool made);
-    ~ViewLayer() override;
+    ~ViewLayer() override { leave(); }
     ViewLayer(const ViewLayer&) = delete;
     ViewLayer& operator=(const ViewLayer&) = delete;
 
     const Ref<CALayer>& layer() const { return layer_; }
     bool wasMade() const { return made_; }
+    /// Lets go of the layer; who paints it now may finish.
+    void leave();
     /// Gives the layer the view's geometry and alpha.
     void followView();
     /// Answers the rectangle around all that is painted, in the view's coordinates.
@@ -40,6 +42,7 @@ private:
     Ref<CALayer> layer_;
     NSRect painted_ {}; // where it was seen last
     bool made_;
+    bool left_ = false;
     bool changed_ = false; // marked, but perhaps not all of it
     bool quiet_ = false;
 };

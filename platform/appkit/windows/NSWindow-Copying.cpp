@@ -29,8 +29,7 @@ namespace {
     void movePixels(Backing& backing, PixelRect from, int right, int down)
     {
         const auto row = [&](int y) {
-            return backing.words.data() + static_cast<std::ptrdiff_t>(y) * backing.size.width
-                + from.left;
+            return backing.words + static_cast<std::ptrdiff_t>(y) * backing.size.width + from.left;
         };
         const auto bytes = static_cast<std::size_t>(from.width()) * sizeof(std::uint32_t);
         for (int i = 0; i < from.height(); ++i) {

@@ -27,10 +27,10 @@ namespace {
         return { pixels(state.frame.size.width), pixels(state.frame.size.height) };
     }
 
-    void clearPixels(Backing& backing, display::PixelRect rect)
+    void clearPixels(const Backing& backing, display::PixelRect rect)
     {
         for (int y = rect.top; y < rect.bottom; ++y) {
-            std::uint32_t* const row = backing.words.data()
+            std::uint32_t* const row = backing.words
                 + static_cast<std::size_t>(y) * static_cast<std::size_t>(backing.size.width);
             std::fill(row + rect.left, row + rect.right, 0);
         }
@@ -50,10 +50,8 @@ Backing& WindowAccess::backing(NSWindow& window)
     auto fresh = std::make_unique<Backing>();
     fresh->size = size;
     fresh->scale = scale;
-    fresh->words.resize(
-        static_cast<std::size_t>(size.width) * static_cast<std::size_t>(size.height));
-    fresh->context = quartz::contextForPixels({ fresh->words.data(), size.width, size.height,
-        static_cast<std::ptrdiff_t>(size.width) * 4, scale });
+    fresh->context = quartz::makeContext(size.width, size.height, scale);
+    fresh->words = static_cast<std::uint32_t*>(CGBitmapContextGetData(fresh->context.get()));
     NSGraphicsContext::Meta maker = NSGraphicsContext::cls();
     fresh->upright = maker.graphicsContextWithGraphicsPort_flipped(fresh->context.get(), false);
     fresh->flipped = maker.graphicsContextWithGraphicsPort_flipped(fresh->context.get(), true);
@@ -129,6 +127,12 @@ template <> struct NSWindow::Methods<struct Drawing> {
         return parts;
     }
 
+    static void rethrow(const Painter& painter)
+    {
+        if (painter.raised())
+            std::rethrow_exception(painter.raised());
+    }
+
     // One pass: what is marked while it runs is drawn in the next one. What a view raises leaves it when the others
     // have been drawn and everything is on the screen.
     static void displayIfNeeded(NSWindow& self)
@@ -138,28 +142,30 @@ template <> struct NSWindow::Methods<struct Drawing> {
             return;
         const Ref<NSWindow> alive(&self);
         const Backing* const before = state.backing.get();
-        Backing& backing = WindowAccess::backing(self);
-        const bool isFresh = &backing != before; // and clear
+        const bool isFresh = &WindowAccess::backing(self) != before; // and clear
         if (state.damage.isEmpty() && state.moved.isEmpty())
             return;
         const DrawingScope scope(state);
-        Painter announcing(self, partsOf(state));
-        announcing.announce(*state.frameView); // views may mark more now
-        Painter painter(self, partsOf(state));
-        painter.plan(*state.frameView);
+        const Ref<NSView> root = state.frameView;
+        const Backing backing = *state.backing; // a view may close the window
+        Painter announcing(backing, partsOf(state));
+        announcing.announce(*root); // views may mark more now
+        if (!state.backing || state.backing->context != backing.context)
+            return rethrow(announcing);
+        Painter painter(backing, partsOf(state));
+        painter.plan(*root);
         const Damage::Rects rects = state.damage.take();
         for (const display::PixelRect& rect : rects.all()) {
             if (!isFresh)
                 clearPixels(backing, rect);
         }
-        painter.paint(*state.frameView);
+        painter.paint(*root);
         Damage changed = std::exchange(state.moved, {});
         for (const display::PixelRect& rect : rects.all())
             changed.add(rect);
         WindowAccess::present(self, changed.rects());
-        if (const std::exception_ptr& raised
-            = announcing.raised() ? announcing.raised() : painter.raised())
-            std::rethrow_exception(raised);
+        rethrow(announcing);
+        rethrow(painter);
     }
     static void display(NSWindow& self)
     {

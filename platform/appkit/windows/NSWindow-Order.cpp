@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <algorithm>
+#include <exception>
 
 #include "NSWindowPrivate.h"
 #include "appkit/NSPanel.h"
@@ -115,12 +116,36 @@ void WindowAccess::dropSurface(NSWindow& window)
     s.backing.reset();
 }
 
+namespace {
+
+    /// Draws a window before it is there. - Returns: what a view raised, which does not keep the window away.
+    std::exception_ptr drawFirstPicture(NSWindow& window)
+    {
+        try {
+            WindowAccess::damageAll(window); // its looks were not followed while nobody saw it
+            WindowAccess::drawIfVisible(window);
+        } catch (...) {
+            return std::current_exception();
+        }
+        return nullptr;
+    }
+
+    void rethrow(const std::exception_ptr& raised)
+    {
+        if (raised)
+            std::rethrow_exception(raised);
+    }
+
+}
+
 void WindowAccess::orderIn(
     NSWindow& window, NSWindowOrderingMode mode, NSWindow* other, bool regardless)
 {
     WindowState& s = state(window);
     const Ref<NSWindow> alive(&window);
     ApplicationState& app = ApplicationAccess::state();
+    if (other == &window)
+        other = nullptr;
     s.kept = &window;
     s.closed = false;
     s.wasShown = true;
@@ -130,15 +155,14 @@ void WindowAccess::orderIn(
     }
     s.waitsForActivation = false;
     insert(window, mode, other);
-    display::Surface& native = surface(window);
+    surface(window);
     const bool appears = !std::exchange(s.visible, true);
-    if (appears) {
-        damageAll(window); // what it looks like was not followed while nobody saw it
-        drawIfVisible(window); // the first picture is there before the window is
-    }
-    native.setConcealed(false);
-    if (!native.isShown())
-        native.show();
+    const std::exception_ptr raised = appears ? drawFirstPicture(window) : nullptr;
+    if (!s.visible || !s.surface) // a view has closed it
+        return rethrow(raised);
+    s.surface->setConcealed(false);
+    if (!s.surface->isShown())
+        s.surface->show();
     if (appears || mode != NSWindowAbove || !s.parent)
         stack(window, mode, other);
     if (appears) {
@@ -149,6 +173,7 @@ void WindowAccess::orderIn(
     const std::vector<bool> below = s.childBelow;
     for (std::size_t i = 0; i < children.size(); ++i)
         orderIn(*children[i], below[i] ? NSWindowBelow : NSWindowAbove, &window, regardless);
+    rethrow(raised);
 }
 
 namespace {
@@ -160,6 +185,7 @@ namespace {
         WindowState& s = WindowAccess::state(window);
         const Ref<NSWindow> alive(&window);
         s.waitsForActivation = false;
+        std::erase(ApplicationAccess::state().hiddenWindows, &window);
         const std::vector<Ref<NSWindow>> children = s.children;
         for (const Ref<NSWindow>& child : children)
             leave(*child, Leaving::hidden);

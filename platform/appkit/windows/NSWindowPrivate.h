@@ -28,17 +28,16 @@ inline constexpr CGFloat kResizeEdge = 5;
 
 /// The pixels of a window and the contexts that draw into them.
 struct Backing {
-    std::vector<std::uint32_t> words;
     display::PixelSize size;
     double scale = 1;
-    Ref<CGContext> context;
+    std::uint32_t* words = nullptr; // of the context
+    Ref<CGContext> context; // owns the pixels: who draws into them keeps them
     Ref<NSGraphicsContext> upright; // y up
     Ref<NSGraphicsContext> flipped; // the same pixels, for views whose y goes down
 
     display::Pixels pixels() const
     {
-        return { words.data(), size.width, size.height,
-            static_cast<std::ptrdiff_t>(size.width) * 4 };
+        return { words, size.width, size.height, static_cast<std::ptrdiff_t>(size.width) * 4 };
     }
 };
 

@@ -23,12 +23,23 @@ public:
     bool flips = false;
     int updates = 0;
     bool wantsUpdates = false;
+    bool leaves = false; // its layer, the next time
+    Ref<CALayer> again; // that it then takes
+
+    void leaveLayer()
+    {
+        if (!std::exchange(leaves, false))
+            return;
+        setLayer(nullptr);
+        setLayer(again.get());
+    }
 };
 
 template <> struct CornerView::Methods<struct Drawing> {
     static bool isFlipped(CornerView& self) { return self.flips; }
-    static void drawRect(CornerView&, NSRect)
+    static void drawRect(CornerView& self, NSRect)
     {
+        self.leaveLayer();
         NSColor::cls().greenColor()->set();
         NSRectFill({ { 0, 0 }, { 10, 10 } });
     }
@@ -36,6 +47,8 @@ template <> struct CornerView::Methods<struct Drawing> {
     static void updateLayer(CornerView& self)
     {
         ++self.updates;
+        if (self.leaves)
+            return self.leaveLayer();
         self.layer()->setBackgroundColor(NSColor::cls().blueColor()->CGColor().get());
     }
     static void table(Builder& t)
@@ -280,6 +293,27 @@ namespace {
         view->setNeedsDisplay(true);
         screen.process();
         EXPECT_EQ(view->updates, 2);
+    }
+
+    TEST(LayerBackedView, MayLeaveItsLayerWhileItIsDrawnOrUpdated)
+    {
+        HeadlessScreen screen { 100, 100 };
+        const auto view = screen.add<CornerView>({ { 0, 0 }, { 40, 40 } });
+        for (const bool updates : { false, true }) {
+            view->wantsUpdates = updates;
+            view->leaves = true;
+            view->setWantsLayer(true);
+            screen.process();
+            EXPECT_EQ(view->layer(), nullptr);
+            EXPECT_EQ(screen.pixels().at(5, 95), kGreenPixel);
+        }
+        const Ref<CALayer> own = square({ { 0, 0 }, { 40, 40 } }, red());
+        view->setLayer(own.get());
+        view->again = own;
+        view->leaves = true;
+        screen.process();
+        EXPECT_EQ(view->layer(), own);
+        EXPECT_EQ(own->delegate(), view);
     }
 
     TEST(LayerBackedView, RoundCornersCutItsSubviewsWhereItMasks)

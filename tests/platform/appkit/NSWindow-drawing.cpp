@@ -206,6 +206,83 @@ namespace {
         EXPECT_TRUE(pair.rightIsRed());
     }
 
+    TEST(NSWindowDrawing, AViewMayCloseItsWindowWhileItDraws)
+    {
+        Pair pair;
+        int drawn = 0;
+        pair.red->draw_ = [&] {
+            fillRed();
+            ++drawn;
+        };
+        pair.draw([&] {
+            pair.screen.window().close();
+            fillRed();
+        });
+        EXPECT_EQ(drawn, 1);
+        EXPECT_FALSE(pair.screen.window().isVisible());
+    }
+
+    TEST(NSWindowDrawing, AViewMayCloseItsWindowBeforeItDraws)
+    {
+        Pair pair;
+        int drawn = 0;
+        pair.red->draw_ = [&] { ++drawn; };
+        pair.wild->prepare_ = [&] { pair.screen.window().close(); };
+        pair.wild->setNeedsDisplay(true);
+        pair.draw([&] { ++drawn; });
+        EXPECT_EQ(drawn, 0);
+        EXPECT_FALSE(pair.screen.window().isVisible());
+    }
+
+    TEST(NSWindowDrawing, AViewMayCloseItsWindowInItsFirstPicture)
+    {
+        HeadlessScreen screen { 200, 100 };
+        const Ref<NSWindow> window = alloc<NSWindow>()->initWithContentRect_styleMask_backing_defer(
+            NSMakeRect(0, 0, 100, 100), NSBorderlessWindowMask, NSBackingStoreBuffered, true);
+        window->setReleasedWhenClosed(false);
+        const Ref<ScriptedView> view = make<ScriptedView>();
+        window->setContentView(view.get());
+        view->draw_ = [&] { window->close(); };
+        window->orderFrontRegardless();
+        EXPECT_FALSE(window->isVisible());
+        view->draw_ = fillRed;
+        window->orderFrontRegardless();
+        EXPECT_TRUE(window->isVisible());
+        EXPECT_EQ(screen.pixels().at(50, 50), kRed);
+        window->close();
+    }
+
+    TEST(NSWindowDrawing, AWindowIsShownThoughItsFirstPictureRaises)
+    {
+        HeadlessScreen screen { 200, 100 };
+        const Ref<NSWindow> window = alloc<NSWindow>()->initWithContentRect_styleMask_backing_defer(
+            NSMakeRect(0, 0, 100, 100), NSBorderlessWindowMask, NSBackingStoreBuffered, true);
+        window->setReleasedWhenClosed(false);
+        const Ref<ScriptedView> view = make<ScriptedView>();
+        window->setContentView(view.get());
+        view->draw_ = [] {
+            fillRed();
+            fail();
+        };
+        EXPECT_THROW(window->orderFrontRegardless(), Exception);
+        EXPECT_TRUE(window->isVisible());
+        EXPECT_EQ(screen.pixels().at(50, 50), kRed);
+        window->close();
+    }
+
+    TEST(NSWindowDrawing, WhatAViewLocksOutlivesItsWindow)
+    {
+        Pair pair;
+        pair.wild->lockFocus();
+        const Ref<NSGraphicsContext> context = pair.screen.window().graphicsContext();
+        pair.screen.window().close();
+        fillRed();
+        pair.wild->unlockFocus();
+        NSGraphicsContext::cls().setCurrentContext(context.get());
+        fillRed();
+        NSGraphicsContext::cls().setCurrentContext(nullptr);
+    }
+
     TEST(NSWindowDrawing, AViewIsDrawnInItsPlaceWhileAnotherIsLocked)
     {
         Pair pair;
