@@ -13,14 +13,6 @@ namespace {
 
     NSString* allowsKey() { return "allowsImplicitAnimation"_ns; }
 
-    /// Ends a group whatever happens inside.
-    struct Grouping {
-        Grouping() { NSAnimationContext::cls().beginGrouping(); }
-        ~Grouping() { NSAnimationContext::cls().endGrouping(); }
-        Grouping(const Grouping&) = delete;
-        Grouping& operator=(const Grouping&) = delete;
-    };
-
 }
 
 template <> struct NSAnimationContext::Methods<struct Groups> {
@@ -57,10 +49,10 @@ template <> struct NSAnimationContext::Methods<struct Groups> {
         if (!changes)
             raise("NSInvalidArgumentException",
                 "+[NSAnimationContext runAnimationGroup:completionHandler:]: the closure is nil");
-        const Grouping group;
-        const Ref<NSAnimationContext> context = NSAnimationContext::cls().currentContext();
-        context->group_->completion = completion;
-        call(changes, context.get());
+        inAnimationGroup([&](NSAnimationContext& context) {
+            context.group_->completion = completion;
+            call(changes, &context);
+        });
     }
 
     static NSTimeInterval duration(NSAnimationContext& self) { return of(self).duration; }

@@ -2,8 +2,9 @@
 #pragma once
 
 #include <array>
+#include <exception>
 
-#include "runtime/NSObject.h"
+#include "appkit/NSAnimationContext.h"
 
 namespace brindle {
 
@@ -26,5 +27,24 @@ struct PropertyMovements {
     /// Answers NO when nothing was held.
     static bool letGo();
 };
+
+/// Makes changes in a group of animations, which ends also when they raise.
+template <class Changes> void inAnimationGroup(Changes&& changes)
+{
+    const NSAnimationContext::Meta contexts = NSAnimationContext::cls();
+    contexts.beginGrouping();
+    try {
+        const Ref<NSAnimationContext> context = contexts.currentContext();
+        changes(*context);
+    } catch (...) {
+        const std::exception_ptr raised = std::current_exception();
+        try {
+            contexts.endGrouping(); // tells who waits for its end
+        } catch (...) { // NOLINT(bugprone-empty-catch): the first one counts
+        }
+        std::rethrow_exception(raised);
+    }
+    contexts.endGrouping();
+}
 
 }

@@ -4,10 +4,10 @@
 #include <utility>
 
 #include "NSWindowPrivate.h"
-#include "appkit/NSAnimationContext.h"
 #include "appkit/NSWindow+Proportions.h"
 #include "appkit/application/NSApplicationPrivate.h"
 #include "appkit/views/NSViewPrivate.h"
+#include "appkit/views/PropertyMovementPrivate.h"
 #include "runtime/Table.h"
 
 namespace brindle {
@@ -190,12 +190,10 @@ template <> struct NSWindow::Methods<struct Geometry> {
     }
     static void setFrameAnimated(NSWindow& self, NSRect frame, bool display, bool animate)
     {
-        const auto contexts = NSAnimationContext::cls();
-        contexts.beginGrouping();
-        contexts.currentContext()->setDuration(
-            animate && of(self).visible ? animationResizeTime(self, frame) : 0);
-        self.send<"animator", Ref<NSObject>>()->send<"setFrame:display:">(frame, display);
-        contexts.endGrouping();
+        inAnimationGroup([&](NSAnimationContext& context) {
+            context.setDuration(animate && of(self).visible ? animationResizeTime(self, frame) : 0);
+            self.send<"animator", Ref<NSObject>>()->send<"setFrame:display:">(frame, display);
+        });
     }
     static double resizeTime(NSWindow& self, NSRect frame)
     {

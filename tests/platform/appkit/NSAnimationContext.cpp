@@ -4,6 +4,8 @@
 #include <gtest/gtest.h>
 
 #include "appkit/NSView.h"
+#include "foundation/Exceptions.h"
+#include "foundation/NSNotification.h"
 #include "runtime/NSException.h"
 #include "runtime/Table.h"
 #include "support/VirtualClock.h"
@@ -20,6 +22,16 @@ template <> struct UnmovableView::Methods<struct Refusing> {
     static void table(Builder& t) { t.methods({ { "setFrameOrigin:", imp<setFrameOrigin> } }); }
 };
 BRINDLE_RECORD(UnmovableView, Refusing)
+
+/// Raises when it is told that its window has another size.
+class RaisingDelegate : public NSObject {
+    BRINDLE_OBJECT(RaisingDelegate, NSObject)
+};
+template <> struct RaisingDelegate::Methods<struct Telling> {
+    static void didResize(RaisingDelegate&, NSNotification*) { raise("Fault", "on purpose"); }
+    static void table(Builder& t) { t.methods({ { "windowDidResize:", imp<didResize> } }); }
+};
+BRINDLE_RECORD(RaisingDelegate, Telling)
 
 namespace {
 
@@ -228,6 +240,43 @@ namespace {
             Exception);
         EXPECT_EQ(NSAnimationContext::cls().currentContext()->duration(), 0.25);
         EXPECT_THROW(NSAnimationContext::cls().runAnimationGroup({}), Exception);
+    }
+
+    TEST(AnimationContext, WhatIsToldTheEndMayRaise)
+    {
+        EXPECT_THROW(NSAnimationContext::cls().runAnimationGroup_completionHandler(
+                         [](NSAnimationContext*) {}, [] { raise("Fault", "on purpose"); }),
+            Exception);
+        try {
+            NSAnimationContext::cls().runAnimationGroup_completionHandler(
+                [](NSAnimationContext*) { raise("First", "on purpose"); },
+                [] { raise("Second", "on purpose"); });
+            FAIL() << "nothing was raised";
+        } catch (const Exception& raised) {
+            EXPECT_EQ(utf8Of(raised->name().get()), "First");
+        }
+        const Ref<NSView> view = box();
+        VirtualClock clock;
+        view->animator()->setAlphaValue(0);
+        clock.advance(1);
+        EXPECT_EQ(view->alphaValue(), 0);
+    }
+
+    TEST(AnimationContext, AWindowWhoseDelegateRaisesWhenItMovesKeepsNothingFromMoving)
+    {
+        VirtualClock clock;
+        const Ref<NSWindow> window = alloc<NSWindow>()->initWithContentRect_styleMask_backing_defer(
+            NSMakeRect(0, 0, 100, 100), NSBorderlessWindowMask, NSBackingStoreBuffered, true);
+        const Ref<RaisingDelegate> delegate = make<RaisingDelegate>();
+        window->setDelegate(delegate.get());
+        EXPECT_THROW(
+            window->setFrame_display_animate(NSMakeRect(0, 0, 50, 50), true, false), Exception);
+        window->setDelegate(nullptr);
+        EXPECT_EQ(NSAnimationContext::cls().currentContext()->duration(), 0.25);
+        const Ref<NSView> view = box();
+        view->animator()->setAlphaValue(0);
+        clock.advance(1);
+        EXPECT_EQ(view->alphaValue(), 0);
     }
 
     TEST(Animator, HandsOtherMessagesOn)
