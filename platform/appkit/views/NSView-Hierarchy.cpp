@@ -2,6 +2,7 @@
 #include <algorithm>
 #include <array>
 #include <span>
+#include <unordered_set>
 
 #include "NSViewPrivate.h"
 #include "appkit/NSViewController.h"
@@ -203,31 +204,46 @@ template <> struct NSView::Methods<struct Hierarchy> {
     static void setSubviews(NSView& self, NSArray* views)
     {
         Views wanted;
-        for (NSView* view : each<NSView>(Ref<NSArray>(views)))
+        std::unordered_set<const NSView*> stay;
+        for (NSView* view : each<NSView>(Ref<NSArray>(views))) {
             wanted.emplace_back(view);
+            stay.insert(view);
+        }
         const Views present = self.subviews_;
         for (const Ref<NSView>& view : present) {
-            if (std::find(wanted.begin(), wanted.end(), view) == wanted.end())
+            if (!stay.contains(view.get()))
                 view->removeFromSuperview();
         }
         for (const Ref<NSView>& view : wanted) {
             if (view->superview_ != &self)
                 self.addSubview(view.get());
         }
-        for (std::size_t i = 0; i < wanted.size(); ++i) {
-            const auto found = std::find(self.subviews_.begin(), self.subviews_.end(), wanted[i]);
-            if (found != self.subviews_.end() && i < self.subviews_.size())
-                std::swap(self.subviews_[i], *found);
-        }
+        order(self, wanted);
+    }
+    /// Puts the subviews among some views first, in the order of those.
+    static void order(NSView& self, const Views& wanted)
+    {
+        Views ordered;
+        std::unordered_set<const NSView*> placed;
+        const auto place = [&](const Ref<NSView>& view) {
+            if (view->superview_ == &self && placed.insert(view.get()).second)
+                ordered.push_back(view);
+        };
+        std::for_each(wanted.begin(), wanted.end(), place);
+        std::for_each(self.subviews_.begin(), self.subviews_.end(), place);
+        self.subviews_.swap(ordered);
         ViewAccess::invalidate(self, self.bounds_);
     }
+    // The function may raise, and change the subviews.
     static void sortSubviews(NSView& self, NSViewComparator compare, void* context)
     {
-        std::stable_sort(self.subviews_.begin(), self.subviews_.end(),
-            [&](const Ref<NSView>& a, const Ref<NSView>& b) {
+        const Ref<NSView> alive(&self);
+        Views sorted = self.subviews_;
+        std::stable_sort(
+            sorted.begin(), sorted.end(), [&](const Ref<NSView>& a, const Ref<NSView>& b) {
                 return compare(a.get(), b.get(), context) < 0;
             });
-        ViewAccess::invalidate(self, self.bounds_);
+        order(self, sorted);
     }
 
     // ---- relations

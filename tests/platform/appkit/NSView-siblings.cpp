@@ -5,7 +5,10 @@
 
 #include "appkit/NSColor.h"
 #include "appkit/NSGraphicsContext.h"
+#include "foundation/Exceptions.h"
+#include "foundation/NSArray.h"
 #include "quartz/layers/CALayer.h"
+#include "runtime/NSException.h"
 #include "runtime/Table.h"
 #include "support/HeadlessScreen.h"
 
@@ -125,6 +128,44 @@ TEST(Siblings, DrawTheShadowsOfTheirLayersBesideTheirFrames)
     tiles.content()->setNeedsDisplayInRect(NSMakeRect(85, 55, 10, 10));
     EXPECT_EQ(tiles.screen.pixels().at(90, 140), before);
     EXPECT_EQ(before & 0x00FFFFFFU, 0U);
+}
+
+TEST(Siblings, ThatAreGivenTwiceLieWhereTheyAreGivenFirst)
+{
+    const Ref<NSView> view = make<NSView>();
+    const Ref<NSView> a = make<NSView>();
+    const Ref<NSView> b = make<NSView>();
+    const Ref<NSView> c = make<NSView>();
+    view->setSubviews(makeArray({ a.get(), a.get(), b.get(), a.get(), c.get() }).get());
+    EXPECT_TRUE(view->subviews()->isEqualToArray(makeArray({ a.get(), b.get(), c.get() }).get()));
+    view->setSubviews(makeArray({ c.get(), b.get(), c.get() }).get());
+    EXPECT_TRUE(view->subviews()->isEqualToArray(makeArray({ c.get(), b.get() }).get()));
+}
+
+TEST(Siblings, AreSortedByAFunctionThatMayRaiseOrRemoveThem)
+{
+    const Ref<NSView> view = make<NSView>();
+    for (int i = 0; i < 20; ++i)
+        view->addSubview(make<NSView>().get());
+    const Ref<NSArray> before = view->subviews();
+    int left = 10;
+    const NSViewComparator raising = [](NSView* a, NSView* b, void* calls) -> NSInteger {
+        if (--*static_cast<int*>(calls) == 0)
+            raise("Fault", "on purpose");
+        return a < b ? 1 : -1;
+    };
+    EXPECT_THROW(view->sortSubviewsUsingFunction_context(raising, &left), Exception);
+    EXPECT_TRUE(view->subviews()->isEqualToArray(before.get()));
+    const NSViewComparator removing = [](NSView* a, NSView* b, void*) -> NSInteger {
+        if (const Ref<NSView> parent = a->superview(); parent && parent->subviews()->count() > 10)
+            a->removeFromSuperview();
+        return a < b ? -1 : 1;
+    };
+    view->sortSubviewsUsingFunction_context(removing, nullptr);
+    const Ref<NSArray> after = view->subviews();
+    ASSERT_EQ(after->count(), 10U);
+    for (NSUInteger i = 1; i < 10; ++i)
+        EXPECT_LT(after->objectAtIndex(i - 1).get(), after->objectAtIndex(i).get());
 }
 
 TEST(Siblings, ThatAreRemovedWhileAnotherDrawsAreNotDrawn)
