@@ -1,5 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <algorithm>
+#include <memory>
+#include <utility>
+#include <vector>
 
 #include "NSApplicationPrivate.h"
 #include "appkit/NSApplication+Sheets.h"
@@ -18,27 +21,73 @@ template <> struct NSApplication::Methods<struct Modal> {
 
     static ApplicationState& app() { return ApplicationAccess::state(); }
 
-    static NSModalSession begin(NSApplication&, NSWindow* window)
+    // ---- sessions may end while a loop runs, theirs or another's
+
+    struct Loops {
+        std::size_t running = 0;
+        std::vector<std::unique_ptr<ModalSession>> ended; // while they ran
+    };
+    static Loops& loops()
     {
-        auto session = std::make_unique<ModalSession>();
+        static auto* const loops = new Loops; // for the process: a loop may run while it ends
+        return *loops;
+    }
+    struct LoopScope {
+        LoopScope() { ++loops().running; }
+        ~LoopScope()
+        {
+            if (--loops().running == 0)
+                std::exchange(loops().ended, {}).clear();
+        }
+        LoopScope(const LoopScope&) = delete;
+        LoopScope& operator=(const LoopScope&) = delete;
+    };
+
+    static auto place(const ModalSession* session)
+    {
+        return std::find_if(app().modal.begin(), app().modal.end(),
+            [&](const auto& kept) { return kept.get() == session; });
+    }
+    static bool isPresent(const ModalSession* session)
+    {
+        return place(session) != app().modal.end();
+    }
+
+    static NSModalSession begin(NSApplication& self, NSWindow* window)
+    {
+        ModalSession* const session
+            = app().modal.emplace_back(std::make_unique<ModalSession>()).get();
         session->window = window;
-        app().modal.push_back(std::move(session));
-        if (window) {
-            app().modal.back()->level = window->level();
+        if (!window)
+            return session;
+        session->level = window->level();
+        try {
             if (window->level() < NSModalPanelWindowLevel)
                 window->setLevel(NSModalPanelWindowLevel);
             if (!window->isVisible())
                 window->center();
             window->orderFrontRegardless();
             window->makeKeyWindow();
+        } catch (...) {
+            end(self, session);
+            throw;
         }
-        return app().modal.back().get();
+        return session;
     }
     static void end(NSApplication&, NSModalSession session)
     {
-        if (session && session->window)
-            Ref<NSWindow>(session->window)->setLevel(session->level);
-        std::erase_if(app().modal, [&](const auto& kept) { return kept.get() == session; });
+        const auto found = place(session);
+        if (found == app().modal.end())
+            return;
+        std::unique_ptr<ModalSession> ended = std::move(*found);
+        app().modal.erase(found);
+        if (ended->code == NSRunContinuesResponse)
+            ended->code = NSRunAbortedResponse;
+        const Ref<NSWindow> window = ended->window;
+        const NSWindowLevel level = ended->level;
+        if (loops().running > 0) // which may be its own
+            loops().ended.push_back(std::move(ended));
+        maybe(window)->setLevel(level);
     }
 
     // Ends the session however the loop is left.
@@ -51,6 +100,7 @@ template <> struct NSApplication::Methods<struct Modal> {
         ~SessionScope() { end(*application, session); }
         SessionScope(const SessionScope&) = delete;
         SessionScope& operator=(const SessionScope&) = delete;
+        const LoopScope loop;
         NSApplication* application;
         NSModalSession session;
     };
@@ -71,7 +121,8 @@ template <> struct NSApplication::Methods<struct Modal> {
     }
     static NSInteger runSession(NSApplication& self, NSModalSession session)
     {
-        if (!session)
+        const LoopScope loop;
+        if (!isPresent(session))
             return NSRunAbortedResponse;
         while (session->code == NSRunContinuesResponse) {
             const Ref<NSEvent> event = self.nextEventMatchingMask_untilDate_inMode_dequeue(

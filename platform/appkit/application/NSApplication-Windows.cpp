@@ -245,15 +245,14 @@ template <> struct NSApplication::Methods<struct Windows> {
             return;
         ApplicationAccess::notify(NSApplicationWillHideNotification, "applicationWillHide:");
         app().hidden = true;
-        app().hiddenWindows = app().order;
-        for (const Ref<NSWindow>& window : ApplicationAccess::kept(app().hiddenWindows)) {
+        for (const Ref<NSWindow>& window : ApplicationAccess::kept(app().order)) {
             WindowState& state = WindowAccess::state(*window);
-            if (state.closed) { // by what another one was told
-                std::erase(app().hiddenWindows, window.get());
+            if (!state
+                     .visible) // it goes and comes with its parent, or another one was told to close it
                 continue;
-            }
             WindowAccess::orderOut(*window);
             state.kept = window;
+            app().hiddenWindows.push_back(window.get());
         }
         self.deactivate();
         ApplicationAccess::notify(NSApplicationDidHideNotification, "applicationDidHide:");
@@ -265,8 +264,10 @@ template <> struct NSApplication::Methods<struct Windows> {
         ApplicationAccess::notify(NSApplicationWillUnhideNotification, "applicationWillUnhide:");
         app().hidden = false;
         const auto windows = ApplicationAccess::kept(std::exchange(app().hiddenWindows, {}));
-        for (std::size_t i = windows.size(); i-- > 0;)
-            WindowAccess::orderIn(*windows[i], NSWindowAbove, nullptr, true);
+        for (std::size_t i = windows.size(); i-- > 0;) {
+            if (!WindowAccess::state(*windows[i]).closed)
+                WindowAccess::orderIn(*windows[i], NSWindowAbove, nullptr, true);
+        }
         ApplicationAccess::notify(NSApplicationDidUnhideNotification, "applicationDidUnhide:");
     }
     static void unhide(NSApplication& self, NSObject*)

@@ -188,6 +188,62 @@ TEST(NSApplication, HidingAndShowingKeepsTheOrder)
     EXPECT_TRUE(app.orderedWindows()->isEqualToArray(before.get()));
 }
 
+TEST(NSApplication, WindowsThatAreClosedWhileItIsHiddenStayClosed)
+{
+    HeadlessScreen screen;
+    NSApplication& app = screen.application();
+    const auto shown = [](NSRect frame) {
+        const Ref<NSWindow> window = alloc<NSWindow>()->initWithContentRect_styleMask_backing_defer(
+            frame, NSBorderlessWindowMask, NSBackingStoreBuffered, true);
+        window->setReleasedWhenClosed(false);
+        window->orderFrontRegardless();
+        return window;
+    };
+    const Ref<NSWindow> closed = shown(NSMakeRect(0, 0, 50, 50));
+    const Ref<NSWindow> away = shown(NSMakeRect(0, 0, 60, 60));
+    const Ref<NSWindow> child = shown(NSMakeRect(0, 0, 20, 20));
+    const Ref<NSWindow> parent = shown(NSMakeRect(0, 0, 70, 70));
+    parent->addChildWindow_ordered(child.get(), NSWindowBelow);
+    app.hide(nullptr);
+    closed->close();
+    away->orderOut(nullptr);
+    app.unhide(nullptr);
+    EXPECT_FALSE(closed->isVisible());
+    EXPECT_FALSE(away->isVisible());
+    EXPECT_TRUE(parent->isVisible());
+    EXPECT_TRUE(child->isVisible());
+    app.hide(nullptr);
+    parent->close();
+    app.unhide(nullptr);
+    EXPECT_FALSE(parent->isVisible());
+    EXPECT_FALSE(child->isVisible());
+}
+
+TEST(NSApplication, AModalSessionMayEndWhileItRuns)
+{
+    HeadlessScreen screen;
+    NSApplication& app = screen.application();
+    const NSModalSession session = app.beginModalSessionForWindow(&screen.window());
+    bool ended = false;
+    NSRunLoop::cls().mainRunLoop()->performBlock([&] {
+        if (!std::exchange(ended, true)) {
+            app.stopModalWithCode(7);
+            app.endModalSession(session);
+        }
+    });
+    NSInteger code = NSRunContinuesResponse;
+    for (int i = 0; i < 9 && code == NSRunContinuesResponse; ++i)
+        code = app.runModalSession(session);
+    EXPECT_TRUE(ended);
+    EXPECT_EQ(code, 7);
+    EXPECT_EQ(app.modalWindow(), nullptr);
+    EXPECT_EQ(screen.window().level(), NSNormalWindowLevel);
+    screen.window().setLevel(NSFloatingWindowLevel);
+    app.endModalSession(session); // again
+    EXPECT_EQ(screen.window().level(), NSFloatingWindowLevel);
+    EXPECT_EQ(app.runModalSession(session), NSRunAbortedResponse);
+}
+
 TEST(NSScreen, WithoutADisplayThereIsNoMainScreen)
 {
     NSApplication::cls().sharedApplication();
