@@ -6,6 +6,7 @@
 #include "appkit/NSColor.h"
 #include "appkit/NSEvent.h"
 #include "appkit/NSScreen.h"
+#include "appkit/NSViewController.h"
 #include "appkit/NSWindow.h"
 #include "appkit/controls/ControlDrawingPrivate.h"
 #include "foundation/Exceptions.h"
@@ -164,12 +165,11 @@ template <> struct NSPopover::Methods<struct Basics> {
 
     static Ref<NSViewController> controller(NSPopover& self)
     {
-        return Ref<NSViewController>::adopt(
-            reinterpret_cast<NSViewController*>(Ref<NSObject>(self.contentViewController_).leak()));
+        return static_cast<NSViewController*>(self.contentViewController_.get());
     }
     static void setController(NSPopover& self, NSViewController* controller)
     {
-        self.contentViewController_ = reinterpret_cast<NSObject*>(controller);
+        self.contentViewController_ = controller;
         if (self.isShown())
             place(self);
     }
@@ -254,7 +254,11 @@ template <> struct NSPopover::Methods<struct Basics> {
         if (self.isShown())
             return place(self);
         const Ref<NSPopover> alive(&self);
+        const Ref<NSView> target(view);
         tell(self, NSPopoverWillShowNotification, "popoverWillShow:");
+        const Ref<NSWindow> host = target->window();
+        if (!host || self.isShown())
+            return;
         self.kept_ = &self;
         self.window_ = alloc<NSWindow>()->initWithContentRect_styleMask_backing_defer(
             {}, NSBorderlessWindowMask, NSBackingStoreBuffered, true);
@@ -265,7 +269,6 @@ template <> struct NSPopover::Methods<struct Basics> {
         frame->popover_ = &self;
         self.window_->setContentView(frame.get());
         place(self);
-        const Ref<NSWindow> host = view->window();
         host->addChildWindow_ordered(self.window_.get(), NSWindowAbove);
         observe(self, *host);
         self.window_->makeKeyAndOrderFront(nullptr);

@@ -16,12 +16,17 @@ class PopoverHost : public NSObject {
 public:
     Ref<NSView> view_ = alloc<NSView>()->initWithFrame(NSMakeRect(0, 0, 100, 60));
     bool refuses_ = false;
+    Ref<NSView> leaves_; // its window before the bubble is shown
     std::string told_;
 };
 template <> struct PopoverHost::Methods<struct Answers> {
     static Ref<NSView> view(PopoverHost& self) { return self.view_; }
     static bool shouldClose(PopoverHost& self, NSPopover*) { return !self.refuses_; }
-    static void willShow(PopoverHost& self, NSNotification*) { self.told_ += "will show; "; }
+    static void willShow(PopoverHost& self, NSNotification*)
+    {
+        self.told_ += "will show; ";
+        maybe(self.leaves_)->removeFromSuperview();
+    }
     static void didShow(PopoverHost& self, NSNotification*) { self.told_ += "did show; "; }
     static void willClose(PopoverHost& self, NSNotification*) { self.told_ += "will close; "; }
     static void didClose(PopoverHost& self, NSNotification*) { self.told_ += "did close; "; }
@@ -60,6 +65,17 @@ namespace {
         Ref<PopoverHost> host = make<PopoverHost>();
         Ref<NSPopover> popover = make<NSPopover>();
     };
+
+    TEST_F(Popover, IsNotShownWhenItsViewLeavesTheWindowBefore)
+    {
+        host->leaves_ = view;
+        show(NSMaxYEdge);
+        EXPECT_FALSE(popover->isShown());
+        host->leaves_ = nullptr;
+        screen.window().contentView()->addSubview(view.get());
+        show(NSMaxYEdge);
+        EXPECT_TRUE(popover->isShown());
+    }
 
     TEST_F(Popover, StandsOnTheWishedSideWithItsArrowBetween)
     {
