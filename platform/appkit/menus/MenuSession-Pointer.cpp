@@ -74,7 +74,8 @@ void MenuSession::pointerInPanel(std::size_t level, NSPoint place)
         apex_ = place;
         grace_.stop();
         closeFrom(level + 2);
-        panels_[level + 1]->setHighlighted(-1);
+        if (level + 1 < panels_.size())
+            panels_[level + 1]->setHighlighted(-1);
         return;
     }
     if (leads && headsFor(apex_, place, panels_[level + 1]->frame())) {
@@ -106,8 +107,11 @@ void MenuSession::highlight(std::size_t level, NSInteger row)
     const NSInteger live = panel.isLive(row) ? row : -1;
     if (live != panel.highlighted()) {
         closeFrom(level + 1);
-        panel.setHighlighted(live);
+        if (level < panels_.size())
+            panel.setHighlighted(live);
     }
+    if (level >= panels_.size()) // by whom the panels told
+        return;
     const NSMenuItem* item = panel.itemAt(live);
     if (!item || !MenuItemAccess::submenu(*item) || level + 1 < panels_.size())
         return hover_.stop();
@@ -151,8 +155,8 @@ bool MenuSession::forwardToView(NSEvent& event, NSPoint place)
     const NSMenuItem* item = panel.itemAt(panel.rowAt(place));
     if (!item || !MenuItemAccess::view(*item) || event.window() != &panel.window())
         return false;
-    highlight(level, -1);
     const Ref<NSWindow> window(&panel.window());
+    highlight(level, -1);
     window->sendEvent(&event);
     return true;
 }

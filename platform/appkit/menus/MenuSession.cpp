@@ -273,8 +273,9 @@ void MenuSession::closeFrom(std::size_t level)
     if (level == 0 && std::exchange(grabbed_, false))
         ApplicationAccess::display().ungrab();
     while (panels_.size() > level) {
-        panels_.back()->setHighlighted(-1);
+        const std::unique_ptr<MenuPanel> panel = std::move(panels_.back());
         panels_.pop_back();
+        panel->setHighlighted(-1); // whom it tells may close others
         ToolTips::dismiss();
     }
     while (told_.size() > level) {
@@ -370,6 +371,8 @@ void MenuSession::settle()
     for (std::size_t level = 0; level < panels_.size(); ++level) {
         MenuPanel& panel = *panels_[level];
         panel.layOutAnew(modifiers_);
+        if (level >= panels_.size())
+            return;
         const NSMenuItem* leads = panel.itemAt(panel.highlighted());
         const bool hasNext = level + 1 < panels_.size();
         if (hasNext

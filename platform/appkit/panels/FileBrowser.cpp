@@ -129,21 +129,24 @@ void Browser::take(std::shared_ptr<const Contents> contents)
     if (!awaited_.empty())
         selected = { awaited_ };
 
-    contents_ = std::move(contents);
-    isReading_ = !contents_->isComplete;
+    contents_ = contents;
+    isReading_ = !contents->isComplete;
     known_.assign(count(), unknown);
     const std::set<std::size_t> before = std::exchange(selection_, {});
     lead_ = anchor_ = count();
     for (std::size_t i = 0; i < count() && !selected.empty(); ++i) {
         const std::string& name = entry(i).name;
-        if (selected.contains(name) && isEnabled(i))
+        const bool isChosen = selected.contains(name) && isEnabled(i);
+        if (contents_ != contents)
+            return; // the client has gone elsewhere
+        if (isChosen)
             selection_.insert(i);
         if (name == leading)
             lead_ = anchor_ = i;
     }
     if (!selection_.empty() && !awaited_.empty())
         lead_ = anchor_ = *selection_.begin();
-    if (contents_->isComplete || !selection_.empty())
+    if (contents->isComplete || !selection_.empty())
         awaited_.clear();
 
     asked_ = 0;
@@ -183,8 +186,9 @@ bool Browser::isEnabled(std::size_t index)
     if (index >= count())
         return false;
     if (known_[index] == unknown) {
+        const std::shared_ptr<const Contents> asked = contents_;
         const bool enabled = client_ && client_->enables(pathOf(index), entry(index).isFolder);
-        if (index >= known_.size())
+        if (contents_ != asked)
             return false; // the client has gone elsewhere meanwhile
         known_[index] = enabled ? yes : no;
     }
@@ -194,8 +198,11 @@ void Browser::forgetEnabled()
 {
     const auto alive = weak_from_this().lock();
     known_.assign(count(), unknown);
+    const std::shared_ptr<const Contents> present = contents_;
     std::set<std::size_t> selected = selection_;
     std::erase_if(selected, [this](std::size_t index) { return !isEnabled(index); });
+    if (contents_ != present)
+        return;
     changeSelection(std::move(selected), lead_);
     asked_ = 0;
     asking_ = std::make_shared<int>();
@@ -242,6 +249,7 @@ void Browser::select(std::size_t index, Extend extend)
         anchor_ = index;
         return changeSelection({ index }, index);
     }
+    const std::shared_ptr<const Contents> present = contents_;
     std::set<std::size_t> selection = selection_;
     if (extend == Extend::toggling) {
         if (!selection.erase(index))
@@ -255,18 +263,21 @@ void Browser::select(std::size_t index, Extend extend)
                 selection.insert(i);
         }
     }
-    changeSelection(std::move(selection), index);
+    if (contents_ == present)
+        changeSelection(std::move(selection), index);
 }
 void Browser::selectAll()
 {
     if (!allowsMany)
         return;
+    const std::shared_ptr<const Contents> present = contents_;
     std::set<std::size_t> all;
     for (std::size_t i = 0; i < count(); ++i) {
         if (isEnabled(i))
             all.insert(all.end(), i);
     }
-    changeSelection(std::move(all), lead_);
+    if (contents_ == present)
+        changeSelection(std::move(all), lead_);
 }
 void Browser::clearSelection() { changeSelection({}, lead_); }
 

@@ -27,6 +27,8 @@ namespace {
         {
             const std::string name = fs::path(path).filename().string();
             asked.insert(name + (isFolder ? "/" : ""));
+            if (name == wanders && wandersAfter-- == 0)
+                browser.show(place("elsewhere"));
             return !disabled.contains(name);
         }
         void folderChanged() override { log += "folder "; }
@@ -76,6 +78,8 @@ namespace {
         test::TemporaryFolder folder;
         std::set<std::string> asked;
         std::set<std::string> disabled;
+        std::string wanders; // another folder is shown when this one is asked for
+        int wandersAfter = 0; // so many times
         std::set<std::size_t> counts; // of entries, whenever they changed
         std::string log;
         Browser browser { *this };
@@ -90,6 +94,35 @@ namespace {
         putFolder("B2");
         show();
         EXPECT_EQ(names(), "a9 a10 b B2 C ");
+    }
+    TEST_F(Browsing, GoesElsewhereWhileItAsks)
+    {
+        putFolder("elsewhere");
+        for (const char* name : { "a", "b", "c", "elsewhere/z" })
+            put(name);
+        browser.allowsMany = true;
+        const auto wander = [&](int after, auto&& step) {
+            show();
+            browser.selectAll();
+            wanders = "b";
+            wandersAfter = after;
+            step();
+            settle();
+            wanders.clear();
+            EXPECT_EQ(names(), "z ");
+            EXPECT_EQ(selected(), "");
+        };
+        wander(0, [&] { browser.forgetEnabled(); });
+        wander(0, [&] {
+            browser.reload();
+            settle();
+        });
+        wander(0, [&] {
+            browser.clearSelection();
+            browser.show(folder.path().string(), "b");
+            browser.reload();
+            settle();
+        });
     }
     TEST_F(Browsing, ListsHiddenFilesWhenAskedTo)
     {

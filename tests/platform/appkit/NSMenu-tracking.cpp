@@ -16,6 +16,7 @@ class MenuListener : public NSObject {
 
 public:
     std::string text_;
+    Ref<NSMenuItem> takesAway_; // its submenu, when nothing is highlighted
 };
 
 template <> struct MenuListener::Methods<struct Listening> {
@@ -30,6 +31,8 @@ template <> struct MenuListener::Methods<struct Listening> {
     static void willHighlight(MenuListener& self, NSMenu*, NSMenuItem* item)
     {
         self.text_ += "highlight " + (item ? utf8(item->title()) : "nothing") + "\n";
+        if (!item && self.takesAway_)
+            self.takesAway_->setSubmenu(nullptr);
     }
 
     static void table(Builder& t)
@@ -529,6 +532,19 @@ namespace {
         script.then([&] { left = menuWindows().size(); }).key(0x1B);
         open();
         EXPECT_EQ(left, 1u);
+    }
+
+    TEST_F(MenuTrackingTest, WhoIsToldThatAnItemIsLeftMayTakeTheSubmenuAway)
+    {
+        const Ref<MenuListener> listener = make<MenuListener>();
+        listener->takesAway_ = more;
+        submenu->setDelegate(listener.get());
+        std::size_t left = 0;
+        script.click(middleOf(3)).key(NSDownArrowFunctionKey).key(NSLeftArrowFunctionKey);
+        script.then([&] { left = menuWindows().size(); }).key(0x1B);
+        open();
+        EXPECT_EQ(left, 1u);
+        EXPECT_TRUE(menuWindows().empty());
     }
 
     TEST_F(MenuTrackingTest, AnItemThatIsDisabledWhileHighlightedIsNotChosen)
