@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "ControlDrawingPrivate.h"
 
+#include "ShortenedTextPrivate.h"
 #include "appkit/NSColor.h"
 #include "appkit/NSGraphicsContext.h"
 #include "appkit/NSImage.h"
@@ -259,25 +260,27 @@ namespace {
         line.size = sizeWithAttributes(line.text, line.attributes.get());
         return line;
     }
-    /// The longest beginning that fits, with an ellipsis.
-    void shorten(Line& line, CGFloat room)
-    {
-        const auto cut = [&](NSUInteger length) {
-            return line.text->substringToIndex(length)->stringByAppendingString("…"_ns);
-        };
-        NSUInteger fits = 0;
-        NSUInteger tooLong = line.text->length();
-        while (fits + 1 < tooLong) {
-            const NSUInteger middle = (fits + tooLong) / 2;
-            if (sizeWithAttributes(cut(middle), line.attributes.get()).width <= room)
-                fits = middle;
-            else
-                tooLong = middle;
-        }
-        line.text = cut(fits);
-        line.size = sizeWithAttributes(line.text, line.attributes.get());
-    }
 
+}
+
+Ref<NSString> shortened(NSString& text, NSDictionary* attributes, CGFloat room)
+{
+    const Ref<NSString> whole(&text);
+    if (sizeWithAttributes(whole, attributes).width <= room)
+        return whole;
+    const auto cut = [&](NSUInteger length) {
+        return text.substringToIndex(length)->stringByAppendingString("…"_ns);
+    };
+    NSUInteger fits = 0;
+    NSUInteger tooLong = text.length();
+    while (fits + 1 < tooLong) {
+        const NSUInteger middle = (fits + tooLong) / 2;
+        if (sizeWithAttributes(cut(middle), attributes).width <= room)
+            fits = middle;
+        else
+            tooLong = middle;
+    }
+    return cut(text.length() > 0 ? text.rangeOfComposedCharacterSequenceAtIndex(fits).location : 0);
 }
 
 NSSize sizeOf(NSAttributedString* text)
@@ -290,8 +293,10 @@ NSRect drawText(NSAttributedString* text, NSRect rect, NSTextAlignment alignment
     Line line = lineOf(text);
     if (!line.text || !(rect.size.width > 0))
         return {};
-    if (line.size.width > rect.size.width + 0.5)
-        shorten(line, rect.size.width);
+    if (line.size.width > rect.size.width + 0.5) {
+        line.text = shortened(*line.text, line.attributes.get(), rect.size.width);
+        line.size = sizeWithAttributes(line.text, line.attributes.get());
+    }
     const CGFloat room = std::max(0.0, rect.size.width - line.size.width);
     const CGFloat left = alignment == NSTextAlignmentRight ? room
         : alignment == NSTextAlignmentCenter               ? room / 2

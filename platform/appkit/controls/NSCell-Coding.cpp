@@ -2,6 +2,7 @@
 #include "ActionCodingPrivate.h"
 #include "NSButtonPrivate.h"
 #include "appkit/NSActionCell.h"
+#include "appkit/NSColor.h"
 #include "appkit/NSMenu.h"
 #include "appkit/NSView.h"
 #include "appkit/views/CodingPrivate.h"
@@ -9,6 +10,8 @@
 #include "foundation/NSDate.h"
 #include "foundation/NSNumber.h"
 #include "foundation/NSURL.h"
+
+#include <algorithm>
 
 namespace brindle {
 
@@ -37,6 +40,10 @@ namespace {
         number("NSControlTint"_ns, cell.controlTint);
         number("NSBackgroundStyle"_ns, cell.backgroundStyle, NSBackgroundStyleLowered);
         number("NSAllowsUndo"_ns, cell.allowsUndo);
+        NSInteger direction = cell.writingDirection;
+        number("NSBaseWritingDirection"_ns, direction);
+        if (direction >= NSWritingDirectionNatural && direction <= NSWritingDirectionRightToLeft)
+            cell.writingDirection = static_cast<NSWritingDirection>(direction);
     }
     /// What a cell can have as its value.
     Ref<NSObject> decodeValue(NSCoder* coder, NSString* key)
@@ -59,6 +66,21 @@ namespace {
         number("NSKeyModifiers"_ns, button.keyModifiers);
         number("NSTransparent"_ns, button.transparent);
         number("NSBorderOnlyInside"_ns, button.borderOnlyInside);
+        number("NSImageDims"_ns, button.imageDims);
+        number("NSGradientType"_ns, button.gradient, NSGradientConvexStrong);
+        double delay = button.delay;
+        double interval = button.interval;
+        number("NSPeriodicDelay"_ns, delay);
+        number("NSPeriodicInterval"_ns, interval);
+        button.delay = static_cast<float>(delay > 0 ? std::min(delay, 60.0) : 0);
+        button.interval = static_cast<float>(interval > 0 ? std::min(interval, 60.0) : 0);
+    }
+    Ref<NSObject> decodeTitle(NSCoder* coder, NSString* key)
+    {
+        const Ref<NSSet> kinds = NSSet::cls().setWithArray(makeArray(
+            { Ref<NSObject>(classOf<NSString>()), Ref<NSObject>(classOf<NSAttributedString>()) })
+                                                               .get());
+        return coder->decodeObjectOfClasses_forKey(kinds.get(), key);
     }
 
 }
@@ -127,6 +149,7 @@ template <> struct NSButtonCell::Methods<struct Coding> {
         ButtonAttributes& attributes = ButtonAccess::of(self);
         coder->encodeObject_forKey(attributes.alternateTitle.get(), "NSAlternateTitle"_ns);
         coder->encodeObject_forKey(attributes.key.get(), "NSKeyEquivalent"_ns);
+        coder->encodeObject_forKey(attributes.background.get(), "NSBackgroundColor"_ns);
         if (attributes.image != markImage(attributes.type))
             coder->encodeObject_forKey(attributes.image.get(), "NSNormalImage"_ns);
         coder->encodeObject_forKey(attributes.alternateImage.get(), "NSAlternateImage"_ns);
@@ -136,8 +159,9 @@ template <> struct NSButtonCell::Methods<struct Coding> {
     {
         Ref<NSObject> made = super<NSButtonCell, "initWithCoder:", Ref<NSObject>>(self, coder);
         ButtonAttributes& attributes = ButtonAccess::of(self);
-        attributes.alternateTitle = decode<NSString>(coder, "NSAlternateTitle"_ns);
+        attributes.alternateTitle = decodeTitle(coder, "NSAlternateTitle"_ns);
         attributes.key = decode<NSString>(coder, "NSKeyEquivalent"_ns);
+        attributes.background = decode<NSColor>(coder, "NSBackgroundColor"_ns);
         attributes.image = decode<NSImage>(coder, "NSNormalImage"_ns);
         attributes.alternateImage = decode<NSImage>(coder, "NSAlternateImage"_ns);
         code({ coder, true }, attributes);

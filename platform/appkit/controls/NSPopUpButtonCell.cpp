@@ -112,7 +112,7 @@ template <> struct NSPopUpButtonCell::Methods<struct Items> {
         NSMenu& menu = menuOf(self);
         const NSInteger before = title ? menu.indexOfItemWithTitle(title) : -1;
         const NSInteger count = menu.numberOfItems() - (before >= 0 ? 1 : 0);
-        if (before >= 0)
+        if (before >= 0 && index >= 0) // the menu raises for a place before the first
             menu.removeItemAtIndex(before);
         menu.insertItemWithTitle_action_keyEquivalent_atIndex(
             title, SEL {}, nullptr, before >= 0 ? std::min(index, count) : index);

@@ -46,12 +46,14 @@ template <> struct NSSegmentedControl::Methods<struct Basics> {
     template <Text S, class T> static void tell(NSSegmentedControl& self, T value)
     {
         maybe(self.cell())->send<S>(value);
+        resetTips(self);
         self.setNeedsDisplay(true);
     }
     template <Text S, class T>
     static void tellAt(NSSegmentedControl& self, T value, NSInteger index)
     {
         maybe(self.cell())->send<S>(value, index);
+        resetTips(self);
         self.setNeedsDisplay(true);
     }
     static bool selectTag(NSSegmentedControl& self, NSInteger tag)
@@ -78,9 +80,10 @@ template <> struct NSSegmentedControl::Methods<struct Basics> {
                     self, cell->rectOfSegment_inFrame(i, self.bounds()), tip.get(), nullptr));
         }
     }
-    static void setTip(NSSegmentedControl& self, NSString* text, NSInteger index)
+    // What is read from an archive has none yet.
+    static void didMoveToWindow(NSSegmentedControl& self)
     {
-        tellAt<"setToolTip:forSegment:", NSString*>(self, text, index);
+        super<NSSegmentedControl, "viewDidMoveToWindow">(self);
         resetTips(self);
     }
     static void setFrameSize(NSSegmentedControl& self, NSSize size)
@@ -170,7 +173,8 @@ template <> struct NSSegmentedControl::Methods<struct Basics> {
             { "tagForSegment:", imp<askAt<"tagForSegment:", NSInteger>> },
             { "setTag:forSegment:", imp<tellAt<"setTag:forSegment:", NSInteger>> },
             { "toolTipForSegment:", imp<askAt<"toolTipForSegment:", Ref<NSString>>> },
-            { "setToolTip:forSegment:", imp<setTip> },
+            { "setToolTip:forSegment:", imp<tellAt<"setToolTip:forSegment:", NSString*>> },
+            { "viewDidMoveToWindow", imp<didMoveToWindow> },
             { "setFrameSize:", imp<setFrameSize> },
             { "becomeFirstResponder", imp<becomeFirstResponder> },
             { "keyDown:", imp<keyDown> },

@@ -7,6 +7,7 @@
 
 #include "ControlDrawingPrivate.h"
 #include "FieldEditorClipPrivate.h"
+#include "NSCellPrivate.h"
 #include "appkit/NSColor.h"
 #include "appkit/NSGraphicsContext.h"
 #include "appkit/NSLayoutManager.h"
@@ -108,13 +109,6 @@ template <> struct NSTextFieldCell::Methods<struct Drawing> {
         copy.drawsBackground_ = self.drawsBackground_;
         return made;
     }
-    static void changed(NSTextFieldCell& self)
-    {
-        const Ref<NSView> view = self.controlView();
-        if (view)
-            view->setNeedsDisplay(true);
-    }
-
     // ---- what it looks like
 
     static Ref<NSColor> textColor(NSTextFieldCell& self)
@@ -124,7 +118,7 @@ template <> struct NSTextFieldCell::Methods<struct Drawing> {
     static void setTextColor(NSTextFieldCell& self, NSColor* color)
     {
         self.textColor_ = color;
-        changed(self);
+        CellAccess::changed(self);
     }
     static Ref<NSColor> background(NSTextFieldCell& self)
     {
@@ -133,26 +127,26 @@ template <> struct NSTextFieldCell::Methods<struct Drawing> {
     static void setBackground(NSTextFieldCell& self, NSColor* color)
     {
         self.backgroundColor_ = color;
-        changed(self);
+        CellAccess::changed(self);
     }
     static bool drawsBackground(NSTextFieldCell& self) { return self.drawsBackground_; }
     static void setDrawsBackground(NSTextFieldCell& self, bool draws)
     {
         self.drawsBackground_ = draws;
-        changed(self);
+        CellAccess::changed(self);
     }
     static NSTextFieldBezelStyle bezelStyle(NSTextFieldCell& self) { return self.bezelStyle_; }
     static void setBezelStyle(NSTextFieldCell& self, NSTextFieldBezelStyle style)
     {
         self.bezelStyle_ = style;
-        changed(self);
+        CellAccess::changed(self);
     }
     static Ref<NSString> placeholder(NSTextFieldCell& self) { return self.placeholder_; }
     static void setPlaceholder(NSTextFieldCell& self, NSString* text)
     {
         self.placeholder_ = text ? cast<NSString>(text->copy()) : nullptr;
         self.attributedPlaceholder_ = nullptr;
-        changed(self);
+        CellAccess::changed(self);
     }
     static Ref<NSAttributedString> attributedPlaceholder(NSTextFieldCell& self)
     {
@@ -162,7 +156,7 @@ template <> struct NSTextFieldCell::Methods<struct Drawing> {
     {
         self.attributedPlaceholder_ = text ? cast<NSAttributedString>(text->copy()) : nullptr;
         self.placeholder_ = nullptr;
-        changed(self);
+        CellAccess::changed(self);
     }
     static NSInteger maximumNumberOfLines(NSTextFieldCell& self)
     {
@@ -171,7 +165,7 @@ template <> struct NSTextFieldCell::Methods<struct Drawing> {
     static void setMaximumNumberOfLines(NSTextFieldCell& self, NSInteger lines)
     {
         self.maximumNumberOfLines_ = std::max<NSInteger>(lines, 0);
-        changed(self);
+        CellAccess::changed(self);
     }
     static bool isOpaque(NSTextFieldCell& self)
     {
@@ -325,11 +319,9 @@ template <> struct NSTextFieldCell::Methods<struct Drawing> {
         if (self.truncatesLastVisibleLine())
             options |= NSStringDrawingTruncatesLastVisibleLine;
         const NSRect room = NSInsetRect(rect, -kPadding, 0);
-        const auto graphics = NSGraphicsContext::cls();
-        graphics.saveGraphicsState();
+        const GraphicsStateGuard saved;
         quartz::clipToTouchedPixels(currentCGContext().get(), { &room, 1 });
         drawWithRect_options(text, rect, options);
-        graphics.restoreGraphicsState();
     }
 
     static void table(Builder& t)

@@ -8,6 +8,7 @@
 #include "appkit/NSButton.h"
 #include "appkit/NSColor.h"
 #include "appkit/NSStringDrawing.h"
+#include "appkit/controls/ShortenedTextPrivate.h"
 #include "appkit/views/NSViewPrivate.h"
 #include "foundation/NSDictionary.h"
 #include "quartz/CGContext.h"
@@ -70,27 +71,6 @@ template <> struct NSWindowFrameView::Methods<struct Frame> {
         CGContextFillRect(c, NSMakeRect(NSMinX(bar), NSMaxY(bar) - 2, bar.size.width, 1));
     }
 
-    // The longest beginning that fits, with an ellipsis.
-    static Ref<NSString> shortened(
-        const Ref<NSString>& text, NSDictionary* attributes, CGFloat room)
-    {
-        if (sizeWithAttributes(text, attributes).width <= room)
-            return text;
-        const auto cut = [&](NSUInteger length) {
-            return text->substringToIndex(length)->stringByAppendingString("…"_ns);
-        };
-        NSUInteger fits = 0;
-        NSUInteger tooLong = text->length();
-        while (fits + 1 < tooLong) {
-            const NSUInteger middle = (fits + tooLong) / 2;
-            if (sizeWithAttributes(cut(middle), attributes).width <= room)
-                fits = middle;
-            else
-                tooLong = middle;
-        }
-        return cut(fits);
-    }
-
     static void drawTitle(NSWindow& window, NSRect bar, bool active)
     {
         const Ref<NSString> title = window.title();
@@ -105,7 +85,7 @@ template <> struct NSWindowFrameView::Methods<struct Frame> {
         const CGFloat room = bar.size.width - kTitleLeft - kTitleRight;
         if (room <= 0)
             return;
-        const Ref<NSString> shown = shortened(title, attributes.get(), room);
+        const Ref<NSString> shown = controls::shortened(*title, attributes.get(), room);
         const NSSize size = sizeWithAttributes(shown, attributes.get());
         // In the middle of the window, or as near to it as the buttons allow.
         const CGFloat left = std::max(kTitleLeft,

@@ -5,6 +5,7 @@
 
 #include "appkit/NSActionCell.h"
 #include "appkit/NSButtonCell.h"
+#include "appkit/NSColor.h"
 #include "appkit/NSParagraphStyle.h"
 #include "foundation/Exceptions.h"
 #include "foundation/NSAttributedString.h"
@@ -290,6 +291,33 @@ TEST(NSButtonCell, AnArchiveKeepsItsSettings)
     EXPECT_EQ(utf8Of(back->keyEquivalent().get()), "r");
     EXPECT_EQ(back->tag(), 12);
     EXPECT_TRUE(back->action() == selector<"act:">);
+}
+
+TEST(NSButtonCell, AnArchiveKeepsHowItLooksAndRepeats)
+{
+    const Ref<NSButtonCell> cell = make<NSButtonCell>();
+    const Ref<NSColor> blue = NSColor::cls().blueColor();
+    const Ref<NSAttributedString> pressed
+        = alloc<NSAttributedString>()->initWithString("Pressed"_ns);
+    cell->setBaseWritingDirection(NSWritingDirectionRightToLeft);
+    cell->setAttributedAlternateTitle(pressed.get());
+    cell->setBackgroundColor(blue.get());
+    cell->setGradientType(NSGradientConvexWeak);
+    cell->setImageDimsWhenDisabled(false);
+    cell->setPeriodicDelay_interval(1.5F, 0.25F);
+    const Ref<NSData> archive = NSKeyedArchiver::cls().archivedDataWithRootObject(cell.get());
+    const Ref<NSButtonCell> back
+        = cast<NSButtonCell>(NSKeyedUnarchiver::cls().unarchiveObjectWithData(archive.get()));
+    EXPECT_EQ(back->baseWritingDirection(), NSWritingDirectionRightToLeft);
+    EXPECT_EQ(utf8Of(back->alternateTitle().get()), "Pressed");
+    EXPECT_EQ(back->backgroundColor()->isEqual(blue.get()), true);
+    EXPECT_EQ(back->gradientType(), NSGradientConvexWeak);
+    EXPECT_FALSE(back->imageDimsWhenDisabled());
+    float delay = 0;
+    float interval = 0;
+    back->getPeriodicDelay_interval(&delay, &interval);
+    EXPECT_EQ(delay, 1.5F);
+    EXPECT_EQ(interval, 0.25F);
 }
 
 }

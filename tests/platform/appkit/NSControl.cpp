@@ -4,6 +4,10 @@
 #include <gtest/gtest.h>
 
 #include "appkit/NSButton.h"
+#include "appkit/NSFont.h"
+#include "appkit/NSStringDrawing.h"
+#include "appkit/controls/ShortenedTextPrivate.h"
+#include "foundation/NSDictionary.h"
 #include "runtime/NSException.h"
 #include "runtime/Runtime.h"
 #include "runtime/Table.h"
@@ -126,6 +130,19 @@ namespace {
         Ref<TrackedCell> tracked;
     };
 
+}
+
+TEST(ControlDrawing, TextIsCutBetweenWholeLetters)
+{
+    const Ref<NSFont> font = NSFont::cls().systemFontOfSize(13);
+    const Ref<NSDictionary> attributes = makeDictionary({ { NSFontAttributeName, font.get() } });
+    const Ref<NSString> text = "a😀e\xCC\x81😀"_ns;
+    const std::vector<std::string> whole { "…", "a…", "a😀…", "a😀e\xCC\x81…", "a😀e\xCC\x81😀" };
+    for (CGFloat room = 0; room < 100; ++room) {
+        const Ref<NSString> cut = controls::shortened(*text, attributes.get(), room);
+        EXPECT_NE(std::find(whole.begin(), whole.end(), utf8Of(cut.get())), whole.end()) << room;
+    }
+    EXPECT_EQ(controls::shortened(*text, attributes.get(), 1000), text);
 }
 
 TEST(NSControlClass, ACellClassIsInheritedAndDoesNotLeak)

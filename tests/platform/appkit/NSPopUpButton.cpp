@@ -3,8 +3,10 @@
 
 #include <gtest/gtest.h>
 
+#include "foundation/Exceptions.h"
 #include "foundation/NSKeyedArchiver.h"
 #include "foundation/NSKeyedUnarchiver.h"
+#include "runtime/NSException.h"
 #include "support/OpenMenu.h"
 
 namespace brindle {
@@ -31,6 +33,18 @@ namespace {
         Ref<ActionLog> log = make<ActionLog>();
     };
 
+    TEST_F(PopUpButtonTest, AnItemIsNotLostWhenItCannotBeMoved)
+    {
+        const Ref<NSPopUpButton> button = add();
+        button->removeAllItems();
+        button->addItemWithTitle("One"_ns);
+        button->addItemWithTitle("Two"_ns);
+        EXPECT_THROW(button->insertItemWithTitle_atIndex("One"_ns, -1), Exception);
+        ASSERT_EQ(button->numberOfItems(), 2);
+        EXPECT_EQ(utf8Of(button->itemTitleAtIndex(0)), "One");
+        button->insertItemWithTitle_atIndex("One"_ns, 2);
+        EXPECT_EQ(utf8Of(button->itemTitleAtIndex(1)), "One");
+    }
     TEST_F(PopUpButtonTest, ShowsItsFirstItemFirst)
     {
         const Ref<NSPopUpButton> button = add();

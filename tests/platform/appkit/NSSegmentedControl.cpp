@@ -161,6 +161,26 @@ TEST_F(SegmentedControl, AnArchiveKeepsThem)
     EXPECT_EQ(back->tagForSegment(2), 7);
     EXPECT_EQ(back->widthForSegment(0), 60);
 }
+TEST_F(SegmentedControl, TipsGoWithTheirSegments)
+{
+    const auto hasTip = [this](int x) {
+        screen.pointer().moveTo({ 290, 90 });
+        screen.process();
+        screen.pointer().moveTo({ 10.0 + x, 23 });
+        screen.advance(1);
+        return screen.display().stackingOrder().size() == 2;
+    };
+    bar->setToolTip_forSegment("The first"_ns, 0);
+    EXPECT_TRUE(hasTip(50));
+    bar->setWidth_forSegment(20, 0);
+    EXPECT_FALSE(hasTip(50));
+    EXPECT_TRUE(hasTip(15));
+    const Ref<NSSegmentedControl> back = test::archived(bar);
+    bar->removeFromSuperview();
+    EXPECT_FALSE(hasTip(15));
+    screen.window().contentView()->addSubview(back.get());
+    EXPECT_TRUE(hasTip(15));
+}
 TEST_F(SegmentedControl, ReadyMadeOnesAreAsWideAsTheirLabels)
 {
     const Ref<NSSegmentedControl> made
