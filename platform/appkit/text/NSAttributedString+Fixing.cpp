@@ -58,13 +58,31 @@ namespace {
 
     struct Fixing {
 
-        static void fixAttributes(NSMutableAttributedString& self, NSRange range)
+        /// Makes changes in a group of edits, which ends also when they raise.
+        template <class Changes>
+        static void group(NSMutableAttributedString& self, Changes&& changes)
         {
             self.beginEditing();
-            fixFontAttributeInRange(self, range);
-            fixParagraphStyleAttributeInRange(self, range);
-            fixAttachmentAttributeInRange(self, range);
+            try {
+                changes();
+            } catch (...) {
+                const std::exception_ptr raised = std::current_exception();
+                try {
+                    self.endEditing();
+                } catch (...) { // NOLINT(bugprone-empty-catch): the first one counts
+                }
+                std::rethrow_exception(raised);
+            }
             self.endEditing();
+        }
+
+        static void fixAttributes(NSMutableAttributedString& self, NSRange range)
+        {
+            group(self, [&] {
+                fixFontAttributeInRange(self, range);
+                fixParagraphStyleAttributeInRange(self, range);
+                fixAttachmentAttributeInRange(self, range);
+            });
         }
 
         static void fixFonts(NSMutableAttributedString& self, NSRange range)
@@ -144,21 +162,21 @@ namespace {
             NSMutableAttributedString& self, NSTextAlignment alignment, NSRange range)
         {
             const NSRange all = paragraphRangeForRange(self.string(), range);
-            self.beginEditing();
-            for (NSUInteger at = all.location; at < NSMaxRange(all);) {
-                NSRange same {};
-                self.attribute_atIndex_longestEffectiveRange_inRange(
-                    NSParagraphStyleAttributeName, at, &same, all);
-                const Ref<NSDictionary> attributes
-                    = self.attributesAtIndex_effectiveRange(at, nullptr);
-                const auto style = cast<NSMutableParagraphStyle>(
-                    layouts::paragraphStyleIn(attributes.get())->mutableCopy());
-                style->setAlignment(alignment);
-                self.addAttribute_value_range(
-                    NSParagraphStyleAttributeName, Ref<NSObject>(style->copy()).get(), same);
-                at = NSMaxRange(same);
-            }
-            self.endEditing();
+            group(self, [&] {
+                for (NSUInteger at = all.location; at < NSMaxRange(all);) {
+                    NSRange same {};
+                    self.attribute_atIndex_longestEffectiveRange_inRange(
+                        NSParagraphStyleAttributeName, at, &same, all);
+                    const Ref<NSDictionary> attributes
+                        = self.attributesAtIndex_effectiveRange(at, nullptr);
+                    const auto style = cast<NSMutableParagraphStyle>(
+                        layouts::paragraphStyleIn(attributes.get())->mutableCopy());
+                    style->setAlignment(alignment);
+                    self.addAttribute_value_range(
+                        NSParagraphStyleAttributeName, Ref<NSObject>(style->copy()).get(), same);
+                    at = NSMaxRange(same);
+                }
+            });
         }
 
         static void table(Builder& t)

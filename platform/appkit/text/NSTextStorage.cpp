@@ -153,6 +153,8 @@ template <> struct NSTextStorage::Methods<struct Editing> {
         tellDelegate(self, selector<"textStorage:didProcessEditing:range:changeInLength:">);
         post(self, NSTextStorageDidProcessEditingNotification,
             selector<"textStorageDidProcessEditing:">);
+        if (!self.mask_) // who was told has edited, and all of it has been processed
+            return;
         const NSTextStorageEditActions mask = std::exchange(self.mask_, 0);
         const NSRange range = std::exchange(self.range_, NSMakeRange(NSNotFound, 0));
         const NSInteger delta = std::exchange(self.delta_, 0);

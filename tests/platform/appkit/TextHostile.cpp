@@ -3,17 +3,64 @@
 #include <limits>
 #include <random>
 
+#include "appkit/NSAttributedString+Fixing.h"
 #include "appkit/NSLayoutManager.h"
 #include "appkit/NSStringDrawing.h"
 #include "appkit/NSTextContainer.h"
 #include "appkit/NSTextStorage.h"
+#include "foundation/Exceptions.h"
 #include "foundation/NSMutableDictionary.h"
+#include "runtime/NSException.h"
+#include "runtime/Table.h"
 #include "support/Focused.h"
 #include "support/Strings.h"
 
 // Texts that nobody writes: they are laid out like any other, and soon.
 
 namespace brindle {
+
+/// Counts what its storage tells it.
+class CountingManager : public NSLayoutManager {
+    BRINDLE_OBJECT(CountingManager, NSLayoutManager)
+
+public:
+    int told_ = 0;
+    NSRange range_ {};
+};
+template <> struct CountingManager::Methods<struct Counting> {
+    static void process(CountingManager& self, NSTextStorage* storage, NSUInteger mask,
+        NSRange range, NSInteger delta, NSRange invalidated)
+    {
+        ++self.told_;
+        self.range_ = range;
+        super<CountingManager,
+            "processEditingForTextStorage:edited:range:changeInLength:invalidatedRange:">(
+            self, storage, mask, range, delta, invalidated);
+    }
+    static void table(Builder& t)
+    {
+        t.methods({ { "processEditingForTextStorage:edited:range:changeInLength:invalidatedRange:",
+            imp<process> } });
+    }
+};
+BRINDLE_RECORD(CountingManager, Counting)
+
+/// Ends a text, as soon as it is written, with an exclamation mark.
+class EditingDelegate : public NSObject {
+    BRINDLE_OBJECT(EditingDelegate, NSObject)
+};
+template <> struct EditingDelegate::Methods<struct Editing> {
+    static void didProcess(EditingDelegate&, NSTextStorage* storage, NSUInteger, NSRange, NSInteger)
+    {
+        if (!storage->string()->hasSuffix("!"_ns))
+            storage->replaceCharactersInRange_withString(NSMakeRange(storage->length(), 0), "!"_ns);
+    }
+    static void table(Builder& t)
+    {
+        t.methods({ { "textStorage:didProcessEditing:range:changeInLength:", imp<didProcess> } });
+    }
+};
+BRINDLE_RECORD(EditingDelegate, Editing)
 
 namespace {
 
@@ -77,6 +124,30 @@ TEST(HostileText, LoneSurrogatesHaveAPlaceToo)
     for (int i = 0; i < 20'000; ++i)
         text += i % 3 ? u'\xD800' : u'\xDC00';
     EXPECT_GT(laidOut(text).height, 0);
+}
+
+TEST(HostileText, AFaultyFixEndsItsGroupOfEdits)
+{
+    const Ref<NSTextStorage> storage = make<NSTextStorage>();
+    const Ref<CountingManager> manager = make<CountingManager>();
+    storage->addLayoutManager(manager.get());
+    EXPECT_THROW(fixAttributesInRange(storage, NSMakeRange(3, 9)), Exception);
+    storage->replaceCharactersInRange_withString(NSMakeRange(0, 0), "text"_ns);
+    EXPECT_EQ(manager->told_, 1);
+    EXPECT_EQ(manager->range_, NSMakeRange(0, 4));
+}
+
+TEST(HostileText, AnEditByWhoIsToldOfOneIsToldOnce)
+{
+    const Ref<NSTextStorage> storage = make<NSTextStorage>();
+    const Ref<CountingManager> manager = make<CountingManager>();
+    const Ref<EditingDelegate> delegate = make<EditingDelegate>();
+    storage->addLayoutManager(manager.get());
+    storage->setDelegate(delegate.get());
+    storage->replaceCharactersInRange_withString(NSMakeRange(0, 0), "text"_ns);
+    EXPECT_EQ(utf8(storage->string()), "text!");
+    EXPECT_EQ(manager->told_, 1);
+    EXPECT_EQ(manager->range_, NSMakeRange(0, 5));
 }
 
 TEST(HostileText, RandomUnitsAreLaidOutAndAsked)
