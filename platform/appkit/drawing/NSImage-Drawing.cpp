@@ -169,11 +169,19 @@ template <> struct NSImage::Methods<struct Drawing> {
         CGContextScaleCTM(canvas.get(), static_cast<double>(wide) / size.width,
             static_cast<double>(high) / size.height);
         const auto contexts = NSGraphicsContext::cls();
-        self.locks_.push_back({ contexts.currentContext(), canvas });
+        const std::size_t depth = self.locks_.size();
+        const Ref<NSGraphicsContext> former = contexts.currentContext();
+        self.locks_.push_back({ former, canvas });
         contexts.setCurrentContext(
             contexts.graphicsContextWithCGContext_flipped(canvas.get(), false).get());
-        self.drawInRect_fromRect_operation_fraction(
-            { {}, size }, NSZeroRect, NSCompositeSourceOver, 1);
+        try {
+            self.drawInRect_fromRect_operation_fraction(
+                { {}, size }, NSZeroRect, NSCompositeSourceOver, 1);
+        } catch (...) {
+            contexts.setCurrentContext(former.get());
+            self.locks_.resize(depth);
+            throw;
+        }
         if (!flipped)
             return;
         CGContextTranslateCTM(canvas.get(), 0, size.height);

@@ -42,7 +42,7 @@ namespace {
     void remember(const std::string& name, NamedImage named)
     {
         const std::lock_guard guard(names().mutex);
-        names().images[name] = std::move(named);
+        std::swap(names().images[name], named); // the former one goes after the lock
     }
 
     bool endsInTemplate(std::string name)
@@ -82,16 +82,20 @@ template <> struct NSImage::Methods<struct Named> {
     {
         NameTable& all = names();
         const std::string key = utf8Of(name);
-        const Ref<NSImage> alive(&self);
+        NamedImage named { &self, nullptr };
+        NamedImage former; // goes after the lock
         const std::lock_guard guard(all.mutex);
         const auto other = all.images.find(key);
         if (other != all.images.end() && !other->second.bundle && other->second.image != &self)
             return false;
-        if (self.name_)
-            all.images.erase(utf8Of(self.name_));
+        const auto own = all.images.find(utf8Of(self.name_)); // may be another one's by now
+        if (own != all.images.end() && own->second.image == &self) {
+            former = std::move(own->second);
+            all.images.erase(own);
+        }
         self.name_ = cast<NSString>(maybe(name)->copy());
         if (!key.empty())
-            all.images[key] = { alive, nullptr };
+            std::swap(all.images[key], named);
         return true;
     }
 

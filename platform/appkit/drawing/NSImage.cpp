@@ -105,7 +105,8 @@ Ref<NSImageRep> ImageAccess::best(NSImage& image, NSSize points, DeviceScale sca
 std::vector<Ref<NSImageRep>> ImageAccess::bitmaps(NSImage& image)
 {
     std::vector<Ref<NSImageRep>> bitmaps;
-    for (const Ref<NSImageRep>& rep : reps(image)) {
+    const std::vector<Ref<NSImageRep>> present = reps(image); // drawing may change it
+    for (const Ref<NSImageRep>& rep : present) {
         const bool isBitmap = rep->isKindOfClass(NSBitmapImageRep::cls());
         const Ref<CGImage> drawn = isBitmap
             ? nullptr

@@ -66,13 +66,18 @@ template <> struct NSImageRep::Methods<struct Facts> {
         const auto reps = BitmapAccess::readFile(utf8Of(path));
         return reps.empty() ? nullptr : reps.front();
     }
+    // Other places have paths too.
+    static Ref<NSString> pathOf(NSURL* url)
+    {
+        return url && url->isFileURL() ? url->path() : Ref<NSString>();
+    }
     static Ref<NSArray> repsWithContentsOfURL(Class& self, NSURL* url)
     {
-        return self.send<"imageRepsWithContentsOfFile:", Ref<NSArray>>(maybe(url)->path().get());
+        return self.send<"imageRepsWithContentsOfFile:", Ref<NSArray>>(pathOf(url).get());
     }
     static Ref<NSImageRep> repWithContentsOfURL(Class& self, NSURL* url)
     {
-        return self.send<"imageRepWithContentsOfFile:", Ref<NSImageRep>>(maybe(url)->path().get());
+        return self.send<"imageRepWithContentsOfFile:", Ref<NSImageRep>>(pathOf(url).get());
     }
     static bool canInitWithData(Class&, NSData* data)
     {

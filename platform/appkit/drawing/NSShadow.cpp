@@ -35,7 +35,7 @@ template <> struct NSShadow::Methods<struct Values> {
 
     static Ref<NSObject> copyWithZone(NSShadow& self, void*)
     {
-        const Ref<NSShadow> copy = cast<NSShadow>(self.cls().send<"new", Ref<NSObject>>());
+        const Ref<NSShadow> copy = cast<NSShadow>(self.classObject()->send<"new", Ref<NSObject>>());
         copy->shadowOffset_ = self.shadowOffset_;
         copy->shadowBlurRadius_ = self.shadowBlurRadius_;
         copy->shadowColor_ = self.shadowColor_;

@@ -3,8 +3,13 @@
 
 #include "appkit/NSBitmapImageRep.h"
 #include "appkit/NSColor.h"
+#include "appkit/NSGraphicsContext.h"
 #include "appkit/NSImage.h"
+#include "foundation/Exceptions.h"
+#include "foundation/NSArray.h"
 #include "foundation/NSData.h"
+#include "foundation/NSURL.h"
+#include "runtime/NSException.h"
 #include "support/BundleFolder.h"
 #include "support/Focused.h"
 #include "support/Pictures.h"
@@ -402,6 +407,51 @@ TEST(NSImage, ANameBelongsToOneImage)
     EXPECT_FALSE(NSImage::cls().imageNamed("ours"_ns));
     EXPECT_TRUE(two->setName("ours"_ns));
     two->setName(nullptr);
+}
+
+TEST(NSImage, ANameThatAnotherHasTakenStaysWithIt)
+{
+    const BundleFolder folder;
+    folder.add("found.png", quartz::encodePNG(quarters().get()));
+    const MainBundle main(folder);
+    const auto found = NSImage::cls().imageNamed("found"_ns);
+    const auto other = quartersImage();
+    EXPECT_TRUE(other->setName("found"_ns));
+    EXPECT_TRUE(found->setName("elsewhere"_ns));
+    EXPECT_EQ(NSImage::cls().imageNamed("found"_ns), other);
+    EXPECT_EQ(NSImage::cls().imageNamed("elsewhere"_ns), found);
+    other->setName(nullptr);
+    found->setName(nullptr);
+}
+
+TEST(NSImage, AHandlerThatRaisesKeepsNoFocus)
+{
+    bool raises = true;
+    const NSCustomImageRep::Handler handler = [&raises](NSRect) {
+        if (raises)
+            raise("Fault", "on purpose");
+        return true;
+    };
+    const auto image
+        = NSImage::cls().imageWithSize_flipped_drawingHandler(NSMakeSize(2, 2), false, handler);
+    EXPECT_THROW(image->lockFocus(), Exception);
+    EXPECT_FALSE(NSGraphicsContext::cls().currentContext());
+    raises = false;
+    image->unlockFocus(); // has none
+    EXPECT_TRUE(image->representations()->objectAtIndex(0)->isKindOfClass(NSCustomImageRep::cls()));
+}
+
+TEST(NSImageRep, OnlyURLsOfFilesAreRead)
+{
+    const BundleFolder folder;
+    const Ref<NSString> path
+        = stringFrom(folder.add("mark.png", quartz::encodePNG(quarters().get())));
+    const Ref<NSURL> here = NSURL::cls().fileURLWithPath(path.get());
+    const Ref<NSURL> there = NSURL::cls().URLWithString(
+        "http://example.org"_ns->stringByAppendingString(path.get()).get());
+    EXPECT_TRUE(NSBitmapImageRep::cls().imageRepWithContentsOfURL(here.get()));
+    EXPECT_FALSE(NSBitmapImageRep::cls().imageRepWithContentsOfURL(there.get()));
+    EXPECT_FALSE(NSBitmapImageRep::cls().imageRepsWithContentsOfURL(there.get()));
 }
 
 TEST(NSImage, SurvivesBeingWrittenAsTIFF)

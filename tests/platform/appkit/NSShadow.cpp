@@ -4,8 +4,21 @@
 #include "foundation/NSData.h"
 #include "foundation/NSKeyedArchiver.h"
 #include "foundation/NSKeyedUnarchiver.h"
+#include "runtime/Table.h"
 #include "support/Colors.h"
 #include "support/Focused.h"
+
+namespace brindle {
+
+class DeepShadow : public NSShadow {
+    BRINDLE_OBJECT(DeepShadow, NSShadow)
+};
+template <> struct DeepShadow::Methods<struct Nothing> {
+    static void table(Builder&) { }
+};
+BRINDLE_RECORD(DeepShadow, Nothing)
+
+}
 
 using namespace brindle;
 
@@ -41,6 +54,12 @@ TEST(NSShadow, CopyIsEqualAndOnItsOwn)
     copy->setShadowBlurRadius(5);
     EXPECT_EQ(shadow->shadowBlurRadius(), 4);
     EXPECT_FALSE(copy->isEqual(shadow.get()));
+}
+
+TEST(NSShadow, ACopyIsOfTheSameClass)
+{
+    const Ref<NSShadow> shadow = make<DeepShadow>();
+    EXPECT_TRUE(shadow->copy()->isKindOfClass(DeepShadow::cls()));
 }
 
 TEST(NSShadow, ComesBackFromAnArchive)
