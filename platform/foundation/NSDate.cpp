@@ -105,10 +105,14 @@ template <> struct NSDate::Methods<struct Time> {
     {
         return alloc(self)->initWithTimeInterval_sinceDate(seconds, other);
     }
+    static constexpr NSTimeInterval kDistantFuture = 63113904000.0;
     static Ref<NSDate> distantPast(Class& self) { return dateSinceReference(self, -63114076800.0); }
     static Ref<NSDate> distantFuture(Class& self)
     {
-        return dateSinceReference(self, 63113904000.0);
+        // Every loop that waits for events asks for it, and dates never change.
+        static NSDate* const future = dateSinceReference(*classOf<NSDate>(), kDistantFuture).leak();
+        return &self == classOf<NSDate>() ? Ref<NSDate>(future)
+                                          : dateSinceReference(self, kDistantFuture);
     }
 
     static NSTimeInterval wall() { return NSDate::cls().timeIntervalSinceReferenceDate(); }

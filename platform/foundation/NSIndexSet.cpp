@@ -6,6 +6,7 @@
 
 #include "CollectionsPrivate.h"
 #include "HashingPrivate.h"
+#include "ShortVector.h"
 #include "runtime/NSException.h"
 #include "runtime/Runtime.h"
 #include "runtime/Table.h"
@@ -354,7 +355,10 @@ template <> struct NSMutableIndexSet::Methods<struct Changing> {
     }
     static void addIndexes(NSMutableIndexSet& self, NSIndexSet* other)
     {
-        for (const NSRange range : rangesOf(other))
+        if (!other)
+            return;
+        const Ranges& theirs = IndexSetAccess::ranges(*other);
+        for (const NSRange range : ShortVector<NSRange, 16>(theirs.begin(), theirs.end()))
             self.addIndexesInRange(range);
     }
     static void removeRange(NSMutableIndexSet& self, NSRange range)

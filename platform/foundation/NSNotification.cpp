@@ -1,8 +1,13 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "NSNotification.h"
 
+#include <array>
+#include <atomic>
+
 #include "NSDictionary.h"
+#include "NotificationMemory.h"
 #include "runtime/NSException.h"
+#include "runtime/Spare.h"
 #include "runtime/Table.h"
 
 namespace brindle {
@@ -62,5 +67,52 @@ template <> struct NSNotification::Methods<struct Value> {
     }
 };
 BRINDLE_RECORD(NSNotification, Value)
+
+namespace {
+
+    // Empty, and owned; several, because who reads one often posts another.
+    constinit std::array<std::atomic<NSNotification*>, 4> spares {};
+
+    Ref<NSNotification> takeSpare()
+    {
+        for (std::atomic<NSNotification*>& spare : spares) {
+            if (auto taken = Ref<NSNotification>::adopt(spare.exchange(nullptr)))
+                return taken;
+        }
+        return nullptr;
+    }
+
+}
+
+template <> struct NSNotification::Methods<struct Memory> {
+    static void empty(NSNotification& self)
+    {
+        self.name_ = nullptr;
+        self.object_ = nullptr;
+        self.userInfo_ = nullptr;
+    }
+};
+
+Ref<NSNotification> makeNotification(NSString* name, NSObject* sender, NSDictionary* userInfo)
+{
+    const Ref<NSNotification> again = takeSpare();
+    return again
+        ? again->initWithName_object_userInfo(name, sender, userInfo)
+        : NSNotification::cls().notificationWithName_object_userInfo(name, sender, userInfo);
+}
+
+void retireNotification(Ref<NSNotification> notification)
+{
+    if (!isSpare(notification))
+        return;
+    NSNotification::Methods<Memory>::empty(*notification);
+    for (std::atomic<NSNotification*>& spare : spares) {
+        NSNotification* none = nullptr;
+        if (spare.compare_exchange_strong(none, notification.get())) {
+            [[maybe_unused]] const NSNotification* const kept = notification.leak();
+            return;
+        }
+    }
+}
 
 }

@@ -8,7 +8,9 @@
 #include <vector>
 
 #include "NSOperationQueue.h"
+#include "NotificationMemory.h"
 #include "RunLoopPrivate.h"
+#include "ShortVector.h"
 #include "runtime/Table.h"
 
 namespace brindle {
@@ -30,6 +32,7 @@ namespace {
         std::atomic<bool> ended { false };
     };
     using Shared = std::shared_ptr<Observation>;
+    using Fitting = ShortVector<Shared, 16>;
 
     struct Key {
         Ref<NSString> name;
@@ -148,19 +151,19 @@ struct NSNotificationCenter::Registry {
             byObserver.erase(place);
     }
 
-    void collectLocked(const Key& key, std::vector<Shared>& out)
+    void collectLocked(const Key& key, Fitting& out)
     {
         if (const auto place = byKey.find(key); place != byKey.end())
             out.insert(out.end(), place->second.begin(), place->second.end());
     }
 
-    std::vector<Shared> fitting(const Ref<NSString>& name, const NSObject* object)
+    /// Finds whom a notification is for, in the order in which they asked.
+    void find(const Ref<NSString>& name, const NSObject* object, Fitting& all)
     {
-        std::vector<Shared> all;
         {
             const std::lock_guard guard(mutex);
             if (count == 0)
-                return all;
+                return;
             collectLocked({ name, object }, all);
             collectLocked({ nullptr, object }, all);
             if (object) {
@@ -170,7 +173,6 @@ struct NSNotificationCenter::Registry {
         }
         std::sort(all.begin(), all.end(),
             [](const Shared& a, const Shared& b) { return a->order < b->order; });
-        return all;
     }
 };
 
@@ -232,7 +234,9 @@ template <> struct NSNotificationCenter::Methods<struct Posting> {
         const Ref<NSNotificationCenter> alive(&self);
         const Ref<NSNotification> kept(notification);
         const Ref<NSObject> sender = notification->object();
-        for (const Shared& each : self.registry_->fitting(notification->name(), sender.get()))
+        Fitting all;
+        self.registry_->find(notification->name(), sender.get(), all);
+        for (const Shared& each : all)
             deliver(*each, notification);
     }
     static void postName(NSNotificationCenter& self, NSString* name, NSObject* object)
@@ -242,14 +246,15 @@ template <> struct NSNotificationCenter::Methods<struct Posting> {
     static void postInfo(
         NSNotificationCenter& self, NSString* name, NSObject* object, NSDictionary* userInfo)
     {
-        const std::vector<Shared> all = self.registry_->fitting(Ref<NSString>(name), object);
+        Fitting all;
+        self.registry_->find(Ref<NSString>(name), object, all);
         if (all.empty() && name)
             return; // most notifications have nobody to read them
         const Ref<NSNotificationCenter> alive(&self);
-        const auto notification
-            = NSNotification::cls().notificationWithName_object_userInfo(name, object, userInfo);
+        Ref<NSNotification> notification = makeNotification(name, object, userInfo);
         for (const Shared& each : all)
             deliver(*each, notification.get());
+        retireNotification(std::move(notification));
     }
 
     static void removeObserver(NSNotificationCenter& self, NSObject* observer)

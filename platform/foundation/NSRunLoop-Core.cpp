@@ -9,6 +9,7 @@
 #include <unistd.h>
 
 #include "DispatchPrivate.h"
+#include "ShortVector.h"
 #include "ThreadPrivate.h"
 #include "runtime/ClosureMemory.h"
 #include "runtime/NSException.h"
@@ -222,7 +223,7 @@ void RunLoopCore::callObservers(Modes mode)
 {
     if (observers_.empty())
         return;
-    const std::vector<Ref<NSRunLoopObserver>> snapshot = observers_;
+    const ShortVector<Ref<NSRunLoopObserver>, 8> snapshot(observers_.begin(), observers_.end());
     for (const auto& observer : snapshot) {
         if (observer->modes_ & mode) {
             const Block<void()> handler = observer->handler_;
