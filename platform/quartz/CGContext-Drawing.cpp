@@ -158,7 +158,7 @@ void CGContextDrawPath(CGContextRef context, CGPathDrawingMode mode)
     ContextData* const data = dataOf(context);
     if (!data)
         return;
-    const PathData path = std::move(data->path);
+    PathData path = std::move(data->path); // a pattern may draw meanwhile
     data->path.clear();
     if (mode != kCGPathStroke) {
         const bool evenOdd = mode == kCGPathEOFill || mode == kCGPathEOFillStroke;
@@ -166,6 +166,9 @@ void CGContextDrawPath(CGContextRef context, CGPathDrawingMode mode)
     }
     if (mode != kCGPathFill && mode != kCGPathEOFill)
         quartz::strokePath(*data, path);
+    path.clear();
+    if (data->path.isEmpty())
+        data->path = std::move(path); // its memory serves the next one
 }
 
 void CGContextFillPath(CGContextRef context) { CGContextDrawPath(context, kCGPathFill); }

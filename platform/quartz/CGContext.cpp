@@ -64,7 +64,8 @@ quartz::StateScope::StateScope(CGContextRef context, Start start)
     ContextData* const data = dataOf(context);
     if (!data)
         return;
-    path_ = std::exchange(data->path, {});
+    if (!data->path.isEmpty()) // else the memory of the last path serves what is drawn here
+        path_ = std::exchange(data->path, {});
     data->saved.push_back(data->state);
     if (start == Start::bottom)
         data->state = data->saved.front();
@@ -84,7 +85,9 @@ quartz::StateScope::~StateScope()
     data->saved.pop_back();
     data->savedFloor = savedFloor_;
     data->layersFloor = layersFloor_;
-    data->path = std::move(path_);
+    data->path.clear();
+    if (!path_.isEmpty())
+        data->path = std::move(path_);
 }
 
 // Nothing waits: memory is current after every operation.

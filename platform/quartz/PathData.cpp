@@ -26,8 +26,15 @@ void PathData::setPointsAt(std::size_t index, const CGPoint* points)
 
 void PathData::clear()
 {
-    steps_.clear();
-    points_.clear();
+    constexpr std::size_t kKept = 1024;
+    const auto empty = [](auto& list) {
+        if (list.capacity() > kKept)
+            list = {};
+        else
+            list.clear();
+    };
+    empty(steps_);
+    empty(points_);
 }
 
 void PathData::move(CGPoint to)
