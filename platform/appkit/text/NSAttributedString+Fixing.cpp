@@ -95,14 +95,15 @@ namespace {
             std::vector<Change> changes;
             std::vector<text::StyledRun> runs;
             layouts::readRuns(self, range, runs);
+            std::vector<text::Item> items;
             for (const text::StyledRun& run : runs) {
                 const std::u16string_view part
                     = std::u16string_view(units).substr(run.range.location, run.range.length);
                 if (!run.font.face || text::isSingleItem(part, run.font))
                     continue;
                 const text::FontRun whole { NSMakeRange(0, part.size()), run.font };
-                for (const text::Item& item :
-                    text::itemize(part, std::span(&whole, 1), text::BaseDirection::leftToRight)) {
+                text::itemize(part, std::span(&whole, 1), text::BaseDirection::leftToRight, items);
+                for (const text::Item& item : items) {
                     if (item.font.face != run.font.face)
                         changes.push_back(
                             { NSMakeRange(

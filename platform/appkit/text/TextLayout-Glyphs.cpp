@@ -10,6 +10,7 @@ namespace brindle::layouts {
 namespace {
 
     constexpr std::size_t kKeptLines = 512;
+    constexpr std::size_t kSpareLines = 4;
 
     // The caret of the extra line, and that of an index that has no line.
     constexpr std::size_t kNoFragment = ~std::size_t {};
@@ -54,26 +55,24 @@ NSUInteger GlyphLine::toText(NSUInteger index, NSUInteger start) const
     return removed.length && whole > removed.location ? whole + removed.length - 1 : whole;
 }
 
-GlyphLine Layout::makeGlyphs(const Fragment& fragment)
+void Layout::makeGlyphs(const Fragment& fragment, GlyphLine& made)
 {
     const Paragraph paragraph = paragraphAt(fragment.range.location);
     const NSUInteger start = fragment.range.location;
     const NSUInteger length = std::min(fragment.range.length, paragraph.contentLength);
-    std::vector<text::StyledRun> runs;
-    readRuns(*text_, NSMakeRange(start, length), runs);
+    readRuns(*text_, NSMakeRange(start, length), glyphRuns_);
     const std::u16string_view content = units(start, length);
     text::ParagraphRules rules;
     rules.direction = fragment.rightToLeft ? text::BaseDirection::rightToLeft
                                            : text::BaseDirection::leftToRight;
     if (fragment.cut >= NSLineBreakByTruncatingHead) {
-        std::vector<text::FontRun> fonts;
-        for (const text::StyledRun& run : runs)
-            fonts.push_back({ run.range, run.font });
-        text::TruncatedLine cut = text::shapeTruncatedLine(
-            content, fonts, std::max(fragment.room, 0.0), placeOf(fragment.cut), rules.direction);
+        text::TruncatedLine cut = text::shapeTruncatedLine(content, text::FontRuns(glyphRuns_),
+            std::max(fragment.room, 0.0), placeOf(fragment.cut), rules.direction,
+            std::move(made.line));
         if (cut.removed.length)
             cut.removed.location += start;
-        return { std::move(cut.line), cut.removed };
+        made = { std::move(cut.line), cut.removed };
+        return;
     }
     std::vector<text::TabStop> tabs;
     if (content.find(u'\t') != content.npos) {
@@ -85,20 +84,39 @@ GlyphLine Layout::makeGlyphs(const Fragment& fragment)
     }
     rules.tabs = tabs;
     rules.firstIndent = fragment.indent;
-    GlyphLine result { text::setLine(content, runs, rules), {} };
+    made = { text::setLine(content, glyphRuns_, rules, std::move(made.line)), {} };
     if (fragment.justified)
-        justify(result.line, fragment.room);
-    return result;
+        justify(made.line, fragment.room);
+}
+
+void Layout::forgetGlyphs()
+{
+    for (KnownGlyphs& known : glyphs_) {
+        if (spareLines_.size() >= kSpareLines)
+            break;
+        known.line->line.clear();
+        spareLines_.push_back(std::move(known.line));
+    }
+    glyphs_.clear();
 }
 
 const GlyphLine& Layout::glyphsOf(std::size_t fragment)
 {
-    if (const auto known = glyphs_.find(fragment); known != glyphs_.end())
-        return *known->second;
+    const auto place
+        = [&] { return std::ranges::lower_bound(glyphs_, fragment, {}, &KnownGlyphs::fragment); };
+    if (const auto known = place(); known != glyphs_.end() && known->fragment == fragment)
+        return *known->line;
     if (glyphs_.size() >= kKeptLines)
-        glyphs_.clear();
-    auto made = std::make_unique<GlyphLine>(makeGlyphs(fragments_[fragment]));
-    return *glyphs_.emplace(fragment, std::move(made)).first->second;
+        forgetGlyphs();
+    std::unique_ptr<GlyphLine> line;
+    if (spareLines_.empty()) {
+        line = std::make_unique<GlyphLine>();
+    } else {
+        line = std::move(spareLines_.back());
+        spareLines_.pop_back();
+    }
+    makeGlyphs(fragments_[fragment], *line);
+    return *glyphs_.insert(place(), { fragment, std::move(line) })->line;
 }
 
 double Layout::caretX(NSUInteger index, const Fragment** found, bool upstream)

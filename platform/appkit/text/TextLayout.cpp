@@ -112,8 +112,7 @@ void Layout::invalidate()
 /// Forgets what depends on the text as it was.
 void Layout::clear()
 {
-    if (!glyphs_.empty())
-        glyphs_.clear();
+    forgetGlyphs();
     string_ = nullptr;
     length_ = 0;
     buffer_.clear();

@@ -3,7 +3,6 @@
 
 #include <memory>
 #include <string>
-#include <unordered_map>
 #include <vector>
 
 #include "TextExclusionPrivate.h"
@@ -134,7 +133,8 @@ private:
     Paragraph paragraphAt(NSUInteger start);
     void load(NSUInteger start, NSUInteger count);
     std::u16string_view units(NSUInteger start, NSUInteger length) const;
-    GlyphLine makeGlyphs(const Fragment& fragment);
+    void makeGlyphs(const Fragment& fragment, GlyphLine& made);
+    void forgetGlyphs();
 
     NSAttributedString* text_ = nullptr;
     Ref<NSString> string_; // its text, since somebody asked and while it does not change
@@ -155,7 +155,14 @@ private:
     std::u16string buffer_; // a window of the text
     NSUInteger bufferStart_ = 0;
     std::vector<text::StyledRun> runs_;
-    std::unordered_map<std::size_t, std::unique_ptr<GlyphLine>> glyphs_; // by fragment
+
+    struct KnownGlyphs {
+        std::size_t fragment;
+        std::unique_ptr<GlyphLine> line;
+    };
+    std::vector<KnownGlyphs> glyphs_; // in the order of fragments
+    std::vector<std::unique_ptr<GlyphLine>> spareLines_; // whose memory serves the next ones
+    std::vector<text::StyledRun> glyphRuns_; // of the line that is being made
 };
 
 using LayoutOwner = std::unique_ptr<Layout, LayoutEnd>;

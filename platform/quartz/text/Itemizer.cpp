@@ -167,14 +167,6 @@ bool isSingleItem(std::u16string_view text, const Font& font)
     });
 }
 
-std::vector<Item> itemize(
-    std::u16string_view text, std::span<const FontRun> fonts, BaseDirection direction)
-{
-    std::vector<Item> items;
-    itemize(text, fonts, direction, items);
-    return items;
-}
-
 void itemize(std::u16string_view text, std::span<const FontRun> fonts, BaseDirection direction,
     std::vector<Item>& items)
 {

@@ -28,9 +28,7 @@ struct Item {
 };
 
 /// Cuts text where its font, script, direction or fallback font changes; in the text's order.
-std::vector<Item> itemize(
-    std::u16string_view text, std::span<const FontRun> fonts, BaseDirection direction);
-/// The same in place of what `items` holds, for memory that is used again.
+/// - items: receives them in place of what it holds, so that its memory is used again.
 void itemize(std::u16string_view text, std::span<const FontRun> fonts, BaseDirection direction,
     std::vector<Item>& items);
 

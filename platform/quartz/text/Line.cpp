@@ -10,6 +10,17 @@ namespace brindle::text {
 
 namespace {
 
+    constexpr std::size_t kMostKept = 1024; // of what is kept for the next line
+
+    /// Makes a list empty without giving its memory away, unless that is much.
+    template <class List> void makeEmpty(List& list)
+    {
+        if (list.capacity() > kMostKept)
+            list = List();
+        else
+            list.clear();
+    }
+
     void include(LineMetrics& metrics, const Font& font)
     {
         metrics.ascent = std::max(metrics.ascent, font.ascender());
@@ -44,14 +55,9 @@ namespace {
         /// Answers one with nothing in it, in the memory of the last one of this thread.
         static GlyphSink& emptied()
         {
-            constexpr std::size_t kMostKept = 4096;
             static thread_local GlyphSink sink;
-            if (sink.glyphs.capacity() > kMostKept)
-                sink.glyphs = {};
-            if (sink.parts.capacity() > kMostKept)
-                sink.parts = {};
-            sink.glyphs.clear();
-            sink.parts.clear();
+            makeEmpty(sink.glyphs);
+            makeEmpty(sink.parts);
             sink.total = 0;
             return sink;
         }
@@ -79,11 +85,30 @@ namespace {
         return widthOf(sink.total, item.font);
     }
 
-    std::vector<std::size_t> visualOrderOfItems(const std::vector<Item>& items)
+    /// Answers the items of a text, in the memory of the last ones of this thread.
+    const std::vector<Item>& itemsOf(
+        std::u16string_view text, std::span<const FontRun> fonts, BaseDirection direction)
     {
+        static thread_local std::vector<Item> items;
+        makeEmpty(items);
+        itemize(text, fonts, direction, items);
+        return items;
+    }
+
+    /// Runs a step for each item, leftmost first.
+    template <class Step> void inVisualOrder(const std::vector<Item>& items, const Step& step)
+    {
+        const bool isOneWay = items.size() <= 1
+            || std::ranges::none_of(items, [](const Item& item) { return item.level != 0; });
+        if (isOneWay) {
+            for (const Item& item : items)
+                step(item);
+            return;
+        }
         std::vector<Level> levels(items.size());
         std::ranges::transform(items, levels.begin(), &Item::level);
-        return visualOrder(levels);
+        for (const std::size_t index : visualOrder(levels))
+            step(items[index]);
     }
 
 }
@@ -91,19 +116,20 @@ namespace {
 /// Puts shaped items together into a line.
 class LineBuilder {
 public:
+    /// - memory: what the line is made in.
+    explicit LineBuilder(Line memory)
+        : line_(std::move(memory))
+    {
+        line_.clear();
+    }
+
     Line build(std::u16string_view text, std::span<const FontRun> fonts, BaseDirection direction)
     {
-        const std::vector<Item> items = itemize(text, fonts, direction);
         line_.text_ = text;
         line_.glyphs_.reserve(text.size());
         for (const FontRun& run : fonts)
             include(line_.metrics_, run.font);
-        if (items.size() == 1) {
-            addItem(items.front());
-        } else {
-            for (const std::size_t index : visualOrderOfItems(items))
-                addItem(items[index]);
-        }
+        inVisualOrder(itemsOf(text, fonts, direction), [this](const Item& item) { addItem(item); });
         return std::move(line_);
     }
 
@@ -160,6 +186,14 @@ Line Line::partFor(NSRange range) const
     return part;
 }
 
+void Line::clear()
+{
+    makeEmpty(text_);
+    makeEmpty(runs_);
+    makeEmpty(glyphs_);
+    metrics_ = {};
+}
+
 void Line::addRoom(std::span<const double> room)
 {
     double shift = 0;
@@ -179,15 +213,29 @@ void Line::addRoom(std::span<const double> room)
     metrics_.width += shift;
 }
 
-Line shapeLine(std::u16string_view text, std::span<const FontRun> fonts, BaseDirection direction)
+Line shapeLine(
+    std::u16string_view text, std::span<const FontRun> fonts, BaseDirection direction, Line memory)
 {
-    return LineBuilder().build(text, fonts, direction);
+    return LineBuilder(std::move(memory)).build(text, fonts, direction);
 }
 
 Line shapeLine(std::u16string_view text, const Font& font, BaseDirection direction)
 {
     const FontRun run { NSMakeRange(0, text.size()), font };
     return shapeLine(text, std::span(&run, 1), direction);
+}
+
+LineMetrics measureLine(
+    std::u16string_view text, std::span<const FontRun> fonts, BaseDirection direction)
+{
+    LineMetrics metrics;
+    for (const FontRun& run : fonts)
+        include(metrics, run.font);
+    inVisualOrder(itemsOf(text, fonts, direction), [&](const Item& item) {
+        include(metrics, item.font);
+        metrics.width += measureItem(text, item);
+    });
+    return metrics;
 }
 
 LineMetrics measureLine(std::u16string_view text, const Font& font)
@@ -201,12 +249,7 @@ LineMetrics measureLine(std::u16string_view text, const Font& font)
         return metrics;
     }
     const FontRun run { NSMakeRange(0, text.size()), font };
-    const std::vector<Item> items = itemize(text, std::span(&run, 1), BaseDirection::natural);
-    for (const Item& item : items)
-        include(metrics, item.font);
-    for (const std::size_t index : visualOrderOfItems(items))
-        metrics.width += measureItem(text, items[index]);
-    return metrics;
+    return measureLine(text, std::span(&run, 1));
 }
 
 }

@@ -91,6 +91,9 @@ public:
     /// Answers the same line with only those glyphs that stand for a range of the text, at their places.
     Line partFor(NSRange range) const;
 
+    /// Becomes an empty line that keeps its memory for the next text, unless it was a long one.
+    void clear();
+
     /// Adds room behind characters and moves what follows.
     /// - room: points for each unit of the text; looked at where a glyph's cluster begins.
     void addRoom(std::span<const double> room);
@@ -106,15 +109,18 @@ private:
 
 /// Shapes text into one line. Line breaks and other control characters are kept and take no room;
 /// a tab is as wide as a space.
+/// - memory: a line that is over; the new one is made in its place.
 /// Thread: any. Cost: words that were seen before are not shaped again.
 Line shapeLine(std::u16string_view text, std::span<const FontRun> fonts,
-    BaseDirection direction = BaseDirection::natural);
+    BaseDirection direction = BaseDirection::natural, Line memory = {});
 
 /// The same for text in a single font.
 Line shapeLine(
     std::u16string_view text, const Font& font, BaseDirection direction = BaseDirection::natural);
 
 /// Answers what `shapeLine` would measure, without making the line.
+LineMetrics measureLine(std::u16string_view text, std::span<const FontRun> fonts,
+    BaseDirection direction = BaseDirection::natural);
 LineMetrics measureLine(std::u16string_view text, const Font& font);
 
 }

@@ -20,15 +20,6 @@ namespace {
         return shaped;
     }
 
-    std::vector<FontRun> fontsOf(std::span<const StyledRun> runs)
-    {
-        std::vector<FontRun> fonts;
-        fonts.reserve(runs.size());
-        for (const StyledRun& run : runs)
-            fonts.push_back({ run.range, run.font });
-        return fonts;
-    }
-
     /// Room that stands behind the characters of a line beside their own.
     class RoomFinder {
     public:
@@ -83,14 +74,22 @@ namespace {
 
 }
 
-Line setLine(std::u16string_view text, std::span<const StyledRun> runs, const ParagraphRules& rules)
+FontRuns::FontRuns(std::span<const StyledRun> runs)
+{
+    for (const StyledRun& run : runs)
+        push_back({ run.range, run.font });
+}
+
+Line setLine(std::u16string_view text, std::span<const StyledRun> runs, const ParagraphRules& rules,
+    Line memory)
 {
     const bool hasBoxes = std::ranges::any_of(runs, &StyledRun::isBox);
     const bool isKerned
         = std::ranges::any_of(runs, [](const StyledRun& run) { return run.kern != 0; });
-    const std::vector<FontRun> fonts = fontsOf(runs);
-    Line line = hasBoxes ? shapeLine(withoutBoxes(text, runs), fonts, rules.direction)
-                         : shapeLine(text, fonts, rules.direction);
+    const FontRuns fonts(runs);
+    Line line = hasBoxes
+        ? shapeLine(withoutBoxes(text, runs), fonts, rules.direction, std::move(memory))
+        : shapeLine(text, fonts, rules.direction, std::move(memory));
     if (hasBoxes || isKerned || text.find(kTab) != text.npos)
         line.addRoom(RoomFinder(line, text, runs).find(rules));
     return line;

@@ -19,8 +19,9 @@ struct TruncatedLine {
 ///
 /// Whole characters are removed, never parts of one. When not even the ellipsis fits, the line
 /// holds the ellipsis alone and is wider than asked.
-/// - width: points.
+/// - width: points. - memory: a line that is over; the new one is made in its place.
 TruncatedLine shapeTruncatedLine(std::u16string_view text, std::span<const FontRun> fonts,
-    double width, TruncationPlace place, BaseDirection direction = BaseDirection::natural);
+    double width, TruncationPlace place, BaseDirection direction = BaseDirection::natural,
+    Line memory = {});
 
 }

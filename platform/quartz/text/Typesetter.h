@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "Line.h"
+#include "foundation/ShortVector.h"
 
 namespace brindle::text {
 
@@ -76,10 +77,16 @@ protected:
 bool breakParagraph(std::u16string_view text, std::span<const StyledRun> runs,
     const ParagraphRules& rules, LineTaker& taker);
 
+/// The fonts of runs, for the time of a call.
+struct FontRuns : ShortVector<FontRun, 8> {
+    explicit FontRuns(std::span<const StyledRun> runs);
+};
+
 /// Answers a line of a paragraph with kerning, tabs and boxes in their places.
 /// - text, runs: those of the line alone. - rules: its indent is the one for first lines.
-Line setLine(
-    std::u16string_view text, std::span<const StyledRun> runs, const ParagraphRules& rules);
+/// - memory: a line that is over; the new one is made in its place.
+Line setLine(std::u16string_view text, std::span<const StyledRun> runs, const ParagraphRules& rules,
+    Line memory = {});
 
 /// Answers whether a paragraph runs from right to left.
 bool isRightToLeft(std::u16string_view text, BaseDirection direction);
