@@ -8,6 +8,7 @@
 #include "foundation/NSDictionary.h"
 #include "foundation/NSLog.h"
 #include "foundation/NSNumber.h"
+#include "runtime/Spare.h"
 #include "runtime/Table.h"
 
 namespace brindle {
@@ -97,8 +98,17 @@ template <> struct BRMenuTableView::Methods<struct Menu> {
             return;
         const NSUInteger index = row->unsignedIntegerValue();
         NSLog("hover %lu"_ns, index);
-        self.selectRowIndexes_byExtendingSelection(
-            NSIndexSet::cls().indexSetWithIndex(index).get(), false);
+        self.selectRowIndexes_byExtendingSelection(onlyRow(self, index).get(), false);
+    }
+    // Rows are entered as fast as the pointer goes: one set serves as long as nobody else keeps it.
+    static Ref<NSIndexSet> onlyRow(Self& self, NSUInteger row)
+    {
+        if (isSpare(self.entered_))
+            self.entered_->removeAllIndexes();
+        else
+            self.entered_ = make<NSMutableIndexSet>();
+        self.entered_->addIndex(row);
+        return self.entered_;
     }
     static void showSelection(Self& self)
     {

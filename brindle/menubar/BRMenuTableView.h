@@ -47,6 +47,7 @@ private:
     SEL tapAction_ {};
     Ref<NSObject> tableDelegate_;
     std::vector<Ref<NSTrackingArea>> rowAreas_; // by row, as they were added
+    Ref<NSMutableIndexSet> entered_; // the row that was entered last
 };
 
 }

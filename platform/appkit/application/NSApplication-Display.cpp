@@ -111,7 +111,7 @@ namespace {
 
     void enqueue(const EventFields& fields)
     {
-        const Ref<NSEvent> event = EventAccess::make(fields);
+        const Ref<NSEvent> event = EventAccess::makeAgain(fields);
         ApplicationAccess::post(*event, false);
     }
 
@@ -293,9 +293,9 @@ namespace {
     // What one window's step does may order others in and out.
     template <class Step> void eachVisibleWindow(Step&& step)
     {
-        const std::vector<NSWindow*> order = ApplicationAccess::state().order;
+        const std::vector<NSWindow*>& now = ApplicationAccess::state().order;
+        const ShortVector<NSWindow*, 32> order(now.begin(), now.end());
         for (NSWindow* lent : order) {
-            const std::vector<NSWindow*>& now = ApplicationAccess::state().order;
             if (std::find(now.begin(), now.end(), lent) != now.end())
                 step(*lent);
         }

@@ -108,9 +108,9 @@ void ApplicationAccess::windowGone(NSWindow& window)
     }
 }
 
-std::vector<Ref<NSWindow>> ApplicationAccess::kept(const std::vector<NSWindow*>& windows)
+ApplicationAccess::Kept ApplicationAccess::kept(const std::vector<NSWindow*>& windows)
 {
-    return { windows.begin(), windows.end() };
+    return Kept(windows.begin(), windows.end());
 }
 
 bool ApplicationAccess::worksNow(const NSWindow& window)
@@ -168,7 +168,7 @@ void ApplicationAccess::setActive(bool active)
     const Ref<NSWindow> key(app.keyWindow);
     setKeyWindow(nullptr);
     app.lastKeyWindow = key.get();
-    const std::vector<Ref<NSWindow>> order = kept(app.order);
+    const Kept order = kept(app.order);
     for (std::size_t i = order.size(); i-- > 0;) {
         WindowAccess::applicationDeactivated(*order[i]);
         if (WindowAccess::state(*order[i]).waitsForActivation) {

@@ -33,7 +33,7 @@ void ApplicationAccess::post(NSEvent& event, bool atStart)
 void ApplicationAccess::withdraw(NSEvent& event)
 {
     const std::lock_guard lock(state().queueLock);
-    std::erase(state().queue, &event);
+    state().queue.eraseIf([&event](const Ref<NSEvent>& waiting) { return waiting == &event; });
 }
 
 template <> struct NSApplication::Methods<struct Running> {
@@ -146,7 +146,7 @@ template <> struct NSApplication::Methods<struct Running> {
     static Ref<NSEvent> takeMatching(NSEventMask mask, bool dequeue)
     {
         const std::lock_guard lock(app().queueLock);
-        std::deque<Ref<NSEvent>>& queue = app().queue;
+        Queue<Ref<NSEvent>>& queue = app().queue;
         for (auto at = queue.begin(); at != queue.end(); ++at) {
             if (!events::isIn((*at)->type(), mask))
                 continue;
@@ -156,6 +156,11 @@ template <> struct NSApplication::Methods<struct Running> {
             return event;
         }
         return nullptr;
+    }
+
+    static void setCurrent(const Ref<NSEvent>& event)
+    {
+        EventAccess::retire(std::exchange(app().current, event));
     }
 
     static bool isOver(NSDate* date) { return !date || date->timeIntervalSinceNow() <= 0; }
@@ -192,7 +197,7 @@ template <> struct NSApplication::Methods<struct Running> {
             ApplicationAccess::pump();
             if (Ref<NSEvent> event = takeMatching(mask, dequeue)) {
                 if (dequeue)
-                    app().current = event;
+                    setCurrent(event);
                 return event;
             }
             ApplicationAccess::draw();
@@ -205,7 +210,7 @@ template <> struct NSApplication::Methods<struct Running> {
                 ApplicationAccess::pump();
                 Ref<NSEvent> event = takeMatching(mask, dequeue);
                 if (event && dequeue)
-                    app().current = event;
+                    setCurrent(event);
                 return event;
             }
             if (date->timeIntervalSinceNow() > 1e9) {
@@ -232,7 +237,7 @@ template <> struct NSApplication::Methods<struct Running> {
     static void discard(NSApplication&, NSEventMask mask, NSEvent* last)
     {
         const std::lock_guard lock(app().queueLock);
-        std::deque<Ref<NSEvent>>& queue = app().queue;
+        Queue<Ref<NSEvent>>& queue = app().queue;
         for (auto at = queue.begin(); at != queue.end();) {
             if (*at == last)
                 return;

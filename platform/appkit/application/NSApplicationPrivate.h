@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-#include <deque>
 #include <memory>
 #include <mutex>
 #include <optional>
@@ -13,6 +12,8 @@
 #include "appkit/NSWindow.h"
 #include "display/Display.h"
 #include "foundation/NSRunLoop.h"
+#include "foundation/Queue.h"
+#include "foundation/ShortVector.h"
 
 namespace brindle {
 
@@ -38,7 +39,7 @@ struct ApplicationState {
     std::optional<std::vector<display::Screen>> screenOverride;
 
     std::mutex queueLock; // any thread may post
-    std::deque<Ref<NSEvent>> queue;
+    Queue<Ref<NSEvent>> queue;
     Ref<NSEvent> current;
 
     std::vector<NSWindow*> windows; // all that live, in the order of their making
@@ -92,7 +93,8 @@ struct ApplicationAccess {
 
     // Windows.
     /// Answers a list of windows that keeps them: what one of them is told may end another.
-    static std::vector<Ref<NSWindow>> kept(const std::vector<NSWindow*>& windows);
+    using Kept = ShortVector<Ref<NSWindow>, 32>;
+    static Kept kept(const std::vector<NSWindow*>& windows);
     static void addWindow(NSWindow& window);
     static void removeWindow(NSWindow& window);
     static Ref<NSWindow> windowWithNumber(NSInteger number);

@@ -6,39 +6,70 @@
 #include "appkit/NSWindow.h"
 #include "foundation/NSDictionary.h"
 #include "runtime/NSException.h"
+#include "runtime/Spare.h"
 #include "runtime/Table.h"
 
 namespace brindle {
 
-Ref<NSEvent> EventAccess::make(const EventFields& f)
+void EventAccess::set(NSEvent& event, const EventFields& f)
+{
+    event.type_ = f.type;
+    event.flags_ = f.flags;
+    event.timestamp_ = f.timestamp;
+    event.windowNumber_ = f.windowNumber;
+    event.location_ = f.location;
+    event.number_ = f.number;
+    event.clickCount_ = f.clickCount;
+    event.data1_ = f.data1;
+    event.data2_ = f.data2;
+    event.deltaX_ = f.deltaX;
+    event.deltaY_ = f.deltaY;
+    event.characters_ = f.characters;
+    event.unmodified_ = f.unmodified;
+    event.latin_ = f.latin;
+    event.area_ = f.area;
+    event.context_ = f.context;
+    event.userData_ = f.userData;
+    event.pressure_ = f.pressure;
+    event.subtype_ = f.subtype;
+    event.keyCode_ = f.keyCode;
+    event.button_ = f.button;
+    event.repeat_ = f.repeat;
+    event.precise_ = f.precise;
+    event.screenLocation_ = f.screenLocation;
+    event.hasScreenLocation_ = f.hasScreenLocation;
+}
+
+Ref<NSEvent> EventAccess::make(const EventFields& fields)
 {
     Ref<NSEvent> event = brindle::make<NSEvent>();
-    event->type_ = f.type;
-    event->flags_ = f.flags;
-    event->timestamp_ = f.timestamp;
-    event->windowNumber_ = f.windowNumber;
-    event->location_ = f.location;
-    event->number_ = f.number;
-    event->clickCount_ = f.clickCount;
-    event->data1_ = f.data1;
-    event->data2_ = f.data2;
-    event->deltaX_ = f.deltaX;
-    event->deltaY_ = f.deltaY;
-    event->characters_ = f.characters;
-    event->unmodified_ = f.unmodified;
-    event->latin_ = f.latin;
-    event->area_ = f.area;
-    event->context_ = f.context;
-    event->userData_ = f.userData;
-    event->pressure_ = f.pressure;
-    event->subtype_ = f.subtype;
-    event->keyCode_ = f.keyCode;
-    event->button_ = f.button;
-    event->repeat_ = f.repeat;
-    event->precise_ = f.precise;
-    event->screenLocation_ = f.screenLocation;
-    event->hasScreenLocation_ = f.hasScreenLocation;
+    set(*event, fields);
     return event;
+}
+
+std::vector<Ref<NSEvent>>& EventAccess::spares()
+{
+    static auto* const list = new std::vector<Ref<NSEvent>>; // events come until the process ends
+    return *list;
+}
+
+Ref<NSEvent> EventAccess::makeAgain(const EventFields& fields)
+{
+    if (spares().empty())
+        return make(fields);
+    Ref<NSEvent> event = std::move(spares().back());
+    spares().pop_back();
+    set(*event, fields);
+    return event;
+}
+
+void EventAccess::retire(Ref<NSEvent> event)
+{
+    constexpr std::size_t kMostSpares = 8;
+    if (spares().size() >= kMostSpares || !isSpare(event))
+        return;
+    set(*event, {});
+    spares().push_back(std::move(event));
 }
 
 NSPoint EventAccess::screenLocation(const NSEvent& event)

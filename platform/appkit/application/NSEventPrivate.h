@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include <vector>
+
 #include "appkit/NSEvent.h"
 #include "appkit/NSTrackingArea.h"
 
@@ -37,6 +39,10 @@ struct EventFields {
 
 struct EventAccess {
     static Ref<NSEvent> make(const EventFields& fields);
+    /// The same, in place of a retired event where there is one. Thread: main.
+    static Ref<NSEvent> makeAgain(const EventFields& fields);
+    /// Takes an event that is over; it serves again unless somebody else keeps it. Thread: main.
+    static void retire(Ref<NSEvent> event);
     /// Answers where it happened on the screen; what the display said, else by where the window is now.
     static NSPoint screenLocation(const NSEvent& event);
     /// Answers one of the events that carry news of native windows.
@@ -44,6 +50,10 @@ struct EventAccess {
     {
         return event.type_ == NSAppKitDefined && event.subtype_ == kind;
     }
+
+private:
+    static void set(NSEvent& event, const EventFields& fields);
+    static std::vector<Ref<NSEvent>>& spares();
 };
 
 namespace events {

@@ -16,6 +16,7 @@
 #include "foundation/Exceptions.h"
 #include "foundation/NSDictionary.h"
 #include "quartz/ContextState.h"
+#include "runtime/Spare.h"
 #include "runtime/Table.h"
 
 namespace brindle {
@@ -69,6 +70,19 @@ namespace {
             return made;
         }
 
+        Ref<NSAttributedString> styled(NSString* text, NSDictionary* attributes)
+        {
+            const Ref<NSAttributedString> made
+                = spare_ ? std::exchange(spare_, nullptr) : alloc<NSAttributedString>();
+            return made->initWithString_attributes(text, attributes);
+        }
+        /// Takes a text that was drawn; it serves the next field unless somebody else keeps it.
+        void retire(Ref<NSAttributedString> text)
+        {
+            if (isSpare(text))
+                spare_ = text->initWithString(""_ns);
+        }
+
     private:
         struct Entry {
             TextLook look;
@@ -88,6 +102,7 @@ namespace {
 
         std::array<Entry, 8> entries_ {};
         std::size_t next_ = 0;
+        Ref<NSAttributedString> spare_; // without text
     };
 
 }
@@ -198,7 +213,7 @@ template <> struct NSTextFieldCell::Methods<struct Drawing> {
     {
         const Ref<NSDictionary> attributes = LookMemory::shared().attributesFor({ self.font(),
             color, self.alignment(), self.baseWritingDirection(), self.lineBreakMode() });
-        return alloc<NSAttributedString>()->initWithString_attributes(text, attributes.get());
+        return LookMemory::shared().styled(text, attributes.get());
     }
     static Ref<NSAttributedString> attributedValue(NSTextFieldCell& self)
     {
@@ -311,7 +326,7 @@ template <> struct NSTextFieldCell::Methods<struct Drawing> {
     {
         if (FieldEditorClip::of(self, view))
             return; // the editor shows the text
-        const Ref<NSAttributedString> text = shown(self);
+        Ref<NSAttributedString> text = shown(self);
         if (!text->length())
             return;
         const NSRect rect = self.titleRectForBounds(frame);
@@ -322,6 +337,7 @@ template <> struct NSTextFieldCell::Methods<struct Drawing> {
         const GraphicsStateGuard saved;
         quartz::clipToTouchedPixels(currentCGContext().get(), { &room, 1 });
         drawWithRect_options(text, rect, options);
+        LookMemory::shared().retire(std::move(text));
     }
 
     static void table(Builder& t)

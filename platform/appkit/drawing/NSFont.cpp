@@ -4,7 +4,9 @@
 #include "foundation/CodingTable.h"
 #include "runtime/Table.h"
 
+#include <array>
 #include <cmath>
+#include <mutex>
 
 namespace brindle {
 
@@ -19,13 +21,47 @@ namespace {
 
 template <> struct NSFont::Methods<struct Making> {
 
+    /// The last few fonts that were asked for: controls ask for theirs each time that they are drawn. Thread: any.
+    class Recent {
+    public:
+        static Recent& shared()
+        {
+            static auto* const fonts = new Recent; // controls are drawn while the process ends
+            return *fonts;
+        }
+        Ref<NSFont> find(const text::Font& wanted)
+        {
+            const std::lock_guard lock(mutex_);
+            for (const Ref<NSFont>& font : fonts_) {
+                if (font && font->font_ == wanted)
+                    return font;
+            }
+            return nullptr;
+        }
+        void add(Ref<NSFont> font)
+        {
+            const std::lock_guard lock(mutex_);
+            fonts_[next_].swap(font); // the older one ends outside the lock
+            next_ = (next_ + 1) % fonts_.size();
+        }
+
+    private:
+        std::mutex mutex_;
+        std::array<Ref<NSFont>, 8> fonts_;
+        std::size_t next_ = 0;
+    };
+
     static Ref<NSFont> with(const text::FontFace* face, double size, double otherwise)
     {
         if (!face)
             return nullptr;
-        Ref<NSFont> font = make<NSFont>();
         const bool usable = size > 0 && size < kLargestSize;
-        font->font_ = { face, usable ? size : otherwise };
+        const text::Font wanted { face, usable ? size : otherwise };
+        if (Ref<NSFont> known = Recent::shared().find(wanted))
+            return known;
+        Ref<NSFont> font = make<NSFont>();
+        font->font_ = wanted;
+        Recent::shared().add(font);
         return font;
     }
 

@@ -8,6 +8,7 @@
 #include "appkit/NSEvent.h"
 #include "appkit/NSWindow.h"
 #include "appkit/views/NSViewPrivate.h"
+#include "appkit/views/PropertyMovementPrivate.h"
 #include "foundation/NSNotificationCenter.h"
 #include "foundation/NSRunLoop.h"
 #include "foundation/NSTimer.h"
@@ -175,15 +176,6 @@ template <> struct NSScrollView::Methods<struct Scrolling> {
         if (!self.tracking_ && std::exchange(self.live_, false))
             post(self, NSScrollViewDidEndLiveScrollNotification);
     }
-    // Content that moves by degrees stays where the user takes it over.
-    static void stopMovement(NSClipView& clip)
-    {
-        NSAnimationContext::Meta context = NSAnimationContext::cls();
-        context.beginGrouping();
-        context.currentContext()->setDuration(0);
-        clip.animator()->setBoundsOrigin(clip.bounds().origin);
-        context.endGrouping();
-    }
     static NSPoint adjusted(NSScrollView& self, NSClipView& clip, NSPoint wanted)
     {
         const Ref<NSView> document = self.documentView();
@@ -205,7 +197,8 @@ template <> struct NSScrollView::Methods<struct Scrolling> {
         if (point == before)
             return;
         begin(self);
-        stopMovement(*clip);
+        // Content that moves by degrees stays where the user takes it over.
+        PropertyMovements::stop(*clip, kMovingBoundsOrigin);
         clip->scrollToPoint(point);
         if (clip->bounds().origin != before)
             post(self, NSScrollViewDidLiveScrollNotification);

@@ -255,10 +255,12 @@ template <> struct NSScroller::Methods<struct Basics> {
     {
         const auto [inner, outer] = margins(self);
         const NSRect part = self.rectForPart(NSScrollerKnob);
-        const NSRect knob = isUpright(self) ? NSMakeRect(NSMinX(part) + inner, NSMinY(part),
-                                part.size.width - inner - outer, part.size.height)
-                                            : NSMakeRect(NSMinX(part), NSMinY(part) + inner,
-                                                part.size.width, part.size.height - inner - outer);
+        // On whole pixels: in a long document it moves by less than one.
+        const NSRect knob = controls::onPixels(isUpright(self)
+                ? NSMakeRect(NSMinX(part) + inner, NSMinY(part), part.size.width - inner - outer,
+                    part.size.height)
+                : NSMakeRect(NSMinX(part), NSMinY(part) + inner, part.size.width,
+                    part.size.height - inner - outer));
         if (NSIsEmptyRect(knob))
             return;
         controls::fillRounded(

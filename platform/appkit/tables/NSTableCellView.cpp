@@ -2,9 +2,8 @@
 #include "appkit/NSTableCellView.h"
 
 #include "appkit/NSTextField.h"
-#include "foundation/Each.h"
+#include "appkit/views/SubviewsPrivate.h"
 #include "foundation/Exceptions.h"
-#include "foundation/NSArray.h"
 #include "runtime/Table.h"
 
 namespace brindle {
@@ -40,12 +39,12 @@ template <> struct NSTableCellView::Methods<struct Basics> {
         if (self.backgroundStyle_ == style)
             return;
         self.backgroundStyle_ = style;
-        for (NSView* view : each<NSView>(self.subviews())) {
-            if (!view->isKindOfClass(NSControl::cls()))
-                continue;
-            maybe(static_cast<NSControl*>(view)->cell())->setBackgroundStyle(style);
-            view->setNeedsDisplay(true);
-        }
+        forSubviews(self, [style](NSView& view) {
+            if (!view.isKindOfClass(NSControl::cls()))
+                return;
+            maybe(static_cast<NSControl&>(view).cell())->setBackgroundStyle(style);
+            view.setNeedsDisplay(true);
+        });
     }
     // A control that comes later lies on the same ground.
     static void didAddSubview(NSTableCellView& self, NSView* view)

@@ -5,6 +5,7 @@
 #include "appkit/NSColor.h"
 #include "appkit/NSControl.h"
 #include "appkit/NSGraphicsContext.h"
+#include "foundation/ShortVector.h"
 #include "runtime/Table.h"
 
 namespace brindle {
@@ -33,7 +34,7 @@ template <> struct NSTableRowView::Methods<struct Basics> {
     static void tellCells(NSTableRowView& self)
     {
         const NSBackgroundStyle style = self.interiorBackgroundStyle();
-        const std::vector<Ref<NSView>> cells = self.cells_;
+        const ShortVector<Ref<NSView>, 16> cells(self.cells_.begin(), self.cells_.end());
         for (const Ref<NSView>& cell : cells) {
             if (cell)
                 tell(*cell, style);

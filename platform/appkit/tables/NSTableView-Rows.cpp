@@ -159,9 +159,11 @@ namespace {
 void TableAccess::showStates(NSTableView& table)
 {
     const bool emphasized = isEmphasized(table);
-    const std::vector<ShownRow> rows = state(table).shown; // an override may change the list
-    for (const ShownRow& shown : rows)
+    const std::vector<ShownRow>& rows = state(table).shown;
+    for (std::size_t i = 0; i < rows.size(); ++i) { // an override may change the list
+        const ShownRow shown = rows[i];
         showState(table, shown, emphasized);
+    }
 }
 
 void TableAccess::putAway(NSTableView& table, const Ref<NSTableRowView>& view)

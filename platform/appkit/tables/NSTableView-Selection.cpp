@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "NSTableViewPrivate.h"
 #include "appkit/NSTableView+Columns.h"
+#include "runtime/Spare.h"
 #include "runtime/Table.h"
 
 namespace brindle {
@@ -21,7 +22,12 @@ bool TableAccess::setSelection(NSTableView& table, const NSIndexSet& rows, NSInt
         forgetChosenColumns(table);
     if (!changes)
         return false;
-    s.selection = cast<NSMutableIndexSet>(rows.mutableCopy());
+    if (isSpare(s.selection)) { // nobody keeps the old answer
+        s.selection->removeAllIndexes();
+        s.selection->addIndexes(&rows);
+    } else {
+        s.selection = cast<NSMutableIndexSet>(rows.mutableCopy());
+    }
     showStates(table);
     return true;
 }
@@ -115,8 +121,10 @@ template <> struct NSTableView::Methods<struct Selection> {
             TableAccess::requireRow(self, static_cast<NSInteger>(rows.lastIndex()));
     }
     // Where one row may be selected, the last one of all is meant.
-    static Ref<NSMutableIndexSet> allowed(NSTableView& self, const NSIndexSet& rows, bool extend)
+    static Ref<NSIndexSet> allowed(NSTableView& self, NSIndexSet& rows, bool extend)
     {
+        if (!extend && (of(self).multiple || rows.count() <= 1))
+            return &rows;
         if (of(self).multiple) {
             const Ref<NSMutableIndexSet> all = make<NSMutableIndexSet>();
             if (extend)
@@ -139,7 +147,7 @@ template <> struct NSTableView::Methods<struct Selection> {
         const Ref<NSTableView> alive(&self);
         const Ref<NSIndexSet> rows = lent ? Ref<NSIndexSet>(lent) : NSIndexSet::cls().indexSet();
         requireRows(self, *rows);
-        const Ref<NSMutableIndexSet> all = allowed(self, *rows, extend);
+        const Ref<NSIndexSet> all = allowed(self, *rows, extend);
         if (!all->count() && !of(self).empty)
             return;
         const NSInteger lead

@@ -5,6 +5,7 @@
 #include "appkit/NSWindow.h"
 #include "foundation/NSMutableString.h"
 #include "foundation/NSNotificationCenter.h"
+#include "foundation/NotificationMemory.h"
 #include "runtime/Table.h"
 
 #include <cmath>
@@ -27,12 +28,12 @@ TableState::~TableState()
 void TableAccess::post(NSTableView& table, NSString* name, SEL told, NSDictionary* facts)
 {
     const Ref<NSTableView> alive(&table);
-    const Ref<NSNotification> news
-        = NSNotification::cls().notificationWithName_object_userInfo(name, &table, facts);
+    Ref<NSNotification> news = makeNotification(name, &table, facts);
     const Ref<NSObject> delegate = state(table).delegate.get();
     if (delegate && delegate->respondsToSelector(told))
         delegate->performSelector_withObject(told, news.get());
     NSNotificationCenter::cls().defaultCenter()->postNotification(news.get());
+    retireNotification(std::move(news));
 }
 
 template <> struct NSTableView::Methods<struct Basics> {

@@ -51,7 +51,7 @@ namespace {
     constexpr MovingProperty kViewBounds { "bounds",
         [](NSObject& o) { return numbers(as<NSView>(o).bounds()); },
         [](NSObject& o, const MovingNumbers& n) { as<NSView>(o).setBounds(rect(n)); } };
-    constexpr MovingProperty kViewBoundsOrigin { "boundsOrigin",
+    constexpr MovingProperty kViewBoundsOrigin { kMovingBoundsOrigin,
         [](NSObject& o) {
             return numbers({ as<NSView>(o).bounds().origin, {} });
         },

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "NSViewPrivate.h"
+#include "SubviewsPrivate.h"
 #include "ViewLayerPrivate.h"
 #include "appkit/NSEvent.h"
 #include "appkit/NSMenu.h"
@@ -153,9 +154,7 @@ void ViewAccess::geometryChanged(NSView& view)
 void ViewAccess::updateTrackingAreas(NSView& view)
 {
     view.updateTrackingAreas();
-    const std::vector<Ref<NSView>> inside = view.subviews_;
-    for (const Ref<NSView>& subview : inside)
-        updateTrackingAreas(*subview);
+    forSubviews(view, [](NSView& subview) { updateTrackingAreas(subview); });
 }
 
 }

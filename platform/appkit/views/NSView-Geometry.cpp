@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "NSViewPrivate.h"
+#include "SubviewsPrivate.h"
 
 #include "foundation/NSNotificationCenter.h"
 #include "quartz/layers/Autoresizing.h"
@@ -160,9 +161,7 @@ template <> struct NSView::Methods<struct Geometry> {
 
     static void resizeSubviews(NSView& self, NSSize oldSize)
     {
-        const std::vector<Ref<NSView>> views = self.subviews_; // an override may change the list
-        for (const Ref<NSView>& view : views)
-            view->resizeWithOldSuperviewSize(oldSize);
+        forSubviews(self, [oldSize](NSView& view) { view.resizeWithOldSuperviewSize(oldSize); });
     }
     static void resizeWithOldSuperviewSize(NSView& self, NSSize oldSize)
     {

@@ -2,6 +2,7 @@
 #include "appkit/NSView.h"
 
 #include "NSViewPrivate.h"
+#include "SubviewsPrivate.h"
 #include "ViewLayerPrivate.h"
 #include "appkit/windows/KeyViewsPrivate.h"
 #include "appkit/windows/NSWindowPrivate.h"
@@ -31,11 +32,10 @@ template <> struct NSView::Methods<struct Basics> {
             view.viewDidHide();
         else
             view.viewDidUnhide();
-        const std::vector<Ref<NSView>> inside = view.subviews_;
-        for (const Ref<NSView>& subview : inside) {
-            if (!subview->hidden_)
-                tellHidden(*subview, hidden);
-        }
+        forSubviews(view, [hidden](NSView& subview) {
+            if (!subview.hidden_)
+                tellHidden(subview, hidden);
+        });
     }
     static void setHidden(NSView& self, bool hidden)
     {

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "PainterPrivate.h"
+#include "SubviewsPrivate.h"
 
 #include "quartz/CGContext.h"
 #include "runtime/NSException.h"
@@ -180,25 +181,14 @@ Parts Painter::partsIn(NSRect visible) const
     return inside;
 }
 
-// Siblings are sorted out by their frames alone, which costs a few comparisons each; who passes is asked exactly. A step may
-// change the list, so that it is kept aside: on one stack for all passes, in memory that is asked for once.
+// Siblings are sorted out by their frames alone, which costs a few comparisons each; who passes is asked exactly.
 template <class Step>
 void Painter::forTouched(NSView& view, const AxisTransform& toWindow, Step&& step) const
 {
-    static auto* const touched = new std::vector<Ref<NSView>>;
-    struct Level {
-        ~Level() { touched->resize(start); }
-        const std::size_t start = touched->size();
-    } const level;
     const NSRect reach = reachIn(toWindow, box_);
-    for (const Ref<NSView>& subview : ViewAccess::subviews(view)) {
-        if (ViewAccess::mayReach(*subview, reach))
-            touched->push_back(subview);
-    }
-    for (std::size_t i = level.start, end = touched->size(); i < end; ++i) {
-        const Ref<NSView> subview = (*touched)[i];
-        step(*subview);
-    }
+    forSubviews(
+        view, [&reach](const NSView& subview) { return ViewAccess::mayReach(subview, reach); },
+        step);
 }
 
 // The last opaque view, in the order of drawing, that covers all that is to be drawn: nothing before it shows.

@@ -4,9 +4,9 @@
 #include <algorithm>
 #include <limits>
 #include <memory>
-#include <string_view>
 #include <vector>
 
+#include "foundation/ShortVector.h"
 #include "quartz/layers/AllServed.h"
 #include "quartz/layers/FrameClock.h"
 #include "quartz/layers/MediaTiming.h"
@@ -28,9 +28,9 @@ namespace {
         double start = 0;
         bool started = false;
 
-        bool isOf(const NSObject& other, const MovingProperty& wanted) const
+        bool isOf(const NSObject& other, std::string_view name) const
         {
-            return object == &other && std::string_view(property->name) == wanted.name;
+            return object == &other && property->name == name;
         }
         bool isOver(double now) const { return now - start >= duration - quartz::kTimeTolerance; }
         /// Answers when it wants to be shown after now; infinity at its end.
@@ -54,6 +54,8 @@ namespace {
         }
     };
     using Movements = std::vector<std::shared_ptr<Movement>>;
+    /// Those of a moment: what a movement sets may tell others, who change the list.
+    using Present = ShortVector<std::shared_ptr<Movement>, 16>;
 
     class MovingProperties : public quartz::FrameClient {
     public:
@@ -71,11 +73,11 @@ namespace {
                 start();
         }
         /// Takes a movement away; the property stays where it is.
-        void cancel(const NSObject& object, const MovingProperty& property)
+        void cancel(const NSObject& object, std::string_view name)
         {
-            const Movements present = movements_;
+            const Present present(movements_.begin(), movements_.end());
             for (const std::shared_ptr<Movement>& movement : present) {
-                if (movement->isOf(object, property))
+                if (movement->isOf(object, name))
                     end(movement);
             }
         }
@@ -94,8 +96,7 @@ namespace {
             constexpr double kNever = std::numeric_limits<double>::infinity();
             double next = kNever;
             AllServed all;
-            const Movements present
-                = movements_; // what is set may tell others, who change the list
+            const Present present(movements_.begin(), movements_.end());
             for (const std::shared_ptr<Movement>& movement : present) {
                 if (!movement->started || !isPresent(movement))
                     continue;
@@ -152,13 +153,18 @@ void PropertyMovements::move(
     movement->function = group.function
         ? group.function
         : CAMediaTimingFunction::cls().functionWithName(kCAMediaTimingFunctionDefault);
-    MovingProperties::shared()->cancel(object, property);
+    MovingProperties::shared()->cancel(object, property.name);
     if (!(duration > 0)) {
         property.write(object, to);
         return;
     }
     movement->groups = Transactions::enter();
     MovingProperties::shared()->add(std::move(movement));
+}
+
+void PropertyMovements::stop(NSObject& object, std::string_view name)
+{
+    MovingProperties::shared()->cancel(object, name);
 }
 
 void PropertyMovements::hold() { MovingProperties::shared()->hold(); }

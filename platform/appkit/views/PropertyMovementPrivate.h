@@ -3,6 +3,7 @@
 
 #include <array>
 #include <exception>
+#include <string_view>
 
 #include "appkit/NSAnimationContext.h"
 
@@ -10,6 +11,9 @@ namespace brindle {
 
 /// The numbers of a value that moves: an alpha, a point, a rectangle.
 using MovingNumbers = std::array<double, 4>;
+
+/// The name under which the place of a view's content moves.
+inline constexpr const char* kMovingBoundsOrigin = "boundsOrigin";
 
 /// A property of a view or a window that can move by degrees.
 struct MovingProperty {
@@ -22,6 +26,8 @@ struct MovingProperty {
 struct PropertyMovements {
     /// Moves a property from what it is to a value, or sets it at once when the transaction has no duration.
     static void move(NSObject& object, const MovingProperty& property, const MovingNumbers& to);
+    /// Ends the movement of a property that goes by a name, if there is one; it stays where it is.
+    static void stop(NSObject& object, std::string_view name);
     /// Keeps new movements from starting until the outermost hold is let go.
     static void hold();
     /// Answers NO when nothing was held.

@@ -5,6 +5,7 @@
 
 #include "NSWindowPrivate.h"
 #include "appkit/views/NSViewPrivate.h"
+#include "foundation/ShortVector.h"
 
 namespace brindle {
 
@@ -39,8 +40,10 @@ namespace {
         }
     }
 
+    using Above = ShortVector<NSRect, 16>;
+
     /// Finds what is drawn above a view, in window coordinates. - Returns: NO where the view is not plainly on the window.
-    bool collectAbove(const NSView& view, std::vector<NSRect>& above)
+    bool collectAbove(const NSView& view, Above& above)
     {
         for (const NSView* v = &view; v; v = ViewAccess::superview(*v)) {
             if (ViewAccess::isHidden(*v) || ViewAccess::alpha(*v) < 1 || ViewAccess::layer(*v))
@@ -68,7 +71,7 @@ bool WindowAccess::copyForScrolling(NSView& view, NSSize by)
     if (!window)
         return false;
     WindowState& s = state(*window);
-    std::vector<NSRect> above;
+    Above above;
     if (!s.backing || s.drawing || !collectAbove(view, above))
         return false;
     const double scale = s.backing->scale;
@@ -86,7 +89,7 @@ bool WindowAccess::copyForScrolling(NSView& view, NSSize by)
     const PixelRect kept = intersection(area, shifted(area, dx, dy));
     movePixels(*s.backing, shifted(kept, -dx, -dy), dx, dy);
 
-    const std::vector<PixelRect> waiting(s.damage.rects().begin(), s.damage.rects().end());
+    const ShortVector<PixelRect, 16> waiting(s.damage.rects().begin(), s.damage.rects().end());
     for (const PixelRect& rect : waiting)
         s.damage.add(intersection(kept, shifted(intersection(rect, area), dx, dy)));
     for (const NSRect& rect : above) {

@@ -6,7 +6,7 @@
 #include "appkit/NSTextView.h"
 #include "appkit/NSView+CursorRects.h"
 #include "appkit/views/CursorPrivate.h"
-#include "appkit/views/NSViewPrivate.h"
+#include "appkit/views/SubviewsPrivate.h"
 #include "runtime/Table.h"
 
 namespace brindle {
@@ -57,9 +57,7 @@ namespace {
         if (view.isHidden())
             return;
         resetCursorRects(view);
-        const std::vector<Ref<NSView>> inside = ViewAccess::subviews(view);
-        for (const Ref<NSView>& subview : inside)
-            askForRects(*subview);
+        forSubviews(view, [](NSView& subview) { askForRects(subview); });
     }
 
 }

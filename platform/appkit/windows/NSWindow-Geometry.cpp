@@ -6,8 +6,8 @@
 #include "NSWindowPrivate.h"
 #include "appkit/NSWindow+Proportions.h"
 #include "appkit/application/NSApplicationPrivate.h"
-#include "appkit/views/NSViewPrivate.h"
 #include "appkit/views/PropertyMovementPrivate.h"
+#include "appkit/views/SubviewsPrivate.h"
 #include "runtime/Table.h"
 
 namespace brindle {
@@ -25,17 +25,13 @@ namespace {
             view.viewWillStartLiveResize();
         else
             view.viewDidEndLiveResize();
-        const std::vector<Ref<NSView>> inside = ViewAccess::subviews(view);
-        for (const Ref<NSView>& subview : inside)
-            tellLiveResize(*subview, begins);
+        forSubviews(view, [begins](NSView& subview) { tellLiveResize(subview, begins); });
     }
 
     void tellBackingChange(NSView& view)
     {
         view.viewDidChangeBackingProperties();
-        const std::vector<Ref<NSView>> inside = ViewAccess::subviews(view);
-        for (const Ref<NSView>& subview : inside)
-            tellBackingChange(*subview);
+        forSubviews(view, [](NSView& subview) { tellBackingChange(subview); });
     }
 
 }

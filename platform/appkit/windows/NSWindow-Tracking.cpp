@@ -6,12 +6,13 @@
 #include "appkit/application/NSEventPrivate.h"
 #include "appkit/controls/NSButtonPrivate.h"
 #include "appkit/views/NSViewPrivate.h"
+#include "foundation/ShortVector.h"
 
 namespace brindle {
 
 namespace {
 
-    using Areas = std::vector<Ref<NSTrackingArea>>;
+    using Areas = ShortVector<Ref<NSTrackingArea>, 16>;
 
     bool isActive(NSTrackingArea& area, NSWindow& window)
     {
@@ -43,19 +44,10 @@ namespace {
             collect(*subview, point, found);
     }
 
-    Areas areasAt(NSWindow& window, NSPoint point)
-    {
-        Areas found;
-        const WindowState& state = WindowAccess::state(window);
-        if (!state.ignoresMouse)
-            collect(*state.frameView, point, found);
-        return found;
-    }
-
     Ref<NSEvent> crossing(NSEventType type, NSWindow& window, NSTrackingArea& area, NSEvent* cause)
     {
         const WindowState& state = WindowAccess::state(window);
-        return EventAccess::make({ .type = type,
+        return EventAccess::makeAgain({ .type = type,
             .flags = cause ? cause->modifierFlags() : ApplicationAccess::modifiers(),
             .timestamp = cause ? cause->timestamp() : ApplicationAccess::now(),
             .windowNumber = state.number,
@@ -70,6 +62,14 @@ namespace {
         const Ref<NSObject> owner = area.owner();
         if (owner && owner->respondsToSelector(selector<S>))
             owner->send<S>(event);
+    }
+
+    template <Text S>
+    void tellCrossing(NSEventType type, NSWindow& window, NSTrackingArea& area, NSEvent* cause)
+    {
+        Ref<NSEvent> event = crossing(type, window, area, cause);
+        tell<S>(area, event.get());
+        EventAccess::retire(std::move(event));
     }
 
     /// Tells a button whether the pointer is over it. Answers false for areas of others.
@@ -88,7 +88,7 @@ namespace {
         if (!std::exchange(TrackingAccess::isInside(area), false) || toldButton(area, false))
             return;
         if (TrackingAccess::options(area) & NSTrackingMouseEnteredAndExited)
-            tell<"mouseExited:">(area, crossing(NSMouseExited, window, area, cause).get());
+            tellCrossing<"mouseExited:">(NSMouseExited, window, area, cause);
     }
 
     void enter(NSWindow& window, NSTrackingArea& area, NSEvent* cause)
@@ -100,9 +100,9 @@ namespace {
             return;
         const NSTrackingAreaOptions options = TrackingAccess::options(area);
         if (options & NSTrackingMouseEnteredAndExited)
-            tell<"mouseEntered:">(area, crossing(NSMouseEntered, window, area, cause).get());
+            tellCrossing<"mouseEntered:">(NSMouseEntered, window, area, cause);
         if (options & NSTrackingCursorUpdate)
-            tell<"cursorUpdate:">(area, crossing(NSCursorUpdate, window, area, cause).get());
+            tellCrossing<"cursorUpdate:">(NSCursorUpdate, window, area, cause);
     }
 
     bool contains(const Areas& areas, const NSTrackingArea* area)
@@ -154,12 +154,14 @@ void WindowAccess::trackPointer(NSWindow& window, NSEvent& event, bool dragging)
     settleTracking(window);
     s.pointer = event.locationInWindow();
     s.pointerInside = NSPointInRect(s.pointer, { {}, s.frame.size }) && !s.ignoresMouse;
-    Areas now = s.pointerInside ? areasAt(window, s.pointer) : Areas();
+    Areas now;
+    if (s.pointerInside)
+        collect(*s.frameView, s.pointer, now);
     std::erase_if(now, [&](const Ref<NSTrackingArea>& area) { return !isActive(*area, window); });
     const auto silenced = [dragging](NSTrackingArea& area) {
         return dragging && !(TrackingAccess::options(area) & NSTrackingEnabledDuringMouseDrag);
     };
-    const Areas before = s.inside;
+    const Areas before(s.inside.begin(), s.inside.end());
     std::erase_if(s.inside, [&](const Ref<NSTrackingArea>& area) {
         return !contains(now, area.get()) && !silenced(*area);
     });
@@ -182,7 +184,8 @@ void WindowAccess::pointerLeft(NSWindow& window, NSEvent* event)
     WindowState& s = state(window);
     const Ref<NSWindow> alive(&window);
     s.pointerInside = false;
-    const Areas before = std::exchange(s.inside, {});
+    const Areas before(s.inside.begin(), s.inside.end());
+    s.inside.clear();
     for (std::size_t i = before.size(); i-- > 0;) {
         if (isStillThere(*before[i], window))
             exit(window, *before[i], event);

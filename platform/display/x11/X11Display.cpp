@@ -109,7 +109,7 @@ void X11Display::remove(X11Surface& surface)
         if (other->parent() == &surface)
             other->parentGone();
     }
-    std::erase_if(events_, [&surface](const Event& e) { return e.surface == surface.id(); });
+    events_.eraseIf([&surface](const Event& e) { return e.surface == surface.id(); });
 }
 
 void X11Display::addWindow(X11Surface& surface) { windows_[surface.window()] = &surface; }

@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-#include <deque>
 #include <unordered_map>
 #include <vector>
 
@@ -15,6 +14,7 @@
 #include "WindowManagerPrivate.h"
 #include "X11ClipboardPrivate.h"
 #include "display/Display.h"
+#include "foundation/Queue.h"
 
 namespace brindle::display {
 
@@ -131,7 +131,7 @@ private:
     Cursors cursors_;
     std::unordered_map<xcb_window_t, X11Surface*> windows_;
     std::vector<X11Surface*> order_; // the lowest first
-    std::deque<Event> events_;
+    Queue<Event> events_;
     Reply<xcb_generic_event_t> lookedAt_; // read already, to see whether it is another movement
     const X11Surface* grabbing_ = nullptr;
     const X11Surface* managed_ = nullptr; // moved or resized by the window manager now
