@@ -4,6 +4,8 @@
 #include <cstddef>
 #include <malloc.h>
 
+#include "support/Allocations.h"
+
 namespace brindle::bench {
 
 /// Answers the bytes of the heap that are in use now, the allocator's own share of each block included.
@@ -13,8 +15,8 @@ inline double heapInUse()
     return static_cast<double>(info.uordblks) + static_cast<double>(info.hblkhd);
 }
 
-/// Answers how often this thread has asked for memory so far.
-std::size_t allocationsMade();
+// One count for tests and measurements; both sides of a comparison pay for it alike.
+using test::allocationsMade;
 
 /// Counts from now on the most memory that the process has in use at a time, in pages that are really there.
 class PeakMemory {

@@ -29,6 +29,13 @@ public:
 class NamedRowSource : public RowSource {
     BRINDLE_OBJECT(NamedRowSource, RowSource)
 };
+/// Rows with a text that is made for each, and what that asks for.
+class WritingRowSource : public RowSource {
+    BRINDLE_OBJECT(WritingRowSource, RowSource)
+
+public:
+    std::size_t allocations_ = 0;
+};
 /// Rows of different heights.
 class HighRowSource : public RowSource {
     BRINDLE_OBJECT(HighRowSource, RowSource)
@@ -41,6 +48,7 @@ namespace brindle {
 using bench::HighRowSource;
 using bench::NamedRowSource;
 using bench::RowSource;
+using bench::WritingRowSource;
 
 template <> struct RowSource::Methods<struct Rows> {
     static NSInteger count(RowSource& self, NSTableView*) { return self.rows_; }
@@ -60,6 +68,21 @@ template <> struct NamedRowSource::Methods<struct Values> {
     }
 };
 BRINDLE_RECORD(NamedRowSource, Values)
+
+template <> struct WritingRowSource::Methods<struct Values> {
+    static Ref<NSObject> value(WritingRowSource& self, NSTableView*, NSTableColumn*, NSInteger row)
+    {
+        const std::size_t before = bench::allocationsMade();
+        const Ref<NSString> text = stringFrom("Row " + std::to_string(row));
+        self.allocations_ += bench::allocationsMade() - before;
+        return text;
+    }
+    static void table(Builder& t)
+    {
+        t.methods({ { "tableView:objectValueForTableColumn:row:", imp<value> } });
+    }
+};
+BRINDLE_RECORD(WritingRowSource, Values)
 
 template <> struct HighRowSource::Methods<struct Heights> {
     static CGFloat height(HighRowSource&, NSTableView*, NSInteger row)
@@ -208,17 +231,57 @@ namespace {
         const auto desk = std::make_shared<Desk<NSTableView, NamedRowSource>>(1'000'000);
         return { repeated([desk](std::size_t i) { scrollFrame(*desk, i); }), {} };
     }
-    // Rows of texts, or without cell views: then it is what the table itself and the window take.
+    /// Answers how often a frame asks for memory, once everything that is kept is there.
+    /// - script: what the user does before each; the scripted display's own memory is not counted.
+    template <class Script, class Frame>
+    double allocationsIn(const Script& script, const Frame& frame)
+    {
+        constexpr std::size_t kFirstFrames = 100;
+        constexpr std::size_t kFrames = 1000;
+        std::size_t all = 0;
+        for (std::size_t i = 0; i < kFirstFrames + kFrames; ++i) {
+            script(i);
+            const std::size_t before = allocationsMade();
+            frame(i);
+            all += i < kFirstFrames ? 0 : allocationsMade() - before;
+        }
+        return static_cast<double>(all) / kFrames;
+    }
+    constexpr auto kNoScript = [](std::size_t) {};
+
+    // Rows of texts that are there, or without cell views: all that is asked for is the kit's.
     template <class Source> Reading allocations()
     {
-        constexpr std::size_t kFrames = 1000;
         Desk<NSTableView, Source> desk(1'000'000);
-        for (std::size_t i = 0; i < 100; ++i)
-            scrollFrame(desk, i);
-        const std::size_t before = allocationsMade();
-        for (std::size_t i = 100; i < 100 + kFrames; ++i)
-            scrollFrame(desk, i);
-        return { static_cast<double>(allocationsMade() - before) / kFrames, 0 };
+        return { allocationsIn(kNoScript, [&](std::size_t i) { scrollFrame(desk, i); }), 0 };
+    }
+    Reading allocationsOfWheel()
+    {
+        Desk<NSTableView, NamedRowSource> desk(1'000'000);
+        desk.display->movePointer({ 50, 300 });
+        return { allocationsIn([&](std::size_t) { desk.display->scroll(0, -2); },
+                     [&](std::size_t) { desk.process(); }),
+            0 };
+    }
+    // Texts that are made for each row; the floor is what making them asks for.
+    Reading allocationsOfNewTexts()
+    {
+        Desk<NSTableView, WritingRowSource> desk(1'000'000);
+        const double all = allocationsIn([&](std::size_t) { desk.source->allocations_ = 0; },
+            [&](std::size_t i) { scrollFrame(desk, i); });
+        return { all, static_cast<double>(desk.source->allocations_) };
+    }
+    // The floor is the line that a menu table writes for each row.
+    Reading allocationsOfHover()
+    {
+        Desk<BRMenuTableView, NamedRowSource> desk(100'000);
+        const double all = allocationsIn(
+            [&](std::size_t i) {
+                desk.display->movePointer({ 50, 10 + static_cast<double>(i % 30) * 19 });
+            },
+            [&](std::size_t) { desk.process(); });
+        return { all,
+            allocationsIn(kNoScript, [](std::size_t i) { NSLog("hover %lu"_ns, i % 30); }) };
     }
 
 }
@@ -236,10 +299,16 @@ void addTables(Plan& plan)
     plan.time("menu table: pointer to another of 100000 rows, drawn", atMost(50'000), hover);
     plan.time("menu table: pointer within one of 100000 rows", atMost(50'000), rest);
     plan.time("table: scroll 1000000 rows by two, a frame", atMost(16'600'000), scroll);
-    plan.read("table: allocations a frame of scrolling, rows alone", "", atMost(6),
+    plan.read("table: allocations a frame of scrolling, rows alone", "", atMost(0),
         allocations<RowSource>);
-    plan.read("table: allocations a frame of scrolling, rows of text", "", atMost(40),
+    plan.read("table: allocations a frame of scrolling, rows of ready text", "", atMost(0),
         allocations<NamedRowSource>);
+    plan.read("table: allocations a frame of the wheel, rows of ready text", "", atMost(0),
+        allocationsOfWheel);
+    plan.read("table: allocations a frame of scrolling, rows of new text, beside the texts' own",
+        "", timesFloor(1), allocationsOfNewTexts);
+    plan.read("menu table: allocations of a pointer to another row, beside its line in the log", "",
+        timesFloor(1), allocationsOfHover);
 }
 
 }

@@ -10,6 +10,7 @@
 #include "graphics/NSColor+StandardUIColors.h"
 #include "menubar/BRMenuTableRowView.h"
 #include "support/ActionLog.h"
+#include "support/Allocations.h"
 #include "support/Focused.h"
 #include "support/HeadlessScreen.h"
 #include "support/LogSink.h"
@@ -188,6 +189,19 @@ namespace {
         hover(2);
         screen.pointer().moveTo({ 60, line(2).y + 3 });
         EXPECT_EQ(log.text(), "hover 2\n");
+    }
+
+    TEST_F(MenuTable, AMoveToTheNextRowAsksForTheMemoryOfItsLineInTheLogAlone)
+    {
+        setLogSink([](NSString*) {});
+        const std::size_t lineInTheLog = test::mostAllocationsIn(
+            1, [](int) {}, [] { NSLog("hover %lu"_ns, NSUInteger { 5 }); });
+        const std::size_t most = test::mostAllocationsIn(
+            20,
+            [&](int i) { screen.display().movePointer(line(i % 20 < 10 ? i % 20 : 19 - i % 20)); },
+            [&] { screen.process(); });
+        EXPECT_EQ(most, lineInTheLog);
+        EXPECT_EQ(table->selectedRow(), 0);
     }
 
     TEST_F(MenuTable, TheLastRowStaysSelectedWhenThePointerLeaves)
