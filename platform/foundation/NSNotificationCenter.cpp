@@ -32,7 +32,7 @@ namespace {
         std::atomic<bool> ended { false };
     };
     using Shared = std::shared_ptr<Observation>;
-    using Fitting = ShortVector<Shared, 16>;
+    using Addressees = ShortVector<Shared, 16>;
 
     struct Key {
         Ref<NSString> name;
@@ -151,14 +151,14 @@ struct NSNotificationCenter::Registry {
             byObserver.erase(place);
     }
 
-    void collectLocked(const Key& key, Fitting& out)
+    void collectLocked(const Key& key, Addressees& out)
     {
         if (const auto place = byKey.find(key); place != byKey.end())
             out.insert(out.end(), place->second.begin(), place->second.end());
     }
 
     /// Finds whom a notification is for, in the order in which they asked.
-    void find(const Ref<NSString>& name, const NSObject* object, Fitting& all)
+    void find(const Ref<NSString>& name, const NSObject* object, Addressees& all)
     {
         {
             const std::lock_guard guard(mutex);
@@ -234,7 +234,7 @@ template <> struct NSNotificationCenter::Methods<struct Posting> {
         const Ref<NSNotificationCenter> alive(&self);
         const Ref<NSNotification> kept(notification);
         const Ref<NSObject> sender = notification->object();
-        Fitting all;
+        Addressees all;
         self.registry_->find(notification->name(), sender.get(), all);
         for (const Shared& each : all)
             deliver(*each, notification);
@@ -246,7 +246,7 @@ template <> struct NSNotificationCenter::Methods<struct Posting> {
     static void postInfo(
         NSNotificationCenter& self, NSString* name, NSObject* object, NSDictionary* userInfo)
     {
-        Fitting all;
+        Addressees all;
         self.registry_->find(Ref<NSString>(name), object, all);
         if (all.empty() && name)
             return; // most notifications have nobody to read them

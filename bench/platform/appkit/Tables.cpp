@@ -277,7 +277,9 @@ namespace {
         Desk<BRMenuTableView, NamedRowSource> desk(100'000);
         const double all = allocationsIn(
             [&](std::size_t i) {
-                desk.display->movePointer({ 50, 10 + static_cast<double>(i % 30) * 19 });
+                const std::size_t step = i % 58; // up and down, from each row to the next
+                const std::size_t row = step < 30 ? step : 58 - step;
+                desk.display->movePointer({ 50, 10 + static_cast<double>(row) * 19 });
             },
             [&](std::size_t) { desk.process(); });
         return { all,

@@ -5,6 +5,7 @@
 
 #include <gtest/gtest.h>
 
+#include "appkit/NSEvent.h"
 #include "appkit/NSScreen.h"
 #include "foundation/NSArray.h"
 #include "foundation/NSDate.h"
@@ -85,6 +86,18 @@ TEST(NSApplication, PostedEventsComeInTheirOrder)
     EXPECT_EQ(next(app, NSApplicationDefinedMask)->data1(), 1);
     EXPECT_EQ(next(app, NSKeyDownMask), nullptr);
     EXPECT_EQ(next(app, NSApplicationDefinedMask)->data1(), 2);
+}
+
+TEST(NSApplication, AnEventThatSomebodyKeepsStaysAsItWas)
+{
+    HeadlessScreen screen;
+    screen.pointer().moveTo({ 10, 20 });
+    const Ref<NSEvent> kept = screen.application().currentEvent();
+    for (int i = 0; i < 20; ++i)
+        screen.pointer().moveTo({ 100.0 + i, 50 });
+    EXPECT_EQ(kept->locationInWindow(), NSMakePoint(10, 20));
+    EXPECT_FALSE(screen.application().currentEvent() == kept);
+    EXPECT_EQ(screen.application().currentEvent()->locationInWindow(), NSMakePoint(119, 50));
 }
 
 TEST(NSApplication, StopEndsRun)

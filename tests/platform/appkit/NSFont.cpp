@@ -21,6 +21,22 @@ TEST(NSFont, UnknownNameAndNilNameAnswerNil)
     EXPECT_EQ(NSFont::cls().fontWithName_size(nullptr, 12), nullptr);
 }
 
+TEST(NSFont, IsTheSameObjectWhenItIsAskedForAgain)
+{
+    const Ref<NSFont> font = NSFont::cls().systemFontOfSize(21);
+    EXPECT_EQ(NSFont::cls().systemFontOfSize(21), font);
+    EXPECT_FALSE(NSFont::cls().systemFontOfSize(22) == font);
+    EXPECT_FALSE(NSFont::cls().boldSystemFontOfSize(21) == font);
+}
+
+TEST(NSFont, ManyOthersLaterItIsStillEqual)
+{
+    const Ref<NSFont> font = NSFont::cls().systemFontOfSize(21);
+    for (int size = 30; size < 60; ++size)
+        EXPECT_EQ(NSFont::cls().systemFontOfSize(size)->pointSize(), size);
+    EXPECT_TRUE(NSFont::cls().systemFontOfSize(21)->isEqual(font.get()));
+}
+
 TEST(NSFont, SizeZeroMeansTheSizeOfTheRole)
 {
     EXPECT_EQ(NSFont::cls().systemFontOfSize(0)->pointSize(), 13);

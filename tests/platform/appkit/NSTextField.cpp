@@ -124,6 +124,17 @@ namespace {
         EXPECT_TRUE(first->cell()->isMemberOfClass(NSTextFieldCell::cls()));
     }
 
+    TEST_F(NSTextFieldTest, ATextThatSomebodyKeepsStaysWhenTheFieldIsDrawnWithAnother)
+    {
+        first->setStringValue("before"_ns);
+        const Ref<NSAttributedString> kept = first->attributedStringValue();
+        desk.screen.process();
+        first->setStringValue("after"_ns);
+        desk.screen.process();
+        EXPECT_EQ(utf8Of(kept->string().get()), "before");
+        EXPECT_EQ(utf8Of(first->attributedStringValue()->string().get()), "after");
+    }
+
     TEST_F(NSTextFieldTest, RefusesANilText)
     {
         EXPECT_THROW(first->setStringValue(nullptr), Exception);

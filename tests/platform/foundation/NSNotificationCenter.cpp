@@ -10,6 +10,7 @@
 #include "foundation/NSRunLoop.h"
 #include "runtime/NSException.h"
 #include "runtime/Table.h"
+#include "support/Allocations.h"
 
 namespace brindle {
 
@@ -271,6 +272,65 @@ TEST_F(NotificationCenter, CanBeUsedFromManyThreadsAtOnce)
     for (auto& thread : threads)
         thread.join();
     EXPECT_EQ(heard, 800);
+}
+
+TEST_F(NotificationCenter, ANotificationThatSomebodyKeepsStaysAsItWas)
+{
+    Ref<NSNotification> kept;
+    const Ref<NSObject> token = center->addObserverForName_object_queue_usingBlock(
+        "first"_ns, nullptr, nullptr, [&](NSNotification* news) { kept = news; });
+    post("first"_ns, sender.get());
+    post("second"_ns, stranger.get());
+    center->removeObserver(token.get());
+    post("third"_ns, stranger.get());
+    ASSERT_TRUE(kept);
+    EXPECT_EQ(utf8Of(kept->name()), "first");
+    EXPECT_EQ(kept->object(), sender);
+}
+
+TEST_F(NotificationCenter, ANotificationThatIsKnownWeaklyEndsWithItsPosting)
+{
+    WeakRef<NSNotification> known;
+    const Ref<NSObject> token = center->addObserverForName_object_queue_usingBlock("first"_ns,
+        nullptr, nullptr, [&](NSNotification* news) { known = WeakRef<NSNotification>(news); });
+    post("first"_ns);
+    EXPECT_FALSE(known.get());
+    center->removeObserver(token.get());
+}
+
+TEST_F(NotificationCenter, AfterAPostingNothingOfItIsKept)
+{
+    const Ref<NSObject> token = center->addObserverForName_object_queue_usingBlock(
+        "first"_ns, nullptr, nullptr, [](NSNotification*) {});
+    const WeakRef<NSObject> gone(sender);
+    post("first"_ns, std::exchange(sender, nullptr).get());
+    EXPECT_FALSE(gone.get());
+    center->removeObserver(token.get());
+}
+
+TEST_F(NotificationCenter, APostingInAPostingHasANotificationOfItsOwn)
+{
+    std::string names;
+    const Ref<NSObject> token = center->addObserverForName_object_queue_usingBlock(
+        nullptr, nullptr, nullptr, [&](NSNotification* news) {
+            if (news->name()->isEqualToString("outer"_ns))
+                post("inner"_ns);
+            names += utf8Of(news->name()) + " ";
+        });
+    post("outer"_ns);
+    post("outer"_ns);
+    center->removeObserver(token.get());
+    EXPECT_EQ(names, "inner outer inner outer ");
+}
+
+TEST_F(NotificationCenter, APostingAsksForNoMemory)
+{
+    const Ref<NSObject> token = center->addObserverForName_object_queue_usingBlock(
+        "news"_ns, nullptr, nullptr, [](NSNotification*) {});
+    const std::size_t most = test::mostAllocationsIn(
+        10, [](int) {}, [&] { post("news"_ns, sender.get()); });
+    EXPECT_EQ(most, 0u);
+    center->removeObserver(token.get());
 }
 
 }
