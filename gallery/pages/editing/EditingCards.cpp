@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "EditingCards.h"
 
+#include <algorithm>
+
 #include "appkit/NSEvent.h"
 #include "appkit/NSFont.h"
 #include "appkit/NSLayoutManager.h"
@@ -129,12 +131,18 @@ template <> struct PasteboardCard::Methods<struct Board> {
         board()->clearContents();
         self.setNeedsDisplay(true);
     }
+    /// What does not fit need not be measured: a text may be pasted into itself until it is megabytes long.
+    static Ref<NSString> beginning(const NSString& text)
+    {
+        constexpr NSUInteger kMost = 200;
+        return text.substringToIndex(std::min(text.length(), kMost));
+    }
     static void drawBody(PasteboardCard&, NSRect body)
     {
         const Ref<NSString> text = board()->stringForType(NSPasteboardTypeString);
         const Ref<NSString> changes
             = NSString::cls().stringWithFormat("change %ld"_ns, board()->changeCount());
-        drawFigure(text ? text.get() : "No text"_ns, changes.get(), body);
+        drawFigure(text ? beginning(*text).get() : "No text"_ns, changes.get(), body);
         double y = body.origin.y + kFigureHeight + 12;
         for (NSString* type : each<NSString>(board()->types())) {
             if (y + 18 > NSMaxY(body) - kChipHeight - 8)
