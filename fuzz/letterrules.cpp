@@ -32,7 +32,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     if (rules.isFree != again.isFree || rules.acting != again.acting
         || sumOf(rules.kerning) != sumOf(again.kerning))
         std::abort();
-    const text::FontFile font({ data, size }, size % 3);
+    const text::FontFile font({ data, size }, static_cast<unsigned>(size % 3));
     const text::CharacterMap characters(font.table("cmap"));
     for (char32_t codePoint = 0; codePoint < 0x110000; codePoint += 0x3FF)
         if (characters.glyphFor(codePoint) != characters.glyphFor(codePoint))
