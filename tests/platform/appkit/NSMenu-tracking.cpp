@@ -50,6 +50,14 @@ BRINDLE_RECORD(MenuListener, Listening)
 namespace {
 
     struct MenuTrackingTest : testing::Test, MenuDesk {
+        /// Presses a title that opens the menu, and keeps the button down.
+        Ref<MenuTitle> pressTitle()
+        {
+            Ref<MenuTitle> title = screen.add<MenuTitle>(NSMakeRect(100, 505, 60, 22));
+            title->setMenu(menu.get());
+            screen.pointer().press({ 110, 510 });
+            return title;
+        }
         /// Adds a step that writes down what is highlighted.
         void look()
         {
@@ -63,9 +71,7 @@ namespace {
 
     TEST_F(MenuTrackingTest, TwoClicksChoose)
     {
-        const Ref<MenuTitle> title = screen.add<MenuTitle>(NSMakeRect(100, 505, 60, 22));
-        title->setMenu(menu.get());
-        screen.pointer().press({ 110, 510 });
+        const Ref<MenuTitle> title = pressTitle();
         script.wait(0.05).release().click(middleOf(0));
         screen.process();
         EXPECT_EQ(chosen(), "One");
@@ -74,9 +80,7 @@ namespace {
 
     TEST_F(MenuTrackingTest, APressADragAndAReleaseChoose)
     {
-        const Ref<MenuTitle> title = screen.add<MenuTitle>(NSMakeRect(100, 505, 60, 22));
-        title->setMenu(menu.get());
-        screen.pointer().press({ 110, 510 });
+        const Ref<MenuTitle> title = pressTitle();
         script.move(middleOf(0)).move(middleOf(4)).release();
         screen.process();
         EXPECT_EQ(chosen(), "Last");
@@ -85,9 +89,7 @@ namespace {
 
     TEST_F(MenuTrackingTest, AQuickDragToAnItemChoosesIt)
     {
-        const Ref<MenuTitle> title = screen.add<MenuTitle>(NSMakeRect(100, 505, 60, 22));
-        title->setMenu(menu.get());
-        screen.pointer().press({ 110, 510 });
+        const Ref<MenuTitle> title = pressTitle();
         screen.pointer().dragTo(middleOf(4));
         screen.pointer().release();
         EXPECT_EQ(chosen(), "Last");
@@ -95,9 +97,7 @@ namespace {
 
     TEST_F(MenuTrackingTest, ALongPressThatEndsOutsideChoosesNothing)
     {
-        const Ref<MenuTitle> title = screen.add<MenuTitle>(NSMakeRect(100, 505, 60, 22));
-        title->setMenu(menu.get());
-        screen.pointer().press({ 110, 510 });
+        const Ref<MenuTitle> title = pressTitle();
         script.wait(1).release().then([] { EXPECT_TRUE(menuWindows().empty()); });
         screen.process();
         EXPECT_TRUE(menuWindows().empty());
@@ -106,9 +106,7 @@ namespace {
 
     TEST_F(MenuTrackingTest, AShortClickLeavesTheMenuOpen)
     {
-        const Ref<MenuTitle> title = screen.add<MenuTitle>(NSMakeRect(100, 505, 60, 22));
-        title->setMenu(menu.get());
-        screen.pointer().press({ 110, 510 });
+        const Ref<MenuTitle> title = pressTitle();
         std::size_t open = 0;
         script.wait(0.1).release().wait(2).then([&] { open = menuWindows().size(); }).key(0x1B);
         screen.process();
@@ -587,13 +585,8 @@ namespace {
         const Ref<NSMenuItem> item
             = menu->insertItemWithTitle_action_keyEquivalent_atIndex(""_ns, SEL {}, nullptr, 0);
         item->setView(button.get());
-        script.then([this] {
-            const NSRect frame = menuFrame(0);
-            screen.display().movePointer({ NSMidX(frame), NSMaxY(frame) - 25 });
-            screen.display().pressButton(0);
-            screen.display().releaseButton(0);
-        });
-        script.key(0x1B);
+        const NSPoint middle { corner.x + 60, corner.y - 25 };
+        script.click(middle).key(0x1B);
         open();
         EXPECT_EQ(log->count_, 1);
         EXPECT_FALSE(button->superview());
