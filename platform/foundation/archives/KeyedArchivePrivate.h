@@ -32,6 +32,8 @@ namespace brindle::archives {
 
 /// That many objects may be in the making at a time, each for the one before.
 inline constexpr std::size_t kDeepest = 10000;
+/// How many different keys are remembered; what has more of them only takes longer.
+inline constexpr std::size_t kMostKnownKeys = 4096;
 
 /// Answers whether so little of the thread's stack is left that no more foreign code should be called.
 bool isStackShort();

@@ -7,7 +7,6 @@ namespace brindle::archives {
 
 namespace {
 
-    constexpr std::size_t kMostKnownKeys = 4096;
     constexpr std::size_t kManyKeys = 64;
 
 }
