@@ -120,15 +120,14 @@ template <> struct NSScrollView::Methods<struct Scrolling> {
     }
     static void setAlphaSlowly(NSScrollView& self, CGFloat alpha, double seconds)
     {
-        NSAnimationContext::Meta context = NSAnimationContext::cls();
-        context.beginGrouping();
-        context.currentContext()->setDuration(seconds);
-        for (const Ref<NSScroller>& scroller :
-            { self.verticalScroller_, self.horizontalScroller_ }) {
-            if (scroller)
-                scroller->animator()->setAlphaValue(alpha);
-        }
-        context.endGrouping();
+        inAnimationGroup([&](NSAnimationContext& context) {
+            context.setDuration(seconds);
+            for (const Ref<NSScroller>& scroller :
+                { self.verticalScroller_, self.horizontalScroller_ }) {
+                if (scroller)
+                    scroller->animator()->setAlphaValue(alpha);
+            }
+        });
     }
     static bool isHeld(const Ref<NSScroller>& scroller)
     {

@@ -133,8 +133,27 @@ template <> struct NSScrollView::Methods<struct Tiling> {
     {
         if (self.tiling_ || !self.contentView_)
             return;
-        self.tiling_ = true;
         const Ref<NSScrollView> alive(&self);
+        place(self);
+        self.reflectScrolledClipView(self.contentView_.get());
+    }
+    // A document that raises when it is resized does not end tiling for good.
+    struct InTurn {
+        explicit InTurn(NSScrollView& view)
+            : view_(view)
+        {
+            view_.tiling_ = true;
+        }
+        ~InTurn() { view_.tiling_ = false; }
+        InTurn(const InTurn&) = delete;
+        InTurn& operator=(const InTurn&) = delete;
+
+    private:
+        NSScrollView& view_;
+    };
+    static void place(NSScrollView& self)
+    {
+        const InTurn turn(self);
         const CGFloat border = borderWidth(self.borderType_);
         NSRect room = NSInsetRect(self.bounds(), border, border);
         room.size.width = std::max(0.0, room.size.width);
@@ -151,8 +170,6 @@ template <> struct NSScrollView::Methods<struct Tiling> {
         }
         maybe(self.headerClip_)
             ->setFrame(NSMakeRect(NSMinX(room), NSMinY(room), clip->frame().size.width, header));
-        self.tiling_ = false;
-        self.reflectScrolledClipView(clip.get());
     }
     static void resizeSubviews(NSScrollView& self, NSSize) { self.tile(); }
 

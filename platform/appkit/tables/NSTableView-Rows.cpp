@@ -5,6 +5,7 @@
 #include "appkit/NSTextField.h"
 #include "appkit/NSWindow.h"
 #include "appkit/views/NSViewPrivate.h"
+#include "appkit/views/PropertyMovementPrivate.h"
 #include "foundation/Clock.h"
 #include "runtime/Runtime.h"
 #include "runtime/Table.h"
@@ -284,11 +285,10 @@ namespace {
             return;
         if (Clock::uptime() >= TableAccess::state(table).movingUntil)
             return view.setFrame(frame);
-        NSAnimationContext::Meta context = NSAnimationContext::cls();
-        context.beginGrouping();
-        context.currentContext()->setDuration(0);
-        view.animator()->setFrame(frame);
-        context.endGrouping();
+        inAnimationGroup([&](NSAnimationContext& context) {
+            context.setDuration(0);
+            view.animator()->setFrame(frame);
+        });
     }
 
     Ref<NSTableRowView> rowView(NSTableView& table, NSInteger row)

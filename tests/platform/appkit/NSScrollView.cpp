@@ -7,14 +7,48 @@
 
 #include "appkit/NSColor.h"
 #include "foundation/Exceptions.h"
+#include "runtime/Table.h"
 #include "support/HeadlessScreen.h"
 #include "support/ScrolledDocument.h"
 
 namespace brindle {
 
+/// A document that raises, as long as it is told to, when its surroundings change.
+class RaisingDocument : public NSView {
+    BRINDLE_OBJECT(RaisingDocument, NSView)
+
+public:
+    bool raises_ = false;
+};
+
+template <> struct RaisingDocument::Methods<struct Raising> {
+
+    static void resize(RaisingDocument& self, NSSize)
+    {
+        if (self.raises_)
+            raise("Refused", "no");
+    }
+    static void table(Builder& t) { t.methods({ { "resizeWithOldSuperviewSize:", imp<resize> } }); }
+};
+BRINDLE_RECORD(RaisingDocument, Raising)
+
 namespace {
 
     using test::Scrolled;
+
+    TEST(ScrollView, PlacesItsContentAgainAfterItsDocumentRaised)
+    {
+        const Ref<NSScrollView> view
+            = cast<NSScrollView>(alloc<NSScrollView>()->initWithFrame(NSMakeRect(0, 0, 100, 50)));
+        const Ref<RaisingDocument> document = make<RaisingDocument>();
+        document->setAutoresizingMask(NSViewWidthSizable);
+        view->setDocumentView(document.get());
+        document->raises_ = true;
+        EXPECT_THROW(view->setFrameSize({ 200, 50 }), Exception);
+        document->raises_ = false;
+        view->setFrameSize({ 300, 50 });
+        EXPECT_EQ(view->contentView()->frame().size.width, 300);
+    }
 
     TEST(ScrollView, BeginsEmpty)
     {
