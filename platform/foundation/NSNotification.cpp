@@ -5,7 +5,7 @@
 #include <atomic>
 
 #include "NSDictionary.h"
-#include "NotificationMemory.h"
+#include "NotificationMemoryPrivate.h"
 #include "runtime/NSException.h"
 #include "runtime/Spare.h"
 #include "runtime/Table.h"

@@ -8,7 +8,7 @@
 #include <vector>
 
 #include "NSOperationQueue.h"
-#include "NotificationMemory.h"
+#include "NotificationMemoryPrivate.h"
 #include "RunLoopPrivate.h"
 #include "ShortVector.h"
 #include "runtime/Table.h"

@@ -98,10 +98,6 @@ namespace {
         return chunk;
     }
 
-    struct FileDeleter {
-        void operator()(std::FILE* file) const { std::fclose(file); }
-    };
-
 }
 
 std::vector<std::uint32_t> dividedByAlpha(const CGImage& image)
@@ -213,12 +209,11 @@ std::string encodePNG(const CGImage* image, double dotsPerInch)
 bool writePNG(const CGImage* image, const std::string& path)
 {
     const std::string bytes = encodePNG(image);
-    std::unique_ptr<std::FILE, FileDeleter> file(
-        bytes.empty() ? nullptr : std::fopen(path.c_str(), "wbe"));
+    std::FILE* const file = bytes.empty() ? nullptr : std::fopen(path.c_str(), "wbe");
     if (!file)
         return false;
-    const bool written = std::fwrite(bytes.data(), 1, bytes.size(), file.get()) == bytes.size();
-    return std::fclose(file.release()) == 0 && written;
+    const bool written = std::fwrite(bytes.data(), 1, bytes.size(), file) == bytes.size();
+    return std::fclose(file) == 0 && written;
 }
 
 }

@@ -12,7 +12,7 @@
 #include "appkit/NSWindow.h"
 #include "display/Display.h"
 #include "foundation/NSRunLoop.h"
-#include "foundation/Queue.h"
+#include "foundation/QueuePrivate.h"
 #include "foundation/ShortVector.h"
 
 namespace brindle {

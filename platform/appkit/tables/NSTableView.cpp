@@ -5,7 +5,7 @@
 #include "appkit/NSWindow.h"
 #include "foundation/NSMutableString.h"
 #include "foundation/NSNotificationCenter.h"
-#include "foundation/NotificationMemory.h"
+#include "foundation/NotificationMemoryPrivate.h"
 #include "runtime/Table.h"
 
 #include <cmath>

@@ -7,7 +7,7 @@
 #include <vector>
 
 #include "foundation/ShortVector.h"
-#include "quartz/layers/AllServed.h"
+#include "quartz/layers/AllServedPrivate.h"
 #include "quartz/layers/FrameClock.h"
 #include "quartz/layers/MediaTiming.h"
 #include "quartz/layers/Transactions.h"

@@ -14,7 +14,7 @@
 #include "WindowManagerPrivate.h"
 #include "X11ClipboardPrivate.h"
 #include "display/Display.h"
-#include "foundation/Queue.h"
+#include "foundation/QueuePrivate.h"
 
 namespace brindle::display {
 

@@ -5,7 +5,7 @@
 #include <limits>
 #include <string_view>
 
-#include "AllServed.h"
+#include "AllServedPrivate.h"
 #include "AnimationPrivate.h"
 #include "FrameClock.h"
 #include "Transactions.h"

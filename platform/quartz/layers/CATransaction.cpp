@@ -3,7 +3,7 @@
 
 #include <utility>
 
-#include "AllServed.h"
+#include "AllServedPrivate.h"
 #include "Transactions.h"
 #include "foundation/NSNumber.h"
 #include "foundation/NSRunLoop.h"

@@ -7,7 +7,7 @@
 #include <utility>
 #include <vector>
 
-#include "AllServed.h"
+#include "AllServedPrivate.h"
 #include "MediaTiming.h"
 #include "foundation/NSRunLoop.h"
 #include "foundation/NSTimer.h"

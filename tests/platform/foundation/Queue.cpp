@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "foundation/Queue.h"
+#include "foundation/QueuePrivate.h"
 
 #include <memory>
 #include <string>
