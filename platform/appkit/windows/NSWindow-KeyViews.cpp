@@ -22,7 +22,7 @@ namespace {
 
     struct Part {
         NSRect place; // in the window
-        NSView* view;
+        Ref<NSView> view; // who is asked may take it away
     };
 
     bool isHigher(const Part& a, const Part& b) { return NSMaxY(a.place) > NSMaxY(b.place); }
@@ -39,8 +39,7 @@ namespace {
     {
         std::vector<Part> parts;
         for (const Ref<NSView>& part : ViewAccess::subviews(view))
-            parts.push_back(
-                { ViewAccess::toWindow(*part).apply(ViewAccess::bounds(*part)), part.get() });
+            parts.push_back({ ViewAccess::toWindow(*part).apply(ViewAccess::bounds(*part)), part });
         std::stable_sort(parts.begin(), parts.end(), isHigher);
         for (auto line = parts.begin(); line != parts.end();) {
             const auto next = std::find_if_not(line, parts.end(), [&](const Part& part) {
@@ -64,14 +63,14 @@ namespace {
         for (const Part& part : partsOf(view)) {
             if (part.view == also
                 || (part.view->acceptsFirstResponder() && !isFieldEditor(*part.view)))
-                found.emplace_back(part.view);
+                found.push_back(part.view);
             collect(*part.view, also, found);
         }
     }
 
     bool isLinked(const NSView& view)
     {
-        const Views& parts = ViewAccess::subviews(view);
+        const Views parts = ViewAccess::subviews(view); // an override may change the list
         return view.nextKeyView()
             || std::any_of(parts.begin(), parts.end(),
                 [](const Ref<NSView>& part) { return isLinked(*part); });

@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include "appkit/NSTextField.h"
+#include "foundation/NSArray.h"
 #include "runtime/Table.h"
 #include "support/HeadlessScreen.h"
 #include "support/Strings.h"
@@ -16,10 +17,16 @@ class StopView : public NSView {
 
 public:
     bool refuses_ = false;
+    Ref<NSView> takesAway_; // out of the window, when it is asked
 };
 
 template <> struct StopView::Methods<struct Keyboard> {
-    static bool accepts(StopView& self) { return !self.refuses_; }
+    static bool accepts(StopView& self)
+    {
+        if (const Ref<NSView> other = std::exchange(self.takesAway_, nullptr))
+            other->removeFromSuperview();
+        return !self.refuses_;
+    }
     static void table(Builder& t) { t.methods({ { "acceptsFirstResponder", imp<accepts> } }); }
 };
 BRINDLE_RECORD(StopView, Keyboard)
@@ -335,6 +342,20 @@ namespace {
         EXPECT_EQ(view->nextValidKeyView(), view.get());
         EXPECT_EQ(window->asked_, 1);
         window->close();
+    }
+
+    TEST(KeyViews, MayTakeOneAnotherAwayWhenTheyAreAsked)
+    {
+        HeadlessScreen screen;
+        const Ref<NSView> content = screen.window().contentView();
+        const auto left
+            = cast<StopView>(alloc<StopView>()->initWithFrame(NSMakeRect(10, 100, 50, 20)));
+        content->addSubview(left.get());
+        left->takesAway_ = alloc<StopView>()->initWithFrame(NSMakeRect(80, 100, 50, 20));
+        content->addSubview(left->takesAway_.get());
+        screen.window().selectNextKeyView(nullptr);
+        EXPECT_EQ(screen.window().firstResponder(), left);
+        EXPECT_EQ(content->subviews()->count(), 1U);
     }
 
 }
