@@ -128,7 +128,8 @@ template <> struct NSRegularExpression::Methods<struct Expression> {
             const Ref<NSString> text
                 = stringFrom("The regular expression cannot be read: " + reason + ".");
             reportError(error, NSFormattingError,
-                { { NSDebugDescriptionErrorKey, text.get() }, { "NSInvalidValue"_ns, pattern } });
+                { { NSLocalizedDescriptionKey, text.get() },
+                    { NSDebugDescriptionErrorKey, text.get() }, { "NSInvalidValue"_ns, pattern } });
             return nullptr;
         }
         self.pattern_ = cast<NSString>(collections::copyOf(pattern));

@@ -147,6 +147,13 @@ namespace {
             "The regular expression cannot be read: mismatched parenthesis at 4.");
         EXPECT_EQ(textOf(facts->objectForKey("NSInvalidValue"_ns)), "ab(c");
     }
+    TEST(NSRegularExpression, ABadPatternIsToldToTheUserInWords)
+    {
+        Ref<NSError> error;
+        NSRegularExpression::cls().regularExpressionWithPattern_options_error("ab(c"_ns, 0, &error);
+        EXPECT_EQ(textOf(error->localizedDescription()),
+            "The regular expression cannot be read: mismatched parenthesis at 4.");
+    }
     TEST(NSRegularExpression, BadPatternsAnswerNil)
     {
         for (NSString* pattern :
