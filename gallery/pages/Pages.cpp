@@ -6,6 +6,7 @@
 #include "controls/ControlsPage.h"
 #include "defaults/DefaultsPage.h"
 #include "editing/EditingPage.h"
+#include "expressions/ExpressionsPage.h"
 #include "fields/FieldsPage.h"
 #include "files/FilesPage.h"
 #include "formats/FormatsPage.h"
@@ -51,6 +52,7 @@ namespace {
         { kData, "Files", "files", makePage<FilesPage>, tourFiles },
         { kData, "Numbers and dates", "formats", makePage<FormatsPage>, tourFormats },
         { kData, "Intervals and URLs", "text", makePage<TextPage>, tourText },
+        { kData, "Regular expressions", "expressions", makePage<ExpressionsPage>, tourExpressions },
         { kDrawing, "Colour", "colour", makePage<ColourPage>, tourColour },
         { kDrawing, "Images", "images", makePage<ImagesPage>, tourImages },
         { kDrawing, "Paths", "paths", makePage<PathsPage>, tourPaths },
