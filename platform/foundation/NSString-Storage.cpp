@@ -8,6 +8,7 @@
 #include "HashingPrivate.h"
 #include "NSMutableString.h"
 #include "NSStringPrivate.h"
+#include "SameBytesPrivate.h"
 #include "runtime/Block.h"
 #include "runtime/NSException.h"
 #include "runtime/Runtime.h"
@@ -263,7 +264,7 @@ namespace strings {
         if (a.size() != b.size())
             return false;
         if (a.isNarrow() && b.isNarrow())
-            return a.narrow() == b.narrow();
+            return sameBytes(a.narrow(), b.narrow());
         if (!a.isNarrow() && !b.isNarrow())
             return a.wide() == b.wide();
         for (std::size_t i = 0; i < a.size(); ++i) {

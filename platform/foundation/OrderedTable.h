@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "runtime/NSObject.h"
+#include "runtime/ObjectMemory.h"
 
 namespace brindle {
 
@@ -30,6 +31,7 @@ struct PairEntry : TableEntry {
 /// Those two are foreign code: nothing here is half done while one of them runs.
 template <class Entry> class OrderedTable {
 public:
+    using Entries = std::vector<Entry, ObjectAllocator<Entry>>;
     static constexpr std::size_t kNowhere = ~std::size_t {};
 
     std::size_t count() const { return live_; }
@@ -97,7 +99,7 @@ public:
     }
 
     /// Empties the table and answers what was in it.
-    [[nodiscard]] std::vector<Entry> takeAll()
+    [[nodiscard]] Entries takeAll()
     {
         ++changes_;
         slots_.clear();
@@ -166,7 +168,7 @@ private:
             enter(entries_[place].hash, place + 1);
     }
 
-    std::vector<Entry> entries_;
+    Entries entries_;
     std::vector<std::uint32_t> slots_; // 0, or a place and one; the size is a power of two
     std::size_t live_ = 0;
     std::uint64_t changes_ = 0;

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstddef>
+#include <new>
 
 #include "Export.h"
 
@@ -22,9 +23,28 @@ public:
     ObjectRun& operator=(const ObjectRun&) = delete;
 };
 
-/// Answers memory for an object with its header, aligned to 16 bytes; nullptr when there is none.
-void* takeObjectMemory(std::size_t size);
-void giveObjectMemory(void* memory);
+/// Answers memory for an object with its header, or for what it holds, aligned to 16 bytes; nullptr when there is none.
+BRINDLE_EXPORT void* takeObjectMemory(std::size_t size);
+BRINDLE_EXPORT void giveObjectMemory(void* memory);
+
+/// Has containers stand beside the objects that hold them.
+template <class T> struct ObjectAllocator {
+    using value_type = T;
+    ObjectAllocator() = default;
+    template <class U> constexpr ObjectAllocator(const ObjectAllocator<U>&) noexcept { }
+
+    T* allocate(std::size_t count)
+    {
+        if (count > static_cast<std::size_t>(-1) / sizeof(T))
+            throw std::bad_array_new_length();
+        if (void* const memory = takeObjectMemory(count * sizeof(T)))
+            return static_cast<T*>(memory);
+        throw std::bad_alloc();
+    }
+    void deallocate(T* memory, std::size_t) noexcept { giveObjectMemory(memory); }
+    bool operator==(const ObjectAllocator&) const = default;
+};
+
 /// Answers a whole block for what is needed while objects are made, with anything in it; nullptr when there is none. It
 /// is given like an object's memory, and waits with its pages for the next run.
 void* takeObjectBlock();

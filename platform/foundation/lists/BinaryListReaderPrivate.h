@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "PropertyListPrivate.h"
+#include "foundation/SameBytesPrivate.h"
 
 namespace brindle::lists {
 
@@ -52,7 +53,7 @@ public:
         /// - other: of the same list.
         bool operator==(const References& other) const
         {
-            return count_ == other.count_ && std::memcmp(at_, other.at_, count_ * size_) == 0;
+            return count_ == other.count_ && sameBytes(at_, other.at_, count_ * size_);
         }
 
     private:

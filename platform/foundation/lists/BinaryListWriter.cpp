@@ -3,6 +3,8 @@
 
 #include <bit>
 
+#include "foundation/SameBytesPrivate.h"
+
 namespace brindle::lists {
 
 namespace {
@@ -40,7 +42,7 @@ std::size_t BinaryListWriter::end(Index index) const
 /// cannot begin with them.
 bool BinaryListWriter::isEqual(Index index, std::size_t start, std::size_t length) const
 {
-    return std::memcmp(bytes_.bytes() + starts_[index], bytes_.bytes() + start, length) == 0;
+    return sameBytes(bytes_.bytes() + starts_[index], bytes_.bytes() + start, length);
 }
 
 /// Answers the place of an equal value in a table that has room, or the empty one where it belongs.

@@ -12,6 +12,7 @@
 #include "foundation/NSNumber.h"
 #include "foundation/NSStringPrivate.h"
 #include "foundation/PropertyListUID.h"
+#include "foundation/SameBytesPrivate.h"
 #include "runtime/ObjectMemory.h"
 
 namespace brindle::lists {
@@ -261,7 +262,7 @@ namespace {
             const std::size_t hash
                 = size * 31 + byte(0) * 7u + byte(size / 2) * 131u + byte(size - 1) * 17u;
             KnownKey& known = keys_[hash % keys_.size()];
-            if (!known.key || known.text != text.bytes)
+            if (!known.key || !sameBytes(known.text, text.bytes))
                 known = { text.bytes, stringIn(text.bytes, text.isAscii) };
             return known.key;
         }

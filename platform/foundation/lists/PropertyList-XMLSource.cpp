@@ -5,10 +5,18 @@
 #include <charconv>
 
 #include "foundation/NSStringPrivate.h"
+#include "foundation/SameBytesPrivate.h"
 
 namespace brindle::lists {
 
 namespace {
+
+    /// By their numbers.
+    constexpr std::string_view kNames[] = { "", "plist", "array", "dict", "key", "string",
+        "integer", "real", "date", "data", "true", "false" };
+    static_assert(std::size(kNames) == static_cast<std::size_t>(Tag::no) + 1);
+
+    constexpr std::string_view nameOf(Tag tag) { return kNames[static_cast<std::size_t>(tag)]; }
 
     /// Answers up to eight letters as one number, which is quicker to compare; 0 for more.
     constexpr std::uint64_t packed(std::string_view name)
@@ -20,50 +28,49 @@ namespace {
             word = word << 8 | static_cast<unsigned char>(c);
         return word;
     }
-
-    struct NamedTag {
-        std::string_view name;
-        Tag tag;
-        std::uint64_t word = packed(name);
-    };
-    constexpr NamedTag kTags[] = {
-        { "key", Tag::key },
-        { "string", Tag::string },
-        { "integer", Tag::integer },
-        { "dict", Tag::dict },
-        { "array", Tag::array },
-        { "true", Tag::yes },
-        { "false", Tag::no },
-        { "real", Tag::real },
-        { "data", Tag::data },
-        { "date", Tag::date },
-        { "plist", Tag::plist },
-    };
+    constexpr std::uint64_t packed(Tag tag) { return packed(nameOf(tag)); }
 
     Tag tagOf(std::string_view name)
     {
-        const std::uint64_t word = packed(name);
-        for (const NamedTag& known : kTags) {
-            if (known.word == word)
-                return known.tag;
+        switch (packed(name)) {
+        case packed(Tag::plist):
+            return Tag::plist;
+        case packed(Tag::array):
+            return Tag::array;
+        case packed(Tag::dict):
+            return Tag::dict;
+        case packed(Tag::key):
+            return Tag::key;
+        case packed(Tag::string):
+            return Tag::string;
+        case packed(Tag::integer):
+            return Tag::integer;
+        case packed(Tag::real):
+            return Tag::real;
+        case packed(Tag::date):
+            return Tag::date;
+        case packed(Tag::data):
+            return Tag::data;
+        case packed(Tag::yes):
+            return Tag::yes;
+        case packed(Tag::no):
+            return Tag::no;
+        default:
+            return Tag::none;
         }
-        return Tag::none;
     }
 
-    std::string_view nameOf(Tag tag)
-    {
-        for (const NamedTag& known : kTags) {
-            if (known.tag == tag)
-                return known.name;
-        }
-        return {};
-    }
-
-    constexpr bool isNamePart(char c)
-    {
-        return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9')
-            || c == '-' || c == '_' || c == '.' || c == ':' || (c & 0x80);
-    }
+    constexpr std::array<bool, 256> kNameParts = [] {
+        std::array<bool, 256> parts {};
+        for (std::size_t c = 'a'; c <= 'z'; ++c)
+            parts[c] = parts[c - 'a' + 'A'] = true;
+        for (std::size_t c = '0'; c <= '9'; ++c)
+            parts[c] = true;
+        for (std::size_t c = 0x80; c < parts.size(); ++c)
+            parts[c] = true;
+        parts['-'] = parts['_'] = parts['.'] = parts[':'] = true;
+        return parts;
+    }();
 
     /// The bytes at which reading text stops to look: markup, the end of a section, line ends to be unified, what XML
     /// does not have, and the byte that U+FFFE and U+FFFF begin with.
@@ -107,7 +114,7 @@ void XMLSource::skipSpace()
 std::string_view XMLSource::name()
 {
     const char* const start = at_;
-    while (at_ < end_ && isNamePart(*at_))
+    while (at_ < end_ && kNameParts[static_cast<unsigned char>(*at_)])
         ++at_;
     return { start, static_cast<std::size_t>(at_ - start) };
 }
@@ -248,12 +255,14 @@ bool XMLSource::open(Element& element)
 
 bool XMLSource::close(Tag tag)
 {
-    if (take("</") && tagOf(name()) == tag) {
+    const std::string_view known = nameOf(tag);
+    if (take("</") && left() >= known.size() && sameBytes(at_, known.data(), known.size())) {
+        at_ += known.size();
         skipSpace();
         if (take(">"))
             return true;
     }
-    return refuse("the end of <" + std::string(nameOf(tag)) + "> is missing");
+    return refuse("the end of <" + std::string(known) + "> is missing");
 }
 
 // ---- text

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include <cstring>
+
 #include "PropertyListPrivate.h"
 
 // The XML of property lists as tags and text.
@@ -85,11 +87,12 @@ public:
 private:
     std::size_t left() const { return static_cast<std::size_t>(end_ - at_); }
     std::string_view rest() const { return { at_, left() }; }
-    bool take(std::string_view word)
+    template <std::size_t Size> bool take(const char (&word)[Size])
     {
-        if (!rest().starts_with(word))
+        constexpr std::size_t kLength = Size - 1;
+        if (left() < kLength || std::memcmp(at_, word, kLength) != 0)
             return false;
-        at_ += word.size();
+        at_ += kLength;
         return true;
     }
     void skipSpace();

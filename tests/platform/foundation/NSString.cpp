@@ -168,6 +168,20 @@ namespace {
         EXPECT_FALSE("a"_ns->isEqualToString(nullptr));
         EXPECT_FALSE("NSObject"_ns->isEqual(NSObject::cls().object));
     }
+
+    TEST(NSString, EveryByteOfEveryLengthCountsForEquality)
+    {
+        for (std::size_t length = 1; length <= 80; ++length) {
+            const std::string text(length, 'a');
+            EXPECT_TRUE(stringFrom(text)->isEqualToString(stringFrom(text).get()));
+            for (std::size_t i = 0; i < length; ++i) {
+                std::string other = text;
+                other[i] = 'b';
+                EXPECT_FALSE(stringFrom(text)->isEqualToString(stringFrom(other).get()))
+                    << i << " of " << length;
+            }
+        }
+    }
     TEST(NSString, CopyOfAnImmutableStringIsItself)
     {
         const Ref<NSString> text = stringFrom("once");
