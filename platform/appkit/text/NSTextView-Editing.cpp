@@ -3,11 +3,12 @@
 
 #include "NSTextViewPrivate.h"
 #include "TextPlacesPrivate.h"
+#include "appkit/NSStringDrawing.h"
 #include "appkit/NSTextStorage.h"
 #include "appkit/NSWindow.h"
 #include "foundation/NSArray.h"
 #include "foundation/NSBeep.h"
-#include "foundation/NSDictionary.h"
+#include "foundation/NSMutableDictionary.h"
 #include "foundation/NSNotification.h"
 #include "foundation/NSNotificationCenter.h"
 #include "foundation/NSNumber.h"
@@ -57,6 +58,20 @@ NSRange TextViewAccess::clamped(NSTextView& view, NSRange range)
     return places::wholeCharacters(*all, range);
 }
 
+namespace {
+
+    /// What is typed beside a picture is no picture.
+    Ref<NSDictionary> attributesOfLetters(Ref<NSDictionary> attributes)
+    {
+        if (!attributes->objectForKey(NSAttachmentAttributeName))
+            return attributes;
+        const auto rest = cast<NSMutableDictionary>(attributes->mutableCopy());
+        rest->removeObjectForKey(NSAttachmentAttributeName);
+        return Ref<NSDictionary>(rest);
+    }
+
+}
+
 Ref<NSDictionary> TextViewAccess::attributesAtCaret(NSTextView& view)
 {
     const TextViewState& s = of(view);
@@ -67,7 +82,8 @@ Ref<NSDictionary> TextViewAccess::attributesAtCaret(NSTextView& view)
         return s.plainAttributes;
     const NSRange range = selection(view);
     const NSUInteger place = range.length || !range.location ? range.location : range.location - 1;
-    return s.storage->attributesAtIndex_effectiveRange(std::min(place, length - 1), nullptr);
+    return attributesOfLetters(
+        s.storage->attributesAtIndex_effectiveRange(std::min(place, length - 1), nullptr));
 }
 
 void TextViewAccess::put(NSTextView& view, NSRange range, NSAttributedString& text)
