@@ -22,6 +22,7 @@
 #include "review/ReviewPage.h"
 #include "scrolling/ScrollingPage.h"
 #include "strip/StripPage.h"
+#include "styled/StyledPage.h"
 #include "switches/SwitchesPage.h"
 #include "tables/TablesPage.h"
 #include "text/TextPage.h"
@@ -58,6 +59,7 @@ namespace {
         { kDrawing, "Paths", "paths", makePage<PathsPage>, tourPaths },
         { kDrawing, "Layers", "layers", makePage<LayersPage>, tourLayers },
         { kDrawing, "Text", "measures", makePage<MeasuresPage>, tourMeasures },
+        { kDrawing, "Styled text", "styled", makePage<StyledPage>, tourStyled },
         { kViews, "Controls", "controls", makePage<ControlsPage>, tourControls },
         { kViews, "Segments and tabs", "choosing", makePage<ChoosingPage>, tourChoosing },
         { kViews, "Fields", "fields", makePage<FieldsPage>, tourFields },
