@@ -14,7 +14,8 @@ namespace {
         void operator()(FcPattern* pattern) const { FcPatternDestroy(pattern); }
     };
 
-    FcFontSet* sortedFonts(FcConfig* config, const FontFace& face)
+    /// Answers the fonts that stand in for a face, as the rules of the process's own configuration have them.
+    FcFontSet* sortedFonts(const FontFace& face)
     {
         const std::unique_ptr<FcPattern, PatternDeleter> wanted(FcPatternCreate());
         const char* generic = face.isMonospaced() ? "monospace" : "sans-serif";
@@ -27,10 +28,10 @@ namespace {
         FcPatternAddInteger(wanted.get(), FC_SLANT,
             face.slant() == Slant::italic ? FC_SLANT_ITALIC : FC_SLANT_ROMAN);
         FcPatternAddBool(wanted.get(), FC_SCALABLE, FcTrue);
-        FcConfigSubstitute(config, wanted.get(), FcMatchPattern);
+        FcConfigSubstitute(nullptr, wanted.get(), FcMatchPattern);
         FcDefaultSubstitute(wanted.get());
         FcResult result = FcResultMatch;
-        return FcFontSort(config, wanted.get(), FcTrue, nullptr, &result);
+        return FcFontSort(nullptr, wanted.get(), FcTrue, nullptr, &result);
     }
 
 }
@@ -64,7 +65,7 @@ FontLibrary::FallbackList& FontLibrary::fallbackList(const FontFace& face)
     FallbackList& list = place->second;
     if (!isNew || !installed_.config)
         return list;
-    list.sorted = sortedFonts(installed_.config, face);
+    list.sorted = sortedFonts(face);
     for (int i = 0; list.sorted && i < list.sorted->nfont; ++i) {
         FcPattern* pattern = list.sorted->fonts[i];
         FcCharSet* characters = nullptr;

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "FontAliases.h"
+#include "FontConfigurationPrivate.h"
 #include "FontFace.h"
 #include "FontLibraryPrivate.h"
 
@@ -111,7 +112,9 @@ bool FontLibrary::isColored(FcPattern* pattern)
 
 FontLibrary::Installed FontLibrary::readInstalled()
 {
-    Installed found { FcConfigReference(nullptr), {} };
+    Installed found { configurationOfFonts(), {} };
+    if (!found.config)
+        found.config = FcConfigReference(nullptr);
     const FcFontSet* fonts = found.config ? FcConfigGetFonts(found.config, FcSetSystem) : nullptr;
     for (int i = 0; fonts && i < fonts->nfont; ++i) {
         FcPattern* pattern = fonts->fonts[i];
