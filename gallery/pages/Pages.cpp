@@ -9,6 +9,7 @@
 #include "expressions/ExpressionsPage.h"
 #include "fields/FieldsPage.h"
 #include "files/FilesPage.h"
+#include "fonts/FontsPage.h"
 #include "formats/FormatsPage.h"
 #include "ground/GroundPage.h"
 #include "images/ImagesPage.h"
@@ -59,6 +60,7 @@ namespace {
         { kDrawing, "Paths", "paths", makePage<PathsPage>, tourPaths },
         { kDrawing, "Layers", "layers", makePage<LayersPage>, tourLayers },
         { kDrawing, "Text", "measures", makePage<MeasuresPage>, tourMeasures },
+        { kDrawing, "Fonts", "fonts", makePage<FontsPage>, tourFonts },
         { kDrawing, "Styled text", "styled", makePage<StyledPage>, tourStyled },
         { kViews, "Controls", "controls", makePage<ControlsPage>, tourControls },
         { kViews, "Segments and tabs", "choosing", makePage<ChoosingPage>, tourChoosing },
