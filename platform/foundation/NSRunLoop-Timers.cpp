@@ -1,18 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "RunLoopPrivate.h"
 
-#include "Dispatch.h"
-
 namespace brindle {
-
-std::int64_t momentAfter(std::int64_t moment, double seconds)
-{
-    if (!(seconds > 0))
-        return moment;
-    const std::int64_t delta = saturatingInteger(seconds * 1e9);
-    std::int64_t sum = 0;
-    return __builtin_add_overflow(moment, delta, &sum) ? kNever : sum;
-}
 
 // ---- the heap: four children a node, entries know their places
 
@@ -76,7 +65,7 @@ void TimerLane::remove(Scheduled& entry)
         sink(place, last);
 }
 
-void TimerLane::moved(Scheduled& entry)
+void TimerLane::movedAmongOthers(Scheduled& entry)
 {
     const Slot slot { entry.due, &entry };
     if (slot.before(heap_[entry.place]))
@@ -109,15 +98,6 @@ void RunLoopCore::unschedule(Scheduled& entry)
 {
     if (entry.lane)
         entry.lane->remove(entry);
-}
-
-void RunLoopCore::reschedule(Scheduled& entry, std::int64_t due)
-{
-    entry.due = due;
-    entry.order = ++order_;
-    entry.lane->moved(entry);
-    if (outside_)
-        inbox_->wake(Inbox::Wake::look);
 }
 
 std::int64_t RunLoopCore::nextDue(Modes mode) const

@@ -32,8 +32,13 @@ struct ClosureBase : NSObject {
 
 /// Answers the class of closures, `NSBlock`.
 BRINDLE_EXPORT Class* closureClass();
+/// Where a closure is made.
+struct ClosurePlace {
+    void* memory;
+    Class* isa; ///< `closureClass()`
+};
 /// Answers memory for a closure, with a count of one; nothing else is set.
-BRINDLE_EXPORT void* allocateClosure(std::size_t size);
+BRINDLE_EXPORT ClosurePlace allocateClosure(std::size_t size);
 
 /// A closure as it is lent to operations: call it with `(*closure)(…)` through `call`, keep it as a `Block`.
 template <class R, class... A> struct Closure<R(A...)> : ClosureBase {
@@ -180,9 +185,9 @@ private:
     {
         using Holder = closures::Holder<std::decay_t<F>, R, A...>;
         static_assert(alignof(Holder) <= 16, "captured values of larger alignment cannot be held");
-        auto* const holder
-            = ::new (allocateClosure(sizeof(Holder))) Holder(std::forward<F>(function));
-        holder->isa_ = closureClass();
+        const ClosurePlace place = allocateClosure(sizeof(Holder));
+        auto* const holder = ::new (place.memory) Holder(std::forward<F>(function));
+        holder->isa_ = place.isa;
         holder->code = reinterpret_cast<ClosureBase::Code>(&Holder::run);
         holder->kind = &Holder::kHeld;
         return holder;

@@ -137,8 +137,6 @@ inline bool isClosure(const NSObject* object)
 {
     return object->isa_ == knownClosureClass.load(std::memory_order_relaxed);
 }
-/// Answers whether a closure ends by giving its memory back: it holds nothing that has an end, and nothing hangs on it.
-bool isBareClosure(const NSObject* object);
 void endClosure(NSObject* object);
 void freeClosure(NSObject* object);
 

@@ -56,20 +56,21 @@ BRINDLE_RECORD(NSBlock, Closures)
 
 constinit std::atomic<Class*> knownClosureClass { nullptr };
 
-Class* closureClass()
-{
-    Class* known = knownClosureClass.load(std::memory_order_acquire);
-    if (!known) [[unlikely]] {
-        known = classOf<NSBlock>();
-        knownClosureClass.store(known, std::memory_order_release);
+namespace {
+
+    [[gnu::noinline]] Class* findClosureClass()
+    {
+        Class* const found = classOf<NSBlock>();
+        knownClosureClass.store(found, std::memory_order_release);
+        return found;
     }
-    return known;
+
 }
 
-bool isBareClosure(const NSObject* object)
+Class* closureClass()
 {
-    return isClosure(object) && !static_cast<const ClosureBase*>(object)->kind->end
-        && headerOf(object).extras.load(std::memory_order_acquire) == 0;
+    Class* const known = knownClosureClass.load(std::memory_order_acquire);
+    return known ? known : findClosureClass();
 }
 
 void endClosure(NSObject* object)
@@ -79,11 +80,11 @@ void endClosure(NSObject* object)
         closure->kind->end(closure);
 }
 
-void* allocateClosure(std::size_t size)
+ClosurePlace allocateClosure(std::size_t size)
 {
     auto* const memory = static_cast<char*>(takeClosureMemory(sizeof(ObjectHeader) + size));
     ::new (memory) ObjectHeader { { 0 }, { 1 } };
-    return memory + sizeof(ObjectHeader);
+    return { memory + sizeof(ObjectHeader), closureClass() };
 }
 
 void freeClosure(NSObject* object)
@@ -95,8 +96,9 @@ void freeClosure(NSObject* object)
 ClosureBase* makeClosure(
     const char* encoding, ClosureBase::Code code, void* context, void (*end)(void*))
 {
-    auto* const closure = ::new (allocateClosure(sizeof(ContextClosure))) ContextClosure {};
-    closure->isa_ = closureClass();
+    const ClosurePlace place = allocateClosure(sizeof(ContextClosure));
+    auto* const closure = ::new (place.memory) ContextClosure {};
+    closure->isa_ = place.isa;
     closure->code = code;
     closure->kind = &closure->ownKind;
     closure->context = context;

@@ -55,6 +55,13 @@ namespace {
         giveObjectMemory(&header);
     }
 
+    /// Answers whether a closure ends by giving its memory back: it holds nothing that has an end, and nothing hangs on it.
+    bool isBareClosure(const NSObject* object)
+    {
+        return isClosure(object) && !static_cast<const ClosureBase*>(object)->kind->end
+            && headerOf(object).extras.load(std::memory_order_acquire) == 0;
+    }
+
     [[gnu::noinline]] void waitForEnd(void* object)
     {
         // Others that end before it may still take and give counts.
