@@ -34,7 +34,8 @@ set(needs_library "${brindle_package_library} ${same_version}")
 
 set(CPACK_DEBIAN_LIBRARY_PACKAGE_SECTION libs)
 set(CPACK_DEBIAN_LIBRARY_PACKAGE_GENERATE_SHLIBS ON)
-set(CPACK_DEBIAN_LIBRARY_PACKAGE_DEPENDS "libicu${icu_major}, libharfbuzz0b, libjpeg62-turbo | libjpeg8, libxcb-cursor0")
+string(CONCAT CPACK_DEBIAN_LIBRARY_PACKAGE_DEPENDS "libicu${icu_major}, libharfbuzz0b, libjpeg62-turbo | libjpeg8, libxcb-cursor0, "
+    "libxcb-randr0, libxcb-xinput0, libxcb-xfixes0, libxkbcommon-x11-0")
 set(CPACK_DEBIAN_LIBRARY_PACKAGE_RECOMMENDS "fonts-inter, fonts-liberation2, fonts-dejavu-core, libsystemd0")
 set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_SECTION libdevel)
 set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_DEPENDS "${needs_library}")

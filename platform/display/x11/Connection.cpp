@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "ConnectionPrivate.h"
+#include "LateLibrariesPrivate.h"
 
 #include <algorithm>
 #include <bit>
@@ -129,11 +130,11 @@ bool Connection::chooseFormats()
 
 void Connection::askAtStart()
 {
-    xcb_prefetch_extension_data(raw_, &xcb_randr_id);
-    xcb_prefetch_extension_data(raw_, &xcb_input_id);
-    xcb_prefetch_extension_data(raw_, &xcb_shm_id);
-    xcb_prefetch_extension_data(raw_, &xcb_xfixes_id);
-    xcb_prefetch_extension_data(raw_, &xcb_xkb_id);
+    for (xcb_extension_t* const id : { RANDR(xcb_randr_id), XINPUT(xcb_input_id), &xcb_shm_id,
+             XFIXES(xcb_xfixes_id), KEYBOARD(xcb_xkb_id) }) {
+        if (id)
+            xcb_prefetch_extension_data(raw_, id);
+    }
     atoms_.ask(raw_);
     resourcesCookie_ = xcb_get_property(
         raw_, 0, screen_->root, XCB_ATOM_RESOURCE_MANAGER, XCB_ATOM_STRING, 0, 1 << 16);
@@ -144,37 +145,46 @@ void Connection::askAtStart()
 void Connection::receiveAtStart()
 {
     const auto extension = [this](xcb_extension_t* id) {
-        const xcb_query_extension_reply_t* found = xcb_get_extension_data(raw_, id);
+        const xcb_query_extension_reply_t* found = id ? xcb_get_extension_data(raw_, id) : nullptr;
         return found && found->present ? found : nullptr;
     };
     xcb_input_xi_query_version_cookie_t inputCookie {};
     xcb_shm_query_version_cookie_t memoryCookie {};
-    const auto* input = extension(&xcb_input_id);
+    const auto* input = extension(XINPUT(xcb_input_id));
     if (input)
-        inputCookie = xcb_input_xi_query_version(raw_, 2, 2);
+        inputCookie = XINPUT(xcb_input_xi_query_version)(raw_, 2, 2);
     const auto* memory = extension(&xcb_shm_id);
     if (memory)
         memoryCookie = xcb_shm_query_version(raw_);
     // These two want to be told which version we speak; their answers change nothing for us.
-    if (const auto* fixes = extension(&xcb_xfixes_id)) {
+    if (const auto* fixes = extension(XFIXES(xcb_xfixes_id))) {
         extensions_.fixesEvent = fixes->first_event;
-        xcb_discard_reply(raw_, xcb_xfixes_query_version(raw_, 5, 0).sequence);
+        xcb_discard_reply(raw_, XFIXES(xcb_xfixes_query_version)(raw_, 5, 0).sequence);
     }
-    if (const auto* randr = extension(&xcb_randr_id)) {
+    if (const auto* randr = extension(RANDR(xcb_randr_id))) {
         extensions_.randrEvent = randr->first_event;
-        xcb_discard_reply(raw_, xcb_randr_query_version(raw_, 1, 5).sequence);
+        xcb_discard_reply(raw_, RANDR(xcb_randr_query_version)(raw_, 1, 5).sequence);
     }
-    if (const auto* xkb = extension(&xcb_xkb_id))
-        extensions_.xkbEvent = xkb->first_event;
+    xcb_xkb_use_extension_cookie_t keyboardCookie {};
+    const auto* keyboard = extension(KEYBOARD(xcb_xkb_id));
+    if (keyboard)
+        keyboardCookie = KEYBOARD(xcb_xkb_use_extension)(raw_, 1, 0);
 
     atoms_.receive(raw_);
     const auto resources = owned(xcb_get_property_reply(raw_, resourcesCookie_, nullptr));
     resources_ = textOf(resources.get());
     if (input) {
-        const auto reply = owned(xcb_input_xi_query_version_reply(raw_, inputCookie, nullptr));
+        const auto reply
+            = owned(XINPUT(xcb_input_xi_query_version_reply)(raw_, inputCookie, nullptr));
         if (reply && reply->major_version >= 2
             && (reply->major_version > 2 || reply->minor_version >= 1))
             extensions_.inputMajor = input->major_opcode;
+    }
+    if (keyboard) {
+        const auto reply
+            = owned(KEYBOARD(xcb_xkb_use_extension_reply)(raw_, keyboardCookie, nullptr));
+        if (reply && reply->supported)
+            extensions_.xkbEvent = keyboard->first_event;
     }
     if (memory) {
         const auto reply = owned(xcb_shm_query_version_reply(raw_, memoryCookie, nullptr));

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "KeyboardPrivate.h"
+#include "LateLibrariesPrivate.h"
 
 #include <cstdlib>
 #include <utility>
@@ -13,6 +14,8 @@
 namespace brindle::display {
 
 namespace {
+
+    constexpr xcb_xkb_device_spec_t kDevice = XCB_XKB_ID_USE_CORE_KBD; // whichever that is
 
     void append(std::u16string& text, char32_t character)
     {
@@ -73,11 +76,17 @@ namespace {
 
 }
 
-void Keyboard::Delete::operator()(xkb_context* p) const { xkb_context_unref(p); }
-void Keyboard::Delete::operator()(xkb_keymap* p) const { xkb_keymap_unref(p); }
-void Keyboard::Delete::operator()(xkb_state* p) const { xkb_state_unref(p); }
-void Keyboard::Delete::operator()(xkb_compose_table* p) const { xkb_compose_table_unref(p); }
-void Keyboard::Delete::operator()(xkb_compose_state* p) const { xkb_compose_state_unref(p); }
+void Keyboard::Delete::operator()(xkb_context* p) const { KEYMAP(xkb_context_unref)(p); }
+void Keyboard::Delete::operator()(xkb_keymap* p) const { KEYMAP(xkb_keymap_unref)(p); }
+void Keyboard::Delete::operator()(xkb_state* p) const { KEYMAP(xkb_state_unref)(p); }
+void Keyboard::Delete::operator()(xkb_compose_table* p) const
+{
+    KEYMAP(xkb_compose_table_unref)(p);
+}
+void Keyboard::Delete::operator()(xkb_compose_state* p) const
+{
+    KEYMAP(xkb_compose_state_unref)(p);
+}
 
 Keyboard::Keyboard(Connection& connection, CommandKey command)
     : connection_(connection)
@@ -87,34 +96,22 @@ Keyboard::Keyboard(Connection& connection, CommandKey command)
 
 Keyboard::~Keyboard() = default;
 
-void Keyboard::ensureDevice()
-{
-    if (triedDevice_ || !connection_.extensions().xkbEvent)
-        return;
-    triedDevice_ = true;
-    xcb_connection_t* raw = connection_.raw();
-    if (!xkb_x11_setup_xkb_extension(raw, XKB_X11_MIN_MAJOR_XKB_VERSION,
-            XKB_X11_MIN_MINOR_XKB_VERSION, XKB_X11_SETUP_XKB_EXTENSION_NO_FLAGS, nullptr, nullptr,
-            nullptr, nullptr))
-        return;
-    device_ = xkb_x11_get_core_keyboard_device_id(raw);
-    if (device_ >= 0)
-        selectEvents();
-}
-
 void Keyboard::ensureKeymap()
 {
-    ensureDevice();
-    if (triedKeymap_ || device_ < 0)
+    selectEvents();
+    if (triedKeymap_ || !selected_ || !keymapLibrary())
         return;
     triedKeymap_ = true;
-    context_.reset(xkb_context_new(XKB_CONTEXT_NO_FLAGS));
+    context_.reset(KEYMAP(xkb_context_new)(XKB_CONTEXT_NO_FLAGS));
     if (context_)
         loadKeymap();
 }
 
 void Keyboard::selectEvents()
 {
+    if (selected_ || !connection_.extensions().xkbEvent)
+        return;
+    selected_ = true;
     constexpr std::uint16_t kEvents
         = XCB_XKB_EVENT_TYPE_NEW_KEYBOARD_NOTIFY | XCB_XKB_EVENT_TYPE_MAP_NOTIFY;
     constexpr std::uint16_t kMapParts = XCB_XKB_MAP_PART_KEY_TYPES | XCB_XKB_MAP_PART_KEY_SYMS
@@ -124,11 +121,12 @@ void Keyboard::selectEvents()
     details.affectNewKeyboard = XCB_XKB_NKN_DETAIL_KEYCODES;
     details.newKeyboardDetails = XCB_XKB_NKN_DETAIL_KEYCODES;
     xcb_connection_t* raw = connection_.raw();
-    const auto device = static_cast<xcb_xkb_device_spec_t>(device_);
-    xcb_xkb_select_events_aux(raw, device, kEvents, 0, 0, kMapParts, kMapParts, &details);
+    const auto select = KEYBOARD(xcb_xkb_select_events_aux);
+    select(raw, kDevice, kEvents, 0, 0, kMapParts, kMapParts, &details);
     // With it a held key sends presses without releases in between.
     xcb_discard_reply(raw,
-        xcb_xkb_per_client_flags(raw, device, XCB_XKB_PER_CLIENT_FLAG_DETECTABLE_AUTO_REPEAT,
+        KEYBOARD(xcb_xkb_per_client_flags)(raw, kDevice,
+            XCB_XKB_PER_CLIENT_FLAG_DETECTABLE_AUTO_REPEAT,
             XCB_XKB_PER_CLIENT_FLAG_DETECTABLE_AUTO_REPEAT, 0, 0, 0)
             .sequence);
 }
@@ -136,8 +134,8 @@ void Keyboard::selectEvents()
 std::optional<std::uint32_t> Keyboard::follow(bool follows)
 {
     if (follows)
-        ensureDevice();
-    if (device_ < 0 || std::exchange(follows_, follows) == follows)
+        selectEvents();
+    if (!selected_ || std::exchange(follows_, follows) == follows)
         return std::nullopt;
     constexpr std::uint16_t kParts
         = XCB_XKB_STATE_PART_MODIFIER_STATE | XCB_XKB_STATE_PART_GROUP_STATE;
@@ -145,27 +143,32 @@ std::optional<std::uint32_t> Keyboard::follow(bool follows)
     details.affectState = kParts;
     details.stateDetails = follows ? kParts : 0;
     xcb_connection_t* raw = connection_.raw();
-    const auto device = static_cast<xcb_xkb_device_spec_t>(device_);
-    xcb_xkb_select_events_aux(raw, device, XCB_XKB_EVENT_TYPE_STATE_NOTIFY, 0, 0, 0, 0, &details);
+    const auto select = KEYBOARD(xcb_xkb_select_events_aux);
+    select(raw, kDevice, XCB_XKB_EVENT_TYPE_STATE_NOTIFY, 0, 0, 0, 0, &details);
     if (!follows)
         return std::nullopt;
-    const auto state = owned(xcb_xkb_get_state_reply(raw, xcb_xkb_get_state(raw, device), nullptr));
+    const auto state = owned(
+        KEYBOARD(xcb_xkb_get_state_reply)(raw, KEYBOARD(xcb_xkb_get_state)(raw, kDevice), nullptr));
     return state ? std::optional<std::uint32_t>(state->mods) : std::nullopt;
 }
 
 void Keyboard::loadKeymap()
 {
-    Handle<xkb_keymap> keymap(xkb_x11_keymap_new_from_device(
-        context_.get(), connection_.raw(), device_, XKB_KEYMAP_COMPILE_NO_FLAGS));
+    xcb_connection_t* const raw = connection_.raw();
+    const std::int32_t device = KEYMAP(xkb_x11_get_core_keyboard_device_id)(raw);
+    if (device < 0)
+        return;
+    Handle<xkb_keymap> keymap(KEYMAP(xkb_x11_keymap_new_from_device)(
+        context_.get(), raw, device, XKB_KEYMAP_COMPILE_NO_FLAGS));
     if (!keymap) {
         ++connection_.counters().malformed;
         return;
     }
     keymap_ = std::move(keymap);
-    state_.reset(xkb_state_new(keymap_.get()));
-    plain_.reset(xkb_state_new(keymap_.get()));
+    state_.reset(KEYMAP(xkb_state_new)(keymap_.get()));
+    plain_.reset(KEYMAP(xkb_state_new)(keymap_.get()));
     // Num Lock has no fixed place among the server's eight modifiers; Mod2 is where it is on every common keymap.
-    const xkb_mod_index_t lock = xkb_keymap_mod_get_index(keymap_.get(), "Mod2");
+    const xkb_mod_index_t lock = KEYMAP(xkb_keymap_mod_get_index)(keymap_.get(), "Mod2");
     lockMask_ = lock == XKB_MOD_INVALID ? 0 : 1U << lock;
 }
 
@@ -188,7 +191,7 @@ Modifiers Keyboard::flags(std::uint32_t mask) const
 
 bool Keyboard::isModifier(std::uint8_t keycode) const
 {
-    return plain_ && isModifierKey(xkb_state_key_get_one_sym(plain_.get(), keycode));
+    return plain_ && isModifierKey(KEYMAP(xkb_state_key_get_one_sym)(plain_.get(), keycode));
 }
 
 std::uint16_t Keyboard::keyCode(std::uint8_t keycode) { return keyCodeOf(keycode); }
@@ -197,7 +200,7 @@ void Keyboard::reset()
 {
     pressed_.reset();
     if (composeState_)
-        xkb_compose_state_reset(composeState_.get());
+        KEYMAP(xkb_compose_state_reset)(composeState_.get());
 }
 
 std::u16string Keyboard::charactersOf(std::uint32_t keysym, Modifiers flags) const
@@ -205,7 +208,7 @@ std::u16string Keyboard::charactersOf(std::uint32_t keysym, Modifiers flags) con
     std::u16string text;
     if (const char16_t special = specialCharacter(keysym))
         return { special };
-    const char32_t character = xkb_keysym_to_utf32(keysym);
+    const char32_t character = KEYMAP(xkb_keysym_to_utf32)(keysym);
     if (!(flags & kControl)) {
         append(text, character);
         return text;
@@ -219,14 +222,15 @@ std::u16string Keyboard::charactersOf(std::uint32_t keysym, Modifiers flags) con
 
 char32_t Keyboard::latin(std::uint8_t keycode, bool shift) const
 {
-    const xkb_layout_index_t layouts = xkb_keymap_num_layouts_for_key(keymap_.get(), keycode);
+    const xkb_layout_index_t layouts
+        = KEYMAP(xkb_keymap_num_layouts_for_key)(keymap_.get(), keycode);
     for (xkb_layout_index_t layout = 0; layout < layouts; ++layout) {
         const xkb_level_index_t levels
-            = xkb_keymap_num_levels_for_key(keymap_.get(), keycode, layout);
+            = KEYMAP(xkb_keymap_num_levels_for_key)(keymap_.get(), keycode, layout);
         const xkb_keysym_t* syms = nullptr;
-        const int count = xkb_keymap_key_get_syms_by_level(
+        const int count = KEYMAP(xkb_keymap_key_get_syms_by_level)(
             keymap_.get(), keycode, layout, shift && levels > 1 ? 1 : 0, &syms);
-        const char32_t character = count == 1 ? xkb_keysym_to_utf32(syms[0]) : 0;
+        const char32_t character = count == 1 ? KEYMAP(xkb_keysym_to_utf32)(syms[0]) : 0;
         if (character >= 0x20 && character < 0x7F && !isKeypad(syms[0]))
             return character;
     }
@@ -240,26 +244,27 @@ bool Keyboard::compose(std::uint32_t keysym, std::u16string& text)
         if (triedCompose_ || !startsComposition(keysym))
             return false;
         triedCompose_ = true;
-        composeTable_.reset(xkb_compose_table_new_from_locale(
+        composeTable_.reset(KEYMAP(xkb_compose_table_new_from_locale)(
             context_.get(), composeLocale(), XKB_COMPOSE_COMPILE_NO_FLAGS));
         if (!composeTable_)
             return false;
-        composeState_.reset(xkb_compose_state_new(composeTable_.get(), XKB_COMPOSE_STATE_NO_FLAGS));
+        composeState_.reset(
+            KEYMAP(xkb_compose_state_new)(composeTable_.get(), XKB_COMPOSE_STATE_NO_FLAGS));
     }
     if (!composeState_)
         return false;
-    xkb_compose_state_feed(composeState_.get(), keysym);
-    switch (xkb_compose_state_get_status(composeState_.get())) {
+    KEYMAP(xkb_compose_state_feed)(composeState_.get(), keysym);
+    switch (KEYMAP(xkb_compose_state_get_status)(composeState_.get())) {
     case XKB_COMPOSE_COMPOSING:
         return true;
     case XKB_COMPOSE_CANCELLED:
-        xkb_compose_state_reset(composeState_.get());
+        KEYMAP(xkb_compose_state_reset)(composeState_.get());
         return true;
     case XKB_COMPOSE_COMPOSED: {
         char bytes[64] = {};
-        xkb_compose_state_get_utf8(composeState_.get(), bytes, sizeof bytes);
+        KEYMAP(xkb_compose_state_get_utf8)(composeState_.get(), bytes, sizeof bytes);
         text = utf16From(bytes);
-        xkb_compose_state_reset(composeState_.get());
+        KEYMAP(xkb_compose_state_reset)(composeState_.get());
         return true;
     }
     case XKB_COMPOSE_NOTHING:
@@ -282,9 +287,10 @@ void Keyboard::translate(Event& event, std::uint8_t keycode, std::uint16_t mask,
     const std::uint32_t mods = mask & 0xFF;
     const xkb_layout_index_t group = (mask >> 13) & 3;
     const bool shift = mods & XCB_MOD_MASK_SHIFT;
-    xkb_state_update_mask(state_.get(), mods, 0, 0, 0, 0, group);
-    xkb_state_update_mask(plain_.get(), mods & (XCB_MOD_MASK_SHIFT | lockMask_), 0, 0, 0, 0, group);
-    const xkb_keysym_t plain = xkb_state_key_get_one_sym(plain_.get(), keycode);
+    const auto update = KEYMAP(xkb_state_update_mask);
+    update(state_.get(), mods, 0, 0, 0, 0, group);
+    update(plain_.get(), mods & (XCB_MOD_MASK_SHIFT | lockMask_), 0, 0, 0, 0, group);
+    const xkb_keysym_t plain = KEYMAP(xkb_state_key_get_one_sym)(plain_.get(), keycode);
     event.charactersIgnoringModifiers = charactersOf(plain, 0);
     event.latinCharacter = latin(keycode, shift);
     if (event.charactersIgnoringModifiers.size() == 1)
@@ -292,7 +298,7 @@ void Keyboard::translate(Event& event, std::uint8_t keycode, std::uint16_t mask,
     if (isKeypad(plain))
         event.modifiers |= kKeypad;
 
-    const xkb_keysym_t keysym = xkb_state_key_get_one_sym(state_.get(), keycode);
+    const xkb_keysym_t keysym = KEYMAP(xkb_state_key_get_one_sym)(state_.get(), keycode);
     const bool types = !(event.modifiers & (kCommand | kControl));
     if (isDown && types && !isModifierKey(keysym) && compose(keysym, event.characters))
         return;
@@ -303,7 +309,7 @@ void Keyboard::translate(Event& event, std::uint8_t keycode, std::uint16_t mask,
 
 bool Keyboard::handle(const xcb_generic_event_t& event, std::uint32_t& mask, std::uint8_t& keycode)
 {
-    if (!triedDevice_)
+    if (!selected_)
         return false;
     switch (event.pad0) { // the kind of the extension's event
     case XCB_XKB_STATE_NOTIFY: {

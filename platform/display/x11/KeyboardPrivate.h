@@ -18,7 +18,7 @@ struct xkb_compose_state;
 namespace brindle::display {
 
 /// The keyboard: keymap, composition, repeats. The server is asked about its keyboard when the first focus or the first key comes,
-/// and for the keymap, which takes many answers, when the first key comes: most starts end before either.
+/// and for the keymap, which takes many answers and libraries of its own, when the first key comes.
 class Keyboard {
 public:
     Keyboard(Connection& connection, CommandKey command);
@@ -55,7 +55,6 @@ private:
     };
     template <typename T> using Handle = std::unique_ptr<T, Delete>;
 
-    void ensureDevice();
     void ensureKeymap();
     void loadKeymap();
     void selectEvents();
@@ -73,9 +72,8 @@ private:
     Handle<xkb_compose_table> composeTable_;
     Handle<xkb_compose_state> composeState_;
     std::bitset<256> pressed_;
-    std::int32_t device_ = -1;
     std::uint32_t lockMask_ = 0; // Num Lock
-    bool triedDevice_ = false;
+    bool selected_ = false;
     bool triedKeymap_ = false;
     bool follows_ = false;
     bool triedCompose_ = false;

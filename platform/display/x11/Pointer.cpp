@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
+#include "LateLibrariesPrivate.h"
 #include "PointerPrivate.h"
 
 #include <bit>
@@ -53,7 +54,7 @@ Pointer::Pointer(Connection& connection)
         std::uint32_t mask
             = XCB_INPUT_XI_EVENT_MASK_HIERARCHY | XCB_INPUT_XI_EVENT_MASK_DEVICE_CHANGED;
     } request;
-    xcb_input_xi_select_events(connection_.raw(), connection_.root(), 1, &request.head);
+    XINPUT(xcb_input_xi_select_events)(connection_.raw(), connection_.root(), 1, &request.head);
 }
 
 std::uint32_t Pointer::coreEventMask() const { return usesInput2() ? 0 : kCoreEvents; }
@@ -67,7 +68,7 @@ void Pointer::select(xcb_window_t window, std::uint32_t events)
         std::uint32_t mask = 0;
     } request;
     request.mask = events;
-    xcb_input_xi_select_events(connection_.raw(), window, 1, &request.head);
+    XINPUT(xcb_input_xi_select_events)(connection_.raw(), window, 1, &request.head);
 }
 
 void Pointer::selectEvents(xcb_window_t window) { select(window, kEvents); }
@@ -92,8 +93,8 @@ void Pointer::ensureDevices()
     devicesKnown_ = true;
     axes_.clear();
     xcb_connection_t* raw = connection_.raw();
-    const auto reply = owned(xcb_input_xi_query_device_reply(
-        raw, xcb_input_xi_query_device(raw, XCB_INPUT_DEVICE_ALL), nullptr));
+    const auto reply = owned(XINPUT(xcb_input_xi_query_device_reply)(
+        raw, XINPUT(xcb_input_xi_query_device)(raw, XCB_INPUT_DEVICE_ALL), nullptr));
     if (!reply)
         return;
     const auto* first = reinterpret_cast<const std::byte*>(reply.get()) + sizeof *reply;
@@ -287,14 +288,14 @@ std::uint8_t Pointer::tryGrab(xcb_window_t window)
         return reply ? reply->status : kNotGranted;
     }
     if (!ours_) {
-        const auto client = owned(xcb_input_xi_get_client_pointer_reply(
-            raw, xcb_input_xi_get_client_pointer(raw, XCB_NONE), nullptr));
+        const auto client = owned(XINPUT(xcb_input_xi_get_client_pointer_reply)(
+            raw, XINPUT(xcb_input_xi_get_client_pointer)(raw, XCB_NONE), nullptr));
         if (!client)
             return kNotGranted;
         ours_ = client->deviceid;
     }
-    const auto reply = owned(xcb_input_xi_grab_device_reply(raw,
-        xcb_input_xi_grab_device(raw, window, XCB_CURRENT_TIME, XCB_NONE, *ours_,
+    const auto reply = owned(XINPUT(xcb_input_xi_grab_device_reply)(raw,
+        XINPUT(xcb_input_xi_grab_device)(raw, window, XCB_CURRENT_TIME, XCB_NONE, *ours_,
             XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC, XCB_INPUT_GRAB_OWNER_OWNER, 1, &kEvents),
         nullptr));
     if (reply)
@@ -307,9 +308,10 @@ void Pointer::ungrab()
 {
     if (!usesInput2())
         xcb_ungrab_pointer(connection_.raw(), XCB_CURRENT_TIME);
-    else
-        xcb_input_xi_ungrab_device(
-            connection_.raw(), XCB_CURRENT_TIME, ours_.value_or(kFirstPointer));
+    else {
+        const auto ungrabDevice = XINPUT(xcb_input_xi_ungrab_device);
+        ungrabDevice(connection_.raw(), XCB_CURRENT_TIME, ours_.value_or(kFirstPointer));
+    }
 }
 
 }

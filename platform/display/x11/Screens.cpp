@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
+#include "LateLibrariesPrivate.h"
 #include "ScreensPrivate.h"
 
 #include <algorithm>
@@ -68,7 +69,8 @@ Screens::Screens(Connection& connection, WindowManager& manager, Environment env
     , environment_(std::move(environment))
 {
     if (connection_.extensions().randrEvent) {
-        xcb_randr_select_input(connection_.raw(), connection_.root(),
+        const auto select = RANDR(xcb_randr_select_input);
+        select(connection_.raw(), connection_.root(),
             XCB_RANDR_NOTIFY_MASK_SCREEN_CHANGE | XCB_RANDR_NOTIFY_MASK_CRTC_CHANGE
                 | XCB_RANDR_NOTIFY_MASK_OUTPUT_CHANGE);
     }
@@ -120,8 +122,8 @@ void Screens::readMonitors()
     const auto geometryCookie = xcb_get_geometry(raw, connection_.root());
     Reply<xcb_randr_get_monitors_reply_t> monitors;
     if (connection_.extensions().randrEvent) {
-        monitors = owned(xcb_randr_get_monitors_reply(
-            raw, xcb_randr_get_monitors(raw, connection_.root(), 1), nullptr));
+        monitors = owned(RANDR(xcb_randr_get_monitors_reply)(
+            raw, RANDR(xcb_randr_get_monitors)(raw, connection_.root(), 1), nullptr));
     }
     const auto geometry = owned(xcb_get_geometry_reply(raw, geometryCookie, nullptr));
     desktop_ = geometry

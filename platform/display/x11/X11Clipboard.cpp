@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
+#include "LateLibrariesPrivate.h"
 #include "X11ClipboardPrivate.h"
 
 #include <algorithm>
@@ -40,8 +41,9 @@ X11Clipboard::X11Clipboard(
     ownerEvent_ = connection_.extensions().fixesEvent;
     if (!ownerEvent_)
         return;
+    const auto select = XFIXES(xcb_xfixes_select_selection_input);
     for (const Held& each : held_)
-        xcb_xfixes_select_selection_input(raw, window_, each.atom,
+        select(raw, window_, each.atom,
             XCB_XFIXES_SELECTION_EVENT_MASK_SET_SELECTION_OWNER
                 | XCB_XFIXES_SELECTION_EVENT_MASK_SELECTION_WINDOW_DESTROY
                 | XCB_XFIXES_SELECTION_EVENT_MASK_SELECTION_CLIENT_CLOSE);

@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
+#include "LateLibrariesPrivate.h"
 #include "X11DisplayPrivate.h"
 
 #include <algorithm>
@@ -209,8 +210,8 @@ bool X11Display::blends() const
     if (!connection_->extensions().fixesEvent)
         return askForCompositor();
     if (!blends_) {
-        xcb_xfixes_select_selection_input(connection_->raw(), connection_->root(),
-            connection_->atom(Atom::netWmCompositor),
+        const auto select = XFIXES(xcb_xfixes_select_selection_input);
+        select(connection_->raw(), connection_->root(), connection_->atom(Atom::netWmCompositor),
             XCB_XFIXES_SELECTION_EVENT_MASK_SET_SELECTION_OWNER
                 | XCB_XFIXES_SELECTION_EVENT_MASK_SELECTION_WINDOW_DESTROY
                 | XCB_XFIXES_SELECTION_EVENT_MASK_SELECTION_CLIENT_CLOSE);

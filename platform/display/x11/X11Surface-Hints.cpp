@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
+#include "LateLibrariesPrivate.h"
 #include "X11SurfacePrivate.h"
 
 #include <algorithm>
@@ -275,13 +276,13 @@ void X11Surface::setShape(xcb_shape_sk_t kind, bool empty)
         return;
     xcb_connection_t* raw = connection.raw();
     if (!empty) {
-        xcb_xfixes_set_window_shape_region(raw, window_, kind, 0, 0, XCB_NONE);
+        XFIXES(xcb_xfixes_set_window_shape_region)(raw, window_, kind, 0, 0, XCB_NONE);
         return;
     }
     const xcb_xfixes_region_t nothing = xcb_generate_id(raw);
-    xcb_xfixes_create_region(raw, nothing, 0, nullptr);
-    xcb_xfixes_set_window_shape_region(raw, window_, kind, 0, 0, nothing);
-    xcb_xfixes_destroy_region(raw, nothing);
+    XFIXES(xcb_xfixes_create_region)(raw, nothing, 0, nullptr);
+    XFIXES(xcb_xfixes_set_window_shape_region)(raw, window_, kind, 0, 0, nothing);
+    XFIXES(xcb_xfixes_destroy_region)(raw, nothing);
 }
 
 void X11Surface::setConcealed(bool concealed)
