@@ -23,6 +23,16 @@ namespace {
             names.emplace_back(pages()[hit.page].name);
         return names;
     }
+    std::string nameBefore(std::string_view page)
+    {
+        std::string before;
+        for (const PageEntry& entry : pages()) {
+            if (page == entry.name)
+                return before;
+            before = entry.name;
+        }
+        return "not found";
+    }
     std::string matchOf(std::string_view words, std::string_view page)
     {
         for (const PageHit& hit : findPages(words)) {
@@ -110,7 +120,7 @@ TEST(Sidebar, ArrowsStepOverHeadings)
     gallery.showPage("Colour");
     gallery.controller->window()->makeFirstResponder(gallery.controller->sidebar()->list().get());
     gallery.press(NSUpArrowFunctionKey);
-    EXPECT_EQ(gallery.page(), "Intervals and URLs");
+    EXPECT_EQ(gallery.page(), nameBefore("Colour")); // the last page of the group above
     gallery.press(NSDownArrowFunctionKey);
     EXPECT_EQ(gallery.page(), "Colour");
 }
