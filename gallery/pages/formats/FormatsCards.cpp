@@ -146,6 +146,8 @@ template <> struct DatesCard::Methods<struct Dates> {
         NSDateFormatterStyle style;
     };
     static constexpr double kDay = 24 * 60 * 60;
+    static constexpr double kStyles = 7; // rows
+    static constexpr double kSpace = 10; // between dates and times
 
     static Ref<NSView> initWithFrame(DatesCard& self, NSRect frame)
     {
@@ -156,6 +158,12 @@ template <> struct DatesCard::Methods<struct Dates> {
         self.earlier_ = addChip(&self, "Day before"_ns, "b"_ns, moving(self, -kDay));
         self.later_ = addChip(&self, "Day after"_ns, "a"_ns, moving(self, kDay));
         self.now_ = addChip(&self, "Now"_ns, "n"_ns, sending<"now">(&self));
+        self.month_ = make<MonthView>();
+        self.month_->setChosen([weak = WeakRef<DatesCard>(&self)](NSDate* date) {
+            if (const Ref<DatesCard> card = weak.get())
+                show(*card, date);
+        });
+        self.addSubview(self.month_.get());
         return made;
     }
     static Block<void()> moving(DatesCard& self, double seconds)
@@ -169,15 +177,24 @@ template <> struct DatesCard::Methods<struct Dates> {
     static void show(DatesCard& self, const Ref<NSDate>& date)
     {
         self.date_ = date;
+        self.month_->show(date.get(), self.locale().get());
         self.setNeedsDisplay(true);
+    }
+    static void setLocale(DatesCard& self, NSLocale* locale)
+    {
+        super<DatesCard, "setLocale:">(self, locale);
+        show(self, self.date_);
     }
     static void setFrameSize(DatesCard& self, NSSize size)
     {
         super<DatesCard, "setFrameSize:">(self, size);
-        const NSRect body = self.bodyRect();
-        if (self.now_)
-            layOutChips({ self.earlier_.get(), self.later_.get(), self.now_.get() },
-                { body.origin.x, NSMaxY(body) - kChipHeight });
+        if (!self.month_)
+            return;
+        NSRect body = self.bodyRect();
+        layOutChips({ self.earlier_.get(), self.later_.get(), self.now_.get() },
+            takeBottom(body, kChipHeight).origin);
+        skip(body, kStyles * kRow + kSpace + kCardGap);
+        self.month_->setFrame(body);
     }
     static Ref<NSString> text(
         DatesCard& self, NSDateFormatterStyle day, NSDateFormatterStyle time, bool relative)
@@ -197,7 +214,7 @@ template <> struct DatesCard::Methods<struct Dates> {
             { "Full"_ns, NSDateFormatterFullStyle } };
         for (const Row& row : rows)
             drawRow(body, row.name, text(self, row.style, NSDateFormatterNoStyle, false).get());
-        skip(body, 10);
+        skip(body, kSpace);
         drawRow(body, "Time"_ns,
             text(self, NSDateFormatterNoStyle, NSDateFormatterShortStyle, false).get());
         drawRow(body, "Near by"_ns,
@@ -208,9 +225,11 @@ template <> struct DatesCard::Methods<struct Dates> {
 
     static void table(Builder& t)
     {
+        t.properties({ property<&DatesCard::date_>("date", readonly, nonatomic) });
         t.methods({
             { "initWithFrame:", imp<initWithFrame> },
             { "setFrameSize:", imp<setFrameSize> },
+            { "setLocale:", imp<setLocale> },
             { "now", imp<now> },
             { "drawBody:", imp<drawBody> },
         });

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include "MonthView.h"
 #include "appkit/NSTextField.h"
 #include "foundation/NSDate.h"
 #include "foundation/NSLocale.h"
@@ -33,12 +34,19 @@ private:
     brindle::Ref<brindle::NSTextField> field_;
 };
 
-/// A moment in every style; chips move it.
+/// A moment in every style, and its month; chips move it, and a press on a day.
 class DatesCard : public LocalizedCard {
     BRINDLE_OBJECT(DatesCard, LocalizedCard)
 
+public:
+    brindle::Ref<brindle::NSDate> date() const
+    {
+        return send<"date", brindle::Ref<brindle::NSDate>>();
+    }
+
 private:
     brindle::Ref<GalleryChip> earlier_, later_, now_;
+    brindle::Ref<MonthView> month_;
     brindle::Ref<brindle::NSDate> date_;
 };
 

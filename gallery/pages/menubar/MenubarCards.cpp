@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "MenubarCards.h"
 
+#include <cmath>
+
 #include "Menubar.h"
 #include "appkit/NSColor.h"
 #include "appkit/NSImage.h"
@@ -157,6 +159,9 @@ BRINDLE_RECORD(MenubarReportCard, Report)
 
 template <> struct MenubarButtonsCard::Methods<struct Buttons> {
 
+    static constexpr std::size_t kBars = 2; // light and dark
+    static constexpr double kNames = 72;
+
     static Ref<NSImage> disc() { return NSImage::cls().imageNamed("NSActionTemplate"_ns); }
     static Ref<BRCustomMenubarMenuButton> button(const char* title)
     {
@@ -210,28 +215,43 @@ template <> struct MenubarButtonsCard::Methods<struct Buttons> {
             button.setInvertedImage(nullptr);
         }
     }
-    static NSRect rowIn(NSRect body, int row)
+    /// Bars share the room; each has its buttons in the middle.
+    static NSRect barIn(NSRect body, std::size_t bar)
     {
-        return NSMakeRect(body.origin.x, body.origin.y + row * 44, body.size.width, 34);
+        constexpr double kGap = 10;
+        const double height = std::floor((body.size.height - kGap * (kBars - 1)) / kBars);
+        return NSMakeRect(body.origin.x, body.origin.y + static_cast<double>(bar) * (height + kGap),
+            body.size.width, height);
     }
     static void setFrameSize(MenubarButtonsCard& self, NSSize size)
     {
         super<MenubarButtonsCard, "setFrameSize:">(self, size);
-        constexpr std::size_t kInRow = 4;
+        const std::size_t inBar = self.buttons_.size() / kBars;
         double x = 0;
         for (std::size_t i = 0; i < self.buttons_.size(); ++i) {
-            const NSRect row = rowIn(self.bodyRect(), static_cast<int>(i / kInRow));
+            const NSRect bar = barIn(self.bodyRect(), i / inBar);
             const Ref<NSView>& view = self.buttons_[i];
-            x = i % kInRow == 0 ? row.origin.x + 6 : x;
-            view->setFrameOrigin({ x, row.origin.y + 6 });
-            x += view->frame().size.width + 12;
+            const NSSize button = view->frame().size;
+            x = i % inBar == 0 ? bar.origin.x + kNames : x;
+            view->setFrameOrigin({ x, std::round(NSMidY(bar) - button.height / 2) });
+            x += button.width + 12;
         }
     }
     static void drawBody(MenubarButtonsCard&, NSRect body)
     {
-        const double ground = isDark() ? 0.42 : 0.93;
-        fillRounded(rowIn(body, 0), 6, NSColor::cls().colorWithWhite_alpha(ground, 1).get());
-        fillRounded(rowIn(body, 1), 6, NSColor::cls().blackColor().get());
+        const Palette& colors = palette();
+        const double light = isDark() ? 0.42 : 0.93;
+        const Ref<NSColor> grounds[]
+            = { NSColor::cls().colorWithWhite_alpha(light, 1), NSColor::cls().blackColor() };
+        for (std::size_t i = 0; i < kBars; ++i) {
+            const NSRect bar = barIn(body, i);
+            fillRounded(bar, 6, grounds[i].get());
+            strokeRounded(bar, 6, colors.border.get());
+            const Ref<NSColor> ink
+                = NSColor::cls().colorWithWhite_alpha(i == 0 && !isDark() ? 0.3 : 0.95, 1);
+            NSString* const name = i == 0 ? "Light"_ns : "Dark"_ns;
+            drawText(name, { bar.origin.x + 14, NSMidY(bar) - 7 }, Style::caption, ink.get());
+        }
     }
 
     static void table(Builder& t)

@@ -9,7 +9,7 @@ using namespace brindle;
 
 template <> struct MenubarPage::Methods<struct Cards> {
 
-    static constexpr double kUpper = 208;
+    static constexpr double kUpper = 200;
     static constexpr double kItems = 120;
 
     static void addCards(MenubarPage& self)

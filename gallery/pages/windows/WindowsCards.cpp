@@ -118,9 +118,9 @@ template <> struct WindowKindsCard::Methods<struct Kinds> {
         super<WindowKindsCard, "setFrameSize:">(self, size);
         const NSPoint corner = self.bodyRect().origin;
         constexpr double kRow = kChipHeight + 10;
-        layOutChips({ self.titled_.get(), self.bare_.get() }, corner);
-        layOutChips({ self.borderless_.get(), self.panel_.get() }, { corner.x, corner.y + kRow });
-        layOutChips({ self.about_.get(), self.close_.get() }, { corner.x, corner.y + 2 * kRow });
+        layOutChips({ self.titled_.get(), self.bare_.get(), self.borderless_.get() }, corner);
+        layOutChips({ self.panel_.get(), self.about_.get(), self.close_.get() },
+            { corner.x, corner.y + kRow });
     }
 
     static void table(Builder& t)
@@ -137,13 +137,16 @@ BRINDLE_RECORD(WindowKindsCard, Kinds)
 
 template <> struct WindowListCard::Methods<struct List> {
 
+    static constexpr double kRow = 46;
+
     static Ref<NSView> initWithFrame(WindowListCard& self, NSRect frame)
     {
         Ref<NSView> card = super<WindowListCard, "initWithFrame:", Ref<NSView>>(self, frame);
         const Ref<NSNotificationCenter> center = NSNotificationCenter::cls().defaultCenter();
         for (NSString* name : std::initializer_list<NSString*> { NSWindowDidBecomeKeyNotification,
                  NSWindowDidResignKeyNotification, NSWindowDidBecomeMainNotification,
-                 NSWindowDidResignMainNotification, NSWindowWillCloseNotification })
+                 NSWindowDidResignMainNotification, NSWindowWillCloseNotification,
+                 NSWindowDidMoveNotification, NSWindowDidResizeNotification })
             center->addObserver_selector_name_object(
                 &self, selector<"windowsChanged:">, name, nullptr);
         return card;
@@ -153,22 +156,42 @@ template <> struct WindowListCard::Methods<struct List> {
         self.setNeedsDisplay(true);
     }
 
+    static Ref<NSString> marksOf(const NSWindow& window)
+    {
+        std::string marks = window.isKeyWindow() ? "key" : "";
+        if (window.isMainWindow())
+            marks += marks.empty() ? "main" : "  main";
+        return stringFrom(marks);
+    }
+    /// Draws a window in two lines: its class and title, and below where it is.
+    static void drawRow(const NSWindow& window, NSRect row)
+    {
+        const Palette& colors = palette();
+        const Ref<NSString> marks = marksOf(window);
+        const double right = NSMaxX(row) - sizeOf(marks.get(), Style::caption).width;
+        drawText(marks.get(), { right, row.origin.y + 2 }, Style::caption, colors.accent.get());
+        const Ref<NSString> kind = NSStringFromClass(window.classObject());
+        const double named = row.origin.x + sizeOf(kind.get(), Style::body).width + 10;
+        drawText(kind.get(), row.origin, Style::body, colors.text.get());
+        drawFitted(window.title().get(), { named, row.origin.y + 2 }, right - named - 10,
+            Style::caption, colors.quietText.get());
+        const NSRect frame = window.frame();
+        const Ref<NSString> place = NSString::cls().stringWithFormat(
+            "x %g   y %g   %g × %g   level %ld"_ns, frame.origin.x, frame.origin.y,
+            frame.size.width, frame.size.height, window.level());
+        drawFitted(place.get(), { row.origin.x, row.origin.y + 18 }, row.size.width, Style::caption,
+            colors.quietText.get());
+    }
     static void drawBody(WindowListCard&, NSRect body)
     {
-        double y = body.origin.y;
+        NSRect row = NSMakeRect(body.origin.x, body.origin.y, body.size.width, kRow);
         for (NSWindow* window : each<NSWindow>(application()->orderedWindows())) {
-            if (y + 22 > NSMaxY(body))
+            if (NSMaxY(row) > NSMaxY(body))
                 return;
-            const Ref<NSString> kind = NSStringFromClass(window->classObject());
-            const Ref<NSString> title = window->title();
-            drawFitted(kind.get(), { body.origin.x, y }, 150, Style::body, palette().text.get());
-            drawFitted(title.get(), { body.origin.x + 160, y }, 130, Style::caption,
-                palette().quietText.get());
-            std::string marks = window->isKeyWindow() ? "key  " : "";
-            marks += window->isMainWindow() ? "main" : "";
-            drawText(stringFrom(marks).get(), { body.origin.x + 296, y }, Style::caption,
-                palette().accent.get());
-            y += 24;
+            drawRow(*window, row);
+            fill(NSMakeRect(row.origin.x, NSMaxY(row) - 7, row.size.width, 1),
+                palette().border.get());
+            row.origin.y += kRow;
         }
     }
 

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "WindowsPage.h"
 
+#include <cmath>
+
 #include "runtime/Table.h"
 
 namespace gallery {
@@ -8,6 +10,9 @@ namespace gallery {
 using namespace brindle;
 
 template <> struct WindowsPage::Methods<struct Cards> {
+
+    static constexpr double kKinds = 146;
+    static constexpr double kState = 238;
 
     static void addCards(WindowsPage& self)
     {
@@ -24,9 +29,11 @@ template <> struct WindowsPage::Methods<struct Cards> {
     }
     static void layOutIn(WindowsPage& self, NSRect room)
     {
-        const double half = (room.size.height - kCardGap) / 2;
-        layOutRow({ self.kinds_.get(), self.list_.get() }, takeTop(room, half));
-        layOutRow({ self.state_.get(), self.screens_.get() }, room);
+        NSRect left = takeLeft(room, std::round((room.size.width - kCardGap) / 2));
+        self.kinds_->setFrame(takeTop(left, kKinds));
+        self.list_->setFrame(left);
+        self.state_->setFrame(takeBottom(room, kState));
+        self.screens_->setFrame(room);
     }
 
     static void table(Builder& t)
