@@ -8,6 +8,7 @@
 #include "KeyValuePrivate.h"
 #include "foundation/NSObject+KeyValueCoding.h"
 #include "foundation/NSStringPrivate.h"
+#include "foundation/SameBytesPrivate.h"
 #include "runtime/ArgumentKinds.h"
 #include "runtime/MethodChanges.h"
 
@@ -199,7 +200,7 @@ namespace {
     Entry* entryOf(std::size_t bucket, const Class* cls, std::string_view key)
     {
         Entry* entry = buckets[bucket].load(std::memory_order_acquire);
-        while (entry && (entry->cls != cls || entry->key != key))
+        while (entry && (entry->cls != cls || !sameBytes(entry->key, key)))
             entry = entry->next;
         return entry;
     }
