@@ -341,10 +341,19 @@ template <> struct NSMutableOrderedSet::Methods<struct Changing> {
     static void keep(NSMutableOrderedSet& self, NSSet* other, bool present)
     {
         const Ref<NSSet> alive(other);
+        const auto places = make<NSMutableIndexSet>();
+        std::vector<Ref<NSObject>> leaving;
+        NSUInteger index = 0;
         for (const Ref<NSObject>& item : ArrayAccess::copy(self.order_.get())) {
-            if (maybe(other)->containsObject(item.get()) != present)
-                self.removeObject(item.get());
+            if (maybe(other)->containsObject(item.get()) != present) {
+                places->addIndex(index);
+                leaving.push_back(item);
+            }
+            ++index;
         }
+        self.order_->removeObjectsAtIndexes(places.get());
+        for (const Ref<NSObject>& item : leaving)
+            self.members_->removeObject(item.get());
     }
     static void minusSet(NSMutableOrderedSet& self, NSSet* other) { keep(self, other, false); }
     static void minusOrderedSet(NSMutableOrderedSet& self, NSOrderedSet* other)

@@ -106,8 +106,17 @@ template <> struct NSTimer::Methods<struct Scheduling> {
     {
         if (!super<NSTimer, "init", Ref<NSObject>>(self))
             return nullptr;
-        self.entry_ = std::make_shared<Entry>();
+        if (!self.entry_)
+            self.entry_ = std::make_shared<Entry>();
         Entry& entry = *self.entry_;
+        if (entry.loop) { // initialised once more: the loop forgets what it was
+            entry.loop->unschedule(entry);
+            letGo(entry);
+        }
+        self.invalid_ = false;
+        entry.modes = 0;
+        entry.step = 0;
+        entry.moved = true; // what is firing now does not move it
         entry.fire = &fireEntry;
         entry.drop = &dropEntry;
         entry.timer = &self;

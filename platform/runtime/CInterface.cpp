@@ -335,10 +335,16 @@ brindle_id brindle_send(brindle_id object, brindle_selector selector, const char
         std::size_t size = 0;
         std::size_t alignment = 1;
         encodingSizeAndAlignment(asked, &size, &alignment);
+        std::vector<std::max_align_t> unwanted;
+        if (!result)
+            unwanted.resize(size / sizeof(std::max_align_t) + 1);
+        void* const answer = result ? result : unwanted.data();
         if (method)
-            callDynamically(method_getImplementation(method), asked, all.data(), result);
+            callDynamically(method_getImplementation(method), asked, all.data(), answer);
         else
-            forwardTypes(asked, all.data(), result, size);
+            forwardTypes(asked, all.data(), answer, size);
+        if (!result && *asked == '@')
+            Ref<NSObject>::adopt(*static_cast<NSObject**>(answer));
     });
     --sendDepth;
     return brindle_takeError();

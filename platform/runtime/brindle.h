@@ -120,7 +120,8 @@ BRINDLE_C_EXPORT brindle_call* brindle_makeCall(
 
 /* Sends a message whose types are known as text only.
    - types: NULL for the receiver's own.
-   - arguments: their addresses, without receiver and selector. - result: room for the answer, at least 8 bytes.
+   - arguments: their addresses, without receiver and selector. - result: room for the answer, at least 8 bytes;
+   NULL when nobody wants it: an object is released then.
    Answers NULL, or the exception that was raised, which the caller releases. */
 BRINDLE_C_EXPORT brindle_id brindle_send(brindle_id object, brindle_selector selector,
     const char* types, void* const* arguments, void* result);

@@ -110,6 +110,10 @@ TEST(NSOrderedSet, JoinsSubtractsAndMeets)
     EXPECT_EQ(text(set.get()), "cd");
     set->minusSet(nullptr);
     EXPECT_EQ(text(set.get()), "cd");
+    set->addObject("c"_ns);
+    EXPECT_EQ(text(set.get()), "cd");
+    set->addObject("b"_ns);
+    EXPECT_EQ(text(set.get()), "cdb");
 }
 
 TEST(NSOrderedSet, ComparesWithOtherSets)

@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "foundation/NSDate.h"
+#include "foundation/NSRunLoop.h"
 #include "runtime/NSException.h"
 #include "runtime/Table.h"
 #include "support/VirtualClock.h"
@@ -176,6 +177,34 @@ TEST(NSTimer, RestartsInPlace)
     EXPECT_EQ(fired, 0);
     clock.advance(1);
     EXPECT_EQ(fired, 1);
+}
+
+TEST(NSTimer, ForgetsItsLoopWhenItIsInitialisedOnceMore)
+{
+    VirtualClock clock;
+    int first = 0;
+    int second = 0;
+    const auto timer = scheduled(1, true, [&](NSTimer*) { ++first; });
+    timer->initWithFireDate_interval_repeats_block(
+        NSDate::cls().dateWithTimeIntervalSinceNow(1).get(), 1, false, [&](NSTimer*) { ++second; });
+    clock.advance(3);
+    EXPECT_EQ(first + second, 0);
+    NSRunLoop::cls().mainRunLoop()->addTimer_forMode(timer.get(), NSDefaultRunLoopMode);
+    clock.advance(3);
+    EXPECT_EQ(first, 0);
+    EXPECT_EQ(second, 1);
+}
+
+TEST(NSTimer, MayBeInitialisedOnceMoreWhileItFires)
+{
+    VirtualClock clock;
+    int fired = 0;
+    scheduled(1, true, [&](NSTimer* timer) {
+        timer->initWithFireDate_interval_repeats_block(
+            nullptr, 1, true, [&](NSTimer*) { ++fired; });
+    });
+    clock.advance(5);
+    EXPECT_EQ(fired, 0);
 }
 
 TEST(NSTimer, KeepsTheOrderOfEqualMoments)

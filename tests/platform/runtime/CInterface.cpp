@@ -209,6 +209,17 @@ namespace {
         EXPECT_TRUE(NSEqualRects(answer, frame));
     }
 
+    TEST(CInterface, APackedMessageWhoseAnswerNobodyWantsReleasesAnObject)
+    {
+        const auto dog = make<Dog>();
+        const auto before = headerOf(dog.get()).count.load();
+        for (const char* name : { "frame", "retain", "release", "description" })
+            EXPECT_EQ(
+                brindle_send(plain(dog), brindle_selectorNamed(name), nullptr, nullptr, nullptr),
+                nullptr);
+        EXPECT_EQ(headerOf(dog.get()).count.load(), before);
+    }
+
     TEST(CInterface, AnswersTheExceptionOfAPackedMessage)
     {
         const auto error = Ref<NSException>::adopt(reinterpret_cast<NSException*>(brindle_send(
