@@ -110,10 +110,9 @@ namespace {
                 readPalette(frame.palette, packed & 7);
             const std::uint32_t bits = bytes_.byte(at_++);
             const std::vector<std::byte> codes = readBlocks();
-            const std::size_t pixels = width_ * height_;
             if (bytes_.failed() || bits < 1 || bits > 8 || frame.left + frame.width > width_
                 || frame.top + frame.height > height_
-                || (files_.pictures.size() + 1) * pixels > kMostPixels)
+                || (files_.pictures.size() + 1 + spareCanvases()) * width_ * height_ > kMostPixels)
                 return false;
             const std::size_t count = frame.width * frame.height;
             const auto indices = unpackCodes(codes, bits, CodeOrder::lowBitsFirst, count);
@@ -122,11 +121,25 @@ namespace {
             show(frame, indices);
             return true;
         }
+        /// Answers whether nothing stands behind the frame that was just read.
+        bool isLast() const
+        {
+            constexpr std::byte kEnd { 0x3B };
+            return at_ >= bytes_.size() || bytes_.part(at_, 1)[0] == kEnd;
+        }
+        /// How many pictures are in memory beside the one that a frame becomes.
+        std::size_t spareCanvases() const
+        {
+            if (isLast())
+                return 0; // it takes the canvas
+            return control_.disposal == 3 ? 2 : 1;
+        }
         /// Paints a frame, keeps what is to be seen, and leaves what the next frame is painted on.
         void show(const Frame& frame, const std::vector<std::uint8_t>& indices)
         {
             std::vector<std::uint32_t> before;
-            if (control_.disposal == 3)
+            const bool isLast = this->isLast();
+            if (control_.disposal == 3 && !isLast)
                 before = canvas_;
             std::size_t from = 0;
             for (std::size_t i = 0; i < frame.height; ++i) {
@@ -137,8 +150,11 @@ namespace {
                         *out = frame.palette[indices[from]];
                 }
             }
+            std::vector<std::uint32_t> shown = isLast ? std::move(canvas_) : canvas_;
             files_.pictures.push_back(
-                { imageTaking(std::vector(canvas_), width_, height_, true), 72, control_.seconds });
+                { imageTaking(std::move(shown), width_, height_, true), 72, control_.seconds });
+            if (isLast)
+                return;
             if (control_.disposal == 3)
                 canvas_ = std::move(before);
             else if (control_.disposal == 2) {

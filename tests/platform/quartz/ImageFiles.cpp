@@ -154,6 +154,21 @@ TEST(ImageFiles, GIFTellsItsFrames)
     EXPECT_EQ(wordsOf(files.pictures[1].image), (std::vector { kRed, kGreen, kBlue, kWhite }));
 }
 
+TEST(ImageFiles, AGIFAsLargeAsPicturesMayBeHasOneFrame)
+{
+    using namespace std::string_literals;
+    const std::string frame = ",\0\0\0\0\2\0\2\0\0\2\3\104\64\5\0"s;
+    const auto large = [](std::string file) {
+        file.replace(6, 4, littleEndian(8192, 2) + littleEndian(6144, 2));
+        return quartz::decodeImages(bytesOf(file));
+    };
+    const auto one = large(gif());
+    ASSERT_EQ(one.pictures.size(), 1u);
+    EXPECT_EQ(one.pictures[0].image->width(), 8192u);
+    EXPECT_EQ(
+        large(gif(frame)).pictures.size(), 0u); // two, and the canvas between them, are too much
+}
+
 TEST(ImageFiles, PNGTellsItsResolution)
 {
     const auto again = quartz::decodeImage(bytesOf(quartz::encodePNG(gradient(4, 4).get(), 144)));
