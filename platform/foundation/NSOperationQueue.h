@@ -1,11 +1,23 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include <deque>
+
 #include "Dispatch.h"
+#include "NSString.h"
 
 namespace brindle {
 
-/// A queue of closures as an object: the main one, or one of one's own that runs them side by side.
+class NSArray;
+class NSOperation;
+
+/// As many as the machine runs well; operations of a queue are not held back then.
+inline constexpr NSInteger NSOperationQueueDefaultMaxConcurrentOperationCount = -1;
+
+/// Runs operations and closures: the main queue on the main thread one after another, a queue of one's own side by side.
+///
+/// Operations begin in the order in which they were added, those of a higher priority first, each when what it waits for has
+/// ended. A queue stays until its operations have ended.
 class NSOperationQueue : public NSObject {
     BRINDLE_OBJECT(NSOperationQueue, NSObject)
 
@@ -15,22 +27,62 @@ public:
         {
             return send<"mainQueue", Ref<NSOperationQueue>>();
         }
+        /// Answers the queue whose operation runs on this thread; the main one on the main thread. - Nil: elsewhere.
+        Ref<NSOperationQueue> currentQueue() const
+        {
+            return send<"currentQueue", Ref<NSOperationQueue>>();
+        }
     };
 
+    /// - Raises: `NSInvalidArgumentException` for nil and for an operation that is in a queue, has begun or has ended.
+    void addOperation(NSOperation* operation) { send<"addOperation:">(operation); }
+    /// Adds all of an array and, when told to, waits for them.
+    void addOperations_waitUntilFinished(NSArray* operations, bool wait)
+    {
+        send<"addOperations:waitUntilFinished:">(operations, wait);
+    }
     void addOperationWithBlock(const Block<void()>& block)
     {
         send<"addOperationWithBlock:">(block.get());
     }
+    /// Answers what has not ended yet, in the order in which it begins.
+    Ref<NSArray> operations() const { return send<"operations", Ref<NSArray>>(); }
+    NSUInteger operationCount() const { return send<"operationCount", NSUInteger>(); }
+    void cancelAllOperations() { send<"cancelAllOperations">(); }
     /// Waits until everything added so far has run. Not for the main queue on the main thread.
     void waitUntilAllOperationsAreFinished() { send<"waitUntilAllOperationsAreFinished">(); }
+
+    /// How many operations run at the same time; always 1 for the main queue.
+    NSInteger maxConcurrentOperationCount() const
+    {
+        return send<"maxConcurrentOperationCount", NSInteger>();
+    }
+    /// - count: negative for the default. None begin with 0. What is running goes on.
+    void setMaxConcurrentOperationCount(NSInteger count)
+    {
+        send<"setMaxConcurrentOperationCount:">(count);
+    }
+    /// While it is suspended no operation begins; the main queue never is.
+    bool isSuspended() const { return send<"isSuspended", bool>(); }
+    void setSuspended(bool suspended) { send<"setSuspended:">(suspended); }
+    Ref<NSString> name() const { return send<"name", Ref<NSString>>(); }
+    void setName(NSString* name) { send<"setName:">(name); }
+
     Ref<DispatchQueue> underlyingQueue() const
     {
         return send<"underlyingQueue", Ref<DispatchQueue>>();
     }
 
 private:
+    friend struct OperationAccess;
+
     Ref<DispatchQueue> queue_;
     Ref<DispatchGroup> group_;
+    std::deque<Ref<NSOperation>> waiting_; // higher priorities first
+    std::deque<Ref<NSOperation>> begun_;
+    Ref<NSString> name_;
+    NSInteger most_ = NSOperationQueueDefaultMaxConcurrentOperationCount;
+    bool suspended_ = false;
 };
 
 }

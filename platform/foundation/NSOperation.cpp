@@ -1,0 +1,220 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "NSOperation.h"
+
+#include <algorithm>
+
+#include "Dispatch.h"
+#include "DispatchPrivate.h"
+#include "Exceptions.h"
+#include "NSMutableArray.h"
+#include "OperationPrivate.h"
+#include "runtime/Table.h"
+
+namespace brindle {
+
+OperationAccess::Lock OperationAccess::lock()
+{
+    static constinit std::mutex mutex;
+    return Lock(mutex);
+}
+
+bool OperationAccess::isReady(const NSOperation& operation)
+{
+    return operation.cancelled_
+        || std::all_of(operation.dependencies_.begin(), operation.dependencies_.end(),
+            [](const Ref<NSOperation>& each) { return each->state_ == State::finished; });
+}
+
+Ref<NSOperationQueue> OperationAccess::queueOf(const NSOperation& operation)
+{
+    const Lock held = lock();
+    return operation.queue_;
+}
+
+template <> struct NSOperation::Methods<struct Work> {
+
+    [[noreturn]] static void refuse(const char* what)
+    {
+        raise("NSInvalidArgumentException", "*** -[NSOperation " + std::string(what));
+    }
+
+    static void main(NSOperation&) { }
+    static void start(NSOperation& self)
+    {
+        const Ref<NSOperation> alive(&self);
+        const bool isCancelled = self.isCancelled();
+        {
+            auto held = OperationAccess::lock();
+            const State before = self.state_;
+            if (before == State::finished)
+                return;
+            const bool mayBegin = before == State::given
+                || (before == State::waiting && !self.queue_ && OperationAccess::isReady(self));
+            if (mayBegin)
+                self.state_ = State::executing;
+            held.unlock();
+            if (!mayBegin)
+                refuse("start]: the operation is executing, waiting or in a queue");
+        }
+        if (!isCancelled) {
+            try {
+                self.main();
+            } catch (...) {
+                OperationAccess::finish(self);
+                throw;
+            }
+        }
+        OperationAccess::finish(self);
+    }
+
+    static void cancel(NSOperation& self)
+    {
+        self.cancelled_ = true;
+        if (const Ref<NSOperationQueue> queue = OperationAccess::queueOf(self))
+            OperationAccess::proceed(*queue);
+    }
+    static bool isCancelled(NSOperation& self) { return self.cancelled_; }
+    static bool isExecuting(NSOperation& self)
+    {
+        const auto held = OperationAccess::lock();
+        return self.state_ == State::executing;
+    }
+    static bool isFinished(NSOperation& self)
+    {
+        const auto held = OperationAccess::lock();
+        return self.state_ == State::finished;
+    }
+    static bool isReady(NSOperation& self)
+    {
+        const auto held = OperationAccess::lock();
+        return OperationAccess::isReady(self);
+    }
+
+    static void waitUntilFinished(NSOperation& self)
+    {
+        const Ref<NSOperation> alive(&self);
+        const Ref<DispatchGroup> fresh = dispatch_group_create();
+        Ref<DispatchGroup> end;
+        {
+            const auto held = OperationAccess::lock();
+            if (self.state_ == State::finished)
+                return;
+            if (!self.end_) {
+                dispatch_group_enter(fresh.get());
+                self.end_ = fresh;
+            }
+            end = self.end_;
+        }
+        dispatch_group_wait(end.get(), DISPATCH_TIME_FOREVER);
+    }
+
+    // ---- what it waits for
+
+    static void addDependency(NSOperation& self, NSOperation* other)
+    {
+        if (!other || other == &self)
+            refuse("addDependency:]: an operation cannot wait for itself or for nil");
+        const auto held = OperationAccess::lock();
+        auto& all = self.dependencies_;
+        if (self.state_ != State::waiting || std::find(all.begin(), all.end(), other) != all.end())
+            return;
+        all.emplace_back(other);
+        other->dependents_.emplace_back(&self);
+    }
+    static void removeDependency(NSOperation& self, NSOperation* other)
+    {
+        Ref<NSOperation> removed;
+        Ref<NSOperationQueue> queue;
+        {
+            const auto held = OperationAccess::lock();
+            auto& all = self.dependencies_;
+            const auto found = std::find(all.begin(), all.end(), other);
+            if (found == all.end())
+                return;
+            removed = std::move(*found);
+            all.erase(found);
+            queue = self.queue_;
+        }
+        if (queue)
+            OperationAccess::proceed(*queue);
+    }
+    static Ref<NSArray> dependencies(NSOperation& self)
+    {
+        std::vector<Ref<NSOperation>> all;
+        {
+            const auto held = OperationAccess::lock();
+            all = self.dependencies_;
+        }
+        const Ref<NSMutableArray> answer = make<NSMutableArray>();
+        for (const Ref<NSOperation>& each : all)
+            answer->addObject(each.get());
+        return Ref<NSArray>(answer);
+    }
+    static void setQueuePriority(NSOperation& self, NSOperationQueuePriority priority)
+    {
+        const NSInteger steps = std::clamp<NSInteger>(priority, -8, 8) / 4; // towards normal
+        const auto held = OperationAccess::lock();
+        self.priority_ = static_cast<NSOperationQueuePriority>(steps * 4);
+    }
+
+    static void table(Builder& t)
+    {
+        t.properties({
+            property<&NSOperation::priority_>("queuePriority", nonatomic),
+            property<&NSOperation::completion_>("completionBlock", copied),
+            property<&NSOperation::name_>("name", copied),
+        });
+        t.methods({
+            { "start", imp<start> },
+            { "main", imp<main> },
+            { "cancel", imp<cancel> },
+            { "isCancelled", imp<isCancelled> },
+            { "isExecuting", imp<isExecuting> },
+            { "isFinished", imp<isFinished> },
+            { "isReady", imp<isReady> },
+            { "waitUntilFinished", imp<waitUntilFinished> },
+            { "addDependency:", imp<addDependency> },
+            { "removeDependency:", imp<removeDependency> },
+            { "dependencies", imp<dependencies> },
+            { "setQueuePriority:", imp<setQueuePriority> },
+        });
+    }
+};
+BRINDLE_RECORD(NSOperation, Work)
+
+template <> struct NSBlockOperation::Methods<struct Blocks> {
+
+    static Ref<NSBlockOperation> withBlock(Class& self, Closure<void()>* block)
+    {
+        Ref<NSBlockOperation> made = cast<NSBlockOperation>(
+            self.send<"alloc", Ref<NSObject>>()->send<"init", Ref<NSObject>>());
+        made->addExecutionBlock(Block<void()>(block));
+        return made;
+    }
+    static void addBlock(NSBlockOperation& self, Closure<void()>* block)
+    {
+        if (!block)
+            fatal("a null closure was handed to an operation");
+        if (self.isExecuting() || self.isFinished())
+            raise("NSInvalidArgumentException",
+                "*** -[NSBlockOperation addExecutionBlock:]: the operation has begun");
+        self.blocks_.emplace_back(block);
+    }
+    static void main(NSBlockOperation& self)
+    {
+        if (self.blocks_.size() == 1)
+            return self.blocks_.front()();
+        dispatch_apply(self.blocks_.size(),
+            dispatch_get_global_queue(DISPATCH_QUEUE_PRIORITY_DEFAULT, 0),
+            [&self](std::size_t index) { self.blocks_[index](); });
+    }
+
+    static void table(Builder& t)
+    {
+        t.classMethods({ { "blockOperationWithBlock:", imp<withBlock> } });
+        t.methods({ { "addExecutionBlock:", imp<addBlock> }, { "main", imp<main> } });
+    }
+};
+BRINDLE_RECORD(NSBlockOperation, Blocks)
+
+}
