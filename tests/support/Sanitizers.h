@@ -17,4 +17,7 @@ inline constexpr bool threadsAreWatched = true;
 inline constexpr bool threadsAreWatched = false;
 #endif
 
+/// Each object then has a piece of the system's memory of its own.
+inline constexpr bool memoryIsWatched = addressesAreWatched || threadsAreWatched;
+
 }
