@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-#include <deque>
 #include <memory>
 #include <mutex>
 #include <string>
@@ -61,14 +60,31 @@ public:
         }
     }
     Method* add(SEL sel);
-    const std::deque<Method>& all() const { return methods_; }
+    /// Makes room for so many more: most methods come with others, and then none is left empty.
+    void reserve(std::size_t count);
+    std::size_t count() const { return count_; }
+    /// Calls with each method, in the order in which they were added.
+    template <class Visit> void forEach(Visit visit) const
+    {
+        for (const Piece& piece : pieces_) {
+            for (std::size_t i = 0; i < piece.count; ++i)
+                visit(piece.methods[i]);
+        }
+    }
 
 private:
+    struct Piece {
+        std::unique_ptr<Method[]> methods; // addresses stay
+        std::size_t count = 0;
+        std::size_t room = 0;
+    };
+
     void place(Method* method);
 
-    std::deque<Method> methods_; // addresses stay
+    std::vector<Piece> pieces_;
     std::vector<Method*> slots_;
     std::size_t mask_ = 0;
+    std::size_t count_ = 0;
 };
 
 enum class Initialization : int { none, running, done };

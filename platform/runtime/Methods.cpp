@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <algorithm>
+#include <bit>
 #include <cstdlib>
 
 #include "ArgumentKinds.h"
@@ -8,15 +9,26 @@
 
 namespace brindle {
 
+void MethodTable::reserve(std::size_t count)
+{
+    const std::size_t room = pieces_.empty() ? 0 : pieces_.back().room - pieces_.back().count;
+    if (room < count)
+        pieces_.push_back({ std::make_unique<Method[]>(count), 0, count });
+    const std::size_t slots = std::bit_ceil(std::max<std::size_t>(8, (count_ + count) * 2));
+    if (slots <= slots_.size())
+        return;
+    slots_.assign(slots, nullptr);
+    mask_ = slots - 1;
+    forEach([this](Method& method) { place(&method); });
+}
+
 Method* MethodTable::add(SEL sel)
 {
-    if ((methods_.size() + 1) * 2 > slots_.size()) {
-        slots_.assign(std::max<std::size_t>(8, slots_.size() * 2), nullptr);
-        mask_ = slots_.size() - 1;
-        for (Method& method : methods_)
-            place(&method);
-    }
-    Method& method = methods_.emplace_back();
+    if (pieces_.empty() || pieces_.back().count == pieces_.back().room)
+        reserve(std::clamp<std::size_t>(count_ / 2, 2, 32));
+    Piece& piece = pieces_.back();
+    Method& method = piece.methods[piece.count++];
+    ++count_;
     method.sel = sel;
     place(&method);
     return &method;
@@ -104,6 +116,10 @@ void Builder::classMethods(std::initializer_list<Row> rows)
 
 void Builder::properties(std::initializer_list<PropertyRow> rows)
 {
+    std::size_t accessors = 0;
+    for (const PropertyRow& row : rows)
+        accessors += (row.getterAddress ? 1 : 0) + (row.setterAddress ? 1 : 0);
+    cls_->data_->methods.reserve(accessors);
     for (const PropertyRow& row : rows) {
         auto property = std::make_unique<Property>();
         property->name = row.name;
@@ -167,15 +183,14 @@ Method** class_copyMethodList(Class* cls, unsigned* count)
     if (!cls)
         return nullptr;
     const std::lock_guard guard(runtimeLock());
-    const auto& all = cls->data_->methods.all();
-    if (all.empty())
+    const MethodTable& methods = cls->data_->methods;
+    if (methods.count() == 0)
         return nullptr;
-    auto** const list = static_cast<Method**>(std::calloc(all.size() + 1, sizeof(Method*)));
-    std::size_t i = 0;
-    for (const Method& method : all)
-        list[i++] = const_cast<Method*>(&method);
+    auto** const list = static_cast<Method**>(std::calloc(methods.count() + 1, sizeof(Method*)));
+    unsigned i = 0;
+    methods.forEach([&](Method& method) { list[i++] = &method; });
     if (count)
-        *count = static_cast<unsigned>(i);
+        *count = i;
     return static_cast<Method**>(handOut(list));
 }
 
@@ -298,10 +313,10 @@ const Signature* signatureForTypes(const char* types)
     Class** const classes = objc_copyClassList(&count);
     for (unsigned i = 0; i < count; ++i) {
         for (const Class* const cls : { classes[i], classes[i]->isa_ }) {
-            for (const Method& method : cls->data_->methods.all()) {
+            cls->data_->methods.forEach([&](const Method& method) {
                 if (const Signature* const signature = method.signature)
                     known.emplace(signature->types, signature);
-            }
+            });
         }
     }
     releaseBuffer(classes);
