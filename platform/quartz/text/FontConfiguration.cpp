@@ -29,12 +29,9 @@ namespace {
         return place ? reinterpret_cast<const char*>(place.get()) : "";
     }
 
-    std::optional<std::string> textOf(const std::string& file)
+    std::string_view textOf(const ByteBuffer& file)
     {
-        const std::optional<ByteBuffer> read = files::read(file.c_str());
-        if (!read)
-            return std::nullopt;
-        return std::string(reinterpret_cast<const char*>(read->bytes()), read->length());
+        return { reinterpret_cast<const char*>(file.bytes()), file.length() };
     }
 
     bool says(std::string_view text, std::string_view words)
@@ -90,8 +87,8 @@ namespace {
             return std::nullopt;
         std::string elements;
         for (const std::string& file : *files) {
-            const std::optional<std::string> text = textOf(file);
-            if (text && bearsOnTheList(*text))
+            const std::optional<ByteBuffer> read = files::map(file.c_str());
+            if (read && bearsOnTheList(textOf(*read)))
                 elements += "<include ignore_missing=\"yes\">" + file + "</include>\n";
         }
         return elements;
@@ -135,10 +132,10 @@ FcConfig* configurationOfFonts()
     Config config(FcConfigCreate());
     if (!config || FcConfigGetSysRoot(config.get()))
         return nullptr;
-    const std::optional<std::string> main = textOf(placeOf(config.get(), nullptr));
-    if (!main || says(*main, "relative")) // to the file, which text in memory has none of
+    const std::optional<ByteBuffer> main = files::map(placeOf(config.get(), nullptr).c_str());
+    if (!main || says(textOf(*main), "relative")) // to the file, which text in memory has none of
         return nullptr;
-    const std::string text = withoutFilesOfRules(config.get(), *main);
+    const std::string text = withoutFilesOfRules(config.get(), std::string(textOf(*main)));
     const auto* const bytes = reinterpret_cast<const FcChar8*>(text.c_str());
     if (!FcConfigParseAndLoadFromMemory(config.get(), bytes, FcFalse) || !hasCache(config.get())
         || !FcConfigBuildFonts(config.get()))

@@ -116,6 +116,7 @@ FontLibrary::Installed FontLibrary::readInstalled()
     if (!found.config)
         found.config = FcConfigReference(nullptr);
     const FcFontSet* fonts = found.config ? FcConfigGetFonts(found.config, FcSetSystem) : nullptr;
+    found.candidates.reserve(fonts ? static_cast<std::size_t>(fonts->nfont) : 0);
     for (int i = 0; fonts && i < fonts->nfont; ++i) {
         FcPattern* pattern = fonts->fonts[i];
         if (isUsable(pattern))

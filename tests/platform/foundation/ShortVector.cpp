@@ -29,6 +29,18 @@ namespace {
         EXPECT_EQ(std::accumulate(numbers.begin(), numbers.end(), 0), 499'500);
     }
 
+    TEST(ShortVector, ElementsComeBackIntoItsOwnRoom)
+    {
+        ShortVector<int, 4> numbers;
+        numbers.resize(5, 7);
+        numbers.resize(2);
+        const std::size_t before = test::allocationsMade();
+        numbers.shrink_to_fit();
+        EXPECT_EQ(test::allocationsMade(), before);
+        EXPECT_EQ(numbers.size(), 2u);
+        EXPECT_EQ(numbers.back(), 7);
+    }
+
     TEST(ShortVector, TakesTheElementsOfAnotherList)
     {
         const std::vector<int> list { 3, 1, 2 };
