@@ -62,7 +62,7 @@ public:
     {
         send<"setQueuePriority:">(priority);
     }
-    /// Called once it has ended, on the thread that it ran on; then forgotten.
+    /// Called once it has ended, on the thread that it ran on and before what waited for it begins; then forgotten.
     Block<void()> completionBlock() const { return send<"completionBlock", Block<void()>>(); }
     void setCompletionBlock(const Block<void()>& block)
     {

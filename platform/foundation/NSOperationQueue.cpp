@@ -86,44 +86,42 @@ void OperationAccess::proceed(NSOperationQueue& queue)
 
 void OperationAccess::finish(NSOperation& operation)
 {
-    /// Tells those who wait, also when the completion raises.
+    /// Lets the next ones begin and tells those who wait, also when the completion raises.
     struct Ending {
         Ref<NSOperationQueue> queue;
         Ref<DispatchGroup> end;
+        std::vector<Ref<NSOperationQueue>> next;
         ~Ending()
         {
+            for (const Ref<NSOperationQueue>& each : next)
+                proceed(*each);
             if (end)
                 dispatch_group_leave(end.get());
             if (queue)
                 dispatch_group_leave(queue->group_.get());
         }
     } ending;
-    std::vector<Ref<NSOperation>> awaited;
-    std::vector<Ref<NSOperationQueue>> next;
-    std::vector<Ref<NSOperation>> dependents;
-    Ref<NSOperation> removed;
+    std::vector<Ref<NSOperation>> released; // when nothing is locked any more
     {
         const Lock held = lock();
         operation.state_ = State::finished;
-        awaited.swap(operation.dependencies_);
+        released.swap(operation.dependencies_);
         ending.end = std::move(operation.end_);
         ending.queue = std::move(operation.queue_);
         if (ending.queue) {
             auto& begun = ending.queue->begun_;
             const auto found = std::find(begun.begin(), begun.end(), &operation);
-            removed = std::move(*found);
+            released.push_back(std::move(*found));
             begun.erase(found);
-            next.push_back(ending.queue);
+            ending.next.push_back(ending.queue);
         }
         for (const WeakRef<NSOperation>& weak : operation.dependents_) {
-            dependents.push_back(weak.get());
-            if (dependents.back() && dependents.back()->queue_)
-                next.push_back(dependents.back()->queue_);
+            released.push_back(weak.get());
+            if (const Ref<NSOperation>& waiting = released.back(); waiting && waiting->queue_)
+                ending.next.push_back(waiting->queue_);
         }
         operation.dependents_.clear();
     }
-    for (const Ref<NSOperationQueue>& queue : next)
-        proceed(*queue);
     if (const Block<void()> completion = operation.completionBlock()) {
         operation.setCompletionBlock(nullptr);
         completion();

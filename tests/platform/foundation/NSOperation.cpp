@@ -216,6 +216,18 @@ TEST(NSOperationQueue, CancelsWhatHasNotBegun)
     EXPECT_EQ(runs, 0);
     EXPECT_EQ(queue->operationCount(), 0u);
 }
+TEST(NSOperationQueue, ACompletionIsCalledBeforeTheNextOneBegins)
+{
+    const auto queue = heldQueue();
+    std::string log;
+    for (const char* name : { "a", "b", "c" }) {
+        const auto work = operation([&log, name] { log += name; });
+        work->setCompletionBlock([&log] { log += "."; });
+        queue->addOperation(work.get());
+    }
+    finish(queue);
+    EXPECT_EQ(log, "a.b.c.");
+}
 TEST(NSOperationQueue, TakesNoOperationTwice)
 {
     const auto queue = heldQueue();
