@@ -18,6 +18,7 @@
 #include "menubar/MenubarPage.h"
 #include "movement/MovementPage.h"
 #include "objects/ObjectsPage.h"
+#include "operations/OperationsPage.h"
 #include "paths/PathsPage.h"
 #include "pointer/PointerPage.h"
 #include "review/ReviewPage.h"
@@ -47,6 +48,7 @@ namespace {
 
     constexpr PageEntry kPages[] = {
         { kData, "The ground", "ground", makePage<GroundPage>, tourGround },
+        { kData, "Operations", "operations", makePage<OperationsPage>, tourOperations },
         { kData, "Objects", "objects", makePage<ObjectsPage>, tourObjects },
         { kData, "Unique objects", "unique", makePage<UniquePage>, tourUnique },
         { kData, "Defaults", "defaults", makePage<DefaultsPage>, tourDefaults },

@@ -55,7 +55,7 @@ TEST(PageSearch, FindsAPageByAClassItUses)
 }
 TEST(PageSearch, FindsAPageByAnOperationInAnyLetters)
 {
-    EXPECT_THAT(found("setnumberoftickmarks"), ElementsAre("Controls"));
+    EXPECT_THAT(found("setdisplayedwhenstopped"), ElementsAre("Controls"));
 }
 TEST(PageSearch, FindsAPageByATextThatItShows)
 {
