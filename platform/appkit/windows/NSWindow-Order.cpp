@@ -130,6 +130,24 @@ namespace {
         return nullptr;
     }
 
+    /// Answers the children in the order in which they are to be put right above or below their parent: those above
+    /// keep the order in which they lie.
+    std::vector<std::pair<Ref<NSWindow>, NSWindowOrderingMode>> childrenOf(const WindowState& s)
+    {
+        std::vector<std::pair<Ref<NSWindow>, NSWindowOrderingMode>> children;
+        for (std::size_t i = 0; i < s.children.size(); ++i)
+            children.emplace_back(s.children[i], s.childBelow[i] ? NSWindowBelow : NSWindowAbove);
+        const std::vector<NSWindow*>& order = ApplicationAccess::state().order;
+        const auto depth = [&order](const auto& child) {
+            return child.second == NSWindowBelow
+                ? -1
+                : std::find(order.begin(), order.end(), child.first.get()) - order.begin();
+        };
+        std::stable_sort(children.begin(), children.end(),
+            [&depth](const auto& a, const auto& b) { return depth(a) < depth(b); });
+        return children;
+    }
+
     void rethrow(const std::exception_ptr& raised)
     {
         if (raised)
@@ -163,16 +181,15 @@ void WindowAccess::orderIn(
     s.surface->setConcealed(false);
     if (!s.surface->isShown())
         s.surface->show();
-    if (appears || mode != NSWindowAbove || !s.parent)
+    // The surfaces of children come along with that of the parent.
+    if (appears || mode != NSWindowAbove || !s.parent || other != s.parent)
         stack(window, mode, other);
     if (appears) {
         s.viewsMoved = true;
         settleScreen(window);
     }
-    const std::vector<Ref<NSWindow>> children = s.children;
-    const std::vector<bool> below = s.childBelow;
-    for (std::size_t i = 0; i < children.size(); ++i)
-        orderIn(*children[i], below[i] ? NSWindowBelow : NSWindowAbove, &window, regardless);
+    for (const auto& [child, place] : childrenOf(s))
+        orderIn(*child, place, &window, regardless);
     rethrow(raised);
 }
 

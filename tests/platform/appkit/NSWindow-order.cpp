@@ -217,6 +217,36 @@ namespace {
         EXPECT_EQ(p.red->childWindows()->count(), 1u);
     }
 
+    TEST(NSWindowOrder, AChildThatIsOrderedFrontLiesInFrontOfTheOthers)
+    {
+        Pair p;
+        const Ref<NSWindow> parent = alloc<NSWindow>()->initWithContentRect_styleMask_backing_defer(
+            NSMakeRect(20, 20, 200, 200), NSBorderlessWindowMask, NSBackingStoreBuffered, true);
+        parent->orderFront(nullptr);
+        parent->addChildWindow_ordered(p.blue.get(), NSWindowAbove);
+        parent->addChildWindow_ordered(p.red.get(), NSWindowAbove);
+        p.blue->orderFront(nullptr);
+        EXPECT_TRUE(p.showsBlue());
+        p.red->orderFront(nullptr);
+        EXPECT_TRUE(p.showsRed());
+        parent->close();
+    }
+    TEST(NSWindowOrder, ChildrenKeepTheirOrderWhenTheParentIsOrderedFront)
+    {
+        Pair p;
+        const Ref<NSWindow> parent = alloc<NSWindow>()->initWithContentRect_styleMask_backing_defer(
+            NSMakeRect(20, 20, 200, 200), NSBorderlessWindowMask, NSBackingStoreBuffered, true);
+        parent->orderFront(nullptr);
+        parent->addChildWindow_ordered(p.blue.get(), NSWindowAbove);
+        parent->addChildWindow_ordered(p.red.get(), NSWindowAbove);
+        p.red->orderFront(nullptr);
+        for (int i = 0; i < 2; ++i) {
+            parent->orderFront(nullptr);
+            EXPECT_TRUE(p.showsRed());
+            EXPECT_EQ(p.screen.application().orderedWindows()->firstObject(), p.red);
+        }
+        parent->close();
+    }
     TEST(NSWindowOrder, ARemovedChildStaysWhereItIs)
     {
         Pair p;
