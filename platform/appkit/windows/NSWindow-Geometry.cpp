@@ -181,8 +181,8 @@ template <> struct NSWindow::Methods<struct Geometry> {
         if (WindowAccess::isTitled(of(self)))
             frame = self.constrainFrameRect_toScreen(frame, nullptr);
         WindowAccess::applyFrame(self, frame, true);
-        if (display)
-            self.displayIfNeeded();
+        if (display) // what nobody sees yet is drawn when it appears
+            WindowAccess::drawIfVisible(self);
     }
     static void setFrameAnimated(NSWindow& self, NSRect frame, bool display, bool animate)
     {

@@ -270,6 +270,25 @@ namespace {
         window->close();
     }
 
+    TEST(NSWindowDrawing, ANewFrameIsDrawnOnlyWhereTheWindowIsSeen)
+    {
+        HeadlessScreen screen { 200, 100 };
+        const Ref<NSWindow> window = alloc<NSWindow>()->initWithContentRect_styleMask_backing_defer(
+            NSMakeRect(0, 0, 100, 100), NSBorderlessWindowMask, NSBackingStoreBuffered, true);
+        window->setReleasedWhenClosed(false);
+        const Ref<ScriptedView> view = make<ScriptedView>();
+        window->setContentView(view.get());
+        int drawn = 0;
+        view->draw_ = [&drawn] { ++drawn; };
+        window->setFrame_display(NSMakeRect(0, 0, 120, 100), true);
+        EXPECT_EQ(drawn, 0);
+        window->orderFrontRegardless();
+        EXPECT_EQ(drawn, 1);
+        window->setFrame_display(NSMakeRect(0, 0, 140, 100), true);
+        EXPECT_EQ(drawn, 2);
+        window->close();
+    }
+
     TEST(NSWindowDrawing, WhatAViewLocksOutlivesItsWindow)
     {
         Pair pair;
