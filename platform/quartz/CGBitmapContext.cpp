@@ -5,7 +5,6 @@
 #include "ContextPrivate.h"
 
 #include <cmath>
-#include <new>
 
 namespace brindle {
 
@@ -85,7 +84,8 @@ struct Contexts {
     {
         auto data = std::make_unique<ContextData>();
         if (!plan.memory) {
-            data->ownMemory.reset(new (std::nothrow) std::byte[plan.bytesPerRow * plan.height]());
+            // Large memory comes as zeros from the system, and is not written a second time.
+            data->ownMemory.reset(std::calloc(plan.height, plan.bytesPerRow));
             if (!data->ownMemory)
                 return nullptr;
             plan.memory = data->ownMemory.get();

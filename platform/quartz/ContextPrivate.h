@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include <cstdlib>
 #include <memory>
 #include <utility>
 #include <vector>
@@ -143,7 +144,7 @@ struct ContextData {
     PathData path; // device space
 
     double scale = 1; // pixels a point of the base space
-    std::unique_ptr<std::byte[]> ownMemory;
+    std::unique_ptr<void, decltype(&std::free)> ownMemory { nullptr, &std::free };
     void* memory = nullptr;
     std::size_t bytesPerRow = 0;
     CGBitmapInfo info = 0;
