@@ -96,7 +96,7 @@ namespace {
             const bool crowded = (cls->data_->cached.size() + 1) * 4 > count;
             const bool mayGrow = count < kLargestTable;
             // A first slot that is taken costs every later send a second look: grow while that is cheap.
-            const bool worthwhile = homeIsTaken && (cls->data_->cached.size() + 1) * 8 > count;
+            const bool worthwhile = homeIsTaken && (cls->data_->cached.size() + 1) * 6 > count;
             if (mayGrow && (crowded || worthwhile)) {
                 replaceTable(cls, count *= 2, true);
                 continue;
