@@ -17,7 +17,7 @@ using namespace brindle;
 namespace {
 
 constexpr int kProcesses = 8;
-constexpr int kThreads = 4;
+constexpr int kWriters = 4;
 constexpr int kWrites = 1000; // of a process
 constexpr int kKeys = 25; // of a thread
 
@@ -31,7 +31,7 @@ Ref<NSString> keyOf(int process, int thread, int number)
 
 void writeOwnAndShared(int process, int thread)
 {
-    for (int i = 0; i < kWrites / kThreads; ++i) {
+    for (int i = 0; i < kWrites / kWriters; ++i) {
         standard()->setInteger_forKey(i, keyOf(process, thread, i).get());
         standard()->setInteger_forKey(i, "shared"_ns);
         if (i % kKeys == 0)
@@ -44,7 +44,7 @@ void writeOwnAndShared(int process, int thread)
 void writeFromThreads(int process)
 {
     std::vector<std::thread> threads;
-    for (int thread = 0; thread < kThreads; ++thread)
+    for (int thread = 0; thread < kWriters; ++thread)
         threads.emplace_back(writeOwnAndShared, process, thread);
     for (std::thread& thread : threads)
         thread.join();
@@ -81,8 +81,8 @@ TEST(DefaultsHardening, EightProcessesOfFourThreadsLoseNothingOfTheirOwn)
     std::printf("%d processes, %d writes each: %.1f s\n", kProcesses, kWrites, taken.count());
     folder.restart();
     for (int process = 0; process < kProcesses; ++process) {
-        for (int thread = 0; thread < kThreads; ++thread) {
-            for (int i = kWrites / kThreads - kKeys; i < kWrites / kThreads; ++i)
+        for (int thread = 0; thread < kWriters; ++thread) {
+            for (int i = kWrites / kWriters - kKeys; i < kWrites / kWriters; ++i)
                 EXPECT_EQ(standard()->integerForKey(keyOf(process, thread, i).get()), i);
         }
     }

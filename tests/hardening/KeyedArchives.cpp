@@ -50,7 +50,7 @@ std::string goodArchive(NSPropertyListFormat format)
 }
 
 /// Reads a damaged archive in both ways, and writes again what still comes back.
-void expectGoodNature(const std::string& bytes)
+void expectAnObjectOrAnException(const std::string& bytes)
 {
     const Ref<NSData> data = NSData::cls().dataWithBytes_length(bytes.data(), bytes.size());
     const auto start = std::chrono::steady_clock::now();
@@ -77,7 +77,7 @@ TEST(DamagedArchives, EveryTruncation)
 {
     for (const std::string& archive : goodArchives()) {
         for (std::size_t length = 0; length < archive.size(); ++length)
-            expectGoodNature(archive.substr(0, length));
+            expectAnObjectOrAnException(archive.substr(0, length));
     }
 }
 
@@ -87,7 +87,7 @@ TEST(DamagedArchives, TenThousandFlippedBits)
     for (int i = 0; i < 10000; ++i) {
         std::string archive = goodArchives()[random() % goodArchives().size()];
         archive[random() % archive.size()] ^= static_cast<char>(1u << random() % 8);
-        expectGoodNature(archive);
+        expectAnObjectOrAnException(archive);
     }
 }
 
@@ -98,7 +98,7 @@ TEST(DamagedArchives, EveryByteInEveryPlace)
         for (int byte = 0; byte < 256; byte += 3) {
             std::string archive = good;
             archive[at] = static_cast<char>(byte);
-            expectGoodNature(archive);
+            expectAnObjectOrAnException(archive);
         }
     }
 }

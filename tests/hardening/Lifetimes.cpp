@@ -1,6 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <algorithm>
-#include <malloc.h>
 #include <string>
 
 #include <gtest/gtest.h>
@@ -15,8 +14,6 @@
 
 namespace brindle {
 namespace {
-
-    std::size_t allocatedBytes() { return mallinfo2().uordblks; }
 
     /// Answers whether an object of the class comes from alloc and init alone.
     bool isMadeByInit(Class& cls)
@@ -45,12 +42,13 @@ namespace {
         makeAndFree(1000); // what is made once and kept
         const std::size_t resident = test::residentBytes();
         const std::size_t allocated
-            = allocatedBytes(); // after the file, whose buffer is kept for the next one
+            = test::allocatedBytes(); // after the file, whose buffer is kept for the next one
         makeAndFree(times);
         if (!test::growthCanBeMeasured())
             return "";
         // Not one byte an object stays.
-        const std::size_t stayed = allocatedBytes() - std::min(allocatedBytes(), allocated);
+        const std::size_t stayed
+            = test::allocatedBytes() - std::min(test::allocatedBytes(), allocated);
         const std::size_t grown = test::grownSince(resident);
         if (stayed < static_cast<std::size_t>(times) && grown < (1 << 20))
             return "";

@@ -1,6 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <gtest/gtest.h>
-#include <malloc.h>
 
 #include "appkit/NSMenu.h"
 #include "support/HeadlessScreen.h"
@@ -9,8 +8,6 @@
 
 namespace brindle {
 namespace {
-
-    std::size_t allocatedBytes() { return mallinfo2().uordblks; }
 
     TEST(Menus, OpeningsLeaveNothingBehind)
     {
@@ -25,9 +22,9 @@ namespace {
             screen.process();
         };
         open(1000); // what is made once and kept
-        const std::size_t before = allocatedBytes();
+        const std::size_t before = test::allocatedBytes();
         open(test::rounds(100'000));
-        const std::size_t after = allocatedBytes();
+        const std::size_t after = test::allocatedBytes();
         if (test::growthCanBeMeasured()) {
             EXPECT_LT(after, before + (std::size_t { 1 } << 20));
         }

@@ -112,10 +112,10 @@ namespace {
     /// Answers whether an operation waits, or works as long as it is told to.
     bool takesItsTime(std::string_view selector)
     {
-        static const std::set<std::string_view> kSelectors {
+        static const std::set<std::string_view> kTakers {
             "advance:", "sleepForTimeInterval:", "initWithCapacity:"
         };
-        return kSelectors.contains(selector);
+        return kTakers.contains(selector);
     }
 
     Ref<NSObject> made(Class& cls)

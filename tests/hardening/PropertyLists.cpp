@@ -12,9 +12,6 @@ using namespace brindle::test;
 
 namespace {
 
-constexpr NSPropertyListFormat kXML = NSPropertyListXMLFormat_v1_0;
-constexpr NSPropertyListFormat kBinary = NSPropertyListBinaryFormat_v1_0;
-
 std::string oldStyle()
 {
     return "{ a = 1; \"b\\U00e4\\n\" = ( x, <0a0b>, { c = d; } ); /* e */ f = 'g'; }";
@@ -34,7 +31,7 @@ std::vector<std::string> goodLists()
 }
 
 /// Reads a damaged list, and writes it when it is still one.
-void expectGoodNature(const std::string& bytes)
+void expectAListOrNone(const std::string& bytes)
 {
     const auto start = std::chrono::steady_clock::now();
     if (const Ref<NSObject> list = readList(bytes, NSPropertyListMutableContainersAndLeaves)) {
@@ -51,7 +48,7 @@ TEST(DamagedLists, EveryTruncation)
 {
     for (const std::string& list : goodLists()) {
         for (std::size_t length = 0; length < list.size(); ++length)
-            expectGoodNature(list.substr(0, length));
+            expectAListOrNone(list.substr(0, length));
     }
 }
 
@@ -65,7 +62,7 @@ TEST(DamagedLists, TenThousandFlippedBits)
             char& byte = list[random() % list.size()];
             byte = static_cast<char>(byte ^ (1 << random() % 8));
         }
-        expectGoodNature(list);
+        expectAListOrNone(list);
     }
 }
 
@@ -76,7 +73,7 @@ TEST(DamagedLists, EveryByteByEveryMarker)
         for (int marker = 0; marker < 256; ++marker) {
             std::string damaged = list;
             damaged[at] = static_cast<char>(marker);
-            expectGoodNature(damaged);
+            expectAListOrNone(damaged);
         }
     }
 }
@@ -92,7 +89,7 @@ TEST(DamagedLists, CountsReplacedByLies)
         const std::size_t at = 8 + random() % (list.size() - 16);
         for (std::size_t byte = 0; byte < size; ++byte)
             list[at + byte] = static_cast<char>(lie >> (8 * byte));
-        expectGoodNature(list);
+        expectAListOrNone(list);
     }
 }
 
@@ -110,7 +107,7 @@ TEST(DamagedLists, PiecesOfTextRepeatedAndLost)
             list.erase(from, length);
         else
             list.insert(random() % list.size(), piece);
-        expectGoodNature(list);
+        expectAListOrNone(list);
     }
 }
 

@@ -46,12 +46,12 @@ BRINDLE_RECORD(Shared, Sides)
 
 namespace {
 
-    constexpr int kThreads = 8;
+    constexpr int kSenders = 8;
 
     template <class Work> void onAllThreads(Work work)
     {
         std::vector<std::thread> threads;
-        for (int t = 0; t < kThreads; ++t)
+        for (int t = 0; t < kSenders; ++t)
             threads.emplace_back([&work, t] { work(t); });
         for (std::thread& thread : threads)
             thread.join();
@@ -172,20 +172,20 @@ namespace {
         });
         center->removeObserver(listener.get());
         EXPECT_EQ(lost, 0);
-        EXPECT_EQ(heardByAll, 2 * each * kThreads);
+        EXPECT_EQ(heardByAll, 2 * each * kSenders);
     }
 
     TEST(EightThreads, LoseNothingInASerialQueue)
     {
         const auto queue = dispatch_queue_create("org.brindle.serial", DISPATCH_QUEUE_SERIAL);
-        const int each = test::rounds(1000000) / kThreads;
+        const int each = test::rounds(1000000) / kSenders;
         int count = 0; // of the queue
         onAllThreads([&](int) {
             for (int i = 0; i < each; ++i)
                 dispatch_async(queue.get(), [&count] { ++count; });
         });
         dispatch_sync(queue.get(), [] {});
-        EXPECT_EQ(count, each * kThreads);
+        EXPECT_EQ(count, each * kSenders);
     }
 
     // The race of four: one sets, one takes away, one reads, one removes everything of an object that all hold.

@@ -4,6 +4,7 @@
 #include <cstddef>
 #include <cstdio>
 
+#include <malloc.h>
 #include <unistd.h>
 
 #include "support/Sanitizers.h"
@@ -27,6 +28,9 @@ inline std::size_t residentBytes()
         std::fclose(file);
     return static_cast<std::size_t>(resident) * static_cast<std::size_t>(sysconf(_SC_PAGESIZE));
 }
+
+/// Answers how many bytes the program has asked for and not given back, as far as the allocator of the system knows.
+inline std::size_t allocatedBytes() { return mallinfo2().uordblks; }
 
 /// Answers by how much the process holds more than before; 0 where that says nothing.
 inline std::size_t grownSince(std::size_t before)

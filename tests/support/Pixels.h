@@ -25,6 +25,13 @@ struct Rgba {
     friend bool operator==(const Rgba&, const Rgba&) = default;
 };
 
+inline constexpr Rgba kRed { 255, 0, 0, 255 };
+inline constexpr Rgba kGreen { 0, 255, 0, 255 };
+inline constexpr Rgba kBlue { 0, 0, 255, 255 };
+inline constexpr Rgba kBlack { 0, 0, 0, 255 };
+inline constexpr Rgba kWhite { 255, 255, 255, 255 };
+inline constexpr Rgba kClear {};
+
 inline void PrintTo(const Rgba& p, std::ostream* out)
 {
     *out << "(" << p.red << ", " << p.green << ", " << p.blue << ", " << p.alpha << ")";

@@ -6,6 +6,7 @@
 
 #include "foundation/NSArray.h"
 #include "foundation/NSData.h"
+#include "foundation/NSDate.h"
 #include "foundation/NSDictionary.h"
 #include "foundation/NSError.h"
 #include "foundation/NSNumber.h"
@@ -15,6 +16,9 @@
 // Property lists in tests: read and written in one word, with failures as text.
 
 namespace brindle::test {
+
+inline constexpr NSPropertyListFormat kBinary = NSPropertyListBinaryFormat_v1_0;
+inline constexpr NSPropertyListFormat kXML = NSPropertyListXMLFormat_v1_0;
 
 inline Ref<NSData> dataOf(std::string_view bytes)
 {
@@ -63,6 +67,10 @@ inline std::string writeFailure(const Ref<NSObject>& list, NSPropertyListFormat 
 }
 
 inline Ref<NSObject> string(std::string_view utf8) { return stringFrom(utf8); }
+inline Ref<NSObject> date(double seconds)
+{
+    return NSDate::cls().dateWithTimeIntervalSinceReferenceDate(seconds);
+}
 inline Ref<NSObject> number(NSInteger value) { return NSNumber::cls().numberWithInteger(value); }
 
 /// Writes a binary list byte by byte. Objects are given as their bytes; references have one byte.

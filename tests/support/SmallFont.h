@@ -64,6 +64,10 @@ inline std::string ruleTable(
 
 /// The glyph of a letter of ASCII in a small font.
 constexpr std::size_t smallGlyph(char letter) { return static_cast<std::size_t>(letter) - 0x1F; }
+/// The place of a letter of ASCII in a table that begins with the space.
+constexpr std::size_t placeOf(char letter) { return static_cast<std::size_t>(letter - ' '); }
+/// Where one glyph stands in front of what names it, and lists it.
+inline FontBytes coverage(char letter) { return { 1, 1, smallGlyph(letter) }; }
 
 /// Neighbouring characters and the glyph of the first.
 struct FontCharacters {

@@ -17,7 +17,7 @@
 namespace brindle::display {
 namespace {
 
-    constexpr CGRect kFrame { { 100, 200 },
+    constexpr CGRect kHostileFrame { { 100, 200 },
         { 300, 150 } }; // 100 to 400, 130 to 280 in pixels from the top
 
     std::unique_ptr<Display> opened(const XServerProcess& server, std::string* complaints = nullptr)
@@ -110,7 +110,7 @@ namespace {
     {
         drain(display);
         surface.hide();
-        surface.setFrame(kFrame);
+        surface.setFrame(kHostileFrame);
         surface.show();
         if (!waitFor(display, Event::Kind::exposed, &surface))
             return false;
@@ -127,7 +127,8 @@ namespace {
             XServerProcess server;
             XDriver driver(server.name().c_str());
             const auto display = opened(server);
-            const auto surface = display->createSurface({ .frame = kFrame, .title = "target" });
+            const auto surface
+                = display->createSurface({ .frame = kHostileFrame, .title = "target" });
             surface->show();
             ASSERT_TRUE(waitFor(*display, Event::Kind::exposed));
             HostileClient client(driver, driver.find("target"), static_cast<std::uint32_t>(seed));
@@ -149,7 +150,7 @@ namespace {
         XServerProcess server;
         XDriver driver(server.name().c_str());
         const auto display = opened(server);
-        const auto surface = display->createSurface({ .frame = kFrame, .title = "victim" });
+        const auto surface = display->createSurface({ .frame = kHostileFrame, .title = "victim" });
         const int rounds = test::rounds(1000);
         for (int round = 0; round < rounds; ++round) {
             surface->show();
@@ -200,7 +201,7 @@ namespace {
         XServerProcess server;
         XDriver driver(server.name().c_str());
         const auto display = opened(server);
-        const auto surface = display->createSurface({ .frame = kFrame, .title = "stays" });
+        const auto surface = display->createSurface({ .frame = kHostileFrame, .title = "stays" });
         surface->show();
         ASSERT_TRUE(waitFor(*display, Event::Kind::exposed));
         const int rounds = test::rounds(1000);
@@ -273,7 +274,7 @@ namespace {
         const auto display = opened(server);
         const auto lived = [&](int count) {
             for (int i = 0; i < count; ++i) {
-                const auto surface = display->createSurface({ .frame = kFrame });
+                const auto surface = display->createSurface({ .frame = kHostileFrame });
                 surface->show();
                 fill(*surface, 0xFF336699);
             }

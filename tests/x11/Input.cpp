@@ -10,7 +10,7 @@
 namespace brindle::display {
 namespace {
 
-    constexpr CGRect kFrame { { 100, 200 },
+    constexpr CGRect kInputFrame { { 100, 200 },
         { 300, 150 } }; // 100 to 400, 450 to 600 in pixels from the top
 
     // The server's numbers of keys.
@@ -28,7 +28,7 @@ namespace {
     protected:
         void showFocused()
         {
-            surface = display->createSurface({ .frame = kFrame });
+            surface = display->createSurface({ .frame = kInputFrame });
             surface->show();
             surface->activate();
             ASSERT_TRUE(waitFor(Event::Kind::focusIn, surface.get()));
@@ -44,7 +44,7 @@ namespace {
 
     TEST_F(X11Input, TellsAClickWhereItWas)
     {
-        surface = shown({ .frame = kFrame });
+        surface = shown({ .frame = kInputFrame });
         driver.click(110, 580);
         const auto press = waitFor(Event::Kind::pointerDown, surface.get());
         ASSERT_TRUE(press);
@@ -56,7 +56,7 @@ namespace {
 
     TEST_F(X11Input, StampsEventsWithTheDisplaysClock)
     {
-        surface = shown({ .frame = kFrame });
+        surface = shown({ .frame = kInputFrame });
         const double before = display->now();
         driver.click(110, 580);
         const auto press = waitFor(Event::Kind::pointerDown, surface.get());
@@ -67,7 +67,7 @@ namespace {
 
     TEST_F(X11Input, NumbersTheRightButtonBeforeTheMiddleOne)
     {
-        surface = shown({ .frame = kFrame });
+        surface = shown({ .frame = kInputFrame });
         driver.click(110, 580, 3);
         EXPECT_EQ(waitFor(Event::Kind::pointerDown, surface.get())->button, 1);
         driver.click(110, 580, 2);
@@ -76,7 +76,7 @@ namespace {
 
     TEST_F(X11Input, EntersMovesAndLeaves)
     {
-        surface = shown({ .frame = kFrame });
+        surface = shown({ .frame = kInputFrame });
         driver.movePointer(110, 580);
         EXPECT_TRUE(waitFor(Event::Kind::pointerEntered, surface.get()));
         settle();
@@ -91,7 +91,7 @@ namespace {
 
     TEST_F(X11Input, KeepsADragThatLeavesTheWindow)
     {
-        surface = shown({ .frame = kFrame });
+        surface = shown({ .frame = kInputFrame });
         driver.movePointer(110, 580);
         driver.button(1, true);
         ASSERT_TRUE(waitFor(Event::Kind::pointerDown, surface.get()));
@@ -105,7 +105,7 @@ namespace {
 
     TEST_F(X11Input, KeepsOnlyTheLastOfManyWaitingMovements)
     {
-        surface = shown({ .frame = kFrame });
+        surface = shown({ .frame = kInputFrame });
         driver.movePointer(110, 580);
         settle();
         for (int x = 111; x < 160; ++x)
@@ -120,7 +120,7 @@ namespace {
 
     TEST_F(X11Input, ScrollsByTheWheel)
     {
-        surface = shown({ .frame = kFrame });
+        surface = shown({ .frame = kInputFrame });
         driver.click(110, 580, 5);
         const auto down = waitFor(Event::Kind::scroll, surface.get());
         ASSERT_TRUE(down);
@@ -133,7 +133,7 @@ namespace {
 
     TEST_F(X11Input, SendsNoPressForTheWheel)
     {
-        surface = shown({ .frame = kFrame });
+        surface = shown({ .frame = kInputFrame });
         driver.click(110, 580, 4);
         for (const Event& event : settle()) {
             EXPECT_NE(event.kind, Event::Kind::pointerDown);
@@ -143,8 +143,8 @@ namespace {
 
     TEST_F(X11Input, PassesThroughASurfaceThatIgnoresIt)
     {
-        const auto below = shown({ .frame = kFrame, .overrideRedirect = true });
-        const auto above = shown({ .frame = kFrame, .level = 24, .overrideRedirect = true });
+        const auto below = shown({ .frame = kInputFrame, .overrideRedirect = true });
+        const auto above = shown({ .frame = kInputFrame, .level = 24, .overrideRedirect = true });
         above->setInputPassthrough(true);
         settle();
         driver.click(110, 580);
@@ -236,7 +236,7 @@ namespace {
     TEST_F(X11Input, LosesNoMovementWhileTheDesktopChanges)
     {
         constexpr int kRounds = 300;
-        surface = shown({ .frame = kFrame });
+        surface = shown({ .frame = kInputFrame });
         driver.movePointer(110, 580);
         ASSERT_TRUE(waitFor(Event::Kind::pointerEntered, surface.get()));
         settle();

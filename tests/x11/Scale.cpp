@@ -15,7 +15,7 @@
 namespace brindle::display {
 namespace {
 
-    constexpr CGRect kFrame { { 100, 100 }, { 100, 50 } };
+    constexpr CGRect kScaledFrame { { 100, 100 }, { 100, 50 } };
     constexpr int kOnce = 1024; // one dot, as settings count
 
     test::PublishedSettings scaled(int windows, int density = 96)
@@ -82,7 +82,7 @@ namespace {
 
     TEST_F(X11Scale, FollowsTheDesktopsSettingsWhileTheyChange)
     {
-        const auto surface = shown({ .frame = kFrame });
+        const auto surface = shown({ .frame = kScaledFrame });
         SettingsProgram program(driver, scaled(2));
         ASSERT_TRUE(waitFor(Event::Kind::screensChanged));
         EXPECT_EQ(surface->scale(), 2);
@@ -90,12 +90,12 @@ namespace {
         program.publish(scaled(1, 120));
         ASSERT_TRUE(waitFor(Event::Kind::screensChanged));
         EXPECT_EQ(surface->scale(), 1.25);
-        EXPECT_EQ(surface->frame(), kFrame);
+        EXPECT_EQ(surface->frame(), kScaledFrame);
     }
 
     TEST_F(X11Scale, CountsInTheLimitsOfASizeToo)
     {
-        const auto surface = shown({ .frame = kFrame, .title = "limited" });
+        const auto surface = shown({ .frame = kScaledFrame, .title = "limited" });
         surface->setSizeLimits({ 80, 40 }, { 0, 0 });
         const SettingsProgram program(driver, scaled(2));
         ASSERT_TRUE(waitFor(Event::Kind::screensChanged));

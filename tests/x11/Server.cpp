@@ -8,7 +8,7 @@
 namespace brindle::display {
 namespace {
 
-    constexpr CGRect kFrame { { 10, 10 }, { 300, 200 } };
+    constexpr CGRect kServerFrame { { 10, 10 }, { 300, 200 } };
 
     TEST(X11Server, SaysThatAScreenIsFoundOnce)
     {
@@ -25,7 +25,7 @@ namespace {
         XServerProcess server;
         const auto display = openX11(server.name());
         ASSERT_EQ(display->name(), "x11");
-        const auto surface = display->createSurface({ .frame = kFrame });
+        const auto surface = display->createSurface({ .frame = kServerFrame });
         surface->show();
         ASSERT_TRUE(waitFor(*display, Event::Kind::exposed));
         server.kill();
@@ -39,7 +39,7 @@ namespace {
     {
         XServerProcess server;
         const auto display = openX11(server.name());
-        const auto surface = display->createSurface({ .frame = kFrame });
+        const auto surface = display->createSurface({ .frame = kServerFrame });
         surface->show();
         ASSERT_TRUE(waitFor(*display, Event::Kind::exposed));
         server.kill();
@@ -58,7 +58,7 @@ namespace {
         EXPECT_FALSE(display->grab(*surface));
         EXPECT_FALSE(surface->beginMove({ 0, 0 }));
         display->pointerLocation();
-        const auto late = display->createSurface({ .frame = kFrame });
+        const auto late = display->createSurface({ .frame = kServerFrame });
         late->show();
         const auto events = drain(*display);
         ASSERT_FALSE(events.empty());
@@ -72,7 +72,7 @@ namespace {
             std::system(("setxkbmap -display " + server.name() + " -layout us,ru,de").c_str()), 0);
         const auto display = openX11(server.name());
         XDriver driver(server.name().c_str());
-        const auto surface = display->createSurface({ .frame = kFrame });
+        const auto surface = display->createSurface({ .frame = kServerFrame });
         surface->show();
         surface->activate();
         ASSERT_TRUE(waitFor(*display, Event::Kind::focusIn));
@@ -92,7 +92,7 @@ namespace {
         setenv("LC_ALL", "en_US.UTF-8", 1);
         const auto display = openX11(server.name());
         XDriver driver(server.name().c_str());
-        const auto surface = display->createSurface({ .frame = kFrame });
+        const auto surface = display->createSurface({ .frame = kServerFrame });
         surface->show();
         surface->activate();
         ASSERT_TRUE(waitFor(*display, Event::Kind::focusIn));
@@ -113,7 +113,7 @@ namespace {
         const auto display = openX11(server.name());
         ASSERT_EQ(display->name(), "x11");
         EXPECT_EQ(display->screens().at(0).frame, (CGRect { { 0, 0 }, { 640, 480 } }));
-        const auto surface = display->createSurface({ .frame = kFrame });
+        const auto surface = display->createSurface({ .frame = kServerFrame });
         surface->setInputPassthrough(true);
         surface->show();
         ASSERT_TRUE(waitFor(*display, Event::Kind::exposed));
@@ -131,7 +131,7 @@ namespace {
         XServerProcess server;
         const auto display = openX11(server.name());
         XDriver driver(server.name().c_str());
-        const auto surface = display->createSurface({ .frame = kFrame, .title = "focused" });
+        const auto surface = display->createSurface({ .frame = kServerFrame, .title = "focused" });
         surface->show();
         surface->activate();
         ASSERT_TRUE(waitFor(*display, Event::Kind::focusIn));

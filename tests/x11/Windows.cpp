@@ -9,7 +9,7 @@ namespace {
 
     using X11Windows = X11Test;
 
-    constexpr CGRect kFrame { { 100, 200 }, { 300, 150 } };
+    constexpr CGRect kWindowFrame { { 100, 200 }, { 300, 150 } };
 
     TEST_F(X11Windows, KnowTheServersScreen)
     {
@@ -23,7 +23,7 @@ namespace {
 
     TEST_F(X11Windows, CostNothingBeforeTheyAreShown)
     {
-        const auto surface = display->createSurface({ .frame = kFrame, .title = "deferred" });
+        const auto surface = display->createSurface({ .frame = kWindowFrame, .title = "deferred" });
         surface->setTitle("still deferred");
         surface->setFrame({ { 0, 0 }, { 10, 10 } });
         settle();
@@ -32,10 +32,10 @@ namespace {
 
     TEST_F(X11Windows, AppearAtTheirFrameWithTheirPixels)
     {
-        const auto surface = shown({ .frame = kFrame, .title = "pixels" });
+        const auto surface = shown({ .frame = kWindowFrame, .title = "pixels" });
         fill(*surface, 0xFF336699);
         settle();
-        EXPECT_EQ(surface->frame(), kFrame);
+        EXPECT_EQ(surface->frame(), kWindowFrame);
         EXPECT_EQ(driver.pixel(100, 800 - 200 - 1), 0x336699u);
         EXPECT_EQ(driver.pixel(399, 800 - 350), 0x336699u);
         EXPECT_NE(driver.pixel(400, 800 - 350), 0x336699u);
@@ -44,7 +44,7 @@ namespace {
 
     TEST_F(X11Windows, ShowOnlyTheDamage)
     {
-        const auto surface = shown({ .frame = kFrame });
+        const auto surface = shown({ .frame = kWindowFrame });
         fill(*surface, 0xFF336699);
         const SolidImage image(surface->pixelSize(), 0xFFFF0000);
         const std::array<PixelRect, 2> parts { { { 10, 20, 30, 40 }, { 50, 20, 60, 900 } } };
@@ -72,7 +72,7 @@ namespace {
 
     TEST_F(X11Windows, ReportNoErrorsInAnOrdinaryLife)
     {
-        auto surface = shown({ .frame = kFrame, .title = "ordinary" });
+        auto surface = shown({ .frame = kWindowFrame, .title = "ordinary" });
         fill(*surface, 0xFF336699);
         surface->setTitle("ordinary life");
         surface->setFrame({ { 50, 50 }, { 200, 100 } });
@@ -91,7 +91,7 @@ namespace {
 
     TEST_F(X11Windows, FollowAFrameThatTheProgramSets)
     {
-        const auto surface = shown({ .frame = kFrame });
+        const auto surface = shown({ .frame = kWindowFrame });
         surface->setFrame({ { 300, 300 }, { 120, 80 } });
         waitFor(Event::Kind::exposed, surface.get());
         fill(*surface, 0xFF123456);
@@ -103,7 +103,7 @@ namespace {
 
     TEST_F(X11Windows, TellAFrameThatSomebodyElseSets)
     {
-        const auto surface = shown({ .frame = kFrame, .title = "moved" });
+        const auto surface = shown({ .frame = kWindowFrame, .title = "moved" });
         const std::array<std::uint32_t, 4> values { 10, 20, 200, 100 };
         xcb_configure_window(driver.raw(), windowOf("moved"),
             XCB_CONFIG_WINDOW_X | XCB_CONFIG_WINDOW_Y | XCB_CONFIG_WINDOW_WIDTH
@@ -117,7 +117,7 @@ namespace {
 
     TEST_F(X11Windows, TellThatTheUserWantsToCloseThem)
     {
-        const auto surface = shown({ .frame = kFrame, .title = "closed" });
+        const auto surface = shown({ .frame = kWindowFrame, .title = "closed" });
         driver.sendProtocol(windowOf("closed"), "WM_DELETE_WINDOW");
         EXPECT_TRUE(waitFor(Event::Kind::closeRequested, surface.get()));
         EXPECT_TRUE(surface->isShown());
@@ -125,7 +125,7 @@ namespace {
 
     TEST_F(X11Windows, SurviveThatSomebodyElseDestroysThem)
     {
-        const auto surface = shown({ .frame = kFrame, .title = "destroyed" });
+        const auto surface = shown({ .frame = kWindowFrame, .title = "destroyed" });
         xcb_destroy_window(driver.raw(), windowOf("destroyed"));
         driver.sync();
         EXPECT_TRUE(waitFor(Event::Kind::closeRequested, surface.get()));
@@ -139,7 +139,7 @@ namespace {
 
     TEST_F(X11Windows, SurviveThatTheyAreDestroyedAgainAndAgain)
     {
-        const auto surface = display->createSurface({ .frame = kFrame, .title = "victim" });
+        const auto surface = display->createSurface({ .frame = kWindowFrame, .title = "victim" });
         for (int round = 0; round < 30; ++round) {
             surface->show();
             ASSERT_TRUE(waitFor(Event::Kind::exposed, surface.get()));
@@ -161,7 +161,7 @@ namespace {
 
     TEST_F(X11Windows, SurviveThatEverythingTheyUseIsFreed)
     {
-        const auto surface = shown({ .frame = kFrame, .title = "freed" });
+        const auto surface = shown({ .frame = kWindowFrame, .title = "freed" });
         surface->setCursor(Cursor::wait);
         fill(*surface, 0xFF336699);
         settle();
@@ -185,7 +185,7 @@ namespace {
     TEST_F(X11Windows, SayWhoTheyAre)
     {
         const auto surface
-            = shown({ .frame = kFrame, .kind = SurfaceKind::utility, .title = "hints" });
+            = shown({ .frame = kWindowFrame, .kind = SurfaceKind::utility, .title = "hints" });
         const xcb_window_t window = windowOf("hints");
         EXPECT_EQ(driver.property(window, "_NET_WM_PID").size(), 1u);
         EXPECT_EQ(driver.property(window, "_NET_WM_WINDOW_TYPE"),
@@ -197,8 +197,8 @@ namespace {
 
     TEST_F(X11Windows, NameTheirParent)
     {
-        const auto parent = shown({ .frame = kFrame, .title = "parent" });
-        const auto child = shown({ .frame = kFrame,
+        const auto parent = shown({ .frame = kWindowFrame, .title = "parent" });
+        const auto child = shown({ .frame = kWindowFrame,
             .kind = SurfaceKind::dialog,
             .title = "child",
             .transientFor = parent.get() });
@@ -208,8 +208,8 @@ namespace {
 
     TEST_F(X11Windows, HaveAlphaOnlyWhenTheyAreNotOpaque)
     {
-        const auto opaque = shown({ .frame = kFrame, .title = "opaque" });
-        const auto clear = shown({ .frame = kFrame, .opaque = false, .title = "clear" });
+        const auto opaque = shown({ .frame = kWindowFrame, .title = "opaque" });
+        const auto clear = shown({ .frame = kWindowFrame, .opaque = false, .title = "clear" });
         EXPECT_EQ(driver.depth(windowOf("opaque")), 24);
         EXPECT_EQ(driver.depth(windowOf("clear")), 32);
         opaque->setOpaque(false);
@@ -219,7 +219,7 @@ namespace {
 
     TEST_F(X11Windows, GoAwayWhenHiddenAndComeBack)
     {
-        const auto surface = shown({ .frame = kFrame });
+        const auto surface = shown({ .frame = kWindowFrame });
         fill(*surface, 0xFF336699);
         surface->hide();
         EXPECT_FALSE(surface->isShown());
@@ -227,39 +227,39 @@ namespace {
         ASSERT_TRUE(waitFor(Event::Kind::exposed, surface.get()));
         fill(*surface, 0xFF993366);
         settle();
-        EXPECT_EQ(surface->frame(), kFrame);
+        EXPECT_EQ(surface->frame(), kWindowFrame);
         EXPECT_EQ(driver.pixel(200, 500), 0x993366u);
     }
 
     TEST_F(X11Windows, FillTheScreenAndComeBack)
     {
-        const auto surface = shown({ .frame = kFrame });
+        const auto surface = shown({ .frame = kWindowFrame });
         surface->setFullScreen(true);
         while (surface->frame() != display->screens()[0].frame)
             ASSERT_TRUE(waitFor(Event::Kind::frameChanged, surface.get()));
         while (!surface->state().fullScreen)
             ASSERT_TRUE(waitFor(Event::Kind::stateChanged, surface.get()));
         surface->setFullScreen(false);
-        while (surface->frame() != kFrame)
+        while (surface->frame() != kWindowFrame)
             ASSERT_TRUE(waitFor(Event::Kind::frameChanged, surface.get()));
     }
 
     TEST_F(X11Windows, ZoomAndComeBack)
     {
-        const auto surface = shown({ .frame = kFrame });
+        const auto surface = shown({ .frame = kWindowFrame });
         surface->setZoomed(true);
         while (surface->frame() != display->screens()[0].visibleFrame)
             ASSERT_TRUE(waitFor(Event::Kind::frameChanged, surface.get()));
         while (!surface->state().zoomed)
             ASSERT_TRUE(waitFor(Event::Kind::stateChanged, surface.get()));
         surface->setZoomed(false);
-        while (surface->frame() != kFrame)
+        while (surface->frame() != kWindowFrame)
             ASSERT_TRUE(waitFor(Event::Kind::frameChanged, surface.get()));
     }
 
     TEST_F(X11Windows, MinimiseAndComeBackWhenShown)
     {
-        const auto surface = shown({ .frame = kFrame });
+        const auto surface = shown({ .frame = kWindowFrame });
         surface->minimise();
         while (!surface->state().minimised)
             ASSERT_TRUE(waitFor(Event::Kind::stateChanged, surface.get()));
@@ -272,7 +272,7 @@ namespace {
 
     TEST_F(X11Windows, SurviveASenselessStateProperty)
     {
-        const auto surface = shown({ .frame = kFrame, .title = "odd" });
+        const auto surface = shown({ .frame = kWindowFrame, .title = "odd" });
         const xcb_window_t window = windowOf("odd");
         for (const char* name : { "_NET_WM_STATE", "WM_STATE" }) {
             xcb_change_property(driver.raw(), XCB_PROP_MODE_REPLACE, window, driver.atom(name),

@@ -172,13 +172,13 @@ namespace {
         view.setBorderEdges(edges);
         view.setNeedsDisplay(true);
         const display::Snapshot seen = screen.pixels();
-        constexpr std::uint32_t kRed = 0xFFFF0000;
+        constexpr std::uint32_t kRedPixel = 0xFFFF0000;
         std::string found;
-        found += seen.at(10, 50) == kRed ? "L" : "";
-        found += seen.at(50, 10) == kRed ? "T" : "";
-        found += seen.at(89, 50) == kRed ? "R" : "";
-        found += seen.at(50, 89) == kRed ? "B" : "";
-        found += seen.at(11, 50) == kRed || seen.at(50, 50) == kRed ? "inside" : "";
+        found += seen.at(10, 50) == kRedPixel ? "L" : "";
+        found += seen.at(50, 10) == kRedPixel ? "T" : "";
+        found += seen.at(89, 50) == kRedPixel ? "R" : "";
+        found += seen.at(50, 89) == kRedPixel ? "B" : "";
+        found += seen.at(11, 50) == kRedPixel || seen.at(50, 50) == kRedPixel ? "inside" : "";
         return found;
     }
 

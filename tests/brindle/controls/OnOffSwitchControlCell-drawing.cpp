@@ -211,16 +211,16 @@ TEST_P(OnOffSwitchTint, FillsWithItsPair)
     EXPECT_PRED_FORMAT3(test::isNear, picture.at(50, 10), tint.off, 1);
 }
 
-constexpr test::Rgba kWhite { 255, 255, 255, 255 };
 constexpr test::Rgba kBlueOnWhite { 102, 148, 255, 255 };
 constexpr test::Rgba kGreenOnWhite { 102, 209, 102, 255 };
 constexpr test::Rgba kRedOnWhite { 209, 102, 102, 255 };
 INSTANTIATE_TEST_SUITE_P(Schemes, OnOffSwitchTint,
     testing::Values(Tint { OnOffSwitchControlCustomColors, { 0, 255, 0, 255 }, { 0, 0, 255, 255 } },
-        Tint { OnOffSwitchControlDefaultColors, kBlueOnWhite, kWhite },
+        Tint { OnOffSwitchControlDefaultColors, kBlueOnWhite, test::kWhite },
         Tint { OnOffSwitchControlGreenRedColors, kGreenOnWhite, kRedOnWhite },
         Tint { OnOffSwitchControlBlueRedColors, kBlueOnWhite, kRedOnWhite },
-        Tint { 0, kWhite, kWhite }, Tint { 5, kWhite, kWhite }, Tint { -1, kWhite, kWhite }));
+        Tint { 0, test::kWhite, test::kWhite }, Tint { 5, test::kWhite, test::kWhite },
+        Tint { -1, test::kWhite, test::kWhite }));
 
 /// Draws a switch while its thumb is held.
 test::Picture heldPicture(bool mixed, bool tracks = true)

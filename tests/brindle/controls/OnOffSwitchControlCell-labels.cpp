@@ -31,14 +31,14 @@ BRINDLE_RECORD(LabelLogCell, Labels)
 
 namespace {
 
-    constexpr NSRect kFrame { { 0, 3 }, { 60, 20 } };
-    const double kThumb = 58 * static_cast<double>(0.38F);
-    const double kRoom = 60 - kThumb;
+    constexpr NSRect kLabelledFrame { { 0, 3 }, { 60, 20 } };
+    const double kThumbWidth = 58 * static_cast<double>(0.38F);
+    const double kRoom = 60 - kThumbWidth;
 
     void tint(OnOffSwitchControlCell& cell)
     {
         const test::Focused picture(60, 26);
-        cell.tintBackgroundWithFrame_inView(kFrame, make<NSView>().get());
+        cell.tintBackgroundWithFrame_inView(kLabelledFrame, make<NSView>().get());
     }
 
     TEST(OnOffSwitchLabels, StandOnBothSidesOfTheThumb)
@@ -47,9 +47,9 @@ namespace {
         cell->setState(NSOnState);
         tint(*cell);
         ASSERT_EQ(cell->texts_, (std::vector<std::string> { "ON", "OFF" }));
-        const double thumb = 1 + 58 - kThumb;
+        const double thumb = 1 + 58 - kThumbWidth;
         EXPECT_EQ(cell->frames_[0], NSMakeRect(thumb - kRoom + 2, 3, kRoom - 2, 20));
-        EXPECT_EQ(cell->frames_[1], NSMakeRect(thumb + kThumb + 1, 3, kRoom - 2, 20));
+        EXPECT_EQ(cell->frames_[1], NSMakeRect(thumb + kThumbWidth + 1, 3, kRoom - 2, 20));
     }
 
     TEST(OnOffSwitchLabels, FollowTheThumbInADrag)
@@ -59,10 +59,10 @@ namespace {
         cell->startTrackingAt_inView({ 10, 10 }, control.get());
         cell->continueTracking_at_inView({ 10, 10 }, { 15, 10 }, control.get());
         tint(*cell);
-        const double center = 6 + kThumb * 0.5;
+        const double center = 6 + kThumbWidth * 0.5;
         ASSERT_EQ(cell->frames_.size(), 2u);
-        EXPECT_EQ(cell->frames_[0].origin.x, center - kThumb * 0.5 - kRoom + 2);
-        EXPECT_EQ(cell->frames_[1].origin.x, center + kThumb * 0.5 + 1);
+        EXPECT_EQ(cell->frames_[0].origin.x, center - kThumbWidth * 0.5 - kRoom + 2);
+        EXPECT_EQ(cell->frames_[1].origin.x, center + kThumbWidth * 0.5 + 1);
     }
 
     TEST(OnOffSwitchLabels, AreThoseOfTheCell)
@@ -86,7 +86,7 @@ namespace {
     {
         const auto cell = make<LabelLogCell>();
         const test::Focused picture(60, 26);
-        cell->drawWithFrame_inView(kFrame, make<NSView>().get());
+        cell->drawWithFrame_inView(kLabelledFrame, make<NSView>().get());
         EXPECT_TRUE(cell->texts_.empty());
     }
 

@@ -12,7 +12,7 @@ namespace brindle {
 
 namespace {
 
-    constexpr NSRect kFrame { { 0, 0 }, { 60, 20 } };
+    constexpr NSRect kCellFrame { { 0, 0 }, { 60, 20 } };
     // The width of the thumb in that frame: 58 times 0.38 in single precision.
     const double kThumb = 58 * static_cast<double>(0.38F);
 
@@ -92,7 +92,7 @@ TEST(OnOffSwitchControlCell, AClickIsAThirdOfASecondWithinSixPoints)
 
 TEST(OnOffSwitchControlCell, TheOffThumbIsAtTheLeft)
 {
-    const NSRect thumb = makeCell()->thumbRectInFrame(kFrame);
+    const NSRect thumb = makeCell()->thumbRectInFrame(kCellFrame);
     EXPECT_EQ(thumb.origin.x, 1);
     EXPECT_EQ(thumb.origin.y, 1);
     EXPECT_EQ(thumb.size.width, kThumb);
@@ -102,14 +102,14 @@ TEST(OnOffSwitchControlCell, TheOffThumbIsAtTheLeft)
 
 TEST(OnOffSwitchControlCell, TheOnThumbIsAtTheRight)
 {
-    const NSRect thumb = makeCell(NSOnState)->thumbRectInFrame(kFrame);
+    const NSRect thumb = makeCell(NSOnState)->thumbRectInFrame(kCellFrame);
     EXPECT_EQ(thumb.origin.x, 1 + 58 - kThumb);
     EXPECT_NEAR(thumb.origin.x, 36.96, 1e-6);
 }
 
 TEST(OnOffSwitchControlCell, TheMixedThumbIsInTheMiddle)
 {
-    const NSRect thumb = makeCell(NSMixedState)->thumbRectInFrame(kFrame);
+    const NSRect thumb = makeCell(NSMixedState)->thumbRectInFrame(kCellFrame);
     EXPECT_NEAR(thumb.origin.x, 17.98, 1e-6);
 }
 
@@ -117,7 +117,7 @@ TEST(OnOffSwitchControlCell, TheMixedThumbCountsFromZeroWhereverTheFrameIs)
 {
     const NSRect moved { { 100, 50 }, { 60, 20 } };
     EXPECT_EQ(makeCell(NSMixedState)->thumbRectInFrame(moved).origin.x,
-        makeCell(NSMixedState)->thumbRectInFrame(kFrame).origin.x);
+        makeCell(NSMixedState)->thumbRectInFrame(kCellFrame).origin.x);
     EXPECT_EQ(makeCell()->thumbRectInFrame(moved).origin.x, 101);
 }
 
@@ -129,9 +129,9 @@ TEST(OnOffSwitchControlCell, AFrameWithoutRoomHasANegativeThumb)
 
 TEST(OnOffSwitchControlCell, TheMiddleOfTheThumbFollowsTheState)
 {
-    EXPECT_EQ(makeCell()->centerXForThumbWithFrame(kFrame), 1 + kThumb * 0.5);
+    EXPECT_EQ(makeCell()->centerXForThumbWithFrame(kCellFrame), 1 + kThumb * 0.5);
     EXPECT_EQ(
-        makeCell(NSOnState)->centerXForThumbWithFrame(kFrame), 1 + 58 - kThumb + kThumb * 0.5);
+        makeCell(NSOnState)->centerXForThumbWithFrame(kCellFrame), 1 + 58 - kThumb + kThumb * 0.5);
 }
 
 TEST(OnOffSwitchControlCell, ADragMovesTheMiddleOfTheThumb)
@@ -140,7 +140,7 @@ TEST(OnOffSwitchControlCell, ADragMovesTheMiddleOfTheThumb)
     const Ref<OnOffSwitchControlCell> cell = makeCell();
     cell->startTrackingAt_inView({ 10, 10 }, control.get());
     cell->continueTracking_at_inView({ 10, 10 }, { 15, 12 }, control.get());
-    EXPECT_EQ(cell->centerXForThumbWithFrame(kFrame), 6 + kThumb * 0.5);
+    EXPECT_EQ(cell->centerXForThumbWithFrame(kCellFrame), 6 + kThumb * 0.5);
 }
 
 TEST(OnOffSwitchControlCell, ADragPastAnEndStopsOnePointInside)
@@ -149,10 +149,10 @@ TEST(OnOffSwitchControlCell, ADragPastAnEndStopsOnePointInside)
     const Ref<OnOffSwitchControlCell> cell = makeCell();
     cell->startTrackingAt_inView({ 10, 10 }, control.get());
     cell->continueTracking_at_inView({ 10, 10 }, { 500, 10 }, control.get());
-    EXPECT_EQ(cell->centerXForThumbWithFrame(kFrame), (60 - kThumb - 1) + kThumb * 0.5);
-    EXPECT_NEAR(cell->centerXForThumbWithFrame(kFrame), 47.98, 1e-6);
+    EXPECT_EQ(cell->centerXForThumbWithFrame(kCellFrame), (60 - kThumb - 1) + kThumb * 0.5);
+    EXPECT_NEAR(cell->centerXForThumbWithFrame(kCellFrame), 47.98, 1e-6);
     cell->continueTracking_at_inView({ 500, 10 }, { -500, 10 }, control.get());
-    EXPECT_EQ(cell->centerXForThumbWithFrame(kFrame), 1 + kThumb * 0.5);
+    EXPECT_EQ(cell->centerXForThumbWithFrame(kCellFrame), 1 + kThumb * 0.5);
 }
 
 TEST(OnOffSwitchControlCell, BothCustomColoursAreSetAndTheSchemeStays)

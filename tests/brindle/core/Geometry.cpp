@@ -8,11 +8,10 @@
 
 #include "core/BRGeometry.h"
 #include "core/BrindleVersion.h"
+#include "support/Numbers.h"
 
 namespace brindle {
 namespace {
-
-    constexpr double kInfinity = std::numeric_limits<double>::infinity();
 
     TEST(Geometry, MidFloatsRoundHalvesAwayFromZero)
     {

@@ -5,6 +5,7 @@
 
 #include "appkit/NSColor.h"
 #include "support/Focused.h"
+#include "support/Numbers.h"
 #include "support/Paths.h"
 
 namespace brindle {
@@ -15,9 +16,7 @@ using test::Rgba;
 
 namespace {
 
-    constexpr Rgba kRed { 255, 0, 0, 255 };
-    constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
-    constexpr double kInfinity = std::numeric_limits<double>::infinity();
+    using test::kRed;
 
     /// A picture of 10 by 10 that is drawn into in red while the test lasts.
     class BezierPathDrawing : public testing::Test {

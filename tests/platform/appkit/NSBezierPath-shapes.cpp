@@ -7,6 +7,7 @@
 #include <limits>
 
 #include "appkit/NSFont.h"
+#include "support/Numbers.h"
 #include "support/Paths.h"
 
 namespace brindle {
@@ -16,9 +17,6 @@ using test::pointsOf;
 using test::stepsOf;
 
 namespace {
-
-    constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
-    constexpr double kInfinity = std::numeric_limits<double>::infinity();
 
     Ref<NSBezierPath> arc(double start, double end, bool clockwise)
     {

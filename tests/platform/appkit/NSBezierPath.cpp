@@ -11,6 +11,7 @@
 #include "foundation/NSData.h"
 #include "foundation/NSKeyedArchiver.h"
 #include "foundation/NSKeyedUnarchiver.h"
+#include "support/Numbers.h"
 #include "support/Paths.h"
 #include "support/Strings.h"
 
@@ -21,9 +22,6 @@ using test::pointsOf;
 using test::stepsOf;
 
 namespace {
-
-    constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
-    constexpr double kInfinity = std::numeric_limits<double>::infinity();
 
     Ref<NSBezierPath> archived(NSBezierPath* path)
     {

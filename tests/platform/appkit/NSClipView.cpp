@@ -9,6 +9,7 @@
 #include "appkit/NSAnimationContext.h"
 #include "foundation/Exceptions.h"
 #include "support/HeadlessScreen.h"
+#include "support/Numbers.h"
 #include "support/ScrolledDocument.h"
 
 namespace brindle {
@@ -17,9 +18,6 @@ namespace {
 
     using test::Notes;
     using test::Scrolled;
-
-    constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
-    constexpr double kInfinity = std::numeric_limits<double>::infinity();
 
     TEST(ClipView, ScrollsToAPoint)
     {

@@ -9,6 +9,7 @@
 #include "runtime/NSException.h"
 #include "support/Colors.h"
 #include "support/Focused.h"
+#include "support/Numbers.h"
 
 #include <limits>
 
@@ -18,9 +19,8 @@ using test::Rgba;
 
 namespace {
 
-constexpr Rgba kBlack { 0, 0, 0, 255 };
-constexpr Rgba kWhite { 255, 255, 255, 255 };
-constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
+using test::kBlack;
+using test::kWhite;
 
 /// From black to white.
 Ref<NSGradient> ramp()

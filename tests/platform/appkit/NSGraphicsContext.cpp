@@ -11,13 +11,12 @@ namespace brindle {
 
 using test::Focused;
 using test::isNear;
-using test::Picture;
 using test::Rgba;
 
 TEST(NSGraphicsContext, RestoreMakesTheRememberedContextCurrent)
 {
     const Focused picture(4, 4);
-    const Picture other(4, 4);
+    const test::Picture other(4, 4);
     const Ref<NSGraphicsContext> first = NSGraphicsContext::cls().currentContext();
     {
         const GraphicsStateGuard saved;

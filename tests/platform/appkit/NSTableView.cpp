@@ -3,6 +3,7 @@
 
 #include <limits>
 
+#include "support/Numbers.h"
 #include "support/TableHost.h"
 
 namespace brindle {
@@ -13,9 +14,6 @@ namespace {
     using test::indexes;
     using test::Table;
     using test::TableTest;
-
-    constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
-    constexpr double kInfinity = std::numeric_limits<double>::infinity();
 
     // ---- a new table
 

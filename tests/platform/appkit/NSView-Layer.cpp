@@ -68,10 +68,10 @@ namespace {
     using test::Picture;
     using test::Rgba;
 
-    constexpr Rgba kRed { 255, 0, 0, 255 };
-    constexpr Rgba kGreen { 0, 255, 0, 255 };
-    constexpr Rgba kBlue { 0, 0, 255, 255 };
-    constexpr Rgba kClear {};
+    using test::kBlue;
+    using test::kClear;
+    using test::kGreen;
+    using test::kRed;
     constexpr std::uint32_t kRedPixel = 0xFFFF0000;
     constexpr std::uint32_t kGreenPixel = 0xFF00FF00;
     constexpr std::uint32_t kBluePixel = 0xFF0000FF;

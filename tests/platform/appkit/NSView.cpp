@@ -76,7 +76,7 @@ namespace {
         hooks().clear();
         return view;
     }
-    Ref<NSWindow> windowOf(NSRect content)
+    Ref<NSWindow> windowAround(NSRect content)
     {
         return alloc<NSWindow>()->initWithContentRect_styleMask_backing_defer(
             content, NSBorderlessWindowMask, NSBackingStoreBuffered, true);
@@ -99,7 +99,7 @@ TEST(NSView, InitEqualsInitWithTheZeroFrame) { EXPECT_EQ(make<NSView>()->frame()
 
 TEST(NSView, AddingToAWindowSendsTheHooksInTheirOrder)
 {
-    const Ref<NSWindow> window = windowOf(NSMakeRect(0, 0, 100, 100));
+    const Ref<NSWindow> window = windowAround(NSMakeRect(0, 0, 100, 100));
     const Ref<HookView> view = hooked();
     window->contentView()->addSubview(view.get());
     EXPECT_EQ(hooks(), "willWindow, willSuper, didWindow, didSuper");
@@ -107,7 +107,7 @@ TEST(NSView, AddingToAWindowSendsTheHooksInTheirOrder)
 
 TEST(NSView, RemovingFromAWindowSendsTheHooksInTheirOrder)
 {
-    const Ref<NSWindow> window = windowOf(NSMakeRect(0, 0, 100, 100));
+    const Ref<NSWindow> window = windowAround(NSMakeRect(0, 0, 100, 100));
     const Ref<HookView> view = hooked();
     window->contentView()->addSubview(view.get());
     hooks().clear();
@@ -122,7 +122,7 @@ TEST(NSView, ATreeThatComesIntoAWindowTellsTheViewsInIt)
     box->addSubview(view.get());
     EXPECT_EQ(hooks(), "willSuper, didSuper");
     hooks().clear();
-    const Ref<NSWindow> window = windowOf(NSMakeRect(0, 0, 100, 100));
+    const Ref<NSWindow> window = windowAround(NSMakeRect(0, 0, 100, 100));
     window->contentView()->addSubview(box.get());
     EXPECT_EQ(hooks(), "willWindow, didWindow");
 }
@@ -136,7 +136,7 @@ TEST(NSView, AddingTellsTheParentLast)
 
 TEST(NSView, AddingAgainIsOneMoveWithoutWindowHooks)
 {
-    const Ref<NSWindow> window = windowOf(NSMakeRect(0, 0, 100, 100));
+    const Ref<NSWindow> window = windowAround(NSMakeRect(0, 0, 100, 100));
     const Ref<HookView> view = hooked();
     const Ref<NSView> other = plain({});
     window->contentView()->addSubview(view.get());
@@ -279,7 +279,7 @@ TEST(NSView, TagsAreMinusOneAndFindTheViewItself)
 
 TEST(NSView, TheVisibleRectIsCutByAncestors)
 {
-    const Ref<NSWindow> window = windowOf(NSMakeRect(0, 0, 100, 100));
+    const Ref<NSWindow> window = windowAround(NSMakeRect(0, 0, 100, 100));
     const Ref<NSView> view = plain(NSMakeRect(80, 90, 50, 50));
     window->contentView()->addSubview(view.get());
     EXPECT_EQ(view->visibleRect(), NSMakeRect(0, 0, 20, 10));

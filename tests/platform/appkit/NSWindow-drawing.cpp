@@ -43,7 +43,7 @@ BRINDLE_RECORD(ScriptedView, Script)
 
 namespace {
 
-    constexpr std::uint32_t kRed = 0xFFFF0000;
+    constexpr std::uint32_t kRedSeen = 0xFFFF0000;
 
     [[noreturn]] void fail() { raise("Fault", "on purpose"); }
 
@@ -54,12 +54,12 @@ namespace {
     }
 
     /// A view that does as it likes, and after it one beside it that is red.
-    struct Pair {
+    struct WildAndRed {
         HeadlessScreen screen { 200, 100 };
         Ref<ScriptedView> wild = screen.add<ScriptedView>(NSMakeRect(0, 0, 100, 100));
         Ref<ScriptedView> red = screen.add<ScriptedView>(NSMakeRect(100, 0, 100, 100));
 
-        Pair() { red->draw_ = fillRed; }
+        WildAndRed() { red->draw_ = fillRed; }
         /// Draws both in one pass.
         void draw(std::function<void()> step)
         {
@@ -73,21 +73,21 @@ namespace {
         bool rightIsRed()
         {
             const display::Snapshot seen = screen.display().snapshot();
-            return seen.at(101, 1) == kRed && seen.at(198, 1) == kRed && seen.at(101, 98) == kRed
-                && seen.at(198, 98) == kRed;
+            return seen.at(101, 1) == kRedSeen && seen.at(198, 1) == kRedSeen
+                && seen.at(101, 98) == kRedSeen && seen.at(198, 98) == kRedSeen;
         }
     };
 
     TEST(NSWindowDrawing, AViewThatRaisesDoesNotKeepOthersFromTheScreen)
     {
-        Pair pair;
+        WildAndRed pair;
         EXPECT_THROW(pair.draw(fail), Exception);
         EXPECT_TRUE(pair.rightIsRed());
     }
 
     TEST(NSWindowDrawing, TheFirstOfSeveralExceptionsLeavesThePass)
     {
-        Pair pair;
+        WildAndRed pair;
         pair.red->draw_ = [] { raise("Second", "on purpose"); };
         try {
             pair.draw(fail);
@@ -99,7 +99,7 @@ namespace {
 
     TEST(NSWindowDrawing, APassThatRaisedIsOver)
     {
-        Pair pair;
+        WildAndRed pair;
         EXPECT_THROW(pair.draw(fail), Exception);
         EXPECT_FALSE(pair.screen.window().viewsNeedDisplay());
         EXPECT_NO_THROW(pair.screen.process());
@@ -107,16 +107,16 @@ namespace {
 
     TEST(NSWindowDrawing, AWindowWhoseViewRaisedDrawsTheNextTime)
     {
-        Pair pair;
+        WildAndRed pair;
         EXPECT_THROW(pair.draw(fail), Exception);
         pair.draw(fillRed);
-        EXPECT_EQ(pair.leftPixel(), kRed);
+        EXPECT_EQ(pair.leftPixel(), kRedSeen);
         EXPECT_TRUE(pair.rightIsRed());
     }
 
     TEST(NSWindowDrawing, AViewThatRaisesBeforeItDrawsDoesNotKeepOthersFromTheScreen)
     {
-        Pair pair;
+        WildAndRed pair;
         pair.wild->prepare_ = fail;
         pair.wild->setNeedsDisplay(true);
         pair.red->setNeedsDisplay(true);
@@ -126,7 +126,7 @@ namespace {
 
     TEST(NSWindowDrawing, AStateThatWasSavedAndNeverRestoredEndsWithItsView)
     {
-        Pair pair;
+        WildAndRed pair;
         pair.draw([] {
             NSGraphicsContext::cls().saveGraphicsState();
             CGContextTranslateCTM(currentCGContext().get(), 30, 30);
@@ -137,7 +137,7 @@ namespace {
 
     TEST(NSWindowDrawing, AStateThatWasRememberedAndNeverTakenBackIsForgotten)
     {
-        Pair pair;
+        WildAndRed pair;
         pair.draw([] { NSGraphicsContext::cls().saveGraphicsState(); });
         NSGraphicsContext::cls().restoreGraphicsState();
         EXPECT_FALSE(NSGraphicsContext::cls().currentContext());
@@ -145,7 +145,7 @@ namespace {
 
     TEST(NSWindowDrawing, ARestoreTooManyChangesNothing)
     {
-        Pair pair;
+        WildAndRed pair;
         pair.draw([] {
             for (int i = 0; i < 5; ++i) {
                 NSGraphicsContext::cls().restoreGraphicsState();
@@ -153,24 +153,24 @@ namespace {
             }
             fillRed();
         });
-        EXPECT_EQ(pair.leftPixel(), kRed);
+        EXPECT_EQ(pair.leftPixel(), kRedSeen);
         EXPECT_TRUE(pair.rightIsRed());
     }
 
     TEST(NSWindowDrawing, AGroupThatWasNeverEndedEndsWithItsView)
     {
-        Pair pair;
+        WildAndRed pair;
         pair.draw([] {
             CGContextBeginTransparencyLayer(currentCGContext().get(), nullptr);
             fillRed();
         });
-        EXPECT_EQ(pair.leftPixel(), kRed);
+        EXPECT_EQ(pair.leftPixel(), kRedSeen);
         EXPECT_TRUE(pair.rightIsRed());
     }
 
     TEST(NSWindowDrawing, TheGroupOfAFadedViewCannotBeEndedByTheView)
     {
-        Pair pair;
+        WildAndRed pair;
         pair.wild->setAlphaValue(0);
         pair.screen.process();
         const std::uint32_t behind = pair.leftPixel();
@@ -179,24 +179,24 @@ namespace {
             CGContextEndTransparencyLayer(currentCGContext().get());
             fillRed();
         });
-        EXPECT_NE(pair.leftPixel(), kRed);
+        EXPECT_NE(pair.leftPixel(), kRedSeen);
         EXPECT_NEAR(pair.leftPixel() >> 16 & 0xFF, behind >> 16 & 0xFF, 4);
     }
 
     TEST(NSWindowDrawing, APathThatWasBegunEndsWithItsView)
     {
-        Pair pair;
+        WildAndRed pair;
         pair.red->draw_ = [] {
             NSColor::cls().redColor()->set();
             CGContextFillPath(currentCGContext().get());
         };
         pair.draw([] { CGContextAddRect(currentCGContext().get(), CGRectMake(0, 0, 200, 100)); });
-        EXPECT_NE(pair.rightPixel(), kRed);
+        EXPECT_NE(pair.rightPixel(), kRedSeen);
     }
 
     TEST(NSWindowDrawing, AFocusThatWasLockedWhileDrawingEndsWithTheView)
     {
-        Pair pair;
+        WildAndRed pair;
         EXPECT_THROW(pair.draw([&pair] {
             pair.red->lockFocus();
             fail();
@@ -208,7 +208,7 @@ namespace {
 
     TEST(NSWindowDrawing, AViewMayCloseItsWindowWhileItDraws)
     {
-        Pair pair;
+        WildAndRed pair;
         int drawn = 0;
         pair.red->draw_ = [&] {
             fillRed();
@@ -224,7 +224,7 @@ namespace {
 
     TEST(NSWindowDrawing, AViewMayCloseItsWindowBeforeItDraws)
     {
-        Pair pair;
+        WildAndRed pair;
         int drawn = 0;
         pair.red->draw_ = [&] { ++drawn; };
         pair.wild->prepare_ = [&] { pair.screen.window().close(); };
@@ -248,7 +248,7 @@ namespace {
         view->draw_ = fillRed;
         window->orderFrontRegardless();
         EXPECT_TRUE(window->isVisible());
-        EXPECT_EQ(screen.pixels().at(50, 50), kRed);
+        EXPECT_EQ(screen.pixels().at(50, 50), kRedSeen);
         window->close();
     }
 
@@ -266,7 +266,7 @@ namespace {
         };
         EXPECT_THROW(window->orderFrontRegardless(), Exception);
         EXPECT_TRUE(window->isVisible());
-        EXPECT_EQ(screen.pixels().at(50, 50), kRed);
+        EXPECT_EQ(screen.pixels().at(50, 50), kRedSeen);
         window->close();
     }
 
@@ -291,7 +291,7 @@ namespace {
 
     TEST(NSWindowDrawing, WhatAViewLocksOutlivesItsWindow)
     {
-        Pair pair;
+        WildAndRed pair;
         pair.wild->lockFocus();
         const Ref<NSGraphicsContext> context = pair.screen.window().graphicsContext();
         pair.screen.window().close();
@@ -304,7 +304,7 @@ namespace {
 
     TEST(NSWindowDrawing, AViewIsDrawnInItsPlaceWhileAnotherIsLocked)
     {
-        Pair pair;
+        WildAndRed pair;
         pair.wild->lockFocus();
         pair.draw({});
         EXPECT_TRUE(pair.rightIsRed());

@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include "SmallWindow.h"
 #include "appkit/NSColor.h"
 #include "foundation/NSArray.h"
 #include "foundation/NSNotification.h"
@@ -44,35 +45,26 @@ BRINDLE_RECORD(StubbornDelegate, Asked)
 
 namespace {
 
-    constexpr NSWindowStyleMask kOrdinary = NSTitledWindowMask | NSClosableWindowMask
-        | NSMiniaturizableWindowMask | NSResizableWindowMask;
-
-    Ref<NSWindow> windowOf(NSRect content, NSWindowStyleMask style = NSBorderlessWindowMask)
-    {
-        return alloc<NSWindow>()->initWithContentRect_styleMask_backing_defer(
-            content, style, NSBackingStoreBuffered, true);
-    }
-
     /// A red and a blue window in one place, the blue one in front.
-    struct Pair {
+    struct RedAndBlue {
         HeadlessScreen screen { 200, 200 };
         Ref<NSWindow> red = windowOf(NSMakeRect(50, 50, 100, 100));
         Ref<NSWindow> blue = windowOf(NSMakeRect(50, 50, 100, 100));
 
-        Pair()
+        RedAndBlue()
         {
             red->setBackgroundColor(NSColor::cls().redColor().get());
             blue->setBackgroundColor(NSColor::cls().blueColor().get());
             red->orderFront(nullptr);
             blue->orderFront(nullptr);
         }
-        ~Pair()
+        ~RedAndBlue()
         {
             red->close();
             blue->close();
         }
-        Pair(const Pair&) = delete;
-        Pair& operator=(const Pair&) = delete;
+        RedAndBlue(const RedAndBlue&) = delete;
+        RedAndBlue& operator=(const RedAndBlue&) = delete;
         bool showsRed() { return screen.pixels().at(100, 100) == 0xFFFF0000; }
         bool showsBlue() { return screen.pixels().at(100, 100) == 0xFF0000FF; }
     };
@@ -131,7 +123,7 @@ namespace {
 
     TEST(NSWindowOrder, FrontAndBackAreWithinALevel)
     {
-        Pair p;
+        RedAndBlue p;
         EXPECT_TRUE(p.showsBlue());
         p.red->orderFront(nullptr);
         EXPECT_TRUE(p.showsRed());
@@ -141,7 +133,7 @@ namespace {
 
     TEST(NSWindowOrder, AHigherLevelStaysInFront)
     {
-        Pair p;
+        RedAndBlue p;
         p.red->setLevel(NSFloatingWindowLevel);
         EXPECT_TRUE(p.showsRed());
         p.blue->orderFront(nullptr);
@@ -153,7 +145,7 @@ namespace {
 
     TEST(NSWindowOrder, TheLevelsOfTheBarLieBetweenPanelsAndMenus)
     {
-        Pair p;
+        RedAndBlue p;
         p.blue->setLevel(NSModalPanelWindowLevel);
         p.red->setLevel(26);
         p.blue->orderFront(nullptr);
@@ -165,7 +157,7 @@ namespace {
 
     TEST(NSWindowOrder, AWindowIsOrderedBeneathAnother)
     {
-        Pair p;
+        RedAndBlue p;
         p.blue->orderWindow_relativeTo(NSWindowBelow, p.red->windowNumber());
         EXPECT_TRUE(p.showsRed());
         p.blue->orderWindow_relativeTo(NSWindowOut, 0);
@@ -174,7 +166,7 @@ namespace {
 
     TEST(NSWindowOrder, WindowsHiddenWithTheApplicationReturnInTheirOldOrder)
     {
-        Pair p;
+        RedAndBlue p;
         p.red->setHidesOnDeactivate(true);
         p.blue->setHidesOnDeactivate(true);
         p.screen.application().deactivate();
@@ -187,7 +179,7 @@ namespace {
 
     TEST(NSWindowOrder, SuchAWindowWaitsForTheApplication)
     {
-        Pair p;
+        RedAndBlue p;
         p.red->orderOut(nullptr);
         p.red->setHidesOnDeactivate(true);
         p.screen.application().deactivate();
@@ -199,7 +191,7 @@ namespace {
 
     TEST(NSWindowOrder, RegardlessItDoesNotWait)
     {
-        Pair p;
+        RedAndBlue p;
         p.red->orderOut(nullptr);
         p.red->setHidesOnDeactivate(true);
         p.screen.application().deactivate();
@@ -209,7 +201,7 @@ namespace {
 
     TEST(NSWindowOrder, AChildBelowLiesBelow)
     {
-        Pair p;
+        RedAndBlue p;
         p.red->addChildWindow_ordered(p.blue.get(), NSWindowBelow);
         EXPECT_TRUE(p.showsRed());
         p.red->addChildWindow_ordered(p.blue.get(), NSWindowAbove);
@@ -249,7 +241,7 @@ namespace {
     }
     TEST(NSWindowOrder, ARemovedChildStaysWhereItIs)
     {
-        Pair p;
+        RedAndBlue p;
         p.red->addChildWindow_ordered(p.blue.get(), NSWindowAbove);
         p.red->removeChildWindow(p.blue.get());
         p.red->setFrameOrigin({ 0, 0 });
@@ -259,7 +251,7 @@ namespace {
 
     TEST(NSWindowOrder, AWindowIsNoChildOfItsOwnChild)
     {
-        Pair p;
+        RedAndBlue p;
         p.red->addChildWindow_ordered(p.blue.get(), NSWindowAbove);
         p.blue->addChildWindow_ordered(p.red.get(), NSWindowAbove);
         p.red->addChildWindow_ordered(p.red.get(), NSWindowAbove);
@@ -269,7 +261,7 @@ namespace {
 
     TEST(NSWindowOrder, AlphaFadesTheWholeWindow)
     {
-        Pair p;
+        RedAndBlue p;
         p.blue->setAlphaValue(0.5);
         const std::uint32_t seen = p.screen.pixels().at(100, 100);
         EXPECT_NEAR(static_cast<int>(seen >> 16 & 0xFF), 0x80, 2);
@@ -281,7 +273,7 @@ namespace {
 
     TEST(NSWindowOrder, ClicksGoThroughAWindowThatIgnoresThem)
     {
-        Pair p;
+        RedAndBlue p;
         p.blue->setIgnoresMouseEvents(true);
         p.red->setMovableByWindowBackground(true);
         p.screen.process();
@@ -294,7 +286,7 @@ namespace {
 
     TEST(NSWindowOrder, AnImmovableWindowIsNotDragged)
     {
-        Pair p;
+        RedAndBlue p;
         p.blue->setMovableByWindowBackground(true);
         p.blue->setMovable(false);
         p.screen.process();

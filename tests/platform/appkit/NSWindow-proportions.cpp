@@ -40,7 +40,7 @@ BRINDLE_RECORD(SheetEnd, Told)
 
 namespace {
 
-    Ref<NSWindow> windowOf(NSRect content)
+    Ref<NSWindow> resizableWindow(NSRect content)
     {
         return alloc<NSWindow>()->initWithContentRect_styleMask_backing_defer(
             content, NSTitledWindowMask | NSResizableWindowMask, NSBackingStoreBuffered, true);
@@ -49,7 +49,7 @@ namespace {
     /// A window of 200 by 100 and its bar, pulled at its edges.
     struct ProportionTest : testing::Test {
         HeadlessScreen screen { 1000, 800 };
-        Ref<NSWindow> window = windowOf(NSMakeRect(300, 300, 200, 100));
+        Ref<NSWindow> window = resizableWindow(NSMakeRect(300, 300, 200, 100));
 
         ProportionTest()
         {
@@ -179,7 +179,7 @@ namespace {
 
     TEST_F(ProportionTest, TheApplicationShowsASheetAndTellsItsEnd)
     {
-        const Ref<NSWindow> sheet = windowOf(NSMakeRect(0, 0, 100, 50));
+        const Ref<NSWindow> sheet = resizableWindow(NSMakeRect(0, 0, 100, 50));
         const Ref<SheetEnd> end = make<SheetEnd>();
         NSApplication& app = screen.application();
         beginSheet_modalForWindow_modalDelegate_didEndSelector_contextInfo(app, sheet.get(),
@@ -193,7 +193,7 @@ namespace {
     }
     TEST_F(ProportionTest, ASheetOfTheApplicationNeedsNoDelegate)
     {
-        const Ref<NSWindow> sheet = windowOf(NSMakeRect(0, 0, 100, 50));
+        const Ref<NSWindow> sheet = resizableWindow(NSMakeRect(0, 0, 100, 50));
         NSApplication& app = screen.application();
         beginSheet_modalForWindow_modalDelegate_didEndSelector_contextInfo(
             app, sheet.get(), window.get(), nullptr, {}, nullptr);
@@ -204,7 +204,7 @@ namespace {
     }
     TEST_F(ProportionTest, AnOperationThatTakesSomethingElseIsRefused)
     {
-        const Ref<NSWindow> sheet = windowOf(NSMakeRect(0, 0, 100, 50));
+        const Ref<NSWindow> sheet = resizableWindow(NSMakeRect(0, 0, 100, 50));
         const Ref<SheetEnd> end = make<SheetEnd>();
         NSApplication& app = screen.application();
         beginSheet_modalForWindow_modalDelegate_didEndSelector_contextInfo(
@@ -214,7 +214,7 @@ namespace {
     }
     TEST_F(ProportionTest, ASheetForNoWindowIsAWindow)
     {
-        const Ref<NSWindow> sheet = windowOf(NSMakeRect(0, 0, 100, 50));
+        const Ref<NSWindow> sheet = resizableWindow(NSMakeRect(0, 0, 100, 50));
         beginSheet_modalForWindow_modalDelegate_didEndSelector_contextInfo(
             screen.application(), sheet.get(), nullptr, nullptr, {}, nullptr);
         EXPECT_TRUE(sheet->isVisible());

@@ -39,7 +39,7 @@ BRINDLE_RECORD(SheetDelegate, Told)
 
 namespace {
 
-    Ref<NSWindow> windowOf(NSRect content)
+    Ref<NSWindow> closableWindow(NSRect content)
     {
         return alloc<NSWindow>()->initWithContentRect_styleMask_backing_defer(content,
             NSTitledWindowMask | NSClosableWindowMask | NSResizableWindowMask,
@@ -49,9 +49,9 @@ namespace {
     /// A shown window of 300 by 200 below its bar, and two that can be its sheets.
     struct Host {
         HeadlessScreen screen { 640, 480 };
-        Ref<NSWindow> host = windowOf(NSMakeRect(100, 100, 300, 200));
-        Ref<NSWindow> first = windowOf(NSMakeRect(0, 0, 100, 50));
-        Ref<NSWindow> second = windowOf(NSMakeRect(0, 0, 80, 40));
+        Ref<NSWindow> host = closableWindow(NSMakeRect(100, 100, 300, 200));
+        Ref<NSWindow> first = closableWindow(NSMakeRect(0, 0, 100, 50));
+        Ref<NSWindow> second = closableWindow(NSMakeRect(0, 0, 80, 40));
         std::string log;
 
         Host()
@@ -154,7 +154,7 @@ namespace {
     TEST(Sheets, AnUrgentOneGoesBeforeThoseThatWait)
     {
         Host h;
-        const Ref<NSWindow> urgent = windowOf(NSMakeRect(0, 0, 60, 30));
+        const Ref<NSWindow> urgent = closableWindow(NSMakeRect(0, 0, 60, 30));
         h.begin(h.first, "first");
         h.begin(h.second, "second");
         h.host->beginCriticalSheet_completionHandler(urgent.get(), nullptr);

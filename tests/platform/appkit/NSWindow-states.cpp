@@ -5,6 +5,7 @@
 
 #include <gtest/gtest.h>
 
+#include "SmallWindow.h"
 #include "foundation/NSNotification.h"
 #include "foundation/NSNotificationCenter.h"
 #include "support/HeadlessScreen.h"
@@ -12,8 +13,6 @@
 namespace brindle {
 namespace {
 
-    constexpr NSWindowStyleMask kOrdinary = NSTitledWindowMask | NSClosableWindowMask
-        | NSMiniaturizableWindowMask | NSResizableWindowMask;
     constexpr NSRect kContent { { 50, 60 }, { 200, 100 } };
 
     /// An ordinary window on a desktop that does at once what it is asked, and what the window posts.

@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include "SmallWindow.h"
 #include "appkit/NSColor.h"
 #include "appkit/NSGraphicsContext.h"
 #include "appkit/NSPanel.h"
@@ -67,14 +68,6 @@ template <> struct PaintView::Methods<struct Painting> {
 BRINDLE_RECORD(PaintView, Painting)
 
 namespace {
-
-    Ref<NSWindow> windowOf(NSRect content, NSWindowStyleMask style = NSBorderlessWindowMask)
-    {
-        return alloc<NSWindow>()->initWithContentRect_styleMask_backing_defer(
-            content, style, NSBackingStoreBuffered, true);
-    }
-    constexpr NSWindowStyleMask kOrdinary = NSTitledWindowMask | NSClosableWindowMask
-        | NSMiniaturizableWindowMask | NSResizableWindowMask;
 
     Ref<NSTrackingArea> track(NSView* view, NSTrackingAreaOptions options)
     {

@@ -6,7 +6,7 @@
 namespace brindle::display {
 namespace {
 
-    constexpr PixelRect kScreen { 0, 0, 1280, 800 };
+    constexpr PixelRect kWholeScreen { 0, 0, 1280, 800 };
 
     TopPanel panel(int reach, int left = 0, int right = 1280, int top = 0)
     {
@@ -16,7 +16,7 @@ namespace {
 
     struct Edge : ::testing::Test {
         int depth(std::initializer_list<TopPanel> panels, std::optional<int> workAreaTop,
-            std::optional<int> ownBottom = std::nullopt, PixelRect screen = kScreen)
+            std::optional<int> ownBottom = std::nullopt, PixelRect screen = kWholeScreen)
         {
             return edge.depth(screen, screen.left, screen.right, std::vector<TopPanel>(panels),
                 workAreaTop, ownBottom);

@@ -61,7 +61,7 @@ Ref<NSData> archiveOf(NSMutableArray& objects, NSUInteger root)
         { { "$version"_ns, whole(100000).get() }, { "$archiver"_ns, "NSKeyedArchiver"_ns },
             { "$top"_ns, makeDictionary({ { "root"_ns, uid(root).get() } }).get() },
             { "$objects"_ns, &objects } });
-    return lists().dataWithPropertyList_format_options_error(
+    return listFormats().dataWithPropertyList_format_options_error(
         archive.get(), NSPropertyListBinaryFormat_v1_0, 0, nullptr);
 }
 
@@ -108,7 +108,7 @@ Ref<NSData> insideItsOwnSet(NSString* name, NSString* key)
         { { "$version"_ns, whole(100000).get() }, { "$archiver"_ns, "NSKeyedArchiver"_ns },
             { "$top"_ns, makeDictionary({ { "root"_ns, uid(1).get() } }).get() },
             { "$objects"_ns, objects.get() } });
-    return lists().dataWithPropertyList_format_options_error(
+    return listFormats().dataWithPropertyList_format_options_error(
         top.get(), NSPropertyListBinaryFormat_v1_0, 0, nullptr);
 }
 

@@ -38,7 +38,7 @@ Ref<NSArray> everything()
 class Archive {
 public:
     Archive()
-        : top_(cast<NSMutableDictionary>(lists().propertyListWithData_options_format_error(
+        : top_(cast<NSMutableDictionary>(listFormats().propertyListWithData_options_format_error(
             NSKeyedArchiver::cls().archivedDataWithRootObject(everything().get()).get(),
             NSPropertyListMutableContainers, nullptr, nullptr)))
     {
@@ -67,7 +67,7 @@ public:
     Ref<NSData> data(NSPropertyListFormat format)
     {
         Ref<NSError> error;
-        const Ref<NSData> data = lists().dataWithPropertyList_format_options_error(
+        const Ref<NSData> data = listFormats().dataWithPropertyList_format_options_error(
             replaced_ ? replaced_.get() : top_.get(), format, 0, &error);
         EXPECT_TRUE(data) << textOf(error);
         return data;

@@ -13,7 +13,7 @@
 
 namespace brindle {
 
-inline auto lists() { return NSPropertyListSerialization::cls(); }
+inline auto listFormats() { return NSPropertyListSerialization::cls(); }
 inline Ref<PropertyListUID> uid(NSUInteger value) { return makeUID(value); }
 inline Ref<NSNumber> whole(NSInteger value) { return NSNumber::cls().numberWithInteger(value); }
 

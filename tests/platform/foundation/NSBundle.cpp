@@ -24,7 +24,7 @@ std::string below(const BundleFolder& folder, const Ref<NSString>& path)
     return text.starts_with(prefix) ? text.substr(prefix.size()) : text;
 }
 
-std::string joined(const Ref<NSArray>& array)
+std::string joinedNames(const Ref<NSArray>& array)
 {
     return utf8(array->componentsJoinedByString(" "_ns));
 }
@@ -345,7 +345,7 @@ TEST(BundleLanguages, AreTheFoldersButBase)
     folder.add("de.lproj/a");
     folder.add("Base.lproj/a");
     folder.add("pt-BR.lproj/a");
-    EXPECT_EQ(joined(folder.open()->localizations()), "de pt-BR");
+    EXPECT_EQ(joinedNames(folder.open()->localizations()), "de pt-BR");
 }
 
 TEST(BundleLanguages, AreOrderedByTheUsersWish)
@@ -355,7 +355,7 @@ TEST(BundleLanguages, AreOrderedByTheUsersWish)
     folder.add("de.lproj/a");
     folder.add("fr.lproj/a");
     folder.add("en.lproj/a");
-    EXPECT_EQ(joined(folder.open()->preferredLocalizations()), "fr de");
+    EXPECT_EQ(joinedNames(folder.open()->preferredLocalizations()), "fr de");
 }
 
 TEST(BundleLanguages, FollowTheUserWhoChangesThem)
@@ -364,9 +364,9 @@ TEST(BundleLanguages, FollowTheUserWhoChangesThem)
     folder.add("de.lproj/a");
     folder.add("fr.lproj/a");
     const UserLanguage user("de_DE");
-    EXPECT_EQ(joined(folder.open()->preferredLocalizations()), "de");
+    EXPECT_EQ(joinedNames(folder.open()->preferredLocalizations()), "de");
     UserLocale::use("fr_FR");
-    EXPECT_EQ(joined(folder.open()->preferredLocalizations()), "fr");
+    EXPECT_EQ(joinedNames(folder.open()->preferredLocalizations()), "fr");
 }
 
 TEST(BundleLanguages, TheDevelopersOwnStandsInWhenNoneFits)
@@ -376,7 +376,7 @@ TEST(BundleLanguages, TheDevelopersOwnStandsInWhenNoneFits)
     folder.add("Info.plist", kInfo);
     folder.add("de.lproj/a");
     EXPECT_EQ(utf8(folder.open()->developmentLocalization()), "fr");
-    EXPECT_EQ(joined(folder.open()->preferredLocalizations()), "fr");
+    EXPECT_EQ(joinedNames(folder.open()->preferredLocalizations()), "fr");
 }
 
 TEST(BundleLanguages, ANearOneMeetsAWish)
@@ -387,7 +387,7 @@ TEST(BundleLanguages, ANearOneMeetsAWish)
         };
         const auto a = split(available);
         const auto w = split(wanted);
-        return joined(
+        return joinedNames(
             NSBundle::cls().preferredLocalizationsFromArray_forPreferences(a.get(), w.get()));
     };
     EXPECT_EQ(best("en pt pt-BR", "pt-BR"), "pt-BR");

@@ -12,21 +12,21 @@ using namespace brindle;
 namespace {
 
 /// 2024-01-31 12:34:56.5 in Greenwich.
-Ref<NSDate> date() { return NSDate::cls().dateWithTimeIntervalSince1970(1706704496.5); }
+Ref<NSDate> moment() { return NSDate::cls().dateWithTimeIntervalSince1970(1706704496.5); }
 
 std::string written(NSISO8601DateFormatOptions options)
 {
     const auto formatter = make<NSISO8601DateFormatter>();
     formatter->setFormatOptions(options);
-    return utf8(formatter->stringFromDate(date().get()));
+    return utf8(formatter->stringFromDate(moment().get()));
 }
 
 }
 
 TEST(ISO8601DateFormatter, WritesTheDateAndTimeOfTheInternet)
 {
-    EXPECT_EQ(
-        utf8(make<NSISO8601DateFormatter>()->stringFromDate(date().get())), "2024-01-31T12:34:56Z");
+    EXPECT_EQ(utf8(make<NSISO8601DateFormatter>()->stringFromDate(moment().get())),
+        "2024-01-31T12:34:56Z");
 }
 
 TEST(ISO8601DateFormatter, WritesTheSameInEveryLanguage)
@@ -56,7 +56,7 @@ TEST(ISO8601DateFormatter, CountsInItsTimeZone)
 {
     const auto formatter = make<NSISO8601DateFormatter>();
     formatter->setTimeZone(NSTimeZone::cls().timeZoneForSecondsFromGMT(19800).get());
-    EXPECT_EQ(utf8(formatter->stringFromDate(date().get())), "2024-01-31T18:04:56+05:30");
+    EXPECT_EQ(utf8(formatter->stringFromDate(moment().get())), "2024-01-31T18:04:56+05:30");
 }
 
 TEST(ISO8601DateFormatter, ReadsWhatItWrites)

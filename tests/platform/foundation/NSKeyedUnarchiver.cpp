@@ -131,7 +131,7 @@ BRINDLE_RECORD(UnarchiverListener, Listening)
 
 namespace {
 
-Ref<NSData> archived(NSObject* root)
+Ref<NSData> archiveOf(NSObject* root)
 {
     return NSKeyedArchiver::cls().archivedDataWithRootObject(root);
 }
@@ -141,7 +141,7 @@ Ref<NSObject> unarchived(const Ref<NSData>& data)
 }
 Ref<NSKeyedUnarchiver> reading(NSObject* root)
 {
-    return alloc<NSKeyedUnarchiver>()->initForReadingWithData(archived(root).get());
+    return alloc<NSKeyedUnarchiver>()->initForReadingWithData(archiveOf(root).get());
 }
 Ref<NSData> dataOf(std::string_view text)
 {
@@ -162,7 +162,7 @@ Ref<NSData> archivedAs(NSString* name)
 TEST(NSKeyedUnarchiver, NilDataIsNil)
 {
     EXPECT_FALSE(unarchived(nullptr));
-    EXPECT_FALSE(unarchived(archived(nullptr)));
+    EXPECT_FALSE(unarchived(archiveOf(nullptr)));
 }
 
 TEST(NSKeyedUnarchiver, RubbishIsIncomprehensible)
@@ -353,7 +353,7 @@ TEST(NSKeyedUnarchiver, AClassThatIsNotAllowedIsRefused)
 
 TEST(NSKeyedUnarchiver, NothingOfAForeignClassIsBuilt)
 {
-    const Ref<NSData> data = archived(make<ArchivedCounted>().get());
+    const Ref<NSData> data = archiveOf(make<ArchivedCounted>().get());
     ArchivedCounted::made = 0;
     Ref<NSError> error;
     EXPECT_FALSE(NSKeyedUnarchiver::cls().unarchivedObjectOfClass_fromData_error(
@@ -367,7 +367,7 @@ TEST(NSKeyedUnarchiver, NothingOfAForeignClassIsBuilt)
 
 TEST(NSKeyedUnarchiver, TheClassOfAValueIsToldBeforeAnythingIsBuilt)
 {
-    const Ref<NSData> data = archived(make<ArchivedCounted>().get());
+    const Ref<NSData> data = archiveOf(make<ArchivedCounted>().get());
     ArchivedCounted::made = 0;
     const Ref<NSKeyedUnarchiver> unarchiver
         = alloc<NSKeyedUnarchiver>()->initForReadingWithData(data.get());
@@ -398,7 +398,7 @@ TEST(NSKeyedUnarchiver, TheClassOfAValueThatIsReplacedIsNotTold)
 
 TEST(NSKeyedUnarchiver, ElementsMustBeAllowedToo)
 {
-    const Ref<NSData> data = archived(makeArray({ "a"_ns }).get());
+    const Ref<NSData> data = archiveOf(makeArray({ "a"_ns }).get());
     const auto& unarchivers = NSKeyedUnarchiver::cls();
     EXPECT_FALSE(
         unarchivers.unarchivedObjectOfClass_fromData_error(NSArray::cls(), data.get(), nullptr));
@@ -409,7 +409,7 @@ TEST(NSKeyedUnarchiver, ElementsMustBeAllowedToo)
 
 TEST(NSKeyedUnarchiver, AmongAllowedClassesANameIsAnError)
 {
-    const Ref<NSData> data = archived(NSDate::cls().date().get());
+    const Ref<NSData> data = archiveOf(NSDate::cls().date().get());
     Ref<NSError> error;
     EXPECT_FALSE(NSKeyedUnarchiver::cls().unarchivedObjectOfClasses_fromData_error(
         makeSet({ "NSString"_ns }).get(), data.get(), &error));
@@ -418,14 +418,14 @@ TEST(NSKeyedUnarchiver, AmongAllowedClassesANameIsAnError)
 
 TEST(NSKeyedUnarchiver, AnObjectAllowsTheClassesItAsksForItself)
 {
-    const Ref<NSData> data = archived(makeNode("a"_ns, makeNode("b"_ns).get()).get());
+    const Ref<NSData> data = archiveOf(makeNode("a"_ns, makeNode("b"_ns).get()).get());
     EXPECT_TRUE(NSKeyedUnarchiver::cls().unarchivedObjectOfClass_fromData_error(
         ArchivedNode::cls(), data.get(), nullptr));
 }
 
 TEST(NSKeyedUnarchiver, AClassWithoutSecureCodingIsRefused)
 {
-    const Ref<NSData> data = archived(make<ArchivedPlainly>().get());
+    const Ref<NSData> data = archiveOf(make<ArchivedPlainly>().get());
     Ref<NSError> error;
     EXPECT_FALSE(NSKeyedUnarchiver::cls().unarchivedObjectOfClass_fromData_error(
         ArchivedPlainly::cls(), data.get(), &error));
@@ -477,7 +477,7 @@ TEST(NSKeyedUnarchiver, TheNewerBeginningIsSecureAndKeepsErrors)
         alloc<NSKeyedUnarchiver>()->initForReadingFromData_error(dataOf("x").get(), &error));
     EXPECT_EQ(error->code(), NSCoderReadCorruptError);
     const Ref<NSKeyedUnarchiver> unarchiver
-        = alloc<NSKeyedUnarchiver>()->initForReadingFromData_error(archived("a"_ns).get(), &error);
+        = alloc<NSKeyedUnarchiver>()->initForReadingFromData_error(archiveOf("a"_ns).get(), &error);
     EXPECT_TRUE(unarchiver->requiresSecureCoding());
     EXPECT_EQ(unarchiver->decodingFailurePolicy(), NSDecodingFailurePolicySetErrorAndReturn);
     EXPECT_FALSE(unarchiver->decodeObjectOfClass_forKey(NSNumber::cls(), "root"_ns));
@@ -493,13 +493,13 @@ TEST(NSKeyedUnarchiver, ATopLevelObjectComesWithAnError)
         unarchivers.unarchiveTopLevelObjectWithData_error(dataOf("rubbish").get(), &error));
     EXPECT_EQ(error->code(), NSCoderReadCorruptError);
     EXPECT_EQ(
-        textOf(unarchivers.unarchiveTopLevelObjectWithData_error(archived("a"_ns).get(), nullptr)),
+        textOf(unarchivers.unarchiveTopLevelObjectWithData_error(archiveOf("a"_ns).get(), nullptr)),
         "a");
 }
 
 TEST(NSKeyedUnarchiver, AnObjectMayRefuseWhatItReads)
 {
-    const Ref<NSData> data = archived(make<ArchivedBadly>().get());
+    const Ref<NSData> data = archiveOf(make<ArchivedBadly>().get());
     EXPECT_NE(raisedBy([&] { unarchived(data); }), "");
     const Ref<NSKeyedUnarchiver> unarchiver
         = alloc<NSKeyedUnarchiver>()->initForReadingWithData(data.get());

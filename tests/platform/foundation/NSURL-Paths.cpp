@@ -6,12 +6,12 @@
 
 #include <gtest/gtest.h>
 
+#include "URLs.h"
 #include "foundation/NSArray.h"
 #include "foundation/NSDate.h"
 #include "foundation/NSDictionary.h"
 #include "foundation/NSError.h"
 #include "foundation/NSNumber.h"
-#include "support/Strings.h"
 #include "support/TemporaryFolder.h"
 
 namespace brindle {
@@ -20,16 +20,10 @@ namespace {
 
     using test::TemporaryFolder;
 
-    Ref<NSURL> url(NSString* text) { return NSURL::cls().URLWithString(text); }
-    Ref<NSURL> url(NSString* text, NSString* base)
-    {
-        return NSURL::cls().URLWithString_relativeToURL(text, url(base).get());
-    }
     Ref<NSURL> fileURL(const std::string& path)
     {
         return NSURL::cls().fileURLWithPath(stringFrom(path).get());
     }
-    std::string absolute(const Ref<NSURL>& u) { return u ? utf8(u->absoluteString()) : "no URL"; }
     std::string joined(const Ref<NSArray>& array)
     {
         if (!array)

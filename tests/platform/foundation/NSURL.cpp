@@ -3,23 +3,16 @@
 
 #include <gtest/gtest.h>
 
+#include "URLs.h"
 #include "foundation/NSArray.h"
 #include "foundation/NSData.h"
 #include "foundation/NSKeyedArchiver.h"
 #include "foundation/NSKeyedUnarchiver.h"
 #include "foundation/NSNumber.h"
-#include "support/Strings.h"
 
 namespace brindle {
 
 namespace {
-
-    Ref<NSURL> url(NSString* text) { return NSURL::cls().URLWithString(text); }
-    Ref<NSURL> url(NSString* text, NSString* base)
-    {
-        return NSURL::cls().URLWithString_relativeToURL(text, url(base).get());
-    }
-    std::string absolute(const Ref<NSURL>& u) { return u ? utf8(u->absoluteString()) : "no URL"; }
 
     // ---- the grammar
 

@@ -19,8 +19,6 @@ using namespace std::literals;
 
 namespace {
 
-constexpr NSPropertyListFormat kBinary = NSPropertyListBinaryFormat_v1_0;
-
 std::string written(const Ref<NSObject>& list) { return writeList(list, kBinary); }
 
 /// Answers the objects of a written list, without header, table and trailer.
@@ -30,11 +28,6 @@ std::string objectsIn(const std::string& list)
 }
 
 std::string readBack(const Ref<NSObject>& list) { return textOf(readList(written(list))); }
-
-Ref<NSObject> date(double seconds)
-{
-    return NSDate::cls().dateWithTimeIntervalSinceReferenceDate(seconds);
-}
 
 /// Levels of arrays that hold the one below `width` times.
 std::string sharedChildren(int levels, int width)

@@ -3,19 +3,16 @@
 #include "support/PropertyLists.h"
 
 using namespace brindle;
+using namespace brindle::test;
 using namespace std::literals;
 
 // Dictionaries with the keys of the one before are written and read in fewer steps than others.
 
 namespace {
 
-constexpr NSPropertyListFormat kBinary = NSPropertyListBinaryFormat_v1_0;
-
-Ref<NSNumber> number(NSInteger value) { return NSNumber::cls().numberWithInteger(value); }
-
 void expectSameAgain(const Ref<NSObject>& list)
 {
-    const Ref<NSObject> read = test::readList(test::writeList(list, kBinary));
+    const Ref<NSObject> read = readList(writeList(list, kBinary));
     ASSERT_TRUE(read);
     EXPECT_TRUE(read->isEqual(list.get())) << textOf(read->description());
 }

@@ -16,9 +16,6 @@ using namespace brindle::test;
 
 namespace {
 
-constexpr NSPropertyListFormat kXML = NSPropertyListXMLFormat_v1_0;
-constexpr NSPropertyListFormat kBinary = NSPropertyListBinaryFormat_v1_0;
-
 /// Reads a list and writes it in a format, as it is.
 std::string converter(const char* format)
 {

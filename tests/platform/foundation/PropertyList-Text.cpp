@@ -11,7 +11,7 @@ using namespace std::literals;
 
 namespace {
 
-std::string read(std::string_view text)
+std::string readText(std::string_view text)
 {
     const Ref<NSObject> value = readList(text);
     return value ? textOf(value) : readFailure(text);
@@ -27,9 +27,9 @@ std::string nested(int depth, char open, char close)
 
 TEST(TextList, ReadsDictionariesArraysAndData)
 {
-    EXPECT_EQ(read("{ a = 1; b = { }; }"), "{\n    a = 1;\n    b = {\n    };\n}");
-    EXPECT_EQ(read("( a, (b), )"), "(\n    a,\n    (\n        b\n    )\n)");
-    EXPECT_EQ(read("()"), "(\n)");
+    EXPECT_EQ(readText("{ a = 1; b = { }; }"), "{\n    a = 1;\n    b = {\n    };\n}");
+    EXPECT_EQ(readText("( a, (b), )"), "(\n    a,\n    (\n        b\n    )\n)");
+    EXPECT_EQ(readText("()"), "(\n)");
     EXPECT_EQ(bytesIn(cast<NSData>(readList("<0a0B 0c\n>"))), "\x0a\x0b\x0c");
     EXPECT_EQ(bytesIn(cast<NSData>(readList("<>"))), "");
 }
@@ -45,31 +45,31 @@ TEST(TextList, AnswersTheFormat)
 
 TEST(TextList, OneBareWordIsAString)
 {
-    EXPECT_EQ(read("word"), "word");
-    EXPECT_EQ(read("\n /usr/lib$x_y:z.a-1 \n"), "/usr/lib$x_y:z.a-1");
+    EXPECT_EQ(readText("word"), "word");
+    EXPECT_EQ(readText("\n /usr/lib$x_y:z.a-1 \n"), "/usr/lib$x_y:z.a-1");
 }
 
 TEST(TextList, SeveralPlainWordsAreNoList)
 {
-    EXPECT_EQ(read("several plain words"), "3840: line 1: text stands behind the value");
+    EXPECT_EQ(readText("several plain words"), "3840: line 1: text stands behind the value");
 }
 
 TEST(TextList, NothingIsNoList)
 {
-    EXPECT_EQ(read(""), "3840: line 1: there is no value");
-    EXPECT_EQ(read(" \n// only a comment"), "3840: line 2: there is no value");
+    EXPECT_EQ(readText(""), "3840: line 1: there is no value");
+    EXPECT_EQ(readText(" \n// only a comment"), "3840: line 2: there is no value");
 }
 
 TEST(TextList, RubbishIsNoList)
 {
-    EXPECT_EQ(read("\x01\x02\x03"), "3840: line 1: a value is missing");
-    EXPECT_EQ(read("\x89PNG\r\n"), "3840: line 1: the text is not UTF-8");
-    EXPECT_EQ(read("\0\0\0\0"sv), "3840: line 1: a value is missing");
+    EXPECT_EQ(readText("\x01\x02\x03"), "3840: line 1: a value is missing");
+    EXPECT_EQ(readText("\x89PNG\r\n"), "3840: line 1: the text is not UTF-8");
+    EXPECT_EQ(readText("\0\0\0\0"sv), "3840: line 1: a value is missing");
 }
 
 TEST(TextList, AStringsFileIsADictionary)
 {
-    EXPECT_EQ(read("/* Title */\n\"Hello\" = \"Bonjour\"; // greeting\nshort;\n"),
+    EXPECT_EQ(readText("/* Title */\n\"Hello\" = \"Bonjour\"; // greeting\nshort;\n"),
         "{\n    Hello = Bonjour;\n    short = short;\n}");
 }
 
@@ -78,33 +78,34 @@ TEST(TextList, AStringsFileMayBeUTF16)
     std::string bytes = "\xff\xfe";
     for (const char c : "\"a\" = \"b\";"s)
         bytes += { c, '\0' };
-    EXPECT_EQ(read(bytes), "{\n    a = b;\n}");
+    EXPECT_EQ(readText(bytes), "{\n    a = b;\n}");
 }
 
 TEST(TextList, CommentsAreSkipped)
 {
-    EXPECT_EQ(read("{ // a = 1;\r b /* = */ = /**/ 2; }"), "{\n    b = 2;\n}");
-    EXPECT_EQ(read("( /* x )"), "3840: line 1: a comment does not end");
+    EXPECT_EQ(readText("{ // a = 1;\r b /* = */ = /**/ 2; }"), "{\n    b = 2;\n}");
+    EXPECT_EQ(readText("( /* x )"), "3840: line 1: a comment does not end");
 }
 
 TEST(TextList, QuotedStringsHaveEscapes)
 {
-    EXPECT_EQ(read(R"("\a\b\f\n\r\t\v\"\'\\\q")"), "\a\b\f\n\r\t\v\"'\\q");
-    EXPECT_EQ(read("'a \"b\" c'"), "a \"b\" c");
-    EXPECT_EQ(read("\"a\\\nb\""), "a\nb");
-    EXPECT_EQ(read("\"\\ä\""), "ä");
+    EXPECT_EQ(readText(R"("\a\b\f\n\r\t\v\"\'\\\q")"), "\a\b\f\n\r\t\v\"'\\q");
+    EXPECT_EQ(readText("'a \"b\" c'"), "a \"b\" c");
+    EXPECT_EQ(readText("\"a\\\nb\""), "a\nb");
+    EXPECT_EQ(readText("\"\\ä\""), "ä");
 }
 
 TEST(TextList, OctalEscapesAreLetters)
 {
-    EXPECT_EQ(read(R"("\101\60x\0601")"), "A0x01");
-    EXPECT_EQ(read(R"("\331\252\321")"), "ä“±");
+    EXPECT_EQ(readText(R"("\101\60x\0601")"), "A0x01");
+    EXPECT_EQ(readText(R"("\331\252\321")"), "ä“±");
 }
 
 TEST(TextList, UnitsAreEscapedInHexadecimal)
 {
-    EXPECT_EQ(read(R"("\U00e4\U20AC\Ud83d\Ude00\U41!\U")"), "ä€😀A!U");
-    EXPECT_EQ(read(R"("\Ud83d")"), "3840: line 1: a string has a surrogate without its partner");
+    EXPECT_EQ(readText(R"("\U00e4\U20AC\Ud83d\Ude00\U41!\U")"), "ä€😀A!U");
+    EXPECT_EQ(
+        readText(R"("\Ud83d")"), "3840: line 1: a string has a surrogate without its partner");
 }
 
 TEST(TextList, DescriptionsAreLists)
@@ -137,7 +138,7 @@ TEST(TextList, WhatIsMissingIsTold)
         { "<array/>", "data is not hexadecimal" },
     };
     for (const auto& [text, reason] : cases)
-        EXPECT_EQ(read(text), "3840: line 1: "s + reason) << text;
+        EXPECT_EQ(readText(text), "3840: line 1: "s + reason) << text;
 }
 
 TEST(TextList, TheMostAre512ContainersInEachOther)

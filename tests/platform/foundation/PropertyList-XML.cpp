@@ -17,7 +17,6 @@ using namespace std::literals;
 
 namespace {
 
-constexpr NSPropertyListFormat kXML = NSPropertyListXMLFormat_v1_0;
 constexpr const char* kRefused = "3840: line 1: ";
 
 std::string list(std::string_view content)
@@ -33,7 +32,7 @@ std::string read(std::string_view content)
 }
 
 /// Answers what is written between the tags of the list.
-std::string written(const Ref<NSObject>& value)
+std::string writtenInTags(const Ref<NSObject>& value)
 {
     const std::string text = writeList(value, kXML);
     const std::string_view begin = "<plist version=\"1.0\">\n";
@@ -41,11 +40,6 @@ std::string written(const Ref<NSObject>& value)
     if (from == std::string::npos)
         return text;
     return text.substr(from + begin.size(), text.rfind("</plist>") - from - begin.size());
-}
-
-Ref<NSObject> date(double seconds)
-{
-    return NSDate::cls().dateWithTimeIntervalSinceReferenceDate(seconds);
 }
 
 std::string inUnits(std::string_view ascii, std::size_t size, bool isBig)
@@ -95,13 +89,14 @@ TEST(XMLList, WritesTheUsualHeaderAndTabs)
 
 TEST(XMLList, EmptyContainersAreEmptyTags)
 {
-    EXPECT_EQ(written(NSArray::cls().array()), "<array/>\n");
-    EXPECT_EQ(written(NSDictionary::cls().dictionary()), "<dict/>\n");
+    EXPECT_EQ(writtenInTags(NSArray::cls().array()), "<array/>\n");
+    EXPECT_EQ(writtenInTags(NSDictionary::cls().dictionary()), "<dict/>\n");
 }
 
 TEST(XMLList, TextIsEscaped)
 {
-    EXPECT_EQ(written(string("a<b>&\"'ä\r\n")), "<string>a&lt;b&gt;&amp;\"'ä&#13;\n</string>\n");
+    EXPECT_EQ(
+        writtenInTags(string("a<b>&\"'ä\r\n")), "<string>a&lt;b&gt;&amp;\"'ä&#13;\n</string>\n");
 }
 
 TEST(XMLList, EveryPlaneOfTextComesBack)
@@ -123,27 +118,27 @@ TEST(XMLList, CharactersThatXMLDoesNotHaveAreNotWritten)
 
 TEST(XMLList, NumbersAreShort)
 {
-    EXPECT_EQ(written(number(-5)), "<integer>-5</integer>\n");
-    EXPECT_EQ(written(NSNumber::cls().numberWithUnsignedInteger(~NSUInteger { 0 })),
+    EXPECT_EQ(writtenInTags(number(-5)), "<integer>-5</integer>\n");
+    EXPECT_EQ(writtenInTags(NSNumber::cls().numberWithUnsignedInteger(~NSUInteger { 0 })),
         "<integer>18446744073709551615</integer>\n");
-    EXPECT_EQ(written(NSNumber::cls().numberWithDouble(0.1)), "<real>0.1</real>\n");
-    EXPECT_EQ(written(NSNumber::cls().numberWithDouble(-INFINITY)), "<real>-inf</real>\n");
-    EXPECT_EQ(written(NSNumber::cls().numberWithDouble(-NAN)), "<real>nan</real>\n");
+    EXPECT_EQ(writtenInTags(NSNumber::cls().numberWithDouble(0.1)), "<real>0.1</real>\n");
+    EXPECT_EQ(writtenInTags(NSNumber::cls().numberWithDouble(-INFINITY)), "<real>-inf</real>\n");
+    EXPECT_EQ(writtenInTags(NSNumber::cls().numberWithDouble(-NAN)), "<real>nan</real>\n");
 }
 
 TEST(XMLList, SinglePrecisionIsWrittenExactly)
 {
     const Ref<NSObject> single = NSNumber::cls().numberWithFloat(0.1f);
-    EXPECT_EQ(written(single), "<real>0.10000000149011612</real>\n");
+    EXPECT_EQ(writtenInTags(single), "<real>0.10000000149011612</real>\n");
     EXPECT_TRUE(readList(writeList(single, kXML))->isEqual(single.get()));
 }
 
 TEST(XMLList, DatesAreWrittenInWholeSeconds)
 {
-    EXPECT_EQ(written(date(0)), "<date>2001-01-01T00:00:00Z</date>\n");
-    EXPECT_EQ(written(date(-0.5)), "<date>2000-12-31T23:59:59Z</date>\n");
-    EXPECT_EQ(written(NSDate::cls().distantPast()), "<date>0000-12-30T00:00:00Z</date>\n");
-    EXPECT_EQ(written(NSDate::cls().distantFuture()), "<date>4001-01-01T00:00:00Z</date>\n");
+    EXPECT_EQ(writtenInTags(date(0)), "<date>2001-01-01T00:00:00Z</date>\n");
+    EXPECT_EQ(writtenInTags(date(-0.5)), "<date>2000-12-31T23:59:59Z</date>\n");
+    EXPECT_EQ(writtenInTags(NSDate::cls().distantPast()), "<date>0000-12-30T00:00:00Z</date>\n");
+    EXPECT_EQ(writtenInTags(NSDate::cls().distantFuture()), "<date>4001-01-01T00:00:00Z</date>\n");
 }
 
 TEST(XMLList, DatesWithoutFourDigitsOfYearAreNotWritten)
@@ -155,15 +150,15 @@ TEST(XMLList, DatesWithoutFourDigitsOfYearAreNotWritten)
 
 TEST(XMLList, LinesOfDataEndAtColumn76)
 {
-    EXPECT_EQ(written(dataOf(std::string(60, '\0'))),
+    EXPECT_EQ(writtenInTags(dataOf(std::string(60, '\0'))),
         "<data>\n" + std::string(76, 'A') + "\n" + std::string(4, 'A') + "\n</data>\n");
-    EXPECT_EQ(written(makeArray({ dataOf(std::string(52, '\0')).get() })),
+    EXPECT_EQ(writtenInTags(makeArray({ dataOf(std::string(52, '\0')).get() })),
         "<array>\n\t<data>\n\t" + std::string(68, 'A') + "\n\tAA==\n\t</data>\n</array>\n");
 }
 
 TEST(XMLList, ReferencesOfArchivesAreDictionaries)
 {
-    const std::string text = written(makeArray({ makeUID(7).get() }));
+    const std::string text = writtenInTags(makeArray({ makeUID(7).get() }));
     EXPECT_EQ(text,
         "<array>\n\t<dict>\n\t\t<key>CF$UID</key>\n\t\t<integer>7</integer>\n\t</dict>\n</"
         "array>\n");

@@ -17,8 +17,8 @@ using test::Rgba;
 
 namespace {
 
-    constexpr Rgba kClear {};
-    constexpr Rgba kRed { 255, 0, 0, 255 };
+    using test::kClear;
+    using test::kRed;
 
     void fillRed(CGContext* context, CGRect rect)
     {

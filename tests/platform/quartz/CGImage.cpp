@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "quartz/CGImage.h"
 
+#include "support/Numbers.h"
 #include "support/Pixels.h"
 
 #include <cmath>
@@ -117,7 +118,6 @@ TEST(CGImage, SurvivesBeingWrittenAsPNG)
 
 TEST(CGImage, HasNoPartOfASizeThatIsNoNumber)
 {
-    const double kNaN = std::numeric_limits<double>::quiet_NaN();
     const Ref<CGImage> image = twoRows();
     for (const CGRect& part : { CGRectMake(0, 0, kNaN, 1), CGRectMake(0, 0, 1, kNaN),
              CGRectMake(kNaN, 0, 1, 1), CGRectMake(0, 0, 0, 1) })

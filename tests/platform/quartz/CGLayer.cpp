@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "quartz/CGLayer.h"
 
+#include "support/Numbers.h"
 #include "support/Pixels.h"
 
 #include <limits>
@@ -11,7 +12,7 @@ using test::Rgba;
 
 namespace {
 
-constexpr Rgba kRed { 255, 0, 0, 255 };
+using test::kRed;
 
 Ref<CGLayer> makeLayer(const Picture& picture, CGSize size)
 {
@@ -79,7 +80,6 @@ TEST(CGLayer, ShowsWhatIsDrawnIntoItLater)
 TEST(CGLayer, SizesThatMakeNoPictureAreNULL)
 {
     const Picture picture(8, 8);
-    constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
     for (const double side : { 0.0, -3.0, kNaN, 40'000.0, 1e300 })
         EXPECT_FALSE(makeLayer(picture, { side, 4 })) << side;
     EXPECT_EQ(CGLayerCreateWithContext(nullptr, { 4, 4 }, nullptr), nullptr);

@@ -6,6 +6,7 @@
 #include <numbers>
 
 #include "quartz/CGPath.h"
+#include "support/Numbers.h"
 #include "support/Pixels.h"
 
 using namespace brindle;
@@ -14,7 +15,6 @@ using test::Picture;
 namespace {
 
 constexpr double kPi = std::numbers::pi;
-constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
 
 Ref<CGPath> newPath() { return Ref<CGPath>::adopt(CGPathCreateMutable()); }
 

@@ -2,6 +2,7 @@
 #include "quartz/CGPattern.h"
 
 #include "quartz/TextDrawing.h"
+#include "support/Numbers.h"
 #include "support/Pixels.h"
 
 #include <limits>
@@ -12,9 +13,8 @@ using test::Rgba;
 
 namespace {
 
-constexpr Rgba kRed { 255, 0, 0, 255 };
-constexpr Rgba kBlue { 0, 0, 255, 255 };
-constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
+using test::kBlue;
+using test::kRed;
 
 int released = 0;
 

@@ -9,7 +9,7 @@ using test::Rgba;
 
 namespace {
 
-int released = 0;
+int releasedShadings = 0;
 
 /// Red grows along the way; opaque.
 void redden(void*, const CGFloat* in, CGFloat* out)
@@ -29,7 +29,7 @@ void overdo(void*, const CGFloat*, CGFloat* out)
 Ref<CGFunction> makeFunction(decltype(CGFunctionCallbacks::evaluate) evaluate,
     std::size_t results = 4, const CGFloat* range = nullptr, const CGFloat* domain = nullptr)
 {
-    const CGFunctionCallbacks callbacks { 0, evaluate, [](void*) { ++released; } };
+    const CGFunctionCallbacks callbacks { 0, evaluate, [](void*) { ++releasedShadings; } };
     return Ref<CGFunction>::adopt(CGFunctionCreate(nullptr, 1, domain, results, range, &callbacks));
 }
 
@@ -82,14 +82,14 @@ TEST(CGFunction, IsAskedWithinItsDomainAndKeptWithinItsRange)
 
 TEST(CGFunction, LetsGoOfItsInfoOnce)
 {
-    released = 0;
+    releasedShadings = 0;
     {
         const auto function = makeFunction(redden);
         const auto shading = Ref<CGShading>::adopt(
             CGShadingCreateAxial(rgb().get(), {}, { 9, 0 }, function.get(), true, true));
         EXPECT_TRUE(shading);
     }
-    EXPECT_EQ(released, 1);
+    EXPECT_EQ(releasedShadings, 1);
 }
 
 TEST(CGShading, WithoutAllItNeedsIsNULL)

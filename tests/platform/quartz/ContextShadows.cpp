@@ -13,7 +13,7 @@ using test::Rgba;
 
 namespace {
 
-constexpr Rgba kRed { 255, 0, 0, 255 };
+using test::kRed;
 constexpr CGRect kSquare { { 10, 10 }, { 10, 10 } };
 
 void setShadow(CGContext* context, CGSize offset, double blur, double alpha = 1)

@@ -75,10 +75,10 @@ namespace {
                 + littleEndian(entry.count, 4) + littleEndian(entry.value, 4);
         return bytes + littleEndian(0, 4);
     }
-    constexpr std::uint32_t kRed = 0xFFFF0000;
-    constexpr std::uint32_t kGreen = 0xFF00FF00;
-    constexpr std::uint32_t kBlue = 0xFF0000FF;
-    constexpr std::uint32_t kWhite = 0xFFFFFFFF;
+    constexpr std::uint32_t kRedWord = 0xFFFF0000;
+    constexpr std::uint32_t kGreenWord = 0xFF00FF00;
+    constexpr std::uint32_t kBlueWord = 0xFF0000FF;
+    constexpr std::uint32_t kWhiteWord = 0xFFFFFFFF;
 
     std::vector<std::uint32_t> wordsOf(const Ref<CGImage>& image)
     {
@@ -123,18 +123,19 @@ TEST(ImageFiles, BMPKeepsColoursAndAlpha)
 
 TEST(ImageFiles, BMPBeginsWithItsLastRow)
 {
-    EXPECT_EQ(wordsOf(read(bmp(2))), (std::vector { kRed, kGreen, kBlue, kWhite }));
+    EXPECT_EQ(wordsOf(read(bmp(2))), (std::vector { kRedWord, kGreenWord, kBlueWord, kWhiteWord }));
     EXPECT_NEAR(quartz::decodeImage(bytesOf(bmp(2))).dotsPerInch, 144, 0.1);
 }
 
 TEST(ImageFiles, BMPWithANegativeHeightBeginsWithItsFirstRow)
 {
-    EXPECT_EQ(wordsOf(read(bmp(-2))), (std::vector { kBlue, kWhite, kRed, kGreen }));
+    EXPECT_EQ(
+        wordsOf(read(bmp(-2))), (std::vector { kBlueWord, kWhiteWord, kRedWord, kGreenWord }));
 }
 
 TEST(ImageFiles, GIFIsRead)
 {
-    EXPECT_EQ(wordsOf(read(gif())), (std::vector { kRed, kGreen, kBlue, kWhite }));
+    EXPECT_EQ(wordsOf(read(gif())), (std::vector { kRedWord, kGreenWord, kBlueWord, kWhiteWord }));
 }
 
 TEST(ImageFiles, GIFTellsItsFrames)
@@ -150,8 +151,10 @@ TEST(ImageFiles, GIFTellsItsFrames)
     EXPECT_EQ(files.loops, 5);
     EXPECT_EQ(files.pictures[0].seconds, 0.5);
     EXPECT_EQ(files.pictures[1].seconds, 0);
-    EXPECT_EQ(wordsOf(files.pictures[0].image), (std::vector { 0u, kGreen, kBlue, kWhite }));
-    EXPECT_EQ(wordsOf(files.pictures[1].image), (std::vector { kRed, kGreen, kBlue, kWhite }));
+    EXPECT_EQ(
+        wordsOf(files.pictures[0].image), (std::vector { 0u, kGreenWord, kBlueWord, kWhiteWord }));
+    EXPECT_EQ(wordsOf(files.pictures[1].image),
+        (std::vector { kRedWord, kGreenWord, kBlueWord, kWhiteWord }));
 }
 
 TEST(ImageFiles, AGIFAsLargeAsPicturesMayBeHasOneFrame)
@@ -274,8 +277,8 @@ TEST(ImageFiles, ATIFFWhoseStripsAllUnpackTheSameBytesIsRefused)
                 { 262, 3, 1, 1 }, { 273, 4, strips, isOne ? 8 : 8 + kLength }, { 277, 3, 1, 1 },
                 { 278, 4, 1, 1 }, { 279, 4, strips, isOne ? kLength : 8 + kLength + 4 * strips } });
     };
-    EXPECT_EQ(wordsOf(read(file(1))), std::vector { kWhite });
-    EXPECT_EQ(wordsOf(read(file(2))), (std::vector { kWhite, kWhite }));
+    EXPECT_EQ(wordsOf(read(file(1))), std::vector { kWhiteWord });
+    EXPECT_EQ(wordsOf(read(file(2))), (std::vector { kWhiteWord, kWhiteWord }));
     EXPECT_FALSE(read(file(kStrips)));
 }
 

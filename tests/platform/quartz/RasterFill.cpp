@@ -2,6 +2,7 @@
 #include "RasterTwin.h"
 
 #include "quartz/raster/Fill.h"
+#include "support/Numbers.h"
 
 #include <array>
 #include <limits>
@@ -91,8 +92,6 @@ TEST(RasterFill, WiderRowsThanThePictureAreSkipped)
 
 TEST(RasterFill, OddRectanglesDrawNothing)
 {
-    constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
-    constexpr double kInfinity = std::numeric_limits<double>::infinity();
     for (const DeviceRect& rect : { DeviceRect { 0, 0, -5, 5 }, DeviceRect { 0, 0, 0, 5 },
              DeviceRect { kNaN, 0, 5, 5 }, DeviceRect { 0, 0, kNaN, 5 },
              DeviceRect { kInfinity, 0, 5, 5 }, DeviceRect { -kInfinity, 0, kInfinity, 5 } }) {

@@ -8,23 +8,23 @@ namespace brindle::text {
 
 namespace {
 
+    using test::coverage;
     using test::FontBytes;
+    using test::placeOf;
     using test::ruleTable;
     using test::smallFont;
     using test::smallGlyph;
 
     constexpr std::size_t kBack = 0xFFB0; // -80
 
-    std::size_t at(char letter) { return static_cast<std::size_t>(letter - ' '); }
-
     /// A font with one table, and what its rules say.
-    class Font {
+    class RuledFont {
     public:
-        Font(const std::string& table, const std::string& contents)
-            : Font(std::map<std::string, std::string> { { table, contents } })
+        RuledFont(const std::string& table, const std::string& contents)
+            : RuledFont(std::map<std::string, std::string> { { table, contents } })
         {
         }
-        explicit Font(const std::map<std::string, std::string>& tables)
+        explicit RuledFont(const std::map<std::string, std::string>& tables)
             : file_(smallFont(tables))
             , rules_(readLetterRules(std::as_bytes(std::span(file_))))
         {
@@ -32,7 +32,7 @@ namespace {
         const LetterRules& rules() const { return rules_; }
         LetterKerning::Kern kern(char first, char second) const
         {
-            return rules_.kerning.behind(at(first))[at(second)];
+            return rules_.kerning.behind(placeOf(first))[placeOf(second)];
         }
         std::int32_t step(char first, char second) const { return kern(first, second).step; }
 
@@ -40,9 +40,6 @@ namespace {
         std::string file_;
         LetterRules rules_;
     };
-
-    /// Where one glyph stands in front of what names it, and lists it.
-    FontBytes coverage(char letter) { return { 1, 1, smallGlyph(letter) }; }
 
     /// A part that lists "V" behind "A".
     FontBytes listed(std::size_t move = kBack)
@@ -83,7 +80,7 @@ namespace {
 
 TEST(LetterKerning, MovesThePairsThatAreListed)
 {
-    const Font font("GPOS", ruleTable("kern", 2, listed()));
+    const RuledFont font("GPOS", ruleTable("kern", 2, listed()));
     EXPECT_EQ(font.step('A', 'V'), -80);
     EXPECT_EQ(font.step('A', 'W'), 0);
     EXPECT_EQ(font.step('V', 'A'), 0);
@@ -93,7 +90,7 @@ TEST(LetterKerning, MovesThePairsThatAreListed)
 
 TEST(LetterKerning, MovesLettersByTheirClasses)
 {
-    const Font font("GPOS", ruleTable("kern", 2, classes(0, kBack)));
+    const RuledFont font("GPOS", ruleTable("kern", 2, classes(0, kBack)));
     EXPECT_EQ(font.step('A', 'V'), -80);
     EXPECT_EQ(font.step('A', 'W'), 0);
     EXPECT_EQ(font.step('V', 'V'), 0) << "it is not covered";
@@ -102,14 +99,14 @@ TEST(LetterKerning, MovesLettersByTheirClasses)
 
 TEST(LetterKerning, IsNotSureOfLettersOfNoClassThatAreMoved)
 {
-    const Font font("GPOS", ruleTable("kern", 2, classes(7, kBack)));
+    const RuledFont font("GPOS", ruleTable("kern", 2, classes(7, kBack)));
     EXPECT_TRUE(font.kern('A', 'V').isSure);
     EXPECT_FALSE(font.kern('A', 'W').isSure);
 }
 
 TEST(LetterKerning, IsSettledByTheFirstPartThatHasThePair)
 {
-    const Font font("GPOS", positions(listed(0xFFFF), classes(0, kBack)));
+    const RuledFont font("GPOS", positions(listed(0xFFFF), classes(0, kBack)));
     EXPECT_EQ(font.step('A', 'V'), -1);
 }
 
@@ -117,7 +114,7 @@ TEST(LetterKerning, GoesOnToTheNextPartWithoutThePair)
 {
     FontBytes other { 1, 12, 4, 0, 1, 18 };
     other.text(coverage('A').bytes()).word(1).word(smallGlyph('x')).word(5);
-    const Font font("GPOS", positions(other, classes(0, kBack)));
+    const RuledFont font("GPOS", positions(other, classes(0, kBack)));
     EXPECT_EQ(font.step('A', 'V'), -80);
     EXPECT_EQ(font.step('A', 'x'), 5);
 }
@@ -126,7 +123,7 @@ TEST(LetterKerning, IsNotSureWhetherAPartPassesLettersOfNoClassOn)
 {
     FontBytes other { 1, 12, 4, 0, 1, 18 };
     other.text(coverage('A').bytes()).word(1).word(smallGlyph('x')).word(5);
-    const Font font("GPOS", positions(classes(0, kBack), other));
+    const RuledFont font("GPOS", positions(classes(0, kBack), other));
     EXPECT_FALSE(font.kern('A', 'x').isSure);
     EXPECT_TRUE(font.kern('A', 'y').isSure);
     EXPECT_TRUE(font.kern('A', 'V').isSure);
@@ -134,19 +131,20 @@ TEST(LetterKerning, IsNotSureWhetherAPartPassesLettersOfNoClassOn)
 
 TEST(LetterKerning, AddsWhatSeveralLookupsDo)
 {
-    const Font font("GPOS", ruleTable("kern", 2, listed(), 2)); // the second is the same one again
+    const RuledFont font(
+        "GPOS", ruleTable("kern", 2, listed(), 2)); // the second is the same one again
     EXPECT_EQ(font.step('A', 'V'), -160);
 }
 
 TEST(LetterKerning, PassesOverFeaturesThatAreNotInUse)
 {
-    const Font font("GPOS", ruleTable("cpsp", 2, listed()));
+    const RuledFont font("GPOS", ruleTable("cpsp", 2, listed()));
     EXPECT_EQ(font.step('A', 'V'), 0);
 }
 
 TEST(LetterKerning, DividesMovesOfTheOldTableBetweenBothLetters)
 {
-    const Font font("kern", oldTable());
+    const RuledFont font("kern", oldTable());
     EXPECT_EQ(font.step('A', 'V'), -79);
     EXPECT_EQ(font.kern('A', 'V').moved, -39);
     EXPECT_EQ(font.step('A', 'W'), 0);
@@ -154,53 +152,54 @@ TEST(LetterKerning, DividesMovesOfTheOldTableBetweenBothLetters)
 
 TEST(LetterKerning, PassesOverTheOldTableWherePositionsKern)
 {
-    const Font font({ { "kern", oldTable() }, { "GPOS", ruleTable("kern", 2, classes(0, 3)) } });
+    const RuledFont font(
+        { { "kern", oldTable() }, { "GPOS", ruleTable("kern", 2, classes(0, 3)) } });
     EXPECT_EQ(font.step('A', 'V'), 3);
 }
 
 TEST(LetterKerning, ReadsTheOldTableBesidePositionsWithoutKerning)
 {
-    const Font font({ { "kern", oldTable() }, { "GPOS", ruleTable("dist", 2, listed()) } });
+    const RuledFont font({ { "kern", oldTable() }, { "GPOS", ruleTable("dist", 2, listed()) } });
     EXPECT_EQ(font.step('A', 'V'), -159);
 }
 
 TEST(LetterKerning, PassesOverAnOldTableForTextThatRunsDown)
 {
-    EXPECT_EQ(Font("kern", oldTable(0)).step('A', 'V'), 0);
+    EXPECT_EQ(RuledFont("kern", oldTable(0)).step('A', 'V'), 0);
 }
 
 TEST(LetterKerning, IsLeftToShapingAcrossTheLine)
 {
-    EXPECT_TRUE(Font("kern", oldTable(5)).rules().isFree.none());
+    EXPECT_TRUE(RuledFont("kern", oldTable(5)).rules().isFree.none());
 }
 
 TEST(LetterKerning, IsNotSureOfAListThatLeavesTheTable)
 {
     FontBytes part { 1, 12, 4, 0, 1, 0x7000 };
-    const Font font("GPOS", ruleTable("kern", 2, part.text(coverage('A').bytes())));
+    const RuledFont font("GPOS", ruleTable("kern", 2, part.text(coverage('A').bytes())));
     EXPECT_FALSE(font.kern('A', 'V').isSure);
     EXPECT_TRUE(font.kern('V', 'A').isSure);
 }
 
 TEST(LetterKerning, OfTooManyPartsIsLeftToShaping)
 {
-    EXPECT_FALSE(Font("GPOS", ruleTable("kern", 2, listed(), 64)).rules().isFree.none());
-    EXPECT_TRUE(Font("GPOS", ruleTable("kern", 2, listed(), 65)).rules().isFree.none());
+    EXPECT_FALSE(RuledFont("GPOS", ruleTable("kern", 2, listed(), 64)).rules().isFree.none());
+    EXPECT_TRUE(RuledFont("GPOS", ruleTable("kern", 2, listed(), 65)).rules().isFree.none());
 }
 
 TEST(LetterRules, AreNotReadWhereAnotherShaperWouldTakeOver)
 {
     for (const char* table : { "Silf", "morx", "kerx", "trak" })
-        EXPECT_TRUE(Font(table, "abcd").rules().isFree.none()) << table;
+        EXPECT_TRUE(RuledFont(table, "abcd").rules().isFree.none()) << table;
 }
 
 TEST(LetterRules, SetNoLetterFreeThatIsAMark)
 {
     FontBytes table { 1, 0, 12, 0, 0, 0 };
     table.text(FontBytes { 1, smallGlyph('^'), 1, 3 }.bytes());
-    const Font font("GDEF", table.bytes());
-    EXPECT_FALSE(font.rules().isFree[at('^')]);
-    EXPECT_TRUE(font.rules().isFree[at('a')]);
+    const RuledFont font("GDEF", table.bytes());
+    EXPECT_FALSE(font.rules().isFree[placeOf('^')]);
+    EXPECT_TRUE(font.rules().isFree[placeOf('a')]);
 }
 
 }

@@ -8,7 +8,9 @@ namespace brindle::text {
 
 namespace {
 
+    using test::coverage;
     using test::FontBytes;
+    using test::placeOf;
     using test::ruleTable;
     using test::smallFont;
     using test::smallGlyph;
@@ -21,11 +23,6 @@ namespace {
     {
         return rulesOf(smallFont({ { table, contents } }));
     }
-
-    std::size_t at(char letter) { return static_cast<std::size_t>(letter - ' '); }
-
-    /// Where one glyph stands in front of what names it, and lists it.
-    FontBytes coverage(char letter) { return { 1, 1, smallGlyph(letter) }; }
 
     /// "f" and "i" become one. - set: where the ligatures of "f" are said to lie.
     FontBytes ligature(std::size_t set = 14)
@@ -47,15 +44,15 @@ namespace {
     {
         const LetterRules rules = rulesWith("GSUB", ruleTable("liga", 4, ligature()));
         EXPECT_TRUE(rules.isFree.all());
-        EXPECT_EQ(rules.acting[at('f')].count(), 1u);
-        EXPECT_TRUE(rules.acting[at('f')][at('i')]);
-        EXPECT_TRUE(rules.acting[at('i')].none());
+        EXPECT_EQ(rules.acting[placeOf('f')].count(), 1u);
+        EXPECT_TRUE(rules.acting[placeOf('f')][placeOf('i')]);
+        EXPECT_TRUE(rules.acting[placeOf('i')].none());
     }
 
     TEST(LetterRules, DoNotCountThoseOfFeaturesThatAreNotInUse)
     {
         const LetterRules rules = rulesWith("GSUB", ruleTable("dlig", 4, ligature()));
-        EXPECT_TRUE(rules.acting[at('f')].none());
+        EXPECT_TRUE(rules.acting[placeOf('f')].none());
     }
 
     TEST(LetterRules, SetNoLetterFreeThatIsExchanged)
@@ -63,8 +60,8 @@ namespace {
         FontBytes exchange { 1, 6, 3 };
         const LetterRules rules
             = rulesWith("GSUB", ruleTable("ccmp", 1, exchange.text(coverage('a').bytes())));
-        EXPECT_FALSE(rules.isFree[at('a')]);
-        EXPECT_TRUE(rules.isFree[at('b')]);
+        EXPECT_FALSE(rules.isFree[placeOf('a')]);
+        EXPECT_TRUE(rules.isFree[placeOf('b')]);
     }
 
     TEST(LetterRules, LeaveKerningByPairsToThePairs)
@@ -79,24 +76,24 @@ namespace {
         FontBytes kerning { 1, 12, 4, 4, 1, 18 };
         kerning.text(coverage('A').bytes()).word(1).word(smallGlyph('V')).word(0xFFB0).word(10);
         const LetterRules rules = rulesWith("GPOS", ruleTable("kern", 2, kerning));
-        EXPECT_FALSE(rules.isFree[at('A')]);
-        EXPECT_TRUE(rules.isFree[at('V')]);
+        EXPECT_FALSE(rules.isFree[placeOf('A')]);
+        EXPECT_TRUE(rules.isFree[placeOf('V')]);
     }
 
     TEST(LetterRules, SetNoLetterFreeThatSharesItsGlyph)
     {
         const LetterRules rules
             = rulesOf(smallFont({}, { { 0x20, 0x60, 1 }, { 0x61, 0x7A, smallGlyph('A') } }));
-        EXPECT_FALSE(rules.isFree[at('a')]);
-        EXPECT_FALSE(rules.isFree[at('A')]);
-        EXPECT_TRUE(rules.isFree[at('+')]);
+        EXPECT_FALSE(rules.isFree[placeOf('a')]);
+        EXPECT_FALSE(rules.isFree[placeOf('A')]);
+        EXPECT_TRUE(rules.isFree[placeOf('+')]);
     }
 
     TEST(LetterRules, SetNoLetterFreeThatTheFontLacks)
     {
         const LetterRules rules = rulesOf(smallFont({}, { { 0x20, 0x5A, 1 } }));
-        EXPECT_TRUE(rules.isFree[at('A')]);
-        EXPECT_FALSE(rules.isFree[at('a')]);
+        EXPECT_TRUE(rules.isFree[placeOf('A')]);
+        EXPECT_FALSE(rules.isFree[placeOf('a')]);
     }
 
     TEST(LetterRules, NameTheLettersThatAClassOfLettersActsOn)
@@ -110,8 +107,8 @@ namespace {
         part.text(FontBytes { 1, 4 }.bytes()); // 42: one rule
         part.text(FontBytes { 1, 1, 1, 0, 0 }.bytes()); // one before, of class 1, and itself
         const LetterRules rules = rulesWith("GSUB", ruleTable("calt", 6, part));
-        EXPECT_TRUE(rules.acting[at('T')][at('o')]);
-        EXPECT_FALSE(rules.acting[at('T')][at('a')]);
+        EXPECT_TRUE(rules.acting[placeOf('T')][placeOf('o')]);
+        EXPECT_FALSE(rules.acting[placeOf('T')][placeOf('a')]);
     }
 
     TEST(LetterRules, AreNotReadFromATableThatLeavesItsEnd)

@@ -19,10 +19,10 @@ namespace {
     using test::Picture;
     using test::Rgba;
 
-    constexpr Rgba kRed { 255, 0, 0, 255 };
-    constexpr Rgba kGreen { 0, 255, 0, 255 };
-    constexpr Rgba kBlue { 0, 0, 255, 255 };
-    constexpr Rgba kClear {};
+    using test::kBlue;
+    using test::kClear;
+    using test::kGreen;
+    using test::kRed;
 
     Ref<CGColor> color(double red, double green, double blue, double alpha = 1)
     {

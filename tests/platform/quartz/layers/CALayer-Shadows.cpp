@@ -11,9 +11,9 @@ namespace {
     using test::Picture;
     using test::Rgba;
 
-    constexpr Rgba kRed { 255, 0, 0, 255 };
-    constexpr Rgba kGreen { 0, 255, 0, 255 };
-    constexpr Rgba kClear {};
+    using test::kClear;
+    using test::kGreen;
+    using test::kRed;
 
     Ref<CALayer> square(CGRect frame, double red, double green, double blue, double alpha = 1)
     {
@@ -23,9 +23,9 @@ namespace {
             Ref<CGColor>::adopt(CGColorCreateSRGB(red, green, blue, alpha)).get());
         return layer;
     }
-    Ref<CALayer> stage() { return square({ { 0, 0 }, { 40, 40 } }, 0, 0, 0, 0); }
+    Ref<CALayer> wideStage() { return square({ { 0, 0 }, { 40, 40 } }, 0, 0, 0, 0); }
 
-    constexpr Rgba kBlack { 0, 0, 0, 255 };
+    using test::kBlack;
 
     /// A red square of 10 in the middle of a stage of 40, whose shadow lies 12 to the right and as far up.
     struct Shadowed {
@@ -40,7 +40,7 @@ namespace {
         Picture drawn(int scale = 1) const
         {
             Picture picture(40 * scale, 40 * scale, scale);
-            const Ref<CALayer> outer = stage();
+            const Ref<CALayer> outer = wideStage();
             outer->addSublayer(layer.get());
             outer->renderInContext(picture);
             return picture;
@@ -71,7 +71,7 @@ namespace {
         const Picture picture(40, 40);
         CGContextConcatCTM(picture, { 1, 0, 0, -1, 0, 40 });
         const Shadowed shadowed;
-        const Ref<CALayer> outer = stage();
+        const Ref<CALayer> outer = wideStage();
         outer->addSublayer(shadowed.layer.get());
         outer->renderInContext(picture);
         EXPECT_EQ(picture.at(15, 15), kRed);
