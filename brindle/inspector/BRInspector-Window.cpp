@@ -146,7 +146,7 @@ template <> struct BRInspector::Methods<struct Window> {
     static void windowDidBecomeKey(BRInspector& self, NSNotification*) { self.reload(); }
     static void takePicking(BRInspector& self, NSObject*)
     {
-        self.setPicking(stateOf(self).pick->state() == NSOnState);
+        self.setPicking(maybe(stateOf(self).pick)->state() == NSOnState);
     }
 
     // ---- what is inspected

@@ -104,8 +104,10 @@ namespace {
 
         static void sendEvent(NSApplication& self, NSEvent* event)
         {
+            if (!isWatching) // sent by its own name while nothing is exchanged, it would reach itself for ever
+                return self.sendEvent(event);
             Ref<NSEvent> alive = event;
-            if (event && isWatching && takes(*shared, *event))
+            if (event && takes(*shared, *event))
                 return;
             self.send<"inspector_sendEvent:">(event); // the application's own
             if (isWatching && shared->isVisible() && !shared->isPicking())
