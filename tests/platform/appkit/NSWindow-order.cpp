@@ -211,7 +211,7 @@ namespace {
 
     TEST(NSWindowOrder, AChildThatIsOrderedFrontLiesInFrontOfTheOthers)
     {
-        Pair p;
+        RedAndBlue p;
         const Ref<NSWindow> parent = alloc<NSWindow>()->initWithContentRect_styleMask_backing_defer(
             NSMakeRect(20, 20, 200, 200), NSBorderlessWindowMask, NSBackingStoreBuffered, true);
         parent->orderFront(nullptr);
@@ -225,7 +225,7 @@ namespace {
     }
     TEST(NSWindowOrder, ChildrenKeepTheirOrderWhenTheParentIsOrderedFront)
     {
-        Pair p;
+        RedAndBlue p;
         const Ref<NSWindow> parent = alloc<NSWindow>()->initWithContentRect_styleMask_backing_defer(
             NSMakeRect(20, 20, 200, 200), NSBorderlessWindowMask, NSBackingStoreBuffered, true);
         parent->orderFront(nullptr);
