@@ -221,7 +221,11 @@ template <> struct NSOperationQueue::Methods<struct Operations> {
 
     // ---- manner
 
-    static NSInteger most(NSOperationQueue& self) { return isMain(self) ? 1 : self.most_; }
+    static NSInteger most(NSOperationQueue& self)
+    {
+        const auto held = OperationAccess::lock();
+        return isMain(self) ? 1 : self.most_;
+    }
     static void setMost(NSOperationQueue& self, NSInteger count)
     {
         if (isMain(self))
@@ -232,7 +236,11 @@ template <> struct NSOperationQueue::Methods<struct Operations> {
         }
         OperationAccess::proceed(self);
     }
-    static bool isSuspended(NSOperationQueue& self) { return self.suspended_; }
+    static bool isSuspended(NSOperationQueue& self)
+    {
+        const auto held = OperationAccess::lock();
+        return self.suspended_;
+    }
     static void setSuspended(NSOperationQueue& self, bool suspended)
     {
         if (isMain(self))
