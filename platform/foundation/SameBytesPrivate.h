@@ -10,9 +10,8 @@ namespace brindle {
 
 /// Answers whether two pieces of memory hold the same bytes.
 ///
-/// Short ones are compared word by word, without a call: the C library's way for them loads through a mask, which some
-/// processors do at a hundredth of their speed where the bytes behind lie on a page that nobody has touched yet, or were
-/// written a moment ago.
+/// Short ones are compared word by word, without a call. The C library loads them through a mask, and on some processors that
+/// stalls: comparing a handful of bytes at a time was a third of the time of reading an XML list.
 inline bool sameBytes(const void* first, const void* second, std::size_t count)
 {
     constexpr std::size_t kShort = 64;
