@@ -15,6 +15,7 @@
 #include "kit/Drawing.h"
 #include "kit/Figure.h"
 #include "kit/Palette.h"
+#include "kit/TextPane.h"
 #include "runtime/Table.h"
 
 namespace gallery {
@@ -28,25 +29,14 @@ template <> struct EditorCard::Methods<struct Editing> {
         Ref<NSView> made = super<EditorCard, "initWithFrame:", Ref<NSView>>(self, frame);
         self.setHeading("A text"_ns);
         self.setCaption("Double click: a word; three clicks: a paragraph"_ns);
-        self.text_
-            = cast<NSTextView>(alloc<NSTextView>()->initWithFrame(NSMakeRect(0, 0, 300, 100)));
-        self.text_->setString(
+        const TextPane pane = addTextPane(self,
             "The lamp stands near the window, where somebody left it. Type here, and take it back: "
             "what was typed in one go is undone in one go.\n\n"
             "Лампа стоит у окна. Η λάμπα στέκεται κοντά στο παράθυρο. המנורה עומדת ליד החלון. "
             "Letters of all scripts stand in one line, each caret where it belongs."_ns);
-        self.text_->setFont(NSFont::cls().systemFontOfSize(14).get());
-        self.text_->setTextContainerInset({ 6, 8 });
-        self.text_->setAllowsUndo(true);
-        self.text_->setVerticallyResizable(true);
-        self.text_->setAutoresizingMask(NSViewWidthSizable);
+        self.text_ = pane.text;
+        self.scroll_ = pane.scroll;
         self.text_->setDelegate(&self);
-        self.scroll_ = make<NSScrollView>();
-        self.scroll_->setHasVerticalScroller(true);
-        self.scroll_->setAutohidesScrollers(true);
-        self.scroll_->setBorderType(NSBezelBorder);
-        self.scroll_->setDocumentView(self.text_.get());
-        self.addSubview(self.scroll_.get());
         self.undo_ = addChip(&self, "Undo"_ns, nullptr, sending<"undoTyping">(&self));
         self.redo_ = addChip(&self, "Redo"_ns, nullptr, sending<"redoTyping">(&self));
         return made;

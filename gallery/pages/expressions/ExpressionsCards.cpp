@@ -12,6 +12,7 @@
 #include "foundation/NSNotificationCenter.h"
 #include "kit/Drawing.h"
 #include "kit/Palette.h"
+#include "kit/TextPane.h"
 #include "runtime/Table.h"
 
 namespace gallery {
@@ -143,26 +144,16 @@ template <> struct SubjectCard::Methods<struct Marks> {
         Ref<NSView> made = super<SubjectCard, "initWithFrame:", Ref<NSView>>(self, frame);
         self.setHeading("Text"_ns);
         self.setCaption("Edit it: what the pattern finds is marked while you type"_ns);
-        self.text_
-            = cast<NSTextView>(alloc<NSTextView>()->initWithFrame(NSMakeRect(0, 0, 300, 100)));
-        self.text_->setString("Write to ada@lamps.org or to grace@window.net before noon.\n"
-                              "desk@table is no address, and OLGA@BRASS.ORG is one in capitals.\n\n"
-                              "Older letters went to ivan@lamps.org, noor@shade.net and "
-                              "nobody@nowhere.example.\n\nWhat does not look like an address may "
-                              "look like a date: 3 May, "
-                              "12 June, 1 July. Try (\\d+) (\\w+)."_ns);
-        self.text_->setFont(NSFont::cls().systemFontOfSize(14).get());
-        self.text_->setTextContainerInset({ 6, 8 });
-        self.text_->setAllowsUndo(true);
-        self.text_->setVerticallyResizable(true);
-        self.text_->setAutoresizingMask(NSViewWidthSizable);
+        const TextPane pane = addTextPane(self,
+            "Write to ada@lamps.org or to grace@window.net before noon.\n"
+            "desk@table is no address, and OLGA@BRASS.ORG is one in capitals.\n\n"
+            "Older letters went to ivan@lamps.org, noor@shade.net and "
+            "nobody@nowhere.example.\n\nWhat does not look like an address may "
+            "look like a date: 3 May, "
+            "12 June, 1 July. Try (\\d+) (\\w+)."_ns);
+        self.text_ = pane.text;
+        self.scroll_ = pane.scroll;
         self.text_->setDelegate(&self);
-        self.scroll_ = make<NSScrollView>();
-        self.scroll_->setHasVerticalScroller(true);
-        self.scroll_->setAutohidesScrollers(true);
-        self.scroll_->setBorderType(NSBezelBorder);
-        self.scroll_->setDocumentView(self.text_.get());
-        self.addSubview(self.scroll_.get());
         NSNotificationCenter::cls().defaultCenter()->addObserver_selector_name_object(
             &self, selector<"colorsChanged:">, NSSystemColorsDidChangeNotification, nullptr);
         return made;

@@ -11,6 +11,7 @@
 #include "appkit/NSTextAttachment.h"
 #include "appkit/NSTextStorage.h"
 #include "kit/Drawing.h"
+#include "kit/TextPane.h"
 #include "runtime/Table.h"
 
 namespace gallery {
@@ -67,26 +68,16 @@ template <> struct AttachmentsCard::Methods<struct Pictures> {
     }
     static void makeText(AttachmentsCard& self)
     {
-        self.text_
-            = cast<NSTextView>(alloc<NSTextView>()->initWithFrame(NSMakeRect(0, 0, 300, 100)));
-        self.text_->setRichText(true);
-        self.text_->setString(
+        const TextPane pane = addTextPane(self,
             "Glass beads:  Each is one character, so the arrows step over it "
-            "and Backspace takes it away. A line grows with what stands in it."_ns);
-        self.text_->setFont(NSFont::cls().systemFontOfSize(16).get());
-        self.text_->setTextContainerInset({ 6, 8 });
-        self.text_->setAllowsUndo(true);
-        self.text_->setVerticallyResizable(true);
-        self.text_->setAutoresizingMask(NSViewWidthSizable);
+            "and Backspace takes it away. A line grows with what stands in it."_ns,
+            16);
+        self.text_ = pane.text;
+        self.scroll_ = pane.scroll;
+        self.text_->setRichText(true);
         self.text_->setSelectedRange(NSMakeRange(13, 0));
         for (int i = 0; i < 3; ++i)
             put(self, picture(self), self.text_->selectedRange());
-        self.scroll_ = make<NSScrollView>();
-        self.scroll_->setHasVerticalScroller(true);
-        self.scroll_->setAutohidesScrollers(true);
-        self.scroll_->setBorderType(NSBezelBorder);
-        self.scroll_->setDocumentView(self.text_.get());
-        self.addSubview(self.scroll_.get());
     }
     static void setFrameSize(AttachmentsCard& self, NSSize size)
     {

@@ -14,6 +14,7 @@
 #include "foundation/NSMutableDictionary.h"
 #include "kit/Drawing.h"
 #include "kit/Palette.h"
+#include "kit/TextPane.h"
 #include "runtime/Table.h"
 
 namespace gallery {
@@ -34,26 +35,17 @@ template <> struct TabsCard::Methods<struct Ruler> {
         Ref<NSView> made = super<TabsCard, "initWithFrame:", Ref<NSView>>(self, frame);
         self.setHeading("Tab stops"_ns);
         self.setCaption("Drag a mark to move its column; click it for left, centred or right"_ns);
-        self.text_
-            = cast<NSTextView>(alloc<NSTextView>()->initWithFrame(NSMakeRect(0, 0, 300, 100)));
+        const TextPane pane = addTextPane(self,
+            "Lamp\tmade of\tstands\tgiven\tworth\n"
+            "Desk\tbrass\tby the window\t12 March\t24.50\n"
+            "Hall\tcopper and glass\ton the stair\t3 May\t108.00\n"
+            "Night\tpaper\tbeside the bed\t21 November\t7.25"_ns);
+        self.text_ = pane.text;
+        self.scroll_ = pane.scroll;
         self.text_->setRichText(true);
-        self.text_->setString("Lamp\tmade of\tstands\tgiven\tworth\n"
-                              "Desk\tbrass\tby the window\t12 March\t24.50\n"
-                              "Hall\tcopper and glass\ton the stair\t3 May\t108.00\n"
-                              "Night\tpaper\tbeside the bed\t21 November\t7.25"_ns);
-        self.text_->setFont(NSFont::cls().systemFontOfSize(14).get());
         self.text_->setTextContainerInset({ kInset, 8 });
-        self.text_->setAllowsUndo(true);
         self.text_->textStorage()->addAttribute_value_range(
             NSFontAttributeName, NSFont::cls().boldSystemFontOfSize(14).get(), NSMakeRange(0, 32));
-        self.text_->setVerticallyResizable(true);
-        self.text_->setAutoresizingMask(NSViewWidthSizable);
-        self.scroll_ = make<NSScrollView>();
-        self.scroll_->setHasVerticalScroller(true);
-        self.scroll_->setAutohidesScrollers(true);
-        self.scroll_->setBorderType(NSBezelBorder);
-        self.scroll_->setDocumentView(self.text_.get());
-        self.addSubview(self.scroll_.get());
         self.reset_ = addChip(&self, "As before"_ns, "b"_ns, sending<"resetStops">(&self));
         resetStops(self);
         return made;
