@@ -51,7 +51,7 @@ namespace {
 
 }
 
-template <> struct ExpressionCard::Methods<struct Pattern> {
+template <> struct ExpressionCard::Methods<struct PatternField> {
 
     struct Option {
         const char* name;
@@ -122,7 +122,7 @@ template <> struct ExpressionCard::Methods<struct Pattern> {
         });
     }
 };
-BRINDLE_RECORD(ExpressionCard, Pattern)
+BRINDLE_RECORD(ExpressionCard, PatternField)
 
 void ExpressionCard::show(const Search& search)
 {
