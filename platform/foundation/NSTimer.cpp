@@ -116,6 +116,7 @@ template <> struct NSTimer::Methods<struct Scheduling> {
         self.invalid_ = false;
         entry.modes = 0;
         entry.step = 0;
+        self.interval_ = 0;
         entry.moved = true; // what is firing now does not move it
         entry.fire = &fireEntry;
         entry.drop = &dropEntry;

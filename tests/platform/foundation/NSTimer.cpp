@@ -189,6 +189,7 @@ TEST(NSTimer, ForgetsItsLoopWhenItIsInitialisedOnceMore)
         NSDate::cls().dateWithTimeIntervalSinceNow(1).get(), 1, false, [&](NSTimer*) { ++second; });
     clock.advance(3);
     EXPECT_EQ(first + second, 0);
+    EXPECT_EQ(timer->timeInterval(), 0);
     NSRunLoop::cls().mainRunLoop()->addTimer_forMode(timer.get(), NSDefaultRunLoopMode);
     clock.advance(3);
     EXPECT_EQ(first, 0);
