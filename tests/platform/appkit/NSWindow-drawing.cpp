@@ -53,6 +53,16 @@ namespace {
         NSRectFill(NSMakeRect(0, 0, 1000, 1000));
     }
 
+    /// Answers a window without a frame that is not shown yet, with a view as its content.
+    Ref<NSWindow> borderlessWindow(NSView& view)
+    {
+        Ref<NSWindow> window = alloc<NSWindow>()->initWithContentRect_styleMask_backing_defer(
+            NSMakeRect(0, 0, 100, 100), NSBorderlessWindowMask, NSBackingStoreBuffered, true);
+        window->setReleasedWhenClosed(false);
+        window->setContentView(&view);
+        return window;
+    }
+
     /// A view that does as it likes, and after it one beside it that is red.
     struct WildAndRed {
         HeadlessScreen screen { 200, 100 };
@@ -237,11 +247,8 @@ namespace {
     TEST(NSWindowDrawing, AViewMayCloseItsWindowInItsFirstPicture)
     {
         HeadlessScreen screen { 200, 100 };
-        const Ref<NSWindow> window = alloc<NSWindow>()->initWithContentRect_styleMask_backing_defer(
-            NSMakeRect(0, 0, 100, 100), NSBorderlessWindowMask, NSBackingStoreBuffered, true);
-        window->setReleasedWhenClosed(false);
-        const Ref<ScriptedView> view = make<ScriptedView>();
-        window->setContentView(view.get());
+        const auto view = make<ScriptedView>();
+        const Ref<NSWindow> window = borderlessWindow(*view);
         view->draw_ = [&] { window->close(); };
         window->orderFrontRegardless();
         EXPECT_FALSE(window->isVisible());
@@ -255,11 +262,8 @@ namespace {
     TEST(NSWindowDrawing, AWindowIsShownThoughItsFirstPictureRaises)
     {
         HeadlessScreen screen { 200, 100 };
-        const Ref<NSWindow> window = alloc<NSWindow>()->initWithContentRect_styleMask_backing_defer(
-            NSMakeRect(0, 0, 100, 100), NSBorderlessWindowMask, NSBackingStoreBuffered, true);
-        window->setReleasedWhenClosed(false);
-        const Ref<ScriptedView> view = make<ScriptedView>();
-        window->setContentView(view.get());
+        const auto view = make<ScriptedView>();
+        const Ref<NSWindow> window = borderlessWindow(*view);
         view->draw_ = [] {
             fillRed();
             fail();
@@ -273,11 +277,8 @@ namespace {
     TEST(NSWindowDrawing, ANewFrameIsDrawnOnlyWhereTheWindowIsSeen)
     {
         HeadlessScreen screen { 200, 100 };
-        const Ref<NSWindow> window = alloc<NSWindow>()->initWithContentRect_styleMask_backing_defer(
-            NSMakeRect(0, 0, 100, 100), NSBorderlessWindowMask, NSBackingStoreBuffered, true);
-        window->setReleasedWhenClosed(false);
-        const Ref<ScriptedView> view = make<ScriptedView>();
-        window->setContentView(view.get());
+        const auto view = make<ScriptedView>();
+        const Ref<NSWindow> window = borderlessWindow(*view);
         int drawn = 0;
         view->draw_ = [&drawn] { ++drawn; };
         window->setFrame_display(NSMakeRect(0, 0, 120, 100), true);
