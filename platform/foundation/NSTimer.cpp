@@ -130,7 +130,7 @@ template <> struct NSTimer::Methods<struct Scheduling> {
     }
     static std::int64_t momentIn(double seconds)
     {
-        return momentAfter(Clock::now(), seconds > kShortestInterval ? seconds : kShortestInterval);
+        return momentAfter(Clock::now(), seconds > 0 ? seconds : kShortestInterval);
     }
 
     static Ref<NSTimer> initTarget(NSTimer& self, NSDate* date, double seconds, NSObject* target,

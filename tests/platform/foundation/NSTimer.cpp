@@ -53,6 +53,17 @@ TEST(NSTimer, FiresOnceAndIsInvalidThen)
     EXPECT_FALSE(timer->isValid());
 }
 
+TEST(NSTimer, WaitsNoLongerThanItIsToldHoweverShort)
+{
+    VirtualClock clock;
+    int fired = 0;
+    const auto timer = scheduled(0.00002, false, [&](NSTimer*) { ++fired; });
+    clock.advance(0.00001);
+    EXPECT_EQ(fired, 0);
+    clock.advance(0.00001);
+    EXPECT_EQ(fired, 1);
+}
+
 TEST(NSTimer, RepeatsWithoutDrift)
 {
     VirtualClock clock;
