@@ -61,8 +61,25 @@ function(brindle_hardening_test name)
         ENVIRONMENT_MODIFICATION "${brindle_test_environment}")
 endfunction()
 
-# brindle_test_area(<area> <folders>...): the sources of some folders as <area>-tests, one CTest test a
-# case, labelled with the area. An area without sources is left out.
+# brindle_test_shards(<program> <area>): a handful of CTest tests that share the cases of a program. A process that is
+# watched takes long to start, and one for each case would take hours.
+function(brindle_test_shards program area)
+    set(count 8)
+    math(EXPR last "${count} - 1")
+    foreach(index RANGE ${last})
+        set(name ${program}.${index})
+        add_test(NAME ${name} COMMAND ${program})
+        set_tests_properties(${name} PROPERTIES
+            LABELS ${area}
+            TIMEOUT 1800
+            FAIL_REGULAR_EXPRESSION "\\[  SKIPPED \\]"
+            ENVIRONMENT_MODIFICATION
+                "${brindle_test_environment};GTEST_TOTAL_SHARDS=set:${count};GTEST_SHARD_INDEX=set:${index}")
+    endforeach()
+endfunction()
+
+# brindle_test_area(<area> <folders>...): the sources of some folders as <area>-tests, one CTest test a case, under a
+# sanitizer one a shard, labelled with the area. An area without sources is left out.
 function(brindle_test_area area)
     set(sources)
     foreach(folder IN LISTS ARGN)
@@ -75,6 +92,10 @@ function(brindle_test_area area)
 
     set(program ${area}-tests)
     brindle_test_program(${program} ${sources})
+    if(BRINDLE_SANITIZE)
+        brindle_test_shards(${program} ${area})
+        return()
+    endif()
     gtest_discover_tests(${program}
         DISCOVERY_MODE PRE_TEST
         DISCOVERY_TIMEOUT 60

@@ -85,6 +85,7 @@ namespace {
 
     TEST(ServerDeathTest, AtAnyMomentEndsWithOneLineAndLosesNoSettings)
     {
+        GTEST_FLAG_SET(death_test_style, "fast"); // the folder is the same in both processes
         const int rounds = std::max(5, test::rounds(200));
         for (int round = 1; round <= rounds; ++round) {
             const test::TemporaryFolder folder;

@@ -297,7 +297,6 @@ TEST_F(UserDefaults, LieUnderTheNameOfTheProcessWithoutAnIdentifier)
 
 TEST(DefaultsAtExit, AreWritten)
 {
-    GTEST_FLAG_SET(death_test_style, "threadsafe");
     constexpr const char* kVariable = "BRINDLE_TEST_DEFAULTS_FOLDER";
     // The process that ends begins anew with this test, and learns here where to write.
     std::optional<test::TemporaryFolder> own;

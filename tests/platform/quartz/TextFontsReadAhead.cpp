@@ -16,7 +16,6 @@ namespace {
     protected:
         FontsReadAheadDeathTest()
         {
-            GTEST_FLAG_SET(death_test_style, "threadsafe");
             std::atexit(&endChild); // before the fonts ask for it, so that it runs behind their end
         }
 
