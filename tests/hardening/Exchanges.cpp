@@ -9,7 +9,7 @@
 
 #include "core/MethodPatching.h"
 #include "runtime/Runtime.h"
-#include "support/Rounds.h"
+#include "support/Figures.h"
 
 namespace brindle {
 namespace {
@@ -137,6 +137,8 @@ namespace {
                 ASSERT_TRUE(hierarchy.agrees()) << "hierarchy " << h << ", step " << i;
             }
         }
+        test::publish({ "exchanges and aliases over five levels: answers that differ from a model",
+            long { hierarchies } * perHierarchy, 0, "answers", 0 });
     }
 
 }

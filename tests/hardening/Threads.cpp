@@ -12,7 +12,7 @@
 #include "foundation/NSString.h"
 #include "runtime/Runtime.h"
 #include "runtime/Table.h"
-#include "support/Rounds.h"
+#include "support/Figures.h"
 
 namespace brindle {
 
@@ -144,7 +144,8 @@ namespace {
                 worker.step(i);
             wrong += worker.wrong;
         });
-        EXPECT_EQ(wrong, 0);
+        test::publish({ "8 threads, operations on one object: wrong answers",
+            long { each } * kSenders, static_cast<double>(wrong), "answers", 0 });
         EXPECT_EQ(shared->left() + shared->right(), 3);
         EXPECT_EQ(headerOf(shared.get()).count.load(), 1);
     }
@@ -172,7 +173,8 @@ namespace {
         });
         center->removeObserver(listener.get());
         EXPECT_EQ(lost, 0);
-        EXPECT_EQ(heardByAll, 2 * each * kSenders);
+        test::publish({ "8 threads, notifications: not heard", 2L * each * kSenders,
+            2.0 * each * kSenders - heardByAll, "notifications", 0 });
     }
 
     TEST(EightThreads, LoseNothingInASerialQueue)
@@ -185,7 +187,8 @@ namespace {
                 dispatch_async(queue.get(), [&count] { ++count; });
         });
         dispatch_sync(queue.get(), [] {});
-        EXPECT_EQ(count, each * kSenders);
+        test::publish({ "8 threads, a serial queue: closures lost", long { each } * kSenders,
+            static_cast<double>(each * kSenders - count), "closures", 0 });
     }
 
     // The race of four: one sets, one takes away, one reads, one removes everything of an object that all hold.
@@ -217,7 +220,8 @@ namespace {
         });
         for (std::thread& thread : threads)
             thread.join();
-        EXPECT_EQ(wrong, 0);
+        test::publish({ "4 threads, associated values of one object: wrong answers",
+            3L * each + each / 10, static_cast<double>(wrong), "answers", 0 });
         objc_removeAssociatedObjects(host.get());
         for (const char& key : kKeys)
             EXPECT_FALSE(objc_getAssociatedObject(host.get(), &key));

@@ -7,17 +7,21 @@
 
 #include <gtest/gtest.h>
 
+#include "appkit/NSAlert.h"
 #include "appkit/NSButton.h"
+#include "appkit/NSMenu.h"
+#include "appkit/NSOpenPanel.h"
 #include "appkit/NSScrollView.h"
+#include "appkit/NSStringDrawing.h"
 #include "appkit/NSTextField.h"
 #include "appkit/NSTextView.h"
 #include "controls/OnOffSwitchControl.h"
 #include "display/headless/RandomUser.h"
 #include "foundation/NSArray.h"
+#include "foundation/NSFileManager.h"
 #include "runtime/NSException.h"
+#include "support/Figures.h"
 #include "support/HeadlessScreen.h"
-#include "support/Memory.h"
-#include "support/Rounds.h"
 
 namespace brindle {
 namespace {
@@ -43,24 +47,67 @@ namespace {
         return window;
     }
 
-    void liveOnce(HeadlessScreen& screen)
-    {
-        const Ref<NSWindow> window = fullWindow();
-        screen.process();
-        window->close();
-    }
-
-    TEST(ManyWindows, LeaveNothingBehind)
+    /// Does something ten thousand times; the first tenth of them makes what is made once and kept.
+    template <class Life> void expectNothingLeft(const char* what, const Life& liveOnce)
     {
         HeadlessScreen screen;
         const int all = std::max(200, test::rounds(10000));
-        for (int i = 0; i < all / 10; ++i) // what is made once and kept
+        for (int i = 0; i < all / 10; ++i)
             liveOnce(screen);
         const std::size_t before = test::residentBytes();
         for (int i = all / 10; i < all; ++i)
             liveOnce(screen);
-        EXPECT_LT(test::grownSince(before), std::size_t { 1 } << 20);
+        test::publish({ std::string(what) + ": growth after the first tenth", all,
+            static_cast<double>(test::grownSince(before)) / 1024, "kB", 1024 });
         EXPECT_EQ(screen.display().stackingOrder().size(), 1u) << "the screen's own window";
+    }
+
+    TEST(ManyWindows, LeaveNothingBehind)
+    {
+        expectNothingLeft("windows", [](HeadlessScreen& screen) {
+            const Ref<NSWindow> window = fullWindow();
+            screen.process();
+            window->close();
+        });
+    }
+
+    TEST(ManyAlerts, LeaveNothingBehind)
+    {
+        expectNothingLeft("alerts", [](HeadlessScreen& screen) {
+            const auto alert = make<NSAlert>();
+            alert->setMessageText("Once more?"_ns);
+            alert->layout();
+            const Ref<NSWindow> window = alert->window();
+            window->makeKeyAndOrderFront(nullptr);
+            screen.process();
+            window->orderOut(nullptr);
+        });
+    }
+
+    TEST(ManyPanels, LeaveNothingBehind)
+    {
+        expectNothingLeft("panels to open files", [](HeadlessScreen& screen) {
+            const Ref<NSOpenPanel> panel = NSOpenPanel::cls().openPanel();
+            panel->makeKeyAndOrderFront(nullptr);
+            screen.process();
+            panel->orderOut(nullptr);
+        });
+    }
+
+    TEST(ManyMenubars, LeaveNothingBehind)
+    {
+        expectNothingLeft("main menus", [](HeadlessScreen& screen) {
+            const auto bar = make<NSMenu>();
+            for (int i = 0; i < 5; ++i) {
+                const auto menu = make<NSMenu>();
+                menu->addItemWithTitle_action_keyEquivalent("Item"_ns, selector<"act:">, "i"_ns);
+                bar->addItemWithTitle_action_keyEquivalent("Menu"_ns, SEL {}, nullptr)
+                    ->setSubmenu(menu.get());
+            }
+            screen.application().setMainMenu(bar.get());
+            screen.process();
+            screen.application().setMainMenu(nullptr);
+        });
     }
 
     std::vector<std::u16string> hostileTexts()
@@ -86,20 +133,41 @@ namespace {
         const Ref<NSWindow> window = fullWindow();
         const auto field = cast<NSTextField>(window->contentView()->subviews()->objectAtIndex(1));
         const auto button = cast<NSButton>(window->contentView()->subviews()->objectAtIndex(2));
+        const auto menu = make<NSMenu>();
+        const auto item
+            = menu->addItemWithTitle_action_keyEquivalent(""_ns, selector<"act:">, nullptr);
+        test::Slowest slowest;
         for (const std::u16string& units : hostileTexts()) {
             const Ref<NSString> text = stringFrom(units);
-            window->setTitle(text.get());
-            field->setStringValue(text.get());
-            button->setTitle(text.get());
-            screen.process();
+            const auto process = [&screen] { screen.process(); };
+            const auto showIn = [&](const auto& put) {
+                slowest.of([&] {
+                    put();
+                    process();
+                });
+            };
+            showIn([&] { window->setTitle(text.get()); });
+            showIn([&] { field->setStringValue(text.get()); });
+            showIn([&] { button->setTitle(text.get()); });
             EXPECT_TRUE(field->stringValue()->isEqualToString(text.get()));
-            field->sizeToFit();
-            button->sizeToFit();
-            screen.process();
+            showIn([&] { field->sizeToFit(); });
+            showIn([&] { button->sizeToFit(); });
+            showIn([&] {
+                item->setTitle(text.get());
+                menu->popUpMenuPositioningItem_atLocation_inView(nullptr, { 100, 300 }, nullptr);
+            });
+            showIn([&] { EXPECT_GE(sizeWithAttributes(text, nullptr).height, 0); });
+            showIn([&] {
+                EXPECT_FALSE(NSFileManager::cls().defaultManager()->fileExistsAtPath(
+                    "/nowhere/"_ns->stringByAppendingString(text.get()).get()));
+            });
             field->setFrame(NSMakeRect(140, 100, 120, 22));
             button->setFrame(NSMakeRect(140, 60, 120, 24));
         }
         window->close();
+        test::publish(
+            { "hostile text in titles, fields, buttons, menus, measured and as a file name",
+                slowest.rounds(), slowest.milliseconds(), "ms", 1000 });
     }
 
     /// Answers whether a new window still gets what is typed into its field.

@@ -30,6 +30,13 @@ inline pid_t startChild(const std::function<void()>& body)
     return child;
 }
 
+/// Lets a child go on for a moment.
+inline void spin(std::chrono::microseconds time)
+{
+    const auto end = std::chrono::steady_clock::now() + time;
+    while (std::chrono::steady_clock::now() < end) { }
+}
+
 /// Answers whether the child ended by itself and well.
 inline bool endedWell(pid_t child)
 {
@@ -81,11 +88,6 @@ public:
     }
 
 private:
-    static void spin(std::chrono::microseconds time)
-    {
-        const auto end = std::chrono::steady_clock::now() + time;
-        while (std::chrono::steady_clock::now() < end) { }
-    }
     static std::string textFor(int number)
     {
         return std::string(static_cast<std::size_t>(number * 37 % 5000), 'x');

@@ -29,6 +29,28 @@ inline std::size_t residentBytes()
     return static_cast<std::size_t>(resident) * static_cast<std::size_t>(sysconf(_SC_PAGESIZE));
 }
 
+/// Lets the peak begin anew at what is resident now.
+inline void forgetPeak()
+{
+    if (std::FILE* const file = std::fopen("/proc/self/clear_refs", "w")) {
+        std::fputs("5", file);
+        std::fclose(file);
+    }
+}
+
+/// Answers how much the process held at most since the peak was forgotten.
+inline std::size_t peakBytes()
+{
+    unsigned long kilobytes = 0;
+    if (std::FILE* const file = std::fopen("/proc/self/status", "r")) {
+        char line[256];
+        while (std::fgets(line, sizeof line, file)
+            && std::sscanf(line, "VmHWM: %lu", &kilobytes) != 1) { }
+        std::fclose(file);
+    }
+    return std::size_t { kilobytes } * 1024;
+}
+
 /// Answers how many bytes the program has asked for and not given back, as far as the allocator of the system knows.
 inline std::size_t allocatedBytes() { return mallinfo2().uordblks; }
 

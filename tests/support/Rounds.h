@@ -5,12 +5,15 @@
 
 namespace brindle::test {
 
-/// Answers how many rounds a test of endurance makes: all of them for `./run harden`, which sets BRINDLE_ENDURANCE, and
-/// a hundredth in every other run.
-inline int rounds(int full)
+/// Answers whether this run makes all rounds of its tests of endurance.
+inline bool allRounds()
 {
     static const bool all = std::getenv("BRINDLE_ENDURANCE") != nullptr;
-    return all ? full : full / 100;
+    return all;
 }
+
+/// Answers how many rounds a test of endurance makes: all of them for `./run harden`, which sets BRINDLE_ENDURANCE, and
+/// a hundredth in every other run.
+inline int rounds(int full) { return allRounds() ? full : full / 100; }
 
 }

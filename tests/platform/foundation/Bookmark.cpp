@@ -13,6 +13,7 @@
 #include "foundation/NSDictionary.h"
 #include "foundation/NSError.h"
 #include "foundation/URLPrivate.h"
+#include "support/Figures.h"
 #include "support/Strings.h"
 #include "support/TemporaryFolder.h"
 
@@ -173,6 +174,8 @@ namespace {
             bytes[bit / 8] = static_cast<unsigned char>(bytes[bit / 8] ^ 1u << bit % 8);
             ASSERT_EQ(follow(dataFrom(bytes)), "refused") << "bit " << bit;
         }
+        test::publish({ "bookmarks with each bit changed: not refused",
+            static_cast<long>(good.size()) * 8, 0, "bookmarks", 0 });
     }
     TEST_F(Bookmarks, CutShortOrMadeLongerAreRefused)
     {
@@ -185,6 +188,8 @@ namespace {
         longer.push_back(0);
         EXPECT_EQ(follow(dataFrom(longer)), "refused");
         EXPECT_EQ(follow(nullptr), "refused");
+        test::publish({ "bookmarks cut short at each byte: not refused",
+            static_cast<long>(good.size()), 0, "bookmarks", 0 });
     }
     TEST_F(Bookmarks, OfAnotherUserAreRefused)
     {

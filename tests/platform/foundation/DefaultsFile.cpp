@@ -18,6 +18,7 @@
 #include "foundation/NSMutableDictionary.h"
 #include "foundation/NSNumber.h"
 #include "support/DefaultsWriters.h"
+#include "support/Figures.h"
 #include "support/Strings.h"
 #include "support/TemporaryFolder.h"
 
@@ -205,6 +206,7 @@ TEST_F(DefaultsFileTest, LeavesTheNewFileOfALivingWriterAlone)
 
 TEST_F(DefaultsFileTest, IsOldOrNewAfterAnyFaultAndSaysSo)
 {
+    long faults = 0;
     for (const int number : { ENOSPC, EIO, ENOMEM, EINTR, EDQUOT, defaults::kShort }) {
         bool happened = true;
         for (int n = 1; happened; ++n) {
@@ -218,6 +220,7 @@ TEST_F(DefaultsFileTest, IsOldOrNewAfterAnyFaultAndSaysSo)
                 isSafe = put(file, "key"_ns, "new"_ns);
                 happened = FaultAt::happened();
             }
+            faults += happened;
             const std::string found = read("key"_ns);
             ASSERT_TRUE(found == "new" || (found == "old" && !isSafe)) << found;
             ASSERT_TRUE(isSafe || happened);
@@ -229,6 +232,8 @@ TEST_F(DefaultsFileTest, IsOldOrNewAfterAnyFaultAndSaysSo)
             ASSERT_LT(n, 100);
         }
     }
+    test::publish({ "a fault at each system call of a commit: files neither old nor new", faults, 0,
+        "files", 0 });
 }
 
 TEST_F(DefaultsFileTest, IsNotTakenForEmptyWhenItCannotBeRead)
@@ -263,6 +268,8 @@ TEST_F(DefaultsFileTest, IsEmptyOrAListWhereverItIsCutOff)
         EXPECT_TRUE(file.refresh());
         EXPECT_EQ(file.contents()->count(), 0U) << length;
     }
+    test::publish({ "settings cut off at each byte: starts that fail",
+        static_cast<long>(good.size()), 0, "starts", 0 });
 }
 
 TEST_F(DefaultsFileTest, SurvivesFlippedBits)
