@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "Soak.h"
 
+#include <algorithm>
 #include <cstdio>
 
 #include <malloc.h>
@@ -121,10 +122,10 @@ bool Soak::run()
     look();
     controller_->showPage(kMeasuredPage);
     alarm(0);
-    std::printf("soak: seed %u, %llu actions in %.0f s, memory %+.1f MiB, %s\n", seed_,
-        static_cast<unsigned long long>(actions_), elapsed(),
+    std::printf("soak: seed %u, %llu actions in %.0f s, memory %+.1f MiB, %+.0f kB an hour, %s\n",
+        seed_, static_cast<unsigned long long>(actions_), elapsed(),
         (static_cast<double>(usedBytes()) - static_cast<double>(warm_)) / (1 << 20),
-        complaint_.empty() ? "nothing wrong" : complaint_.c_str());
+        kilobytesAnHour(), complaint_.empty() ? "nothing wrong" : complaint_.c_str());
     return complaint_.empty();
 }
 
@@ -194,6 +195,8 @@ void Soak::lookAtMemory()
 {
     if (warm_ == 0)
         warm_ = usedBytes();
+    std::size_t& least = least_[elapsed() < seconds_ / 2 ? 0 : 1];
+    least = std::min(least, usedBytes());
     if (usedBytes() > warm_ + kMostGrowth)
         complain("memory grows");
 }
@@ -210,6 +213,14 @@ void Soak::complain(const std::string& what)
 {
     if (complaint_.empty())
         complaint_ = what + " after action " + std::to_string(actions_);
+}
+
+double Soak::kilobytesAnHour() const
+{
+    if (least_[0] == kNone || least_[1] == kNone)
+        return 0;
+    const double grown = static_cast<double>(least_[1]) - static_cast<double>(least_[0]);
+    return grown / 1024 * 3600 / (seconds_ / 2);
 }
 
 double Soak::elapsed() const

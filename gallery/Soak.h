@@ -1,8 +1,10 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include <array>
 #include <chrono>
 #include <cstdint>
+#include <limits>
 #include <string>
 #include <vector>
 
@@ -30,6 +32,7 @@ private:
         brindle::WeakRef<brindle::NSView> view;
         std::uint64_t action; // that found it
     };
+    static constexpr std::size_t kNone = std::numeric_limits<std::size_t>::max();
     using Instant = std::chrono::steady_clock::time_point;
 
     void step();
@@ -40,6 +43,7 @@ private:
     void lookAtMemory();
     void complain(const std::string& what);
     double elapsed() const;
+    double kilobytesAnHour() const;
     bool isOver() const { return !complaint_.empty() || elapsed() >= seconds_; }
 
     double seconds_;
@@ -53,6 +57,8 @@ private:
     brindle::WeakRef<GalleryPage> page_; // the last one that was seen
     std::vector<Seen> seen_;
     std::size_t warm_ = 0; // bytes used with one page once every page was seen twice
+    // The least since then in each half of the time: what comes and goes is not in it.
+    std::array<std::size_t, 2> least_ { kNone, kNone };
     std::string complaint_;
 };
 

@@ -5,6 +5,7 @@
 
 #include "ReplaceCounter.h"
 #include "foundation/NSBundle.h"
+#include "foundation/NSProcessInfo.h"
 #include "foundation/NSUserDefaults.h"
 #include "kit/Figure.h"
 #include "runtime/Table.h"
@@ -39,7 +40,11 @@ template <> struct BurstCard::Methods<struct Burst> {
         const std::string base = settings && *settings ? settings
             : home                                     ? std::string(home) + "/.config"
                                                        : "";
-        return base + "/" + NSBundle::cls().mainBundle()->bundleIdentifier()->UTF8String();
+        const Ref<NSString> identifier = NSBundle::cls().mainBundle()->bundleIdentifier();
+        // A copy of the program without its resources has none and keeps its settings under its name.
+        const Ref<NSString> name
+            = identifier ? identifier : NSProcessInfo::cls().processInfo()->processName();
+        return base + "/" + utf8Of(name.get());
     }
 
     static void writeBurst(BurstCard& self)
