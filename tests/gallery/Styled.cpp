@@ -92,11 +92,13 @@ TEST(GalleryStyledText, AMarkThatIsClickedChangesItsKind)
 {
     OpenStyled page;
     page.screen.pointer().click(page.mark(1), 1);
-    EXPECT_EQ(page.tab(1)->alignment(), NSTextAlignmentRight);
+    EXPECT_EQ(page.tab(1)->tabStopType(), NSRightTabStopType);
     page.screen.pointer().click(page.mark(1), 1);
-    EXPECT_EQ(page.tab(1)->alignment(), NSTextAlignmentLeft);
+    EXPECT_EQ(page.tab(1)->tabStopType(), NSDecimalTabStopType);
+    page.screen.pointer().click(page.mark(1), 1);
+    EXPECT_EQ(page.tab(1)->tabStopType(), NSLeftTabStopType);
     press(page, "As before");
-    EXPECT_EQ(page.tab(1)->alignment(), NSTextAlignmentCenter);
+    EXPECT_EQ(page.tab(1)->tabStopType(), NSCenterTabStopType);
 }
 TEST(GalleryStyledText, AShadowThatGlowsIsInTheAccentColour)
 {

@@ -10,6 +10,8 @@
 #include "appkit/NSStringDrawing.h"
 #include "appkit/NSTextContainer.h"
 #include "appkit/NSTextStorage.h"
+#include "foundation/NSCharacterSet.h"
+#include "foundation/NSLocale.h"
 #include "foundation/NSMutableArray.h"
 #include "foundation/NSMutableDictionary.h"
 #include "kit/Drawing.h"
@@ -34,11 +36,12 @@ template <> struct TabsCard::Methods<struct Ruler> {
     {
         Ref<NSView> made = super<TabsCard, "initWithFrame:", Ref<NSView>>(self, frame);
         self.setHeading("Tab stops"_ns);
-        self.setCaption("Drag a mark to move its column; click it for left, centred or right"_ns);
+        self.setCaption(
+            "Drag a mark to move its column; click it for left, centred, right or decimal"_ns);
         const TextPane pane = addTextPane(self,
             "Lamp\tmade of\tstands\tgiven\tworth\n"
-            "Desk\tbrass\tby the window\t12 March\t24.50\n"
-            "Hall\tcopper and glass\ton the stair\t3 May\t108.00\n"
+            "Desk\tbrass\tby the window\t12 March\t24.5\n"
+            "Hall\tcopper and glass\ton the stair\t3 May\t108\n"
             "Night\tpaper\tbeside the bed\t21 November\t7.25"_ns);
         self.text_ = pane.text;
         self.scroll_ = pane.scroll;
@@ -52,19 +55,27 @@ template <> struct TabsCard::Methods<struct Ruler> {
     }
     static void resetStops(TabsCard& self)
     {
-        self.stops_ = { { { 90, NSTextAlignmentLeft }, { 310, NSTextAlignmentCenter },
-            { 490, NSTextAlignmentRight }, { 600, NSTextAlignmentRight } } };
+        self.stops_ = { { { 90, NSLeftTabStopType }, { 310, NSCenterTabStopType },
+            { 490, NSRightTabStopType }, { 580, NSDecimalTabStopType } } };
         setTabs(self);
+    }
+    static Ref<NSTextTab> tabAt(const Stop& stop)
+    {
+        if (stop.type != NSDecimalTabStopType)
+            return alloc<NSTextTab>()->initWithType_location(stop.type, stop.location);
+        // The numbers of this text have points, whatever the user's have.
+        const auto options = NSDictionary::cls().dictionaryWithObject_forKey(
+            NSTextTab::cls().columnTerminatorsForLocale(NSLocale::cls().systemLocale().get()).get(),
+            NSTabColumnTerminatorsAttributeName);
+        return alloc<NSTextTab>()->initWithTextAlignment_location_options(
+            NSTextAlignmentRight, stop.location, options.get());
     }
     /// Gives all paragraphs, and what is typed into an empty text, the stops of the marks.
     static void setTabs(TabsCard& self)
     {
         const Ref<NSMutableArray> tabs = make<NSMutableArray>();
         for (const Stop& stop : self.stops_)
-            tabs->addObject(
-                alloc<NSTextTab>()
-                    ->initWithTextAlignment_location_options(stop.alignment, stop.location, nullptr)
-                    .get());
+            tabs->addObject(tabAt(stop).get());
         const Ref<NSMutableParagraphStyle> style = make<NSMutableParagraphStyle>();
         style->setTabStops(tabs.get());
         style->setLineBreakMode(NSLineBreakByClipping);
@@ -132,13 +143,24 @@ template <> struct TabsCard::Methods<struct Ruler> {
         self.stops_[self.held_].location = std::clamp(std::round(x - self.hold_), 1.0, most);
         setTabs(self);
     }
+    static NSTextTabType typeAfter(NSTextTabType type)
+    {
+        switch (type) {
+        case NSLeftTabStopType:
+            return NSCenterTabStopType;
+        case NSCenterTabStopType:
+            return NSRightTabStopType;
+        case NSRightTabStopType:
+            return NSDecimalTabStopType;
+        default:
+            return NSLeftTabStopType;
+        }
+    }
     static void mouseUp(TabsCard& self, NSEvent*)
     {
         if (self.held_ < kStops && !self.wasDragged_) {
-            NSTextAlignment& alignment = self.stops_[self.held_].alignment;
-            alignment = alignment == NSTextAlignmentLeft ? NSTextAlignmentCenter
-                : alignment == NSTextAlignmentCenter     ? NSTextAlignmentRight
-                                                         : NSTextAlignmentLeft;
+            NSTextTabType& type = self.stops_[self.held_].type;
+            type = typeAfter(type);
             setTabs(self);
         }
         self.held_ = kStops;
@@ -149,20 +171,21 @@ template <> struct TabsCard::Methods<struct Ruler> {
     {
         const Palette& colors = palette();
         const NSRect mark = markOf(self, stop);
-        const NSTextAlignment alignment = self.stops_[stop].alignment;
+        const NSTextTabType type = self.stops_[stop].type;
         const bool isHeld = stop == self.held_;
         fillRounded(mark, 5, (isHeld ? colors.accent : colors.soft).get());
-        const Ref<NSColor>& ink = isHeld ? colors.accentText : colors.accent;
-        // Lines of text as they stand at such a stop.
+        NSColor* const ink = (isHeld ? colors.accentText : colors.accent).get();
+        // Lines of text as they stand at such a stop, decimal ones with their points.
+        const bool isDecimal = type == NSDecimalTabStopType;
+        const double room = isDecimal ? 6 : kMark - 8;
+        const double share = type == NSLeftTabStopType ? 0 : type == NSCenterTabStopType ? 0.5 : 1;
         for (int i = 0; i < 3; ++i) {
-            const double width = i == 1 ? 6 : 10;
-            const double free = kMark - 8 - width;
-            const double share = alignment == NSTextAlignmentLeft ? 0
-                : alignment == NSTextAlignmentCenter              ? 0.5
-                                                                  : 1;
-            fill(NSMakeRect(
-                     mark.origin.x + 4 + free * share, mark.origin.y + 5 + i * 3.5, width, 1.5),
-                ink.get());
+            const double x = mark.origin.x + 4;
+            const double y = mark.origin.y + 5 + i * 3.5;
+            const double width = i == 1 ? room * 0.6 : room;
+            fill(NSMakeRect(x + (room - width) * share, y, width, 1.5), ink);
+            if (isDecimal)
+                fill(NSMakeRect(x + room + 1.5, y, 1.5, 1.5), ink);
         }
     }
     static void drawBody(TabsCard& self, NSRect body)

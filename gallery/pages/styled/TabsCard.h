@@ -26,7 +26,7 @@ public:
 private:
     struct Stop {
         double location = 0; // points from where lines begin
-        brindle::NSTextAlignment alignment = brindle::NSTextAlignmentLeft;
+        brindle::NSTextTabType type = brindle::NSLeftTabStopType;
     };
 
     brindle::Ref<brindle::NSScrollView> scroll_;

@@ -3,8 +3,11 @@
 
 #include <cmath>
 
+#include "TextStylePrivate.h"
 #include "foundation/CodingTable.h"
+#include "foundation/NSCharacterSet.h"
 #include "foundation/NSDictionary.h"
+#include "foundation/NSLocale.h"
 #include "runtime/Table.h"
 
 namespace brindle {
@@ -23,18 +26,41 @@ template <> struct NSTextTab::Methods<struct Values> {
     }
     static Ref<NSTextTab> initWithType(NSTextTab& self, NSTextTabType type, CGFloat location)
     {
-        // Decimal stops stand like right ones: numbers end at the same place.
         const NSTextAlignment alignment = type == NSCenterTabStopType ? NSTextAlignmentCenter
             : type == NSLeftTabStopType                               ? NSTextAlignmentLeft
                                                                       : NSTextAlignmentRight;
-        return self.initWithTextAlignment_location_options(alignment, location, nullptr);
+        Ref<NSDictionary> options;
+        if (type == NSDecimalTabStopType)
+            options = optionsWithTerminators(
+                NSTextTab::cls().columnTerminatorsForLocale(nullptr).get());
+        return self.initWithTextAlignment_location_options(alignment, location, options.get());
+    }
+
+    static Ref<NSCharacterSet> columnTerminatorsForLocale(Class&, NSLocale* locale)
+    {
+        const Ref<NSLocale> asked
+            = locale ? Ref<NSLocale>(locale) : NSLocale::cls().currentLocale();
+        return NSCharacterSet::cls().characterSetWithCharactersInString(
+            asked->decimalSeparator().get());
+    }
+    static Ref<NSDictionary> optionsWithTerminators(NSObject* terminators)
+    {
+        if (!terminators || !terminators->isKindOfClass(NSCharacterSet::cls()))
+            return nullptr;
+        return NSDictionary::cls().dictionaryWithObject_forKey(
+            terminators, NSTabColumnTerminatorsAttributeName);
+    }
+    static Ref<NSCharacterSet> terminators(const NSTextTab& self)
+    {
+        return layouts::attribute<NSCharacterSet>(
+            self.options().get(), NSTabColumnTerminatorsAttributeName);
     }
 
     static NSTextTabType tabStopType(NSTextTab& self)
     {
         switch (self.alignment_) {
         case NSTextAlignmentRight:
-            return NSRightTabStopType;
+            return terminators(self) ? NSDecimalTabStopType : NSRightTabStopType;
         case NSTextAlignmentCenter:
             return NSCenterTabStopType;
         default:
@@ -47,7 +73,9 @@ template <> struct NSTextTab::Methods<struct Values> {
         if (!object || !object->isKindOfClass(NSTextTab::cls()))
             return false;
         const auto& other = *static_cast<NSTextTab*>(object);
-        return self.alignment_ == other.alignment_ && self.location_ == other.location_;
+        return self.alignment_ == other.alignment_ && self.location_ == other.location_
+            && (self.options_ == other.options_
+                || maybe(self.options_)->isEqual(other.options_.get()));
     }
     static std::uint64_t hash(NSTextTab& self) { return std::hash<double>()(self.location_); }
     static Ref<NSObject> copyWithZone(NSTextTab& self, void*) { return &self; }
@@ -56,17 +84,22 @@ template <> struct NSTextTab::Methods<struct Values> {
     {
         coder->encodeInteger_forKey(static_cast<NSInteger>(self.alignment_), "NSAlignment"_ns);
         coder->encodeDouble_forKey(self.location_, "NSLocation"_ns);
+        if (const Ref<NSCharacterSet> ends = terminators(self))
+            coder->encodeObject_forKey(ends.get(), "NSColumnTerminators"_ns);
     }
     static Ref<NSObject> initWithCoder(NSTextTab& self, NSCoder* coder)
     {
         const auto alignment
             = static_cast<NSTextAlignment>(coder->decodeIntegerForKey("NSAlignment"_ns));
-        return self.initWithTextAlignment_location_options(
-            alignment, coder->decodeDoubleForKey("NSLocation"_ns), nullptr);
+        const Ref<NSObject> ends
+            = coder->decodeObjectOfClass_forKey(NSCharacterSet::cls(), "NSColumnTerminators"_ns);
+        return self.initWithTextAlignment_location_options(alignment,
+            coder->decodeDoubleForKey("NSLocation"_ns), optionsWithTerminators(ends.get()).get());
     }
 
     static void table(Builder& t)
     {
+        t.classMethods({ { "columnTerminatorsForLocale:", imp<columnTerminatorsForLocale> } });
         t.conformsTo({ "NSCopying" });
         declareCoding<encode, initWithCoder>(t);
         t.properties({

@@ -9,6 +9,7 @@
 #include "appkit/NSTextTab.h"
 #include "foundation/Each.h"
 #include "foundation/NSArray.h"
+#include "foundation/NSCharacterSet.h"
 #include "foundation/NSNumber.h"
 #include "runtime/MethodChanges.h"
 
@@ -156,6 +157,20 @@ ParagraphShape shapeIn(const NSDictionary* attributes)
     return style ? shapeOf(*style) : plainShape();
 }
 
+namespace {
+
+    std::function<bool(char16_t)> columnEndsOf(const NSTextTab& tab)
+    {
+        const Ref<NSDictionary> options = tab.options();
+        const auto ends
+            = attribute<NSCharacterSet>(options.get(), NSTabColumnTerminatorsAttributeName);
+        if (!ends)
+            return {};
+        return [ends](char16_t letter) { return ends->characterIsMember(letter); };
+    }
+
+}
+
 std::vector<text::TabStop> tabsOf(const NSParagraphStyle& style)
 {
     std::vector<text::TabStop> stops;
@@ -164,7 +179,7 @@ std::vector<text::TabStop> tabsOf(const NSParagraphStyle& style)
         const double share = alignment == NSTextAlignmentRight ? 1
             : alignment == NSTextAlignmentCenter               ? 0.5
                                                                : 0;
-        stops.push_back({ tab->location(), share });
+        stops.push_back({ tab->location(), share, columnEndsOf(*tab) });
     }
     return stops;
 }

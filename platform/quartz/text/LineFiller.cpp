@@ -15,12 +15,13 @@ namespace {
 
 }
 
-double tabWidth(const ParagraphRules& rules, double position, double following)
+double tabWidth(const ParagraphRules& rules, double position,
+    const std::function<double(const TabStop&)>& following)
 {
     constexpr double kLeast = 0.01;
     for (const TabStop& stop : rules.tabs) {
         if (stop.location > position + kLeast)
-            return std::max(stop.location - following * stop.share - position, 0.0);
+            return std::max(stop.location - following(stop) * stop.share - position, 0.0);
     }
     if (rules.tabInterval < 1)
         return 0;
@@ -29,9 +30,11 @@ double tabWidth(const ParagraphRules& rules, double position, double following)
     return std::max(last + steps * rules.tabInterval - position, 0.0);
 }
 
-LineFiller::LineFiller(
+LineFiller::LineFiller(std::u16string_view text, std::span<const StyledRun> runs,
     const ParagraphRules& rules, const std::vector<LineHeights>& heights, LineTaker& taker)
-    : rules_(rules)
+    : text_(text)
+    , runs_(runs)
+    , rules_(rules)
     , heights_(heights)
     , taker_(taker)
 {
@@ -74,14 +77,23 @@ void LineFiller::leaveStretches(double width)
         askForRoom();
 }
 
-void LineFiller::addTab(const Part& part, std::span<const Part> following)
+double LineFiller::followingWidth(
+    const Part& tab, std::span<const Part> following, const TabStop& stop) const
 {
+    if (stop.endsColumn)
+        return columnWidth(text_, runs_, tab.end, stop, rules_.direction);
     double width = 0;
     for (const Part& next : following) {
         if (next.kind == Part::tab)
             break;
         width += next.width;
     }
+    return width;
+}
+
+void LineFiller::addTab(const Part& part, std::span<const Part> following)
+{
+    const auto width = [&](const TabStop& stop) { return followingWidth(part, following, stop); };
     Part tab = part;
     tab.width = tabWidth(rules_, indent() + total_, width);
     if (wraps() && total_ > 0 && total_ + tab.width > room_ + slack_) {

@@ -38,13 +38,23 @@ struct Part {
 inline constexpr char16_t kTab = u'\t';
 
 /// Answers how wide a tab is that stands at a position and leads to the next stop behind it.
-/// - following: the width of the text between this tab and the next one.
-double tabWidth(const ParagraphRules& rules, double position, double following);
+/// - following: answers the width of the text that the stop moves: up to the next tab, or to what ends the stop's column.
+double tabWidth(const ParagraphRules& rules, double position,
+    const std::function<double(const TabStop&)>& following);
+
+/// Answers how much of the text behind a tab a stop moves.
+/// - text: begins behind the tab.
+std::size_t columnLength(std::u16string_view text, const TabStop& stop);
+
+/// Answers the width of the text behind a tab that a stop moves, with kerning and boxes.
+/// - text, runs: a paragraph or a line. - from: where the text behind the tab begins.
+double columnWidth(std::u16string_view text, std::span<const StyledRun> runs, std::size_t from,
+    const TabStop& stop, BaseDirection direction);
 
 /// Fills lines with parts, as many as fit.
 class LineFiller {
 public:
-    LineFiller(
+    LineFiller(std::u16string_view text, std::span<const StyledRun> runs,
         const ParagraphRules& rules, const std::vector<LineHeights>& heights, LineTaker& taker);
 
     double room() const { return room_; }
@@ -90,6 +100,8 @@ private:
     void makeRoom(const Part& part);
     void leaveStretches(double width);
     void addTab(const Part& part, std::span<const Part> following);
+    double followingWidth(
+        const Part& tab, std::span<const Part> following, const TabStop& stop) const;
     void commit()
     {
         break_ = at_;
@@ -103,6 +115,8 @@ private:
     LineHeights committedHeights() const;
     void emit(std::size_t end, double width, const LineHeights& heights, bool wrapped);
 
+    std::u16string_view text_;
+    std::span<const StyledRun> runs_;
     const ParagraphRules& rules_;
     const std::vector<LineHeights>& heights_;
     LineTaker& taker_;

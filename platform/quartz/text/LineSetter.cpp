@@ -7,6 +7,11 @@ namespace brindle::text {
 
 namespace {
 
+    bool hasBoxes(std::span<const StyledRun> runs)
+    {
+        return std::ranges::any_of(runs, &StyledRun::isBox);
+    }
+
     /// The text that is shaped: boxes stand as no-break spaces, which nothing draws.
     std::u16string withoutBoxes(std::u16string_view text, std::span<const StyledRun> runs)
     {
@@ -18,6 +23,15 @@ namespace {
                     run.range.length, kBlank);
         }
         return shaped;
+    }
+
+    Line shapeText(std::u16string_view text, std::span<const StyledRun> runs,
+        BaseDirection direction, Line memory)
+    {
+        const FontRuns fonts(runs);
+        return hasBoxes(runs)
+            ? shapeLine(withoutBoxes(text, runs), fonts, direction, std::move(memory))
+            : shapeLine(text, fonts, direction, std::move(memory));
     }
 
     /// Room that stands behind the characters of a line beside their own.
@@ -41,11 +55,24 @@ namespace {
         {
             double position = rules.firstIndent;
             for (std::size_t at = 0; at < text_.size(); ++at) {
-                if (text_[at] == kTab)
-                    room_[at] = tabWidth(rules, position, widthUpToTab(at + 1)) - own_[at];
+                if (text_[at] == kTab) {
+                    const auto following
+                        = [&](const TabStop& stop) { return columnWidth(at + 1, stop); };
+                    room_[at] = tabWidth(rules, position, following) - own_[at];
+                }
                 position += own_[at] + room_[at];
             }
             return room_;
+        }
+
+        /// Answers the width of the text from an index that a stop moves.
+        double columnWidth(std::size_t at, const TabStop& stop) const
+        {
+            const std::size_t end = at + columnLength(text_.substr(at), stop);
+            double width = 0;
+            for (; at < end; ++at)
+                width += own_[at] + room_[at];
+            return width;
         }
 
     private:
@@ -57,13 +84,6 @@ namespace {
                 else if (isCluster_[at])
                     room_[at] = run.kern;
             }
-        }
-        double widthUpToTab(std::size_t at) const
-        {
-            double width = 0;
-            for (; at < text_.size() && text_[at] != kTab; ++at)
-                width += own_[at] + room_[at];
-            return width;
         }
 
         std::u16string_view text_;
@@ -80,17 +100,37 @@ FontRuns::FontRuns(std::span<const StyledRun> runs)
         push_back({ run.range, run.font });
 }
 
+std::size_t columnLength(std::u16string_view text, const TabStop& stop)
+{
+    const auto ends
+        = [&](char16_t c) { return c == kTab || (stop.endsColumn && stop.endsColumn(c)); };
+    return static_cast<std::size_t>(std::ranges::find_if(text, ends) - text.begin());
+}
+
+double columnWidth(std::u16string_view text, std::span<const StyledRun> runs, std::size_t from,
+    const TabStop& stop, BaseDirection direction)
+{
+    // All up to the next tab is shaped, as it will be in the line: letters next to the column's end may be kerned.
+    const NSRange column = NSMakeRange(from, std::min(text.find(kTab, from), text.size()) - from);
+    std::vector<StyledRun> inside;
+    for (StyledRun run : runs) {
+        run.range = NSIntersectionRange(run.range, column);
+        run.range.location -= from;
+        if (run.range.length)
+            inside.push_back(run);
+    }
+    const std::u16string_view shaped = text.substr(column.location, column.length);
+    const Line line = shapeText(shaped, inside, direction, {});
+    return RoomFinder(line, shaped, inside).columnWidth(0, stop);
+}
+
 Line setLine(std::u16string_view text, std::span<const StyledRun> runs, const ParagraphRules& rules,
     Line memory)
 {
-    const bool hasBoxes = std::ranges::any_of(runs, &StyledRun::isBox);
     const bool isKerned
         = std::ranges::any_of(runs, [](const StyledRun& run) { return run.kern != 0; });
-    const FontRuns fonts(runs);
-    Line line = hasBoxes
-        ? shapeLine(withoutBoxes(text, runs), fonts, rules.direction, std::move(memory))
-        : shapeLine(text, fonts, rules.direction, std::move(memory));
-    if (hasBoxes || isKerned || text.find(kTab) != text.npos)
+    Line line = shapeText(text, runs, rules.direction, std::move(memory));
+    if (hasBoxes(runs) || isKerned || text.find(kTab) != text.npos)
         line.addRoom(RoomFinder(line, text, runs).find(rules));
     return line;
 }

@@ -210,7 +210,7 @@ namespace {
             , rules_(rules)
             , memory_(scratch)
             , sink_(rules.wrapping == Wrapping::words ? text : std::u16string_view(), memory_.parts)
-            , filler_(rules, memory_.heights, taker)
+            , filler_(text, runs, rules, memory_.heights, taker)
         {
             sink_.everywhere = rules.wrapping == Wrapping::characters;
             sink_.filler = rules.mayHaveTabs ? nullptr : &filler_;

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <span>
 #include <string_view>
 #include <vector>
@@ -30,6 +31,7 @@ struct TabStop {
     double location = 0;
     double share
         = 0; // of the text behind the tab that stands before the stop: 0 left, 0.5 centred, 1 right
+    std::function<bool(char16_t)> endsColumn; // the share is of the text up to the first of these
 };
 
 struct ParagraphRules {

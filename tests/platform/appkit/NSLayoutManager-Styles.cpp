@@ -3,6 +3,7 @@
 #include "appkit/NSTextAttachment.h"
 #include "appkit/NSTextTab.h"
 #include "foundation/NSArray.h"
+#include "foundation/NSCharacterSet.h"
 #include "foundation/NSMutableDictionary.h"
 #include "foundation/NSNumber.h"
 #include "support/TextStack.h"
@@ -136,6 +137,67 @@ TEST(NSLayoutManager, RightTabEndsItsTextAtTheStop)
     });
     const TextStack stack("a\tend", kUnbounded, kUnbounded, attributes.get());
     EXPECT_NEAR(NSMaxX(stack.used()), 10 + 120, 1e-6);
+}
+
+namespace {
+
+    /// Answers the attributes of a style with one stop, at 120, whose column ends at these characters.
+    Ref<NSDictionary> withColumnsEndingAt(NSString* letters)
+    {
+        const Ref<NSCharacterSet> ends
+            = NSCharacterSet::cls().characterSetWithCharactersInString(letters);
+        const auto options = NSDictionary::cls().dictionaryWithObject_forKey(
+            ends.get(), NSTabColumnTerminatorsAttributeName);
+        const auto tab = alloc<NSTextTab>()->initWithTextAlignment_location_options(
+            NSTextAlignmentRight, 120, options.get());
+        return styled([&](NSMutableParagraphStyle& s) {
+            s.setTabStops(NSArray::cls().arrayWithObject(tab.get()).get());
+        });
+    }
+    double placeOf(std::size_t letter, const char* text, NSDictionary* attributes)
+    {
+        const TextStack stack(text, kUnbounded, kUnbounded, attributes);
+        return stack.manager->locationForGlyphAtIndex(letter).x - 5;
+    }
+
+}
+
+TEST(NSLayoutManager, DecimalTabStandsWithItsSeparatorAtTheStop)
+{
+    const auto attributes = withColumnsEndingAt("."_ns);
+    EXPECT_NEAR(placeOf(4, "a\t24.50", attributes.get()), 120, 1e-6);
+    EXPECT_NEAR(placeOf(5, "a\t108.125", attributes.get()), 120, 1e-6);
+    EXPECT_NEAR(placeOf(2, "a\t.5", attributes.get()), 120, 1e-6);
+}
+
+TEST(NSLayoutManager, DecimalTabEndsNumbersWithoutASeparatorAtTheStop)
+{
+    const auto attributes = withColumnsEndingAt("."_ns);
+    EXPECT_NEAR(placeOf(5, "a\t108\tb.", attributes.get()), 120, 1e-6);
+    EXPECT_NEAR(placeOf(2, "a\t108", attributes.get()), 120 - widthOf("108"_ns), 1e-6);
+}
+
+TEST(NSLayoutManager, FirstOfSeveralCharactersEndsTheColumn)
+{
+    const auto attributes = withColumnsEndingAt(",;"_ns);
+    EXPECT_NEAR(placeOf(4, "a\t24;50,5", attributes.get()), 120, 1e-6);
+}
+
+TEST(NSLayoutManager, TextWithADecimalTabIsAsWideAsItIsDrawn)
+{
+    const auto attributes = withColumnsEndingAt("."_ns);
+    const TextStack stack("a\t24.50", kUnbounded, kUnbounded, attributes.get());
+    EXPECT_NEAR(stack.used().size.width, 10 + 120 + widthOf(".50"_ns), 1e-3);
+    EXPECT_NEAR(stack.manager->insertionRectForCharacterAtIndex(4).origin.x, 125, 1e-6);
+}
+
+TEST(NSLayoutManager, DecimalTabCountsTheKerningOfItsColumn)
+{
+    const auto attributes = cast<NSMutableDictionary>(withColumnsEndingAt("."_ns)->mutableCopy());
+    attributes->setObject_forKey(NSNumber::cls().numberWithDouble(3).get(), NSKernAttributeName);
+    const TextStack stack("a\t24.50", kUnbounded, kUnbounded, attributes.get());
+    EXPECT_NEAR(stack.manager->locationForGlyphAtIndex(4).x, 125, 1e-6);
+    EXPECT_NEAR(stack.used().size.width, 10 + 120 + widthOf(".50"_ns) + 9, 1e-3);
 }
 
 TEST(NSLayoutManager, KerningStandsBehindEveryCharacter)

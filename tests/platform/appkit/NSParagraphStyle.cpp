@@ -6,11 +6,15 @@
 #include "appkit/NSMutableParagraphStyle.h"
 #include "appkit/NSTextTab.h"
 #include "foundation/NSArray.h"
+#include "foundation/NSCharacterSet.h"
 #include "foundation/NSData.h"
+#include "foundation/NSDictionary.h"
 #include "foundation/NSKeyedArchiver.h"
 #include "foundation/NSKeyedUnarchiver.h"
+#include "foundation/NSLocale.h"
 #include "foundation/NSNumber.h"
 #include "support/Strings.h"
+#include "support/UserLanguage.h"
 
 namespace brindle {
 
@@ -73,6 +77,41 @@ TEST(NSParagraphStyle, TabStopsAreKeptInOrder)
     NSObject* const list[] = { far.get(), near.get() };
     style->setTabStops(NSArray::cls().arrayWithObjects_count(list, 2).get());
     EXPECT_EQ(style->tabStops()->objectAtIndex(0), near.get());
+}
+
+TEST(NSTextTab, DecimalStopTakesTheSeparatorOfTheUser)
+{
+    const test::UserLanguage user("de_DE", { "de" });
+    const auto tab = alloc<NSTextTab>()->initWithType_location(NSDecimalTabStopType, 90);
+    EXPECT_EQ(tab->tabStopType(), NSDecimalTabStopType);
+    EXPECT_EQ(tab->alignment(), NSTextAlignmentRight);
+    const auto ends
+        = cast<NSCharacterSet>(tab->options()->objectForKey(NSTabColumnTerminatorsAttributeName));
+    EXPECT_TRUE(ends->characterIsMember(u','));
+    EXPECT_FALSE(ends->characterIsMember(u'.'));
+}
+
+TEST(NSTextTab, SeparatorOfALocaleEndsItsColumns)
+{
+    const Ref<NSLocale> locale = NSLocale::cls().localeWithLocaleIdentifier("en_US"_ns);
+    EXPECT_TRUE(NSTextTab::cls().columnTerminatorsForLocale(locale.get())->characterIsMember(u'.'));
+}
+
+TEST(NSTextTab, StopsWithOtherOptionsAreNotEqual)
+{
+    const auto decimal = alloc<NSTextTab>()->initWithType_location(NSDecimalTabStopType, 90);
+    const auto right = alloc<NSTextTab>()->initWithType_location(NSRightTabStopType, 90);
+    EXPECT_FALSE(decimal->isEqual(right.get()));
+    EXPECT_FALSE(right->isEqual(decimal.get()));
+    const auto same = alloc<NSTextTab>()->initWithType_location(NSDecimalTabStopType, 90);
+    EXPECT_TRUE(decimal->isEqual(same.get()));
+}
+
+TEST(NSTextTab, DecimalStopComesBackFromAnArchive)
+{
+    const auto tab = alloc<NSTextTab>()->initWithType_location(NSDecimalTabStopType, 90);
+    const Ref<NSData> data = NSKeyedArchiver::cls().archivedDataWithRootObject(tab.get());
+    EXPECT_TRUE(NSKeyedUnarchiver::cls().unarchiveObjectWithData(data.get())->isEqual(tab.get()));
 }
 
 TEST(NSParagraphStyle, AnotherKindOfTabRaises)
