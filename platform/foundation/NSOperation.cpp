@@ -25,6 +25,30 @@ bool OperationAccess::isReady(const NSOperation& operation)
             [](const Ref<NSOperation>& each) { return each->state_ == State::finished; });
 }
 
+void OperationAccess::begin(NSOperation& operation)
+{
+    if (operation.state_ == State::waiting && operation.queue_) {
+        auto& waiting = operation.queue_->waiting_;
+        const auto found = std::find(waiting.begin(), waiting.end(), &operation);
+        operation.queue_->begun_.push_back(std::move(*found));
+        waiting.erase(found);
+    }
+    operation.state_ = State::executing;
+}
+
+NSQualityOfService OperationAccess::knownQuality(NSQualityOfService quality)
+{
+    switch (quality) {
+    case NSQualityOfServiceUserInteractive:
+    case NSQualityOfServiceUserInitiated:
+    case NSQualityOfServiceUtility:
+    case NSQualityOfServiceBackground:
+        return quality;
+    default:
+        return NSQualityOfServiceDefault;
+    }
+}
+
 Ref<NSOperationQueue> OperationAccess::queueOf(const NSOperation& operation)
 {
     const Lock held = lock();
@@ -48,13 +72,15 @@ template <> struct NSOperation::Methods<struct Work> {
             const State before = self.state_;
             if (before == State::finished)
                 return;
+            if (before == State::executing && self.queue_)
+                return;
             const bool mayBegin = before == State::given
-                || (before == State::waiting && !self.queue_ && OperationAccess::isReady(self));
+                || (before == State::waiting && OperationAccess::isReady(self));
             if (mayBegin)
-                self.state_ = State::executing;
+                OperationAccess::begin(self);
             held.unlock();
             if (!mayBegin)
-                refuse("start]: the operation is executing, waiting or in a queue");
+                refuse("start]: the operation is executing or waits for others");
         }
         if (!isCancelled) {
             try {
@@ -65,6 +91,14 @@ template <> struct NSOperation::Methods<struct Work> {
             }
         }
         OperationAccess::finish(self);
+    }
+
+    static bool isAsynchronous(NSOperation&) { return false; }
+    static void willChange(NSOperation&, NSString*) { }
+    static void didChange(NSOperation& self, NSString* key)
+    {
+        if (maybe(key)->isEqualToString("isFinished"_ns) && self.isFinished())
+            OperationAccess::finish(self);
     }
 
     static void cancel(NSOperation& self)
@@ -156,11 +190,17 @@ template <> struct NSOperation::Methods<struct Work> {
         const auto held = OperationAccess::lock();
         self.priority_ = static_cast<NSOperationQueuePriority>(steps * 4);
     }
+    static void setQuality(NSOperation& self, NSQualityOfService quality)
+    {
+        const auto held = OperationAccess::lock();
+        self.quality_ = OperationAccess::knownQuality(quality);
+    }
 
     static void table(Builder& t)
     {
         t.properties({
             property<&NSOperation::priority_>("queuePriority", nonatomic),
+            property<&NSOperation::quality_>("qualityOfService", nonatomic),
             property<&NSOperation::completion_>("completionBlock", copied),
             property<&NSOperation::name_>("name", copied),
         });
@@ -177,6 +217,11 @@ template <> struct NSOperation::Methods<struct Work> {
             { "removeDependency:", imp<removeDependency> },
             { "dependencies", imp<dependencies> },
             { "setQueuePriority:", imp<setQueuePriority> },
+            { "setQualityOfService:", imp<setQuality> },
+            { "isAsynchronous", imp<isAsynchronous> },
+            { "isConcurrent", imp<isAsynchronous> },
+            { "willChangeValueForKey:", imp<willChange> },
+            { "didChangeValueForKey:", imp<didChange> },
         });
     }
 };

@@ -22,18 +22,33 @@ enum NSOperationQueuePriority : NSInteger {
     NSOperationQueuePriorityVeryHigh = 8,
 };
 
+/// How urgent work is for the user.
+enum NSQualityOfService : NSInteger {
+    NSQualityOfServiceUserInteractive = 0x21, ///< like the next, before all other work
+    NSQualityOfServiceUserInitiated = 0x19,
+    NSQualityOfServiceDefault = -1, ///< an operation's: that of its queue
+    NSQualityOfServiceUtility = 0x11, ///< taken when nothing above waits
+    NSQualityOfServiceBackground = 0x09, ///< taken when nothing else waits
+};
+
 /// A piece of work that may wait for others, be cancelled, and tell when it has ended. Subclasses override `main`.
 ///
 /// An operation runs once: in a queue, or where `start` is sent. It has ended when `main` returns or raises. One that was
 /// cancelled before its turn ends without `main`; one that is running looks at `isCancelled` and returns early.
 /// Operations that wait for each other in a ring never begin.
+///
+/// Work that goes on after it was started (an answer that is waited for without a thread) is a subclass that overrides `start`
+/// without super's, `isAsynchronous`, `isExecuting` and `isFinished`. It sends itself `didChangeValueForKey:` with
+/// "isFinished" when that has become YES, on any thread: then what waited for it begins. Its `start` looks at `isCancelled`
+/// first, and finishes at once where it says so.
 /// Thread: any.
 class NSOperation : public NSObject {
     BRINDLE_OBJECT(NSOperation, NSObject)
 
 public:
-    /// Runs it now, on this thread; for operations in no queue. One that has ended does nothing.
-    /// - Raises: `NSInvalidArgumentException` while it runs, and when it is not ready and was not cancelled.
+    /// Runs it now, on this thread, also when a queue has it: who comes first runs it, the other does nothing. One that has
+    /// ended does nothing.
+    /// - Raises: `NSInvalidArgumentException` when it is not ready and was not cancelled, and while one in no queue runs.
     void start() { send<"start">(); }
     /// The work; does nothing here.
     void main() { send<"main">(); }
@@ -43,6 +58,13 @@ public:
     bool isCancelled() const { return send<"isCancelled", bool>(); }
     bool isExecuting() const { return send<"isExecuting", bool>(); }
     bool isFinished() const { return send<"isFinished", bool>(); }
+    /// Whether it goes on when `start` has returned; NO unless a subclass answers something else.
+    bool isAsynchronous() const { return send<"isAsynchronous", bool>(); }
+    /// Does nothing; sent before a value changes, for subclasses that are written so.
+    void willChangeValueForKey(NSString* key) { send<"willChangeValueForKey:">(key); }
+    /// Looks whether an operation that says itself when it has finished now does.
+    /// - key: "isFinished"; others do nothing.
+    void didChangeValueForKey(NSString* key) { send<"didChangeValueForKey:">(key); }
     /// Whether everything it waits for has ended, or it was cancelled.
     bool isReady() const { return send<"isReady", bool>(); }
 
@@ -62,6 +84,13 @@ public:
     {
         send<"setQueuePriority:">(priority);
     }
+    NSQualityOfService qualityOfService() const
+    {
+        return send<"qualityOfService", NSQualityOfService>();
+    }
+    /// To be set before it is added to a queue; values that are none of the five count as the default. The main queue runs
+    /// all alike.
+    void setQualityOfService(NSQualityOfService quality) { send<"setQualityOfService:">(quality); }
     /// Called once it has ended, on the thread that it ran on and before what waited for it begins; then forgotten.
     Block<void()> completionBlock() const { return send<"completionBlock", Block<void()>>(); }
     void setCompletionBlock(const Block<void()>& block)
@@ -85,6 +114,8 @@ private:
     Block<void()> completion_;
     Ref<NSString> name_;
     NSOperationQueuePriority priority_ = NSOperationQueuePriorityNormal;
+    NSQualityOfService quality_ = NSQualityOfServiceDefault;
+    std::uint64_t era_ = 0; // of its queue
     State state_ = State::waiting;
     std::atomic<bool> cancelled_ { false };
 };

@@ -36,7 +36,7 @@ namespace {
 
 // ---- operations and queues
 
-void OperationAccess::add(NSOperationQueue& queue, NSOperation& operation)
+void OperationAccess::add(NSOperationQueue& queue, NSOperation& operation, Company company)
 {
     {
         Lock held = lock();
@@ -46,6 +46,13 @@ void OperationAccess::add(NSOperationQueue& queue, NSOperation& operation)
                 "*** -[NSOperationQueue addOperation:]: the operation is in a queue or has begun");
         }
         operation.queue_ = Ref<NSOperationQueue>(&queue);
+        auto& eras = queue.eras_;
+        if (company == Company::none && eras.back() > 0)
+            eras.push_back(0);
+        operation.era_ = queue.present_ + eras.size() - 1;
+        ++eras.back();
+        if (company == Company::none)
+            eras.push_back(0);
         const auto behind = std::upper_bound(queue.waiting_.begin(), queue.waiting_.end(),
             operation.priority_, [](NSInteger priority, const Ref<NSOperation>& other) {
                 return priority > other->priority_;
@@ -56,9 +63,32 @@ void OperationAccess::add(NSOperationQueue& queue, NSOperation& operation)
     proceed(queue);
 }
 
+dispatch_queue_t OperationAccess::queueFor(
+    const NSOperationQueue& queue, const NSOperation& operation)
+{
+    const bool isMain = queue.queue_ == dispatch_get_main_queue();
+    const NSQualityOfService own = operation.quality_;
+    switch (isMain ? NSQualityOfServiceDefault
+                   : (own == NSQualityOfServiceDefault ? queue.quality_ : own)) {
+    case NSQualityOfServiceUserInteractive:
+    case NSQualityOfServiceUserInitiated:
+        return dispatch_get_global_queue(DISPATCH_QUEUE_PRIORITY_HIGH, 0);
+    case NSQualityOfServiceUtility:
+        return dispatch_get_global_queue(DISPATCH_QUEUE_PRIORITY_LOW, 0);
+    case NSQualityOfServiceBackground:
+        return dispatch_get_global_queue(DISPATCH_QUEUE_PRIORITY_BACKGROUND, 0);
+    default:
+        return queue.queue_.get();
+    }
+}
+
 void OperationAccess::proceed(NSOperationQueue& queue)
 {
-    std::vector<Ref<NSOperation>> ready;
+    struct Ready {
+        Ref<NSOperation> operation;
+        dispatch_queue_t where;
+    };
+    std::vector<Ready> ready;
     {
         const Lock held = lock();
         const auto hasRoom = [&queue] {
@@ -66,22 +96,35 @@ void OperationAccess::proceed(NSOperationQueue& queue)
         };
         auto& waiting = queue.waiting_;
         for (auto at = waiting.begin(); at != waiting.end() && hasRoom() && !queue.suspended_;) {
-            if (!isReady(**at)) {
+            if ((*at)->era_ != queue.present_ || !isReady(**at)) {
                 ++at;
                 continue;
             }
             (*at)->state_ = State::given;
-            ready.push_back(*at);
+            ready.push_back({ *at, queueFor(queue, **at) });
             queue.begun_.push_back(std::move(*at));
             at = waiting.erase(at);
         }
     }
-    for (Ref<NSOperation>& operation : ready)
-        dispatch_async(queue.queue_.get(),
-            [operation = std::move(operation), kept = Ref<NSOperationQueue>(&queue)] {
+    for (Ready& each : ready)
+        dispatch_async(each.where,
+            [operation = std::move(each.operation), kept = Ref<NSOperationQueue>(&queue)] {
                 const RunningQueue running(kept.get());
                 operation->start();
+                // One that says itself when it has finished may have done so before it was asked.
+                if (operation->isFinished())
+                    finish(*operation);
             });
+}
+
+void OperationAccess::leaveEra(NSOperationQueue& queue, const NSOperation& operation)
+{
+    auto& eras = queue.eras_;
+    --eras[operation.era_ - queue.present_];
+    while (eras.size() > 1 && eras.front() == 0) {
+        eras.pop_front();
+        ++queue.present_;
+    }
 }
 
 void OperationAccess::finish(NSOperation& operation)
@@ -104,6 +147,10 @@ void OperationAccess::finish(NSOperation& operation)
     std::vector<Ref<NSOperation>> released; // when nothing is locked any more
     {
         const Lock held = lock();
+        if (operation.state_ == State::finished)
+            return;
+        if (operation.state_ == State::waiting)
+            begin(operation);
         operation.state_ = State::finished;
         released.swap(operation.dependencies_);
         ending.end = std::move(operation.end_);
@@ -113,6 +160,7 @@ void OperationAccess::finish(NSOperation& operation)
             const auto found = std::find(begun.begin(), begun.end(), &operation);
             released.push_back(std::move(*found));
             begun.erase(found);
+            leaveEra(*ending.queue, operation);
             ending.next.push_back(ending.queue);
         }
         for (const WeakRef<NSOperation>& weak : operation.dependents_) {
@@ -135,6 +183,7 @@ template <> struct NSOperationQueue::Methods<struct Operations> {
         static NSOperationQueue* const queue = [] {
             auto made = make<NSOperationQueue>();
             made->queue_ = Ref<DispatchQueue>(dispatch_get_main_queue());
+            made->quality_ = NSQualityOfServiceUserInteractive;
             return made.leak();
         }();
         return queue;
@@ -155,6 +204,7 @@ template <> struct NSOperationQueue::Methods<struct Operations> {
             return nullptr;
         self.queue_ = dispatch_queue_create("brindle.operations", DISPATCH_QUEUE_CONCURRENT);
         self.group_ = dispatch_group_create();
+        self.quality_ = NSQualityOfServiceDefault;
         return &self;
     }
 
@@ -165,7 +215,7 @@ template <> struct NSOperationQueue::Methods<struct Operations> {
         if (!operation)
             raise("NSInvalidArgumentException",
                 "*** -[NSOperationQueue addOperation:]: the operation is nil");
-        OperationAccess::add(self, *operation);
+        OperationAccess::add(self, *operation, OperationAccess::Company::others);
     }
     static void addOperations(NSOperationQueue& self, NSArray* operations, bool wait)
     {
@@ -178,13 +228,20 @@ template <> struct NSOperationQueue::Methods<struct Operations> {
                 operation->waitUntilFinished();
         }
     }
-    static void addOperationWithBlock(NSOperationQueue& self, Closure<void()>* block)
+    static Ref<NSBlockOperation> operationWithBlock(Closure<void()>* block)
     {
         if (!block)
             fatal("a null closure was handed to a queue");
-        const auto operation
-            = NSBlockOperation::cls().blockOperationWithBlock(Block<void()>(block));
-        self.addOperation(operation.get());
+        return NSBlockOperation::cls().blockOperationWithBlock(Block<void()>(block));
+    }
+    static void addOperationWithBlock(NSOperationQueue& self, Closure<void()>* block)
+    {
+        self.addOperation(operationWithBlock(block).get());
+    }
+    static void addBarrierBlock(NSOperationQueue& self, Closure<void()>* block)
+    {
+        const Ref<NSBlockOperation> operation = operationWithBlock(block);
+        OperationAccess::add(self, *operation, OperationAccess::Company::none);
     }
 
     // ---- all of them
@@ -251,6 +308,17 @@ template <> struct NSOperationQueue::Methods<struct Operations> {
         }
         OperationAccess::proceed(self);
     }
+    static NSQualityOfService quality(NSOperationQueue& self)
+    {
+        const auto held = OperationAccess::lock();
+        return self.quality_;
+    }
+    static void setQuality(NSOperationQueue& self, NSQualityOfService quality)
+    {
+        const auto held = OperationAccess::lock();
+        if (!isMain(self))
+            self.quality_ = OperationAccess::knownQuality(quality);
+    }
     static Ref<DispatchQueue> underlyingQueue(NSOperationQueue& self) { return self.queue_; }
 
     static void table(Builder& t)
@@ -265,6 +333,7 @@ template <> struct NSOperationQueue::Methods<struct Operations> {
             { "addOperation:", imp<addOperation> },
             { "addOperations:waitUntilFinished:", imp<addOperations> },
             { "addOperationWithBlock:", imp<addOperationWithBlock> },
+            { "addBarrierBlock:", imp<addBarrierBlock> },
             { "operations", imp<operations> },
             { "operationCount", imp<operationCount> },
             { "cancelAllOperations", imp<cancelAll> },
@@ -273,6 +342,8 @@ template <> struct NSOperationQueue::Methods<struct Operations> {
             { "setMaxConcurrentOperationCount:", imp<setMost> },
             { "isSuspended", imp<isSuspended> },
             { "setSuspended:", imp<setSuspended> },
+            { "qualityOfService", imp<quality> },
+            { "setQualityOfService:", imp<setQuality> },
             { "underlyingQueue", imp<underlyingQueue> },
         });
     }

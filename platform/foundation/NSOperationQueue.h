@@ -10,6 +10,7 @@ namespace brindle {
 
 class NSArray;
 class NSOperation;
+enum NSQualityOfService : NSInteger;
 
 /// As many as the machine runs well; operations of a queue are not held back then.
 inline constexpr NSInteger NSOperationQueueDefaultMaxConcurrentOperationCount = -1;
@@ -45,6 +46,9 @@ public:
     {
         send<"addOperationWithBlock:">(block.get());
     }
+    /// Adds a closure that runs alone: when all that is in the queue has ended, and before what is added later begins.
+    /// Nothing that is in the queue may wait for something that is added later.
+    void addBarrierBlock(const Block<void()>& block) { send<"addBarrierBlock:">(block.get()); }
     /// Answers what has not ended yet, in the order in which it begins.
     Ref<NSArray> operations() const { return send<"operations", Ref<NSArray>>(); }
     NSUInteger operationCount() const { return send<"operationCount", NSUInteger>(); }
@@ -68,6 +72,14 @@ public:
     Ref<NSString> name() const { return send<"name", Ref<NSString>>(); }
     void setName(NSString* name) { send<"setName:">(name); }
 
+    /// How urgent operations are that say nothing themselves; always the highest for the main queue.
+    NSQualityOfService qualityOfService() const
+    {
+        return send<"qualityOfService", NSQualityOfService>();
+    }
+    /// Counts for operations that have not begun. Values that are none of the five count as the default.
+    void setQualityOfService(NSQualityOfService quality) { send<"setQualityOfService:">(quality); }
+
     Ref<DispatchQueue> underlyingQueue() const
     {
         return send<"underlyingQueue", Ref<DispatchQueue>>();
@@ -82,6 +94,10 @@ private:
     std::deque<Ref<NSOperation>> begun_;
     Ref<NSString> name_;
     NSInteger most_ = NSOperationQueueDefaultMaxConcurrentOperationCount;
+    // What is between two barriers, and a barrier, is an era: how many operations of each have not ended, the present one first.
+    std::deque<std::size_t> eras_ { 0 };
+    std::uint64_t present_ = 0;
+    NSQualityOfService quality_ {};
     bool suspended_ = false;
 };
 

@@ -18,12 +18,22 @@ struct OperationAccess {
     static Lock lock();
     static bool isReady(const NSOperation& operation);
 
-    /// Gives an operation to a queue, which begins it in its turn.
-    static void add(NSOperationQueue& queue, NSOperation& operation);
+    enum class Company { others, none };
+
+    /// Gives an operation to a queue, which begins it in its turn, with others beside it or alone.
+    static void add(NSOperationQueue& queue, NSOperation& operation, Company company);
+    /// Marks an operation as running; its queue no longer begins it. The lock is held.
+    static void begin(NSOperation& operation);
     /// Begins what may begin now.
     static void proceed(NSOperationQueue& queue);
-    /// Ends an operation that has run or that is not to run, and begins what waited for it.
+    /// Ends an operation that has run or that is not to run, and begins what waited for it; once.
     static void finish(NSOperation& operation);
+    /// Answers a quality that is one of the five.
+    static NSQualityOfService knownQuality(NSQualityOfService quality);
+    /// Answers where an operation of a queue runs: as urgently as it says, or as its queue does.
+    static dispatch_queue_t queueFor(const NSOperationQueue& queue, const NSOperation& operation);
+    /// Counts an operation that has ended; the next era begins with the last one. The lock is held.
+    static void leaveEra(NSOperationQueue& queue, const NSOperation& operation);
     static Ref<NSOperationQueue> queueOf(const NSOperation& operation);
 };
 

@@ -28,6 +28,39 @@ template <> struct CountingOperation::Methods<struct Work> {
 };
 BRINDLE_RECORD(CountingOperation, Work)
 
+/// Work that goes on until somebody ends it.
+class LongOperation : public NSOperation {
+    BRINDLE_OBJECT(LongOperation, NSOperation)
+
+public:
+    std::atomic<int> starts_ { 0 };
+    std::atomic<bool> finished_ { false };
+
+    void end()
+    {
+        willChangeValueForKey("isFinished"_ns);
+        finished_ = true;
+        didChangeValueForKey("isFinished"_ns);
+    }
+};
+template <> struct LongOperation::Methods<struct Work> {
+    static void start(LongOperation& self)
+    {
+        ++self.starts_;
+        if (self.isCancelled())
+            self.end();
+    }
+    static bool yes(LongOperation&) { return true; }
+    static bool isExecuting(LongOperation& self) { return self.starts_ > 0 && !self.finished_; }
+    static bool isFinished(LongOperation& self) { return self.finished_; }
+    static void table(Builder& t)
+    {
+        t.methods({ { "start", imp<start> }, { "isAsynchronous", imp<yes> },
+            { "isExecuting", imp<isExecuting> }, { "isFinished", imp<isFinished> } });
+    }
+};
+BRINDLE_RECORD(LongOperation, Work)
+
 namespace {
 
     void turn() { NSRunLoop::cls().mainRunLoop()->runUntilIdle(NSDefaultRunLoopMode); }
@@ -303,6 +336,196 @@ TEST(NSOperationQueue, RunsManyAddedFromSeveralThreads)
         thread.join();
     queue->waitUntilAllOperationsAreFinished();
     EXPECT_EQ(runs, 2000);
+}
+
+// ---- work that says itself when it has finished
+
+TEST(AsynchronousOperation, LetsOthersWaitUntilItSaysThatItHasFinished)
+{
+    const auto queue = heldQueue();
+    const Ref<LongOperation> work = make<LongOperation>();
+    const Ref<CountingOperation> next = make<CountingOperation>();
+    next->addDependency(work.get());
+    work->start();
+    EXPECT_TRUE(work->isAsynchronous());
+    EXPECT_FALSE(next->isReady());
+    work->end();
+    EXPECT_TRUE(next->isReady());
+    EXPECT_FALSE(next->isAsynchronous());
+}
+TEST(AsynchronousOperation, KeepsItsPlaceInTheQueueUntilThen)
+{
+    const Ref<NSOperationQueue> queue = make<NSOperationQueue>();
+    queue->setMaxConcurrentOperationCount(1);
+    const Ref<LongOperation> work = make<LongOperation>();
+    const Ref<CountingOperation> next = make<CountingOperation>();
+    bool completed = false;
+    work->setCompletionBlock([&] { completed = true; });
+    queue->addOperation(work.get());
+    queue->addOperation(next.get());
+    while (!work->isExecuting())
+        std::this_thread::yield();
+    EXPECT_EQ(queue->operationCount(), 2u);
+    EXPECT_FALSE(next->isFinished());
+    work->end();
+    queue->waitUntilAllOperationsAreFinished();
+    EXPECT_TRUE(completed);
+    EXPECT_EQ(next->runs_, 1);
+}
+TEST(AsynchronousOperation, EndsWhenItsStartSeesThatItWasCancelled)
+{
+    const auto queue = heldQueue();
+    const Ref<LongOperation> work = make<LongOperation>();
+    queue->addOperation(work.get());
+    work->cancel();
+    finish(queue);
+    EXPECT_EQ(work->starts_, 1);
+    EXPECT_TRUE(work->isFinished());
+}
+TEST(AsynchronousOperation, EndsOnceHoweverOftenItIsSaid)
+{
+    const Ref<LongOperation> work = make<LongOperation>();
+    int completions = 0;
+    work->setCompletionBlock([&] { ++completions; });
+    work->didChangeValueForKey("isFinished"_ns);
+    EXPECT_EQ(completions, 0);
+    work->end();
+    work->setCompletionBlock([&] { ++completions; });
+    work->end();
+    work->didChangeValueForKey(nullptr);
+    EXPECT_EQ(completions, 1);
+}
+TEST(AsynchronousOperation, EndsInItsQueueWithoutHavingBegun)
+{
+    const auto queue = heldQueue();
+    const Ref<LongOperation> work = make<LongOperation>();
+    queue->addOperation(work.get());
+    work->end();
+    EXPECT_EQ(queue->operationCount(), 0u);
+    finish(queue);
+    EXPECT_EQ(work->starts_, 0);
+}
+
+// ---- started by somebody else than their queue
+
+TEST(NSOperationQueue, LeavesOutWhatAHostHasStarted)
+{
+    const auto queue = heldQueue();
+    const Ref<CountingOperation> work = make<CountingOperation>();
+    queue->addOperation(work.get());
+    work->start();
+    EXPECT_EQ(work->runs_, 1);
+    EXPECT_EQ(queue->operationCount(), 0u);
+    finish(queue);
+    EXPECT_EQ(work->runs_, 1);
+}
+TEST(NSOperationQueue, RunsOnceWhatIsStartedWhileItBegins)
+{
+    const Ref<NSOperationQueue> queue = make<NSOperationQueue>();
+    std::atomic<int> runs { 0 };
+    for (int i = 0; i < 200; ++i) {
+        const auto work = operation([&] { ++runs; });
+        queue->addOperation(work.get());
+        work->start();
+    }
+    queue->waitUntilAllOperationsAreFinished();
+    EXPECT_EQ(runs, 200);
+}
+TEST(NSOperation, StartedAgainByItsOwnWorkRaisesWithoutAQueue)
+{
+    Ref<NSBlockOperation> work;
+    work = operation([&] { EXPECT_THROW(work->start(), Exception); });
+    work->start();
+    EXPECT_TRUE(work->isFinished());
+}
+
+// ---- barriers
+
+TEST(NSOperationQueue, ABarrierRunsAloneBetweenThoseBeforeAndThoseAfter)
+{
+    const Ref<NSOperationQueue> queue = make<NSOperationQueue>();
+    queue->setSuspended(true);
+    std::atomic<int> before { 0 };
+    std::atomic<int> after { 0 };
+    int seenBefore = -1;
+    int seenAfter = -1;
+    for (int i = 0; i < 8; ++i)
+        queue->addOperationWithBlock([&] { ++before; });
+    queue->addBarrierBlock([&] { seenBefore = before, seenAfter = after; });
+    for (int i = 0; i < 8; ++i)
+        queue->addOperationWithBlock([&] { ++after; });
+    finish(queue);
+    EXPECT_EQ(seenBefore, 8);
+    EXPECT_EQ(seenAfter, 0);
+    EXPECT_EQ(after, 8);
+}
+TEST(NSOperationQueue, ABarrierHoldsBackHigherPrioritiesThatComeLater)
+{
+    const auto queue = heldQueue();
+    std::string log;
+    queue->addOperationWithBlock([&] { log += "a"; });
+    queue->addBarrierBlock([&] { log += "|"; });
+    queue->addBarrierBlock([&] { log += "|"; });
+    const auto urgent = operation([&] { log += "b"; });
+    urgent->setQueuePriority(NSOperationQueuePriorityVeryHigh);
+    queue->addOperation(urgent.get());
+    finish(queue);
+    EXPECT_EQ(log, "a||b");
+}
+TEST(NSOperationQueue, ABarrierInAnEmptyQueueRunsAtOnce)
+{
+    const Ref<NSOperationQueue> queue = make<NSOperationQueue>();
+    std::string log;
+    queue->addBarrierBlock([&] { log += "|"; });
+    queue->waitUntilAllOperationsAreFinished();
+    queue->addBarrierBlock([&] { log += "|"; });
+    queue->waitUntilAllOperationsAreFinished();
+    EXPECT_EQ(log, "||");
+}
+TEST(NSOperationQueue, TheMainQueueTakesBarriersInTheirOrder)
+{
+    std::string log;
+    const Ref<NSOperationQueue> queue = NSOperationQueue::cls().mainQueue();
+    queue->addOperationWithBlock([&] { log += "a"; });
+    queue->addBarrierBlock([&] { log += "|"; });
+    queue->addOperationWithBlock([&] { log += "b"; });
+    turn();
+    EXPECT_EQ(log, "a|b");
+}
+
+// ---- how urgent it is
+
+TEST(NSOperation, KeepsItsQualityOfService)
+{
+    const auto work = operation([] {});
+    EXPECT_EQ(work->qualityOfService(), NSQualityOfServiceDefault);
+    work->setQualityOfService(NSQualityOfServiceUtility);
+    EXPECT_EQ(work->qualityOfService(), NSQualityOfServiceUtility);
+    work->setQualityOfService(static_cast<NSQualityOfService>(7));
+    EXPECT_EQ(work->qualityOfService(), NSQualityOfServiceDefault);
+}
+TEST(NSOperationQueue, KeepsItsQualityOfServiceAndTheMainOneIsTheHighest)
+{
+    const Ref<NSOperationQueue> queue = make<NSOperationQueue>();
+    EXPECT_EQ(queue->qualityOfService(), NSQualityOfServiceDefault);
+    queue->setQualityOfService(NSQualityOfServiceBackground);
+    EXPECT_EQ(queue->qualityOfService(), NSQualityOfServiceBackground);
+    const Ref<NSOperationQueue> main = NSOperationQueue::cls().mainQueue();
+    main->setQualityOfService(NSQualityOfServiceBackground);
+    EXPECT_EQ(main->qualityOfService(), NSQualityOfServiceUserInteractive);
+}
+TEST(NSOperationQueue, RunsOperationsOfEveryQuality)
+{
+    for (const NSQualityOfService quality :
+        { NSQualityOfServiceUserInteractive, NSQualityOfServiceUserInitiated,
+            NSQualityOfServiceDefault, NSQualityOfServiceUtility, NSQualityOfServiceBackground }) {
+        const Ref<NSOperationQueue> queue = make<NSOperationQueue>();
+        queue->setQualityOfService(quality);
+        Ref<NSOperationQueue> seen;
+        queue->addOperationWithBlock([&] { seen = NSOperationQueue::cls().currentQueue(); });
+        queue->waitUntilAllOperationsAreFinished();
+        EXPECT_EQ(seen.get(), queue.get());
+    }
 }
 
 }
