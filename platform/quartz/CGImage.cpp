@@ -153,9 +153,10 @@ struct Images {
         return image;
     }
 
-    static void describe(CGImage& image, std::size_t bytesPerRow, CGBitmapInfo info,
-        CGColorSpaceRef space, CGDataProviderRef provider)
+    static void describe(CGImage& image, std::size_t bitsPerPixel, std::size_t bytesPerRow,
+        CGBitmapInfo info, CGColorSpaceRef space, CGDataProviderRef provider)
     {
+        image.bitsPerPixel_ = bitsPerPixel;
         image.bytesPerRow_ = bytesPerRow;
         image.info_ = info;
         image.space_ = space;
@@ -165,14 +166,7 @@ struct Images {
     static std::size_t bytesPerRow(const CGImage& image) { return image.bytesPerRow_; }
     static CGBitmapInfo info(const CGImage& image) { return image.info_; }
     static CGColorSpaceRef space(const CGImage& image) { return image.space_.get(); }
-    static std::size_t bytesPerPixel(const CGImage& image)
-    {
-        if (CGColorSpaceGetModel(image.space_.get()) == kCGColorSpaceModelRGB) {
-            const bool plain = (image.info_ & kCGBitmapAlphaInfoMask) == kCGImageAlphaNone;
-            return plain && image.bytesPerRow_ < image.width_ * 4 ? 3 : 4;
-        }
-        return (image.info_ & kCGBitmapAlphaInfoMask) == kCGImageAlphaNone ? 1 : 2;
-    }
+    static std::size_t bitsPerPixel(const CGImage& image) { return image.bitsPerPixel_; }
 
     static CGDataProviderRef providerOf(CGImage& image)
     {
@@ -246,7 +240,7 @@ CGImageRef CGImageCreate(std::size_t width, std::size_t height, std::size_t bits
         { provider->bytes(), width, height, bytesPerRow, bitsPerPixel, isGray, info });
     if (!image)
         return nullptr;
-    Images::describe(*image, bytesPerRow, info, space, provider);
+    Images::describe(*image, bitsPerPixel, bytesPerRow, info, space, provider);
     return image.leak();
 }
 
@@ -288,7 +282,7 @@ std::size_t CGImageGetBitsPerComponent(CGImageRef image) { return image ? 8 : 0;
 
 std::size_t CGImageGetBitsPerPixel(CGImageRef image)
 {
-    return image ? Images::bytesPerPixel(*image) * 8 : 0;
+    return image ? Images::bitsPerPixel(*image) : 0;
 }
 
 std::size_t CGImageGetBytesPerRow(CGImageRef image)

@@ -49,6 +49,7 @@ private:
     std::size_t width_ = 0;
     std::size_t height_ = 0;
     std::size_t bytesPerRow_ = 0;
+    std::size_t bitsPerPixel_ = 32;
     CGBitmapInfo info_ = 0;
     Ref<CGColorSpace> space_;
     Ref<CGDataProvider> provider_;

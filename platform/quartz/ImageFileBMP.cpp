@@ -5,6 +5,7 @@
 #include <array>
 #include <bit>
 #include <cmath>
+#include <limits>
 
 namespace brindle::quartz {
 
@@ -134,7 +135,9 @@ std::string encodeBMP(const ImageFile& picture)
     constexpr std::uint32_t kHeader = 108;
     constexpr std::uint32_t kStart = kFileHeader + kHeader;
     const CGImage* const image = picture.image.get();
-    if (!image)
+    // The file counts its bytes with 32 bits.
+    constexpr std::size_t kMost = (std::numeric_limits<std::uint32_t>::max() - kStart) / 4;
+    if (!image || image->width() * image->height() > kMost)
         return {};
     const std::size_t count = image->width() * image->height();
     const auto size = static_cast<std::uint32_t>(count * 4);

@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <limits>
 #include <map>
 
 namespace brindle::quartz {
@@ -291,6 +292,18 @@ namespace {
         }
     }
 
+    constexpr std::size_t kMostBytes
+        = std::numeric_limits<std::uint32_t>::max(); // places have 32 bits
+
+    /// Answers how many bytes the pixels of pictures have that are not packed.
+    std::size_t plainLength(std::span<const ImageFile> pictures)
+    {
+        std::size_t length = 0;
+        for (const ImageFile& picture : pictures)
+            length += picture.image->width() * picture.image->height() * 4;
+        return length;
+    }
+
     /// Builds a little-endian file with one strip a picture.
     class TIFFWriter {
     public:
@@ -333,6 +346,7 @@ namespace {
             link_ = out_.size();
             addNumber(0, 4);
         }
+        std::size_t length() const { return out_.size(); }
         std::string take() { return std::move(out_); }
 
     private:
@@ -403,11 +417,14 @@ ImageFiles decodeTIFF(std::span<const std::byte> bytes)
 
 std::string encodeTIFF(std::span<const ImageFile> pictures, bool packs)
 {
-    if (pictures.empty())
+    if (pictures.empty() || (!packs && plainLength(pictures) > kMostBytes))
         return {};
     TIFFWriter writer;
-    for (const ImageFile& picture : pictures)
+    for (const ImageFile& picture : pictures) {
         writer.add(picture, packs);
+        if (writer.length() > kMostBytes)
+            return {};
+    }
     return writer.take();
 }
 

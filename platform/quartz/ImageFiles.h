@@ -19,9 +19,9 @@ BRINDLE_EXPORT bool isImage(std::span<const std::byte> bytes);
 /// Reads all pictures of a file: PNG, JPEG, GIF, BMP or TIFF, known by its first bytes. Broken and oversized files
 /// have none; of pictures that together are too large, the first ones are read.
 BRINDLE_EXPORT ImageFiles decodeImages(std::span<const std::byte> bytes);
-/// Answers pictures as a TIFF file; empty without any.
+/// Answers pictures as a TIFF file; empty without any, and where it would be 4 GB or more.
 BRINDLE_EXPORT std::string encodeTIFF(std::span<const ImageFile> pictures, bool packs);
-/// Answers a picture as a BMP file with alpha; empty without one.
+/// Answers a picture as a BMP file with alpha; empty without one, and where it would be 4 GB or more.
 BRINDLE_EXPORT std::string encodeBMP(const ImageFile& picture);
 
 }

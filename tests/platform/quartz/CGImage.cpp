@@ -105,6 +105,22 @@ TEST(CGImage, IsMadeFromRawBytes)
         nullptr);
 }
 
+TEST(CGImage, KeepsItsBitsOfAPixelHoweverItsRowsArePadded)
+{
+    const std::uint8_t bytes[16] {};
+    const auto space = Ref<CGColorSpace>::adopt(CGColorSpaceCreateDeviceRGB());
+    const auto provider
+        = Ref<CGDataProvider>::adopt(CGDataProviderCreateWithData(nullptr, bytes, 16, nullptr));
+    for (const std::size_t bits : { 24, 32 }) {
+        const auto image = Ref<CGImage>::adopt(CGImageCreate(2, 2, 8, bits, 8, space.get(),
+            bits == 24 ? kCGImageAlphaNone : kCGImageAlphaNoneSkipLast, provider.get(), nullptr,
+            false, kCGRenderingIntentDefault));
+        ASSERT_TRUE(image);
+        EXPECT_EQ(CGImageGetBitsPerPixel(image.get()), bits);
+    }
+    EXPECT_EQ(CGImageGetBitsPerPixel(twoRows().get()), 32u);
+}
+
 TEST(CGImage, SurvivesBeingWrittenAsPNG)
 {
     const std::uint32_t pixels[] { 0xFFFF0000, 0x80400020, 0, 0xFF0A0B0C };

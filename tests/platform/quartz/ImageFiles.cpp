@@ -114,6 +114,12 @@ TEST(ImageFiles, TIFFHoldsSeveralPictures)
 
 TEST(ImageFiles, TIFFOfNothingIsEmpty) { EXPECT_EQ(quartz::encodeTIFF({}, false), ""); }
 
+TEST(ImageFiles, TIFFThatWouldTakeMoreThanItCanCountIsNone)
+{
+    const std::vector<quartz::ImageFile> files(1100, { gradient(1000, 1000), 72, 0 });
+    EXPECT_EQ(quartz::encodeTIFF(files, false), "");
+}
+
 TEST(ImageFiles, BMPKeepsColoursAndAlpha)
 {
     const auto picture = gradient(9, 4);
