@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <cstring>
 #include <mutex>
+#include <optional>
 
 #include "CodingTable.h"
 #include "Exceptions.h"
@@ -51,20 +52,35 @@ template <> struct NSDecimalNumber::Methods<struct Decimals> {
 
     // ---- making
 
+    /// Answers a number without its sign when it is whole and 64 bits hold it.
+    static std::optional<std::uint64_t> wholeOf(const Decimal& value)
+    {
+        if (!value.isNumber || value.high != 0)
+            return {};
+        std::uint64_t whole = value.low;
+        for (int power = value.exponent; power > 0; --power) {
+            if (__builtin_mul_overflow(whole, std::uint64_t { 10 }, &whole))
+                return {};
+        }
+        for (int power = value.exponent; power < 0; ++power, whole /= 10) {
+            if (whole % 10 != 0)
+                return {};
+        }
+        return whole;
+    }
     /// Keeps a number, and beside it what the operations of all numbers read.
     static Ref<NSDecimalNumber> keep(NSDecimalNumber& self, const Decimal& value)
     {
         self.value_ = value;
         self.hasValue_ = true;
-        const bool isShort = value.isNumber && value.high == 0 && value.exponent == 0;
-        if (isShort && !value.isNegative)
+        const std::optional<std::uint64_t> whole = wholeOf(value);
+        if (whole && !value.isNegative)
             return cast<NSDecimalNumber>(
-                super<NSDecimalNumber, "initWithUnsignedLongLong:", Ref<NSNumber>>(
-                    self, value.low));
+                super<NSDecimalNumber, "initWithUnsignedLongLong:", Ref<NSNumber>>(self, *whole));
         constexpr std::uint64_t kMost = 1ull << 63;
-        if (isShort && value.low <= kMost)
+        if (whole && *whole <= kMost)
             return cast<NSDecimalNumber>(super<NSDecimalNumber, "initWithLongLong:", Ref<NSNumber>>(
-                self, static_cast<long long>(0 - value.low)));
+                self, static_cast<long long>(0 - *whole)));
         return cast<NSDecimalNumber>(
             super<NSDecimalNumber, "initWithDouble:", Ref<NSNumber>>(self, value.toDouble()));
     }
@@ -224,6 +240,9 @@ template <> struct NSDecimalNumber::Methods<struct Decimals> {
     static NSComparisonResult compare(NSDecimalNumber& self, NSNumber* other)
     {
         strings::checkArgument(self, "compare:", other);
+        // Other numbers see the value that they can hold, and so do we: both ways must answer the same.
+        if (!other->isKindOfClass(classOf<NSDecimalNumber>()))
+            return super<NSDecimalNumber, "compare:", NSComparisonResult>(self, other);
         const int order = decimals::compare(valueOf(self), valueOf(*other));
         return order < 0 ? NSOrderedAscending : order > 0 ? NSOrderedDescending : NSOrderedSame;
     }

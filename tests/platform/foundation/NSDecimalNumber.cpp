@@ -2,6 +2,7 @@
 #include "foundation/NSDecimalNumber.h"
 
 #include <cmath>
+#include <limits>
 
 #include "foundation/Exceptions.h"
 #include "foundation/NSKeyedArchiver.h"
@@ -306,6 +307,62 @@ TEST(NSDecimalNumber, TheDefaultBehaviorCanBeChanged)
     NSDecimalNumber::cls().setDefaultBehavior(nullptr);
     EXPECT_EQ(NSDecimalNumber::cls().defaultBehavior(),
         NSDecimalNumberHandler::cls().defaultDecimalNumberHandler());
+}
+
+// ---- beside other numbers
+
+namespace {
+
+/// Answers whether two numbers are equal; it must not matter which is asked, and equal ones have one hash.
+bool areEqual(const Ref<NSNumber>& a, const Ref<NSNumber>& b)
+{
+    const bool equal = a->isEqual(b.get());
+    EXPECT_EQ(b->isEqual(a.get()), equal);
+    EXPECT_EQ(a->isEqualToNumber(b.get()), equal);
+    EXPECT_EQ(b->isEqualToNumber(a.get()), equal);
+    EXPECT_EQ(a->compare(b.get()) == NSOrderedSame, equal);
+    EXPECT_EQ(a->compare(b.get()), -b->compare(a.get()));
+    if (equal) {
+        EXPECT_EQ(a->hash(), b->hash());
+    }
+    return equal;
+}
+Ref<NSNumber> real(double value) { return NSNumber::cls().numberWithDouble(value); }
+Ref<NSNumber> whole(std::uint64_t value)
+{
+    return NSNumber::cls().numberWithUnsignedLongLong(value);
+}
+
+}
+
+TEST(NSDecimalNumber, EqualsAnotherNumberAsThatEqualsIt)
+{
+    EXPECT_TRUE(areEqual(decimal("0.1"), real(0.1)));
+    EXPECT_TRUE(areEqual(decimal("0.10000000000000000000001"), real(0.1)));
+    EXPECT_TRUE(areEqual(decimal("100"), whole(100)));
+    EXPECT_TRUE(areEqual(decimal("1e2"), real(100)));
+    EXPECT_TRUE(areEqual(decimal("-5.000000000000000000000000"), real(-5)));
+    EXPECT_TRUE(areEqual(decimal("x"), real(NAN)));
+    EXPECT_FALSE(areEqual(decimal("0.5"), whole(0)));
+    EXPECT_FALSE(areEqual(decimal("0"), real(-0.25)));
+}
+
+TEST(NSDecimalNumber, EqualsWholeNumbersToTheLastDigit)
+{
+    EXPECT_TRUE(areEqual(decimal("9007199254740993"), whole(9007199254740993)));
+    EXPECT_FALSE(areEqual(decimal("9007199254740993"), real(9007199254740992)));
+    EXPECT_TRUE(areEqual(decimal("1152921504606847000"), whole(1152921504606847000)));
+    EXPECT_FALSE(areEqual(decimal("1152921504606847000"), real(1152921504606846976)));
+    EXPECT_TRUE(areEqual(decimal("18446744073709551615"), whole(18446744073709551615u)));
+    EXPECT_FALSE(areEqual(decimal("18446744073709551616"), whole(18446744073709551615u)));
+    EXPECT_TRUE(areEqual(decimal("-9223372036854775808"),
+        NSNumber::cls().numberWithLongLong(std::numeric_limits<long long>::min())));
+}
+
+TEST(NSDecimalNumber, EqualsAnotherDecimalByAllItsDigits)
+{
+    EXPECT_FALSE(areEqual(decimal("0.1"), decimal("0.10000000000000000000001")));
+    EXPECT_TRUE(areEqual(decimal("1e3"), decimal("1000.00")));
 }
 
 // ---- elsewhere
