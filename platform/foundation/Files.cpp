@@ -130,8 +130,10 @@ std::optional<ByteBuffer> map(const char* path)
 
 bool write(const char* path, std::span<const unsigned char> bytes)
 {
-    Descriptor file(::open(path, O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0666));
-    return file && writeAll(file.number(), bytes) && file.close();
+    // Not to wait for ever on a pipe that nobody reads; where somebody does, and is slow, he is waited for.
+    Descriptor file(::open(path, O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC | O_NONBLOCK, 0666));
+    return file && ::fcntl(file.number(), F_SETFL, 0) == 0 && writeAll(file.number(), bytes)
+        && file.close();
 }
 
 bool writeAtomically(const char* path, std::span<const unsigned char> bytes)

@@ -1,11 +1,14 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "foundation/NSData.h"
 
+#include <atomic>
 #include <cstdlib>
 #include <cstring>
 #include <filesystem>
 #include <fstream>
+#include <thread>
 
+#include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -287,6 +290,38 @@ TEST_F(NSDataFiles, APipeWithoutAWriterDoesNotBlock)
 {
     ASSERT_EQ(::mkfifo(path("pipe").c_str(), 0600), 0);
     EXPECT_EQ(textOfData(NSData::cls().dataWithContentsOfFile(pathString("pipe").get())), "");
+}
+
+TEST_F(NSDataFiles, APipeWithoutAReaderIsNotWrittenInto)
+{
+    ASSERT_EQ(::mkfifo(path("pipe").c_str(), 0600), 0);
+    EXPECT_FALSE(dataOf("x")->writeToFile_atomically(pathString("pipe").get(), false));
+}
+
+TEST_F(NSDataFiles, APipeWithAReaderIsWrittenIntoAsFarAsItTakes)
+{
+    constexpr std::size_t kMoreThanAPipeHolds = 1 << 20;
+    ASSERT_EQ(::mkfifo(path("pipe").c_str(), 0600), 0);
+    std::size_t taken = 0;
+    std::atomic<bool> failed { false };
+    const int end = ::open(path("pipe").c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC);
+    ASSERT_EQ(::fcntl(end, F_SETFL, 0), 0);
+    std::thread reader([&] {
+        char piece[4096];
+        while (taken < kMoreThanAPipeHolds && !failed) {
+            const ssize_t count = ::read(end, piece, sizeof piece);
+            if (count > 0)
+                taken += static_cast<std::size_t>(count);
+            else
+                std::this_thread::yield(); // nobody writes yet
+        }
+    });
+    const std::string text(kMoreThanAPipeHolds, 'x');
+    failed = !dataOf(text)->writeToFile_atomically(pathString("pipe").get(), false);
+    reader.join();
+    ::close(end);
+    EXPECT_FALSE(failed);
+    EXPECT_EQ(taken, kMoreThanAPipeHolds);
 }
 
 TEST_F(NSDataFiles, WritingDirectlyReplacesTheContent)
