@@ -14,10 +14,10 @@ namespace {
 
     constexpr int kDefaultPriority = 1;
 
-    void requireClosure(const void* closure)
+    void require(const DispatchQueue* queue, const Block<void()>& block)
     {
-        if (!closure) [[unlikely]]
-            fatal("a null closure was handed to a queue");
+        queues::requireClosure(block.get());
+        queues::requireQueue(queue);
     }
 
     /// A closure that waits in the main loop for its moment.
@@ -271,7 +271,7 @@ const char* dispatch_queue_get_label(dispatch_queue_t queue)
 
 void dispatch_async(dispatch_queue_t queue, Block<void()>&& block)
 {
-    requireClosure(block.get());
+    require(queue, block);
     if (isMainQueue(queue))
         postToMain(block.leak());
     else
@@ -285,7 +285,7 @@ void dispatch_async(dispatch_queue_t queue, const Block<void()>& block)
 
 void dispatch_sync(dispatch_queue_t queue, const Block<void()>& block)
 {
-    requireClosure(block.get());
+    require(queue, block);
     if (!isMainQueue(queue)) {
         queue->runHere(block, false);
         return;
@@ -298,7 +298,7 @@ void dispatch_sync(dispatch_queue_t queue, const Block<void()>& block)
 
 void dispatch_barrier_async(dispatch_queue_t queue, const Block<void()>& block)
 {
-    requireClosure(block.get());
+    require(queue, block);
     if (isMainQueue(queue))
         dispatch_async(queue, block);
     else
@@ -307,7 +307,7 @@ void dispatch_barrier_async(dispatch_queue_t queue, const Block<void()>& block)
 
 void dispatch_barrier_sync(dispatch_queue_t queue, const Block<void()>& block)
 {
-    requireClosure(block.get());
+    require(queue, block);
     if (isMainQueue(queue))
         dispatch_sync(queue, block);
     else
@@ -316,7 +316,7 @@ void dispatch_barrier_sync(dispatch_queue_t queue, const Block<void()>& block)
 
 void dispatch_after(dispatch_time_t when, dispatch_queue_t queue, const Block<void()>& block)
 {
-    requireClosure(block.get());
+    require(queue, block);
     if (when == DISPATCH_TIME_FOREVER)
         return;
     // A moment that has passed counts as now, so that such closures keep the order of the calls.
@@ -338,6 +338,7 @@ void dispatch_once(dispatch_once_t* predicate, const Block<void()>& block)
     constexpr dispatch_once_t kFresh = 0;
     constexpr dispatch_once_t kRunning = 1;
     constexpr dispatch_once_t kDone = -1;
+    queues::requireClosure(block.get());
     std::atomic_ref<dispatch_once_t> state(*predicate);
     for (;;) {
         dispatch_once_t seen = kFresh;

@@ -16,6 +16,7 @@
 ///   are blocked, more are started.
 /// - An exception that leaves a closure goes on out of the run-loop call on the main queue; on any other queue nobody
 ///   can catch it and it ends the process as an uncaught one.
+/// - A null closure, queue, group or semaphore ends the process with a line that says which.
 
 namespace brindle {
 

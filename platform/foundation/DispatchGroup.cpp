@@ -62,8 +62,16 @@ bool DispatchGroup::wait(dispatch_time_t limit)
 
 Ref<DispatchGroup> dispatch_group_create() { return make<DispatchGroup>(); }
 
-void dispatch_group_enter(dispatch_group_t group) { group->enter(); }
-void dispatch_group_leave(dispatch_group_t group) { group->leave(); }
+void dispatch_group_enter(dispatch_group_t group)
+{
+    queues::requireGroup(group);
+    group->enter();
+}
+void dispatch_group_leave(dispatch_group_t group)
+{
+    queues::requireGroup(group);
+    group->leave();
+}
 
 void dispatch_group_async(
     dispatch_group_t group, dispatch_queue_t queue, const Block<void()>& block)
@@ -73,7 +81,9 @@ void dispatch_group_async(
         Ref<DispatchGroup> group;
         ~Member() { group->leave(); }
     };
-    group->enter();
+    queues::requireClosure(block.get());
+    queues::requireQueue(queue);
+    dispatch_group_enter(group);
     auto member = std::shared_ptr<Member>(new Member { Ref<DispatchGroup>(group) });
     dispatch_async(queue, [member = std::move(member), block] { block(); });
 }
@@ -81,11 +91,15 @@ void dispatch_group_async(
 void dispatch_group_notify(
     dispatch_group_t group, dispatch_queue_t queue, const Block<void()>& block)
 {
+    queues::requireClosure(block.get());
+    queues::requireQueue(queue);
+    queues::requireGroup(group);
     group->notify(queue, block);
 }
 
 std::intptr_t dispatch_group_wait(dispatch_group_t group, dispatch_time_t limit)
 {
+    queues::requireGroup(group);
     return group->wait(limit) ? 0 : 1;
 }
 
@@ -124,11 +138,13 @@ Ref<DispatchSemaphore> dispatch_semaphore_create(std::intptr_t value)
 
 std::intptr_t dispatch_semaphore_wait(dispatch_semaphore_t semaphore, dispatch_time_t limit)
 {
+    queues::requireSemaphore(semaphore);
     return semaphore->wait(limit) ? 0 : 1;
 }
 
 std::intptr_t dispatch_semaphore_signal(dispatch_semaphore_t semaphore)
 {
+    queues::requireSemaphore(semaphore);
     return semaphore->signal() ? 1 : 0;
 }
 
@@ -179,6 +195,8 @@ void dispatch_apply(
     std::size_t count, dispatch_queue_t queue, const Block<void(std::size_t)>& block)
 {
     using Kind = DispatchQueue::Kind;
+    queues::requireClosure(block.get());
+    queues::requireQueue(queue);
     if (queue->kind() != Kind::global && queue->kind() != Kind::concurrent) {
         for (std::size_t i = 0; i < count; ++i)
             dispatch_sync(queue, [&block, i] { block(i); });

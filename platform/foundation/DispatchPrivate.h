@@ -16,6 +16,28 @@ namespace brindle {
 
 namespace queues {
 
+    // Nobody could say later who handed these over: the line comes at once.
+    inline void requireClosure(const void* closure)
+    {
+        if (!closure) [[unlikely]]
+            fatal("a null closure was handed to a queue");
+    }
+    inline void requireQueue(const void* queue)
+    {
+        if (!queue) [[unlikely]]
+            fatal("a closure was handed to a null queue");
+    }
+    inline void requireGroup(const void* group)
+    {
+        if (!group) [[unlikely]]
+            fatal("a null group was used");
+    }
+    inline void requireSemaphore(const void* semaphore)
+    {
+        if (!semaphore) [[unlikely]]
+            fatal("a null semaphore was used");
+    }
+
     inline constexpr int kPriorities = 4; // high, default, low, background
 
     /// Gives a closure to the pool's threads.

@@ -137,6 +137,48 @@ TEST(DispatchMainQueue, TakesAClosureFromAThreadThatEnds)
     EXPECT_TRUE(ran);
 }
 
+TEST(DispatchDeathTest, EndsTheProcessForANullClosure)
+{
+    constexpr const char* kLine = "brindle: a null closure was handed to a queue";
+    const dispatch_queue_t queue = dispatch_get_global_queue(0, 0);
+    const Block<void()> none;
+    const Ref<DispatchGroup> group = dispatch_group_create();
+    dispatch_once_t once = 0;
+    EXPECT_DEATH(dispatch_async(queue, none), kLine);
+    EXPECT_DEATH(dispatch_sync(queue, none), kLine);
+    EXPECT_DEATH(dispatch_after(DISPATCH_TIME_NOW, queue, none), kLine);
+    EXPECT_DEATH(dispatch_group_async(group.get(), queue, none), kLine);
+    EXPECT_DEATH(dispatch_group_notify(group.get(), queue, none), kLine);
+    EXPECT_DEATH(dispatch_apply(0, queue, Block<void(std::size_t)>()), kLine);
+    EXPECT_DEATH(dispatch_once(&once, none), kLine);
+}
+TEST(DispatchDeathTest, EndsTheProcessForANullQueue)
+{
+    constexpr const char* kLine = "brindle: a closure was handed to a null queue";
+    const Block<void()> work = [] {};
+    const Ref<DispatchGroup> group = dispatch_group_create();
+    EXPECT_DEATH(dispatch_async(nullptr, work), kLine);
+    EXPECT_DEATH(dispatch_sync(dispatch_get_global_queue(77, 0), work), kLine);
+    EXPECT_DEATH(dispatch_barrier_async(nullptr, work), kLine);
+    EXPECT_DEATH(dispatch_barrier_sync(nullptr, work), kLine);
+    EXPECT_DEATH(dispatch_after(DISPATCH_TIME_NOW, nullptr, work), kLine);
+    EXPECT_DEATH(dispatch_group_async(group.get(), nullptr, work), kLine);
+    EXPECT_DEATH(dispatch_group_notify(group.get(), nullptr, work), kLine);
+    EXPECT_DEATH(dispatch_apply(1, nullptr, [](std::size_t) {}), kLine);
+}
+TEST(DispatchDeathTest, EndsTheProcessForANullGroupOrSemaphore)
+{
+    const dispatch_queue_t queue = dispatch_get_global_queue(0, 0);
+    const Block<void()> work = [] {};
+    EXPECT_DEATH(dispatch_group_enter(nullptr), "brindle: a null group was used");
+    EXPECT_DEATH(dispatch_group_leave(nullptr), "brindle: a null group was used");
+    EXPECT_DEATH(dispatch_group_async(nullptr, queue, work), "brindle: a null group was used");
+    EXPECT_DEATH(dispatch_group_notify(nullptr, queue, work), "brindle: a null group was used");
+    EXPECT_DEATH(dispatch_group_wait(nullptr, 0), "brindle: a null group was used");
+    EXPECT_DEATH(dispatch_semaphore_wait(nullptr, 0), "brindle: a null semaphore was used");
+    EXPECT_DEATH(dispatch_semaphore_signal(nullptr), "brindle: a null semaphore was used");
+}
+
 TEST(DispatchMainQueueDeathTest, EndsTheProcessForASyncFromItself)
 {
     EXPECT_DEATH(dispatch_sync(dispatch_get_main_queue(), [] {}),
