@@ -17,11 +17,15 @@ namespace {
     class OtherProgram {
     public:
         OtherProgram(Selection selection, std::string type, std::string data)
+            : OtherProgram(selection, std::vector { std::move(type) }, std::move(data))
         {
-            thread_ = std::thread([this, selection, type, data] {
+        }
+        OtherProgram(Selection selection, std::vector<std::string> types, std::string data)
+        {
+            thread_ = std::thread([this, selection, types, data] {
                 const auto display = openX11();
                 display->clipboard()->offer(selection,
-                    { .types = [type] { return std::vector { type }; },
+                    { .types = [types] { return types; },
                         .provide = [data](std::string_view) { return data; },
                         .lost = [this] { lost_ = true; } });
                 display->pointerLocation(); // an answer: the server knows whom to ask
@@ -86,6 +90,18 @@ namespace {
         EXPECT_NE(std::find(types.begin(), types.end(), "UTF8_STRING"), types.end());
         EXPECT_EQ(ours.read(Selection::clipboard, "UTF8_STRING"), "Grüße");
         EXPECT_EQ(ours.read(Selection::clipboard, "image/png"), std::nullopt);
+    }
+
+    TEST_F(ClipboardTest, ReadsNoMoreTypesThanAProgramNeeds)
+    {
+        std::vector<std::string> many;
+        for (int i = 0; i < 3000; ++i)
+            many.push_back("type " + std::to_string(i));
+        const OtherProgram other(Selection::clipboard, many, "data");
+        const auto types = display->clipboard()->types(Selection::clipboard);
+        EXPECT_EQ(types.size(), 1024u);
+        EXPECT_NE(std::find(types.begin(), types.end(), "type 1000"), types.end());
+        EXPECT_EQ(display->clipboard()->types(Selection::clipboard), types);
     }
 
     TEST_F(ClipboardTest, ReadsLargeDataInPieces)

@@ -14,6 +14,8 @@ namespace {
     constexpr double kPatienceSeconds = 1; // for each step of another program
     constexpr std::size_t kPiece = 64 * 1024;
     constexpr std::size_t kMostBytes = std::size_t { 256 } << 20;
+    constexpr std::size_t kMostTypes = 1024; // that another program may name
+    constexpr std::size_t kMostNames = 4 * kMostTypes; // that are remembered
     constexpr std::size_t kMostTransfers = 64; // of programs that have not fetched everything
 
     std::vector<xcb_atom_t> atomsIn(const std::string& bytes)
@@ -68,17 +70,32 @@ xcb_atom_t X11Clipboard::atom(const std::string& name)
     return known;
 }
 
+/// Asks for all names that are not known yet, and waits once.
+void X11Clipboard::learnNames(std::span<const xcb_atom_t> atoms)
+{
+    xcb_connection_t* const raw = connection_.raw();
+    if (names_.size() > kMostNames)
+        names_.clear();
+    std::vector<std::pair<xcb_atom_t, xcb_get_atom_name_cookie_t>> asked;
+    for (const xcb_atom_t atom : atoms) {
+        if (names_.try_emplace(atom).second)
+            asked.emplace_back(atom, xcb_get_atom_name(raw, atom));
+    }
+    for (const auto& [atom, cookie] : asked) {
+        if (const auto reply = owned(xcb_get_atom_name_reply(raw, cookie, nullptr)))
+            names_[atom].assign(xcb_get_atom_name_name(reply.get()),
+                static_cast<std::size_t>(xcb_get_atom_name_name_length(reply.get())));
+        else
+            names_.erase(atom); // it may be given a name later
+    }
+}
+
+/// Answers the name of an atom; empty for one without.
 std::string X11Clipboard::nameOf(xcb_atom_t atom)
 {
-    std::string& known = names_[atom];
-    if (known.empty()) {
-        const auto reply = owned(xcb_get_atom_name_reply(
-            connection_.raw(), xcb_get_atom_name(connection_.raw(), atom), nullptr));
-        if (reply)
-            known.assign(xcb_get_atom_name_name(reply.get()),
-                static_cast<std::size_t>(xcb_get_atom_name_name_length(reply.get())));
-    }
-    return known;
+    learnNames(std::span(&atom, 1));
+    const auto known = names_.find(atom);
+    return known == names_.end() ? std::string() : known->second;
 }
 
 X11Clipboard::Held* X11Clipboard::heldBy(xcb_atom_t atom)
@@ -271,11 +288,11 @@ bool X11Clipboard::request(xcb_atom_t selection, xcb_atom_t target)
     return answered && given;
 }
 
-std::optional<std::string> X11Clipboard::received(xcb_atom_t* type)
+std::optional<std::string> X11Clipboard::received(xcb_atom_t* type, std::size_t most)
 {
     const auto reply = owned(xcb_get_property_reply(connection_.raw(),
         xcb_get_property(connection_.raw(), 1, window_, atom("_BRINDLE_CLIPBOARD"),
-            XCB_GET_PROPERTY_TYPE_ANY, 0, kMostBytes / 4),
+            XCB_GET_PROPERTY_TYPE_ANY, 0, static_cast<std::uint32_t>(most / 4)),
         nullptr));
     if (!reply || !reply->type)
         return {};
@@ -297,7 +314,8 @@ std::optional<std::string> X11Clipboard::receivedInPieces()
             return changed.window == window_ && changed.atom == property
                 && changed.state == XCB_PROPERTY_NEW_VALUE;
         });
-        const std::optional<std::string> piece = came ? received(nullptr) : std::nullopt;
+        const std::optional<std::string> piece
+            = came ? received(nullptr, kMostBytes) : std::nullopt;
         if (!piece)
             return {};
         if (piece->empty())
@@ -312,7 +330,7 @@ std::optional<std::string> X11Clipboard::read(Selection selection, const std::st
     if (!request(held(selection).atom, atom(type)))
         return {};
     xcb_atom_t kind = 0;
-    std::optional<std::string> data = received(&kind);
+    std::optional<std::string> data = received(&kind, kMostBytes);
     if (data && kind == atom("INCR"))
         return receivedInPieces();
     return data;
@@ -323,9 +341,13 @@ std::vector<std::string> X11Clipboard::types(Selection selection)
     std::vector<std::string> names;
     if (!request(held(selection).atom, atom("TARGETS")))
         return names;
-    const std::optional<std::string> list = received(nullptr);
-    for (const xcb_atom_t target : atomsIn(list.value_or(std::string())))
-        names.push_back(nameOf(target));
+    const std::optional<std::string> list = received(nullptr, kMostTypes * sizeof(xcb_atom_t));
+    const std::vector<xcb_atom_t> targets = atomsIn(list.value_or(std::string()));
+    learnNames(targets);
+    for (const xcb_atom_t target : targets) {
+        if (const std::string name = nameOf(target); !name.empty())
+            names.push_back(name);
+    }
     return names;
 }
 

@@ -4,6 +4,7 @@
 #include <array>
 #include <functional>
 #include <map>
+#include <span>
 #include <vector>
 
 #include "ConnectionPrivate.h"
@@ -53,6 +54,7 @@ private:
     }
     Held* heldBy(xcb_atom_t atom);
     xcb_atom_t atom(const std::string& name);
+    void learnNames(std::span<const xcb_atom_t> atoms);
     std::string nameOf(xcb_atom_t atom);
 
     void answer(const xcb_selection_request_event_t& request);
@@ -64,7 +66,7 @@ private:
 
     bool wait(const std::function<bool(const xcb_generic_event_t&)>& isAwaited);
     bool request(xcb_atom_t selection, xcb_atom_t target);
-    std::optional<std::string> received(xcb_atom_t* type);
+    std::optional<std::string> received(xcb_atom_t* type, std::size_t most);
     std::optional<std::string> receivedInPieces();
 
     Connection& connection_;
