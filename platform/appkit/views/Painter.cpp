@@ -192,7 +192,7 @@ void Painter::forTouched(NSView& view, const AxisTransform& toWindow, Step&& ste
 }
 
 // The last opaque view, in the order of drawing, that covers all that is to be drawn: nothing before it shows.
-NSView* Painter::coveringView(NSView& view, const AxisTransform& outer, NSRect clip) const
+Ref<NSView> Painter::coveringView(NSView& view, const AxisTransform& outer, NSRect clip) const
 {
     if (ViewAccess::isHidden(view) || ViewAccess::alpha(view) < 1 || ViewAccess::layer(view))
         return nullptr;
@@ -203,12 +203,24 @@ NSView* Painter::coveringView(NSView& view, const AxisTransform& outer, NSRect c
     const NSRect reach = reachIn(toWindow, box_);
     const std::vector<Ref<NSView>>& inside = ViewAccess::subviews(view);
     for (std::size_t i = inside.size(); i-- > 0;) {
-        if (!ViewAccess::mayReach(*inside[i], reach))
+        // A view that is asked may take others away.
+        if (i >= inside.size() || !ViewAccess::mayReach(*inside[i], reach))
             continue;
-        if (NSView* found = coveringView(*inside[i], toWindow, visible))
+        const Ref<NSView> subview = inside[i];
+        if (Ref<NSView> found = coveringView(*subview, toWindow, visible))
             return found;
     }
-    return view.isOpaque() ? &view : nullptr;
+    return view.isOpaque() ? Ref<NSView>(&view) : nullptr;
+}
+
+void Painter::plan(NSView& root)
+{
+    first_ = coveringView(root, {}, ViewAccess::frame(root));
+    const NSView* above = first_.get();
+    while (above && above != &root)
+        above = ViewAccess::superview(*above);
+    if (!above)
+        first_ = nullptr; // it has left the window when it was asked, and would never be reached
 }
 
 template <class Step> void Painter::attempt(Step&& step)

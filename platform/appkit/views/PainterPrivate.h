@@ -60,7 +60,7 @@ public:
     /// - look: which values layers are drawn with.
     Painter(CGContext* context, NSRect part, quartz::LayerLook look);
     /// Finds the view that hides all before it. Sends `isOpaque`.
-    void plan(NSView& root) { first_ = coveringView(root, {}, ViewAccess::frame(root)); }
+    void plan(NSView& root);
     /// Draws what `plan` has left, also while some view is locked.
     void paint(NSView& root);
     /// Draws a view and what is in it by its own coordinates, wherever it is. Its marks stay.
@@ -72,7 +72,7 @@ public:
 
 private:
     template <class Step> void attempt(Step&& step);
-    NSView* coveringView(NSView& view, const AxisTransform& outer, NSRect clip) const;
+    Ref<NSView> coveringView(NSView& view, const AxisTransform& outer, NSRect clip) const;
     void paint(NSView& view, const AxisTransform& outer, NSRect clip);
     void announce(NSView& view, const AxisTransform& outer, NSRect clip);
     void paintAt(NSView& view, const AxisTransform& toWindow, NSRect clip);
@@ -90,7 +90,7 @@ private:
     NSRect box_;
     quartz::LayerLook look_ = quartz::LayerLook::shown;
     bool clearsMarks_ = true;
-    const NSView* first_ = nullptr; // nothing before this view shows; null once it has been reached
+    Ref<NSView> first_; // nothing before this view shows; null once it has been reached
     std::exception_ptr raised_;
 };
 

@@ -72,14 +72,13 @@ namespace {
             if (holds_ == 0)
                 start();
         }
-        /// Takes a movement away; the property stays where it is.
+        /// Takes a movement away, of which each property has one at most; the property stays where it is.
         void cancel(const NSObject& object, std::string_view name)
         {
-            const Present present(movements_.begin(), movements_.end());
-            for (const std::shared_ptr<Movement>& movement : present) {
-                if (movement->isOf(object, name))
-                    end(movement);
-            }
+            const auto found = std::ranges::find_if(
+                movements_, [&](const auto& movement) { return movement->isOf(object, name); });
+            if (found != movements_.end())
+                end(std::shared_ptr<Movement>(*found));
         }
         void hold() { ++holds_; }
         bool letGo()

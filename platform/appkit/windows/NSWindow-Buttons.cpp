@@ -4,6 +4,7 @@
 #include "appkit/NSGraphicsContext.h"
 #include "appkit/controls/NSButtonPrivate.h"
 #include "appkit/views/NSViewPrivate.h"
+#include "appkit/views/SubviewsPrivate.h"
 #include "foundation/Exceptions.h"
 #include "runtime/Table.h"
 
@@ -117,8 +118,7 @@ void WindowAccess::keyLookChanged(NSWindow& window)
         {
             if (view.isKindOfClass(NSControl::cls()))
                 view.setNeedsDisplay(true);
-            for (const Ref<NSView>& subview : ViewAccess::subviews(view))
-                mark(*subview);
+            forSubviews(view, [](NSView& subview) { mark(subview); });
         }
     };
     Marking::mark(*state(window).frameView);

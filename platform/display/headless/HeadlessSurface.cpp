@@ -205,6 +205,8 @@ void HeadlessSurface::takeFrame(CGRect frame)
         return;
     const PixelSize before = pixelSize();
     frame_ = frame;
+    if (strut_)
+        display_.updateStruts();
     display_.post(Event::Kind::frameChanged, this).frame = frame;
     if (isVisible() && pixelSize() != before)
         display_.post(Event::Kind::exposed, this);
