@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "CAAnimation.h"
 
+#include <set>
+
 #include "AnimationPrivate.h"
 #include "foundation/NSObject+KeyValueCoding.h"
 #include "runtime/Table.h"
@@ -130,6 +132,36 @@ template <> struct CAAnimationGroup::Methods<struct Basics> {
             timing.duration = own;
         }
     }
+    /// Answers whether a group is among what an object holds, however deep, or is it itself.
+    static bool holds(NSObject* object, const CAAnimationGroup& group)
+    {
+        std::vector<NSObject*> next { object };
+        std::set<NSObject*> seen; // groups may be shared
+        while (!next.empty()) {
+            NSObject* const one = next.back();
+            next.pop_back();
+            if (one == &group)
+                return true;
+            if (!one->isKindOfClass(CAAnimationGroup::cls()) || !seen.insert(one).second)
+                continue;
+            for (NSObject* inner : each<NSObject>(static_cast<CAAnimationGroup*>(one)->animations_))
+                next.push_back(inner);
+        }
+        return false;
+    }
+    static void setAnimations(CAAnimationGroup& self, NSArray* animations)
+    {
+        if (!animations) {
+            self.animations_ = nullptr;
+            return;
+        }
+        std::vector<Ref<NSObject>> kept;
+        for (NSObject* one : each<NSObject>(Ref<NSArray>(animations))) {
+            if (!holds(one, self))
+                kept.emplace_back(one);
+        }
+        self.animations_ = makeArray(std::move(kept));
+    }
     static Ref<NSObject> copyWithZone(CAAnimationGroup& self, void* zone)
     {
         const Ref<NSObject> copy
@@ -146,6 +178,7 @@ template <> struct CAAnimationGroup::Methods<struct Basics> {
     {
         t.methods({
             { "showOnLayer:progress:time:repeats:", imp<show> },
+            { "setAnimations:", imp<setAnimations> },
             { "copyWithZone:", imp<copyWithZone> },
         });
         t.properties({ property<&CAAnimationGroup::animations_>("animations", copied, nonatomic) });

@@ -120,6 +120,7 @@ class CAAnimationGroup : public CAAnimation {
 public:
     /// - Shape: `CAAnimation`; a duration of 0 is the group's. Their delegates and removal are not looked at.
     Ref<NSArray> animations() const { return send<"animations", Ref<NSArray>>(); }
+    /// Groups that hold this one, and this one itself, are left out.
     void setAnimations(NSArray* animations) { send<"setAnimations:">(animations); }
 
 private:

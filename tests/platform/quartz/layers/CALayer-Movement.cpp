@@ -464,6 +464,20 @@ namespace {
         EXPECT_EQ(layer->animationKeys(), nullptr);
     }
 
+    TEST(AnimationGroups, TakeNothingInThatHoldsThem)
+    {
+        const auto outer = make<CAAnimationGroup>();
+        const auto inner = make<CAAnimationGroup>();
+        inner->setAnimations(makeArray({ outer, fade(0, 1, 4) }).get());
+        outer->setAnimations(makeArray({ fade(0, 1, 4), inner, outer }).get());
+        EXPECT_EQ(inner->animations()->count(), 2u);
+        EXPECT_EQ(outer->animations()->count(), 1u);
+        const auto copy = cast<CAAnimationGroup>(inner->copy());
+        EXPECT_EQ(copy->animations()->count(), 2u);
+        outer->setAnimations(nullptr);
+        EXPECT_EQ(outer->animations(), nullptr);
+    }
+
     // ---- keys
 
     TEST(LayerKeys, ReadAndWritePartsOfValues)
