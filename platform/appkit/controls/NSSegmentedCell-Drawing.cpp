@@ -1,5 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <cmath>
+#include <utility>
+#include <vector>
 
 #include "ControlDrawingPrivate.h"
 #include "NSCellPrivate.h"
@@ -41,16 +43,33 @@ template <> struct NSSegmentedCell::Methods<struct Drawing> {
         const CGFloat image = segment.image ? segment.image->size().width : 0;
         return std::ceil(label + image + (label > 0 && image > 0 ? m.gap : 0) + 2 * m.padding);
     }
-    static CGFloat widthOfAll(NSSegmentedCell& self)
+    /// Answers where segments end side by side, the first one beginning at 0.
+    static std::vector<CGFloat> endsOf(NSSegmentedCell& self)
     {
-        CGFloat width = 0;
+        std::vector<CGFloat> ends { 0 };
         for (const Segment& segment : self.segments_)
-            width += widthOf(self, segment);
-        return width;
+            ends.push_back(ends.back() + widthOf(self, segment));
+        return ends;
     }
+    /// Measures the segments once for all whose places are asked for in its scope.
+    class Measured {
+    public:
+        explicit Measured(NSSegmentedCell& self)
+            : self_(&self)
+            , former_(std::exchange(self.ends_, endsOf(self)))
+        {
+        }
+        ~Measured() { self_->ends_ = std::move(former_); }
+        Measured(const Measured&) = delete;
+        Measured& operator=(const Measured&) = delete;
+
+    private:
+        Ref<NSSegmentedCell> self_;
+        std::vector<CGFloat> former_;
+    };
     static NSSize cellSize(NSSegmentedCell& self)
     {
-        return { widthOfAll(self) + 2 * controls::kRingRoom,
+        return { endsOf(self).back() + 2 * controls::kRingRoom,
             metrics(self).height + 2 * controls::kRingRoom };
     }
     static NSSize cellSizeForBounds(NSSegmentedCell& self, NSRect) { return cellSize(self); }
@@ -59,21 +78,23 @@ template <> struct NSSegmentedCell::Methods<struct Drawing> {
     {
         if (index < 0 || index >= self.segmentCount())
             return NSZeroRect;
-        const CGFloat all = widthOfAll(self);
+        if (self.ends_.size() != self.segments_.size() + 1) {
+            const Measured measured(self);
+            return rectOf(self, index, frame);
+        }
+        const CGFloat all = self.ends_.back();
         const CGFloat room = std::max(0.0, frame.size.width - 2 * controls::kRingRoom);
         const CGFloat part = all > 0 ? room / all : 0;
         const CGFloat left = NSMinX(frame) + controls::kRingRoom;
-        CGFloat before = 0;
-        for (NSInteger i = 0; i < index; ++i)
-            before += widthOf(self, self.segments_[static_cast<std::size_t>(i)]);
-        const CGFloat width = widthOf(self, self.segments_[static_cast<std::size_t>(index)]);
-        const CGFloat x = std::round(left + before * part);
+        const auto at = static_cast<std::size_t>(index);
+        const CGFloat x = std::round(left + self.ends_[at] * part);
         const CGFloat height = metrics(self).height;
         return NSMakeRect(x, std::round(NSMidY(frame) - height / 2),
-            std::round(left + (before + width) * part) - x, height);
+            std::round(left + self.ends_[at + 1] * part) - x, height);
     }
     static NSInteger segmentAt(NSSegmentedCell& self, NSPoint point, NSRect frame)
     {
+        const Measured measured(self);
         for (NSInteger i = 0; i < self.segmentCount(); ++i) {
             if (NSPointInRect(point, self.rectOfSegment_inFrame(i, frame)))
                 return i;
@@ -135,6 +156,7 @@ template <> struct NSSegmentedCell::Methods<struct Drawing> {
         const NSInteger count = self.segmentCount();
         if (!count)
             return;
+        const Measured measured(self);
         const NSRect bar = controls::onPixels(NSUnionRect(
             self.rectOfSegment_inFrame(0, frame), self.rectOfSegment_inFrame(count - 1, frame)));
         const CGFloat radius = metrics(self).radius;

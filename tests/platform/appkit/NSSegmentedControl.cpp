@@ -3,15 +3,34 @@
 
 #include <gtest/gtest.h>
 
+#include "appkit/NSImage.h"
 #include "appkit/NSText.h"
 #include "foundation/NSArray.h"
 #include "runtime/NSException.h"
+#include "runtime/Table.h"
 #include "support/ActionLog.h"
 #include "support/Archives.h"
 #include "support/HeadlessScreen.h"
 #include "support/Strings.h"
 
 namespace brindle {
+
+/// Counts who asks for its size.
+class AskedImage : public NSImage {
+    BRINDLE_OBJECT(AskedImage, NSImage)
+
+public:
+    int asked_ = 0;
+};
+template <> struct AskedImage::Methods<struct Counting> {
+    static NSSize size(AskedImage& self)
+    {
+        ++self.asked_;
+        return { 4, 4 };
+    }
+    static void table(Builder& t) { t.methods({ { "size", imp<size> } }); }
+};
+BRINDLE_RECORD(AskedImage, Counting)
 
 namespace {
 
@@ -191,6 +210,23 @@ TEST_F(SegmentedControl, ReadyMadeOnesAreAsWideAsTheirLabels)
     EXPECT_EQ(made->trackingMode(), NSSegmentSwitchTrackingSelectAny);
     EXPECT_GT(made->frame().size.width, 60);
     EXPECT_GT(made->frame().size.height, 20);
+}
+
+// Measuring asks for the picture's size once a segment, and drawing a few times more.
+TEST_F(SegmentedControl, MeasuresEachOfManySegmentsAFewTimes)
+{
+    const auto image = make<AskedImage>();
+    bar->setSegmentCount(64);
+    for (NSInteger i = 0; i < 64; ++i) {
+        bar->setWidth_forSegment(0, i);
+        bar->setImage_forSegment(image.get(), i);
+    }
+    screen.process();
+    image->asked_ = 0;
+    bar->setNeedsDisplay(true);
+    screen.process();
+    EXPECT_GE(image->asked_, 64);
+    EXPECT_LE(image->asked_, 64 * 8);
 }
 
 }
