@@ -6,9 +6,10 @@
 
 #include "Palette.h"
 #include "appkit/NSGraphicsContext.h"
+#include "appkit/NSMutableParagraphStyle.h"
 #include "appkit/NSStringDrawing.h"
 #include "core/BRGeometry.h"
-#include "foundation/NSDictionary.h"
+#include "foundation/NSMutableDictionary.h"
 #include "quartz/CGContext.h"
 
 namespace gallery {
@@ -22,6 +23,14 @@ namespace {
         return NSDictionary::cls().dictionaryWithObjectsAndKeys(fontOf(style).get(),
             static_cast<NSString*>(NSFontAttributeName), color,
             static_cast<NSString*>(NSForegroundColorAttributeName));
+    }
+
+    /// Moves code onto the line of the captions beside it.
+    NSPoint onLineOfCaptions(NSPoint place, Style style)
+    {
+        if (style == Style::code)
+            place.y += fontOf(Style::caption)->ascender() - fontOf(style)->ascender();
+        return place;
     }
 
     void addRounded(CGContextRef context, NSRect r, double radius)
@@ -67,18 +76,21 @@ Ref<NSFont> fontOf(Style style)
 
 void drawText(NSString* text, NSPoint place, Style style, NSColor* color)
 {
-    if (style == Style::code) // on the line of captions beside it
-        place.y += fontOf(Style::caption)->ascender() - fontOf(style)->ascender();
-    drawAtPoint_withAttributes(text, place, attributes(style, color).get());
+    drawAtPoint_withAttributes(
+        text, onLineOfCaptions(place, style), attributes(style, color).get());
 }
 
 void drawFitted(NSString* text, NSPoint place, double width, Style style, NSColor* color)
 {
-    Ref<NSString> shown(text);
-    for (NSUInteger length = maybe(text)->length();
-         length > 0 && sizeOf(shown.get(), style).width > width; --length)
-        shown = maybe(text->substringToIndex(length - 1))->stringByAppendingString("…"_ns);
-    drawText(shown.get(), place, style, color);
+    const NSSize size = sizeOf(text, style);
+    if (size.width <= width)
+        return drawText(text, place, style, color);
+    const auto cut = make<NSMutableParagraphStyle>();
+    cut->setLineBreakMode(NSLineBreakByTruncatingTail);
+    const auto all = cast<NSMutableDictionary>(attributes(style, color)->mutableCopy());
+    all->setObject_forKey(cut.get(), NSParagraphStyleAttributeName);
+    drawInRect_withAttributes(
+        text, { onLineOfCaptions(place, style), { width, size.height } }, all.get());
 }
 
 NSSize sizeOf(NSString* text, Style style)
