@@ -123,6 +123,9 @@ std::recursive_mutex& runtimeLock();
 
 /// Answers the names of all classes, used or not, in alphabetical order.
 std::vector<std::string> knownClassNames();
+
+/// Answers where a type begins behind its qualifiers.
+const char* encodingSkipQualifiers(const char* type);
 Method* findMethod(const Class* cls, SEL sel);
 /// Brings cached answers of the class and its descendants in line after an entry changed. The lock is held.
 void updateCaches(Class* cls, SEL sel);

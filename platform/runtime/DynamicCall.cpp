@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "DynamicCallPrivate.h"
 
+#include <cstdlib>
 #include <cstring>
 #include <string>
 
@@ -14,9 +15,59 @@ namespace brindle {
 
 namespace calls {
 
+    namespace {
+
+        void markIntegers(const char* type, std::size_t offset, std::vector<Kind>& kinds);
+
+        /// Marks what the members of a structure or union are: in turn, or all in one place.
+        void markMembers(const char* type, std::size_t offset, std::vector<Kind>& kinds)
+        {
+            const bool isUnion = *type == '(';
+            const char close = isUnion ? ')' : '}';
+            std::size_t place = 0;
+            for (const char* at = std::strchr(type, '=') + 1; *at != close;) {
+                if (*at == '"') { // a member's name
+                    at = std::strchr(at + 1, '"') + 1;
+                    continue;
+                }
+                std::size_t size = 0;
+                std::size_t alignment = 1;
+                encodingSizeAndAlignment(at, &size, &alignment);
+                place = isUnion ? 0 : (place + alignment - 1) / alignment * alignment;
+                markIntegers(at, offset + place, kinds);
+                place += size;
+                at = encodingSkipType(at);
+            }
+        }
+
+        /// Eight bytes are integers when anything in them is one.
+        /// - type: of known size. - offset: where the value lies in what is handed over.
+        void markIntegers(const char* type, std::size_t offset, std::vector<Kind>& kinds)
+        {
+            std::size_t size = 0;
+            std::size_t alignment = 1;
+            type = encodingSkipQualifiers(type);
+            if (!encodingSizeAndAlignment(type, &size, &alignment) || size == 0)
+                return;
+            if (*type == '{' || *type == '(')
+                return markMembers(type, offset, kinds);
+            if (*type == '[') {
+                char* element = nullptr;
+                const std::size_t count = std::strtoul(type + 1, &element, 10);
+                for (std::size_t i = 0; i < count; ++i)
+                    markIntegers(element, offset + size / count * i, kinds);
+                return;
+            }
+            if (*type != 'd' && *type != 'f')
+                kinds[offset / 8] = Kind::integer;
+        }
+
+    }
+
     std::vector<Kind> kindsOf(const char* type, std::size_t& size)
     {
         std::size_t alignment = 1;
+        type = encodingSkipQualifiers(type);
         if (!encodingSizeAndAlignment(type, &size, &alignment))
             raise("NSInvalidArgumentException", std::string("a value of unknown size: ") + type);
         if (size > 16)
@@ -28,25 +79,7 @@ namespace calls {
         if (*type != '{' && *type != '(' && *type != '[')
             return { Kind::integer };
         std::vector<Kind> kinds((size + 7) / 8, Kind::floating);
-        std::size_t offset = 0;
-        for (const char* at = type; *at && at < encodingSkipType(type); ++at) {
-            if (*at == '{') {
-                at = std::strchr(at, '=');
-                continue;
-            }
-            if (*at == '"') { // a field's name
-                at = std::strchr(at + 1, '"');
-                continue;
-            }
-            std::size_t fieldSize = 0;
-            if (*at == '}' || !encodingSizeAndAlignment(at, &fieldSize, &alignment))
-                continue;
-            offset = (offset + alignment - 1) / alignment * alignment;
-            if (*at != 'd' && *at != 'f' && offset / 8 < kinds.size())
-                kinds[offset / 8] = Kind::integer;
-            offset += fieldSize;
-            at = encodingSkipType(at) - 1;
-        }
+        markIntegers(type, 0, kinds);
         return kinds;
     }
 

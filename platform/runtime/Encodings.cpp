@@ -11,8 +11,6 @@ namespace {
 
     constexpr int kDeepest = 64; // nested structures and pointers of a type string
 
-    bool isQualifier(char c) { return std::strchr("rnNoORVAj", c) && c; }
-
     struct Layout {
         std::size_t size = 0;
         std::size_t alignment = 1;
@@ -100,8 +98,7 @@ namespace {
     {
         if (depth > kDeepest)
             return nullptr;
-        while (isQualifier(*at))
-            ++at;
+        at = encodingSkipQualifiers(at);
         switch (*at) {
         case 'c':
         case 'C':
@@ -154,6 +151,11 @@ namespace {
 
 }
 
+const char* encodingSkipQualifiers(const char* type)
+{
+    return type + std::strspn(type, "rnNoORVAj");
+}
+
 const char* encodingSkipType(const char* types)
 {
     Layout layout;
@@ -178,8 +180,7 @@ const char* canonicalTypes(const char* types)
     std::string clean;
     int count = 0;
     for (const char* at = types; *at; ++count) {
-        while (isQualifier(*at))
-            ++at;
+        at = encodingSkipQualifiers(at);
         Layout layout;
         const char* end = readType(at, layout, 0);
         if (!end || (count > 0 && *at == 'v'))
