@@ -323,6 +323,25 @@ namespace {
             std::max(0.0, std::ceil(NSMaxY(rect) - kTolerance) - top));
     }
 
+    /// Clips to the pixels that a rectangle touches, where the axes stay upright.
+    void clipToOne(ContextData& data, CGRect rect)
+    {
+        quartz::GraphicsState& state = data.state;
+        if (CGRectIsNull(rect))
+            return state.clipAll();
+        const CGAffineTransform& t = state.toDevice;
+        const CGRect r = CGRectStandardize(rect);
+        const double x1 = r.origin.x * t.a + t.tx;
+        const double x2 = NSMaxX(r) * t.a + t.tx;
+        const double y1 = r.origin.y * t.d + t.ty;
+        const double y2 = NSMaxY(r) * t.d + t.ty;
+        const CGRect device = outwards(
+            CGRectMake(std::min(x1, x2), std::min(y1, y2), std::abs(x2 - x1), std::abs(y2 - y1)));
+        state.clipBox = raster::intersection(state.clipBox, quartz::touchedPixels(device));
+        if (state.clipBox.isEmpty())
+            state.clipAll();
+    }
+
 }
 
 void CGContextClipToRects(CGContextRef context, const CGRect* rects, std::size_t count)
@@ -341,6 +360,8 @@ void quartz::clipToTouchedPixels(CGContextRef context, std::span<const CGRect> r
         return;
     if (!data->state.isScaleAndMove())
         return CGContextClipToRects(context, rects.data(), rects.size());
+    if (rects.size() == 1) // nearly every view that is drawn
+        return clipToOne(*data, rects.front());
     clipToAll(*data, rects, [data](PathData& path, CGRect rect) {
         path.rect(outwards(CGRectApplyAffineTransform(rect, data->state.toDevice)),
             CGAffineTransformIdentity);

@@ -16,8 +16,10 @@ namespace {
 
     NSRect boxAround(const Parts& parts)
     {
-        NSRect box = parts.isEmpty() ? NSRect {} : parts[0];
-        for (const NSRect& part : parts.all())
+        if (parts.isEmpty())
+            return {};
+        NSRect box = parts[0];
+        for (const NSRect& part : parts.all().subspan(1))
             box = NSUnionRect(box, part);
         return box;
     }
@@ -267,6 +269,8 @@ void Painter::announce(NSView& view, const AxisTransform& outer, NSRect clip)
         shower->settle();
     if (ViewAccess::needsDisplay(view))
         attempt([&] { view.viewWillDraw(); });
+    if (ViewAccess::subviews(view).empty())
+        return;
     const NSRect visible = NSIntersectionRect(clip, toWindow.apply(ViewAccess::bounds(view)));
     forTouched(view, toWindow, [&](NSView& subview) { announce(subview, toWindow, visible); });
 }
@@ -348,7 +352,7 @@ void Painter::drawOwn(NSView& view, const AxisTransform& toWindow, NSRect visibl
 
 void Painter::paintSubviews(NSView& view, const AxisTransform& toWindow, NSRect visible)
 {
-    if (!NSIntersectsRect(visible, box_))
+    if (ViewAccess::subviews(view).empty() || !NSIntersectsRect(visible, box_))
         return;
     forTouched(view, toWindow, [&](NSView& subview) {
         if (ViewAccess::superview(subview) == &view)
