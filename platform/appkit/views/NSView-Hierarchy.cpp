@@ -148,6 +148,8 @@ template <> struct NSView::Methods<struct Hierarchy> {
         if (!stays && view->superview_)
             view->superview_->willRemoveSubview(view.get());
         const bool changesWindow = view->window_ != self.window_;
+        if (changesWindow && view->window_)
+            WindowAccess::resignInside(*view->window_, *view);
         if (changesWindow)
             willMove(*view, self.window_);
         view->viewWillMoveToSuperview(&self);
@@ -177,7 +179,11 @@ template <> struct NSView::Methods<struct Hierarchy> {
         if (!self.superview_)
             return;
         const Ref<NSView> alive(&self);
+        if (self.window_)
+            WindowAccess::resignInside(*self.window_, self);
         const Ref<NSView> parent(self.superview_);
+        if (!parent)
+            return; // who resigned has taken it away
         parent->willRemoveSubview(&self);
         const bool changesWindow = self.window_ != nullptr;
         if (changesWindow)

@@ -47,7 +47,7 @@ template <> struct NSView::Methods<struct Basics> {
             ViewAccess::invalidate(*self.superview_, self.frame_);
         ViewAccess::geometryChanged(self);
         if (hidden && self.window_)
-            WindowAccess::resignHidden(*self.window_, self);
+            WindowAccess::resignInside(*self.window_, self);
         if (!self.superview_ || !self.superview_->isHiddenOrHasHiddenAncestor())
             tellHidden(self, hidden);
     }

@@ -34,10 +34,10 @@ void WindowAccess::forgetView(NSWindow& window, NSView& view)
     });
 }
 
-void WindowAccess::resignHidden(NSWindow& window, NSView& view)
+void WindowAccess::resignInside(NSWindow& window, NSView& view)
 {
     const WindowState& s = state(window);
-    if (!s.firstResponder || !s.firstResponder->isKindOfClass(NSView::cls()))
+    if (s.isResigning || !s.firstResponder || !s.firstResponder->isKindOfClass(NSView::cls()))
         return;
     if (cast<NSView>(s.firstResponder)->isDescendantOf(&view))
         window.makeFirstResponder(nullptr);
@@ -55,6 +55,15 @@ template <> struct NSWindow::Methods<struct Events> {
     {
         return of(self).firstResponder ? of(self).firstResponder : Ref<NSResponder>(&self);
     }
+    static bool resigns(NSWindow& self, NSResponder& present)
+    {
+        struct Asking {
+            ~Asking() { isResigning = before; }
+            bool& isResigning;
+            const bool before;
+        } const asking { of(self).isResigning, std::exchange(of(self).isResigning, true) };
+        return present.resignFirstResponder();
+    }
     static bool makeFirstResponder(NSWindow& self, NSResponder* lent)
     {
         const Ref<NSWindow> alive(&self);
@@ -62,7 +71,7 @@ template <> struct NSWindow::Methods<struct Events> {
         const Ref<NSResponder> present = self.firstResponder();
         if (wanted == present)
             return true;
-        if (present != &self && !present->resignFirstResponder())
+        if (present != &self && !resigns(self, *present))
             return false;
         of(self).firstResponder = nullptr;
         if (wanted == &self)

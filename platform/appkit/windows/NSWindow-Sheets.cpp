@@ -4,6 +4,7 @@
 
 #include "NSWindowPrivate.h"
 #include "appkit/application/NSApplicationPrivate.h"
+#include "foundation/Dispatch.h"
 #include "runtime/NSException.h"
 #include "runtime/Runtime.h"
 
@@ -103,6 +104,15 @@ template <> struct NSWindow::Methods<struct Sheets> {
                 refuse("a window cannot be its own sheet");
         }
     }
+    /// Answers for a sheet that has nothing to hang from; not inside the call, which may be the answer of another one.
+    static void abortLater(Closure<void(NSModalResponse)>* completion)
+    {
+        if (completion)
+            dispatch_async(
+                dispatch_get_main_queue(), [answer = Block<void(NSModalResponse)>(completion)] {
+                    answer(NSModalResponseAbort);
+                });
+    }
     enum class Urgency { waits, goesFirst };
     static void begin(
         NSWindow& self, NSWindow* lent, Closure<void(NSModalResponse)>* completion, Urgency urgency)
@@ -111,6 +121,8 @@ template <> struct NSWindow::Methods<struct Sheets> {
         const Ref<NSWindow> alive(&self);
         const Ref<NSWindow> sheet(lent);
         WindowState& state = of(self);
+        if (state.closed)
+            return abortLater(completion);
         of(*sheet).sheetHost = &self;
         of(*sheet).sheetCompletion = completion;
         const bool jumps = urgency == Urgency::goesFirst && state.showsSheet;

@@ -55,6 +55,7 @@ template <> struct NSWindow::Methods<struct Basics> {
             return nullptr;
         WindowAccess::install(self, std::make_shared<WindowState>());
         WindowState& state = of(self);
+        state.isReady = true;
         state.style = style;
         state.frame = NSWindow::cls().frameRectForContentRect_styleMask(content, style);
         state.title = ""_ns;

@@ -124,22 +124,31 @@ struct WindowState {
     bool showsSheet = false;
     bool reservesEdge = false; // did at some time
     bool closed = false;
+    bool isReady = false; // it was initialised
+    bool isResigning = false; // the first responder is being asked
 };
 
 /// What the files of this folder do with windows beside sending messages.
 struct WindowAccess {
-    static WindowState& state(const NSWindow& window) { return *window.state_; }
+    /// Answers the state; a window without `init` gets an empty one.
+    static WindowState& state(const NSWindow& window)
+    {
+        if (!window.state_) [[unlikely]]
+            const_cast<NSWindow&>(window).state_ = std::make_shared<WindowState>();
+        return *window.state_;
+    }
     static void install(NSWindow& window, std::shared_ptr<WindowState> state)
     {
         window.state_ = std::move(state);
     }
-    static bool isReady(const NSWindow& window) { return window.state_ != nullptr; }
+    static bool isReady(const NSWindow& window) { return window.state_ && window.state_->isReady; }
     /// Parts the window from its views, children and sheets, the screen and the application.
     static void end(NSWindow& window);
 
     // Told by views.
     static void forgetView(NSWindow& window, NSView& view);
-    static void resignHidden(NSWindow& window, NSView& view);
+    /// Asks the first responder to resign when it is a view or inside it, which hides or leaves the window.
+    static void resignInside(NSWindow& window, NSView& view);
     static void viewMoved(NSWindow& window, NSView& view);
     static void addDamage(NSWindow& window, NSRect rect);
 

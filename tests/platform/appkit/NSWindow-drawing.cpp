@@ -2,12 +2,15 @@
 #include "appkit/NSWindow.h"
 
 #include <functional>
+#include <utility>
 
 #include <gtest/gtest.h>
 
 #include "appkit/NSColor.h"
+#include "appkit/NSControl.h"
 #include "appkit/NSGraphicsContext.h"
 #include "foundation/Exceptions.h"
+#include "foundation/NSArray.h"
 #include "runtime/NSException.h"
 #include "runtime/Table.h"
 #include "support/HeadlessScreen.h"
@@ -40,6 +43,35 @@ template <> struct ScriptedView::Methods<struct Script> {
     }
 };
 BRINDLE_RECORD(ScriptedView, Script)
+
+/// Does as a test says when it is asked whether it is opaque, and when it is marked.
+class AskedControl : public NSControl {
+    BRINDLE_OBJECT(AskedControl, NSControl)
+
+public:
+    std::function<void()> asked_;
+    std::function<void()> marked_;
+};
+
+template <> struct AskedControl::Methods<struct Script> {
+    static bool isOpaque(AskedControl& self)
+    {
+        if (self.asked_)
+            self.asked_();
+        return true;
+    }
+    static void setNeedsDisplay(AskedControl& self, bool needs)
+    {
+        super<AskedControl, "setNeedsDisplay:">(self, needs);
+        if (self.marked_)
+            self.marked_();
+    }
+    static void table(Builder& t)
+    {
+        t.methods({ { "isOpaque", imp<isOpaque> }, { "setNeedsDisplay:", imp<setNeedsDisplay> } });
+    }
+};
+BRINDLE_RECORD(AskedControl, Script)
 
 namespace {
 
@@ -313,4 +345,46 @@ namespace {
     }
 
 }
+TEST(NSWindowDrawing, AViewThatTakesItsSiblingsAwayWhenItIsAskedHarmsNobody)
+{
+    HeadlessScreen screen { 100, 100 };
+    const auto below = screen.add<ScriptedView>(NSMakeRect(0, 0, 100, 100));
+    below->draw_ = fillRed;
+    for (int i = 0; i < 8; ++i)
+        screen.add<AskedControl>(NSMakeRect(0, 0, 100, 100));
+    const auto asked = screen.add<AskedControl>(NSMakeRect(0, 0, 100, 100));
+    NSView* const content = screen.window().contentView().get();
+    bool wasAsked = false;
+    asked->asked_ = [&] {
+        if (std::exchange(wasAsked, true))
+            return;
+        content->setSubviews(NSArray::cls().arrayWithObject(below.get()).get());
+    };
+    content->setNeedsDisplay(true);
+    screen.process();
+    screen.process();
+    EXPECT_TRUE(wasAsked);
+    EXPECT_EQ(screen.pixels().at(50, 50), kRedSeen);
+}
+
+TEST(NSWindowDrawing, AControlMayTakeOthersAwayWhenTheKeyWindowChanges)
+{
+    HeadlessScreen screen { 100, 100 };
+    std::vector<Ref<AskedControl>> controls;
+    for (int i = 0; i < 8; ++i)
+        controls.push_back(screen.add<AskedControl>(NSMakeRect(i * 10, 0, 10, 10)));
+    screen.window().makeKeyAndOrderFront(nullptr);
+    screen.process();
+    int marks = 0;
+    controls.front()->marked_ = [&] {
+        for (const Ref<AskedControl>& control : controls)
+            control->removeFromSuperview();
+        controls.resize(1);
+        ++marks;
+    };
+    screen.window().resignKeyWindow();
+    EXPECT_GE(marks, 1);
+    EXPECT_EQ(screen.window().contentView()->subviews()->count(), 0u);
+}
+
 }

@@ -51,6 +51,34 @@ template <> struct AskingWindow::Methods<struct Loop> {
 };
 BRINDLE_RECORD(AskingWindow, Loop)
 
+/// Counts when it is asked to give the keyboard up, and may refuse.
+class HoldingView : public NSView {
+    BRINDLE_OBJECT(HoldingView, NSView)
+
+public:
+    int asked_ = 0;
+    bool agrees_ = true;
+    bool wasInWindow_ = false;
+};
+
+template <> struct HoldingView::Methods<struct Keyboard> {
+    static bool accepts(HoldingView&) { return true; }
+    static bool resigns(HoldingView& self)
+    {
+        ++self.asked_;
+        self.wasInWindow_ = self.window() != nullptr;
+        return self.agrees_;
+    }
+    static void table(Builder& t)
+    {
+        t.methods({
+            { "acceptsFirstResponder", imp<accepts> },
+            { "resignFirstResponder", imp<resigns> },
+        });
+    }
+};
+BRINDLE_RECORD(HoldingView, Keyboard)
+
 namespace {
 
     constexpr char16_t kTab = 0x09;
@@ -356,6 +384,43 @@ namespace {
         screen.window().selectNextKeyView(nullptr);
         EXPECT_EQ(screen.window().firstResponder(), left);
         EXPECT_EQ(content->subviews()->count(), 1U);
+    }
+
+    // ---- leaving the window
+
+    TEST(FirstResponder, IsAskedToResignWhenItLeavesTheWindow)
+    {
+        HeadlessScreen screen;
+        const auto outer = screen.add<NSView>(NSMakeRect(0, 0, 50, 50));
+        const auto holder = make<HoldingView>();
+        outer->addSubview(holder.get());
+        screen.window().makeFirstResponder(holder.get());
+        outer->removeFromSuperview();
+        EXPECT_EQ(holder->asked_, 1);
+        EXPECT_TRUE(holder->wasInWindow_);
+        EXPECT_EQ(screen.window().firstResponder().get(), &screen.window());
+    }
+
+    TEST(FirstResponder, LeavesAlsoWhenItDoesNotAgree)
+    {
+        HeadlessScreen screen;
+        const auto holder = screen.add<HoldingView>(NSMakeRect(0, 0, 50, 50));
+        screen.window().makeFirstResponder(holder.get());
+        holder->agrees_ = false;
+        holder->removeFromSuperview();
+        EXPECT_EQ(holder->asked_, 1);
+        EXPECT_EQ(screen.window().firstResponder().get(), &screen.window());
+    }
+
+    TEST(FirstResponder, KeepsTheKeyboardWhenItMovesInsideItsWindow)
+    {
+        HeadlessScreen screen;
+        const auto holder = screen.add<HoldingView>(NSMakeRect(0, 0, 50, 50));
+        const auto other = screen.add<NSView>(NSMakeRect(50, 0, 50, 50));
+        screen.window().makeFirstResponder(holder.get());
+        other->addSubview(holder.get());
+        EXPECT_EQ(holder->asked_, 0);
+        EXPECT_EQ(screen.window().firstResponder(), holder);
     }
 
 }

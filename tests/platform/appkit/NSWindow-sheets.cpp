@@ -287,6 +287,22 @@ namespace {
         EXPECT_EQ(delegate->log_, "begins ended ");
     }
 
+    TEST(Sheets, ASheetBegunWhileItsHostClosesIsAnsweredWhenThatHasGone)
+    {
+        Host h;
+        h.host->beginSheet_completionHandler(h.first.get(), [&h](NSModalResponse code) {
+            h.log += "first " + std::to_string(code) + " ";
+            h.begin(h.second, "second");
+            h.log += "begun ";
+        });
+        h.host->close();
+        EXPECT_EQ(h.log, "first -1001 begun ");
+        EXPECT_FALSE(h.second->isVisible());
+        EXPECT_FALSE(h.second->isSheet());
+        h.screen.process();
+        EXPECT_EQ(h.log, "first -1001 begun second -1001 ");
+    }
+
 }
 
 }

@@ -128,6 +128,17 @@ namespace {
         EXPECT_EQ(display.screens()[0].visibleFrame, display.screens()[0].frame);
     }
 
+    TEST_F(HeadlessDesktop, TakesAStrutAlongWhenTheUserMovesItsSurface)
+    {
+        Screen right = HeadlessDisplay::screenOfSize(1280, 800);
+        right.frame.origin.x = right.visibleFrame.origin.x = 1280;
+        display.setScreens({ HeadlessDisplay::screenOfSize(1280, 800), right });
+        a->setStrut(Strut { Strut::Edge::top, 22, 0, 1280 });
+        display.setFrameByUser(*a, { { 1300, 700 }, { 100, 100 } });
+        EXPECT_EQ(display.screens()[0].visibleFrame, display.screens()[0].frame);
+        EXPECT_EQ(display.screens()[1].visibleFrame.size.height, 778);
+    }
+
     TEST_F(HeadlessDesktop, RemembersWhatASurfaceWasTold)
     {
         const auto bar = display.createSurface({ .kind = SurfaceKind::dock,
