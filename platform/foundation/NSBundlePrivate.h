@@ -27,7 +27,12 @@ struct BundleState {
 
 /// The way to a bundle's state for the files of this folder.
 struct BundleAccess {
-    static BundleState& state(const NSBundle& bundle) { return *bundle.state_; }
+    /// Answers the state; one that was never opened has that of no folder.
+    static BundleState& state(const NSBundle& bundle)
+    {
+        static BundleState* const none = new BundleState;
+        return bundle.state_ ? *bundle.state_ : *none;
+    }
     static void open(NSBundle& bundle, const std::string& path);
 };
 

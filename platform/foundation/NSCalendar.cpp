@@ -110,6 +110,8 @@ template <> struct NSCalendar::Methods<struct Settings> {
     }
     static bool isEqual(NSCalendar& self, NSObject* other)
     {
+        if (other == &self)
+            return true;
         if (!other || !other->isKindOfClass(NSCalendar::cls()))
             return false;
         const auto& that = *static_cast<NSCalendar*>(other);

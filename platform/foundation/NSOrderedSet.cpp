@@ -97,8 +97,11 @@ template <> struct NSOrderedSet::Methods<struct Ordered> {
             raiseIndex(&self, "objectAtIndex:", index, self.order_->count());
         return self.order_->objectAtIndex(index);
     }
-    static Ref<NSObject> firstObject(NSOrderedSet& self) { return self.order_->firstObject(); }
-    static Ref<NSObject> lastObject(NSOrderedSet& self) { return self.order_->lastObject(); }
+    static Ref<NSObject> firstObject(NSOrderedSet& self)
+    {
+        return maybe(self.order_)->firstObject();
+    }
+    static Ref<NSObject> lastObject(NSOrderedSet& self) { return maybe(self.order_)->lastObject(); }
     static bool containsObject(NSOrderedSet& self, NSObject* object)
     {
         return self.members_->containsObject(object);
@@ -125,11 +128,11 @@ template <> struct NSOrderedSet::Methods<struct Ordered> {
     }
     static Ref<NSEnumerator> enumerator(NSOrderedSet& self)
     {
-        return self.order_->objectEnumerator();
+        return maybe(self.order_)->objectEnumerator();
     }
     static Ref<NSEnumerator> reverseEnumerator(NSOrderedSet& self)
     {
-        return self.order_->reverseObjectEnumerator();
+        return maybe(self.order_)->reverseObjectEnumerator();
     }
     static void enumerate(NSOrderedSet& self, Closure<void(NSObject*, NSUInteger, bool*)>* block)
     {
@@ -146,6 +149,8 @@ template <> struct NSOrderedSet::Methods<struct Ordered> {
     }
     static bool isEqual(NSOrderedSet& self, NSObject* object)
     {
+        if (object == &self)
+            return true;
         return object && object->isKindOfClass(NSOrderedSet::cls())
             && self.isEqualToOrderedSet(cast<NSOrderedSet>(object));
     }

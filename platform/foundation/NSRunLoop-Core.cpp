@@ -116,6 +116,12 @@ RunLoopCore& RunLoopCore::current()
     return *ownCore;
 }
 
+void RunLoopCore::refuseUnmade()
+{
+    raise("NSInternalInconsistencyException",
+        "*** NSRunLoop: threads make their run loops; ask for the current one");
+}
+
 Ref<NSRunLoop> RunLoopCore::makeLoop(bool isMain)
 {
     Ref<NSRunLoop> loop = alloc<NSRunLoop>();

@@ -29,34 +29,46 @@ template <> struct NSRunLoop::Methods<struct Running> {
     static Ref<NSRunLoop> mainRunLoop(Class&) { return ThreadState::main().ensureLoop(); }
     static Ref<NSObject> init(NSRunLoop&) { return ThreadState::current().ensureLoop(); }
 
-    static Ref<NSString> currentMode(NSRunLoop& self) { return self.core_->currentMode(); }
+    /// Answers the core, which may be over before a run is.
+    static std::shared_ptr<RunLoopCore> keptCore(NSRunLoop& self)
+    {
+        RunLoopCore::of(self);
+        return self.core_;
+    }
+    static Ref<NSString> currentMode(NSRunLoop& self)
+    {
+        return RunLoopCore::of(self).currentMode();
+    }
     static void run(NSRunLoop& self)
     {
-        const std::shared_ptr<RunLoopCore> core = self.core_;
+        const std::shared_ptr<RunLoopCore> core = keptCore(self);
         while (core->run(RunLoopCore::kDefault, NSDefaultRunLoopMode, kNever)) { }
     }
     static void runUntilDate(NSRunLoop& self, NSDate* date)
     {
-        const std::shared_ptr<RunLoopCore> core = self.core_;
+        const std::shared_ptr<RunLoopCore> core = keptCore(self);
         const std::int64_t limit = momentOf(date);
         while (core->run(RunLoopCore::kDefault, NSDefaultRunLoopMode, limit)
             && Clock::now() < limit) { }
     }
     static bool runModeBeforeDate(NSRunLoop& self, NSString* mode, NSDate* date)
     {
-        const std::shared_ptr<RunLoopCore> core = self.core_;
+        const std::shared_ptr<RunLoopCore> core = keptCore(self);
         NSString* const name = mode ? mode : NSDefaultRunLoopMode.get();
         return core->run(core->modesNamed(name), name, momentOf(date));
     }
     static bool runUntilIdle(NSRunLoop& self, NSString* mode)
     {
-        const std::shared_ptr<RunLoopCore> core = self.core_;
+        const std::shared_ptr<RunLoopCore> core = keptCore(self);
         NSString* const name = mode ? mode : NSDefaultRunLoopMode.get();
         return core->runUntilIdle(core->modesNamed(name), name);
     }
-    static void advance(NSRunLoop& self, NSTimeInterval seconds) { self.core_->advance(seconds); }
-    static void wakeUp(NSRunLoop& self) { self.core_->inbox()->wake(Inbox::Wake::stop); }
-    static NSUInteger wakeCount(NSRunLoop& self) { return self.core_->wakes(); }
+    static void advance(NSRunLoop& self, NSTimeInterval seconds)
+    {
+        RunLoopCore::of(self).advance(seconds);
+    }
+    static void wakeUp(NSRunLoop& self) { RunLoopCore::of(self).inbox()->wake(Inbox::Wake::stop); }
+    static NSUInteger wakeCount(NSRunLoop& self) { return RunLoopCore::of(self).wakes(); }
 
     static void table(Builder& t)
     {
@@ -85,59 +97,63 @@ template <> struct NSRunLoop::Methods<struct Holding> {
     {
         if (!timer)
             return;
-        if (self.core_->isOwnThread()) {
-            addTimer(*self.core_, *timer, self.core_->modesNamed(mode));
+        if (RunLoopCore::of(self).isOwnThread()) {
+            addTimer(RunLoopCore::of(self), *timer, RunLoopCore::of(self).modesNamed(mode));
             return;
         }
         const Ref<NSRunLoop> loop(&self);
-        self.core_->inbox()->postControl(
-            [loop, kept = Ref<NSTimer>(timer), name = Ref<NSString>(mode)] {
-                addTimer(*loop->core_, *kept, loop->core_->modesNamed(name.get()));
-            });
+        RunLoopCore::of(self).inbox()->postControl([loop, kept = Ref<NSTimer>(timer),
+                                                       name = Ref<NSString>(mode)] {
+            addTimer(RunLoopCore::of(*loop), *kept, RunLoopCore::of(*loop).modesNamed(name.get()));
+        });
     }
     static void addSourceForMode(NSRunLoop& self, NSRunLoopSource* source, NSString* mode)
     {
         if (source)
-            self.core_->addSource(*source, self.core_->modesNamed(mode));
+            RunLoopCore::of(self).addSource(*source, RunLoopCore::of(self).modesNamed(mode));
     }
     static void removeSourceForMode(NSRunLoop& self, NSRunLoopSource* source, NSString* mode)
     {
         if (source)
-            self.core_->removeSource(*source, self.core_->modesNamed(mode));
+            RunLoopCore::of(self).removeSource(*source, RunLoopCore::of(self).modesNamed(mode));
     }
     static void addObserverForMode(NSRunLoop& self, NSRunLoopObserver* observer, NSString* mode)
     {
         if (observer)
-            self.core_->addObserver(*observer, self.core_->modesNamed(mode));
+            RunLoopCore::of(self).addObserver(*observer, RunLoopCore::of(self).modesNamed(mode));
     }
     static void removeObserverForMode(NSRunLoop& self, NSRunLoopObserver* observer, NSString* mode)
     {
         if (observer)
-            self.core_->removeObserver(*observer, self.core_->modesNamed(mode));
+            RunLoopCore::of(self).removeObserver(*observer, RunLoopCore::of(self).modesNamed(mode));
     }
     static void performBlock(NSRunLoop& self, Closure<void()>* block)
     {
         if (!block)
             fatal("a null closure was handed to a run loop");
-        if (self.core_->isOwnThread())
-            self.core_->enqueue(Block<void()>(block).leak());
+        if (RunLoopCore::of(self).isOwnThread())
+            RunLoopCore::of(self).enqueue(Block<void()>(block).leak());
         else
-            self.core_->inbox()->post(Block<void()>(block).leak());
+            RunLoopCore::of(self).inbox()->post(Block<void()>(block).leak());
     }
     static Ref<NSDate> limitDateForMode(NSRunLoop& self, NSString* mode)
     {
-        const std::int64_t due = self.core_->nextDue(self.core_->modesNamed(mode));
+        const std::int64_t due
+            = RunLoopCore::of(self).nextDue(RunLoopCore::of(self).modesNamed(mode));
         if (due == kNever)
             return nullptr;
         return NSDate::cls().dateWithTimeIntervalSinceReferenceDate(
             Clock::wall() + static_cast<double>(due - Clock::now()) / 1e9);
     }
-    static int embeddingDescriptor(NSRunLoop& self) { return self.core_->embeddingDescriptor(); }
+    static int embeddingDescriptor(NSRunLoop& self)
+    {
+        return RunLoopCore::of(self).embeddingDescriptor();
+    }
     static NSTimeInterval embeddingTimeout(NSRunLoop& self)
     {
-        return self.core_->embeddingTimeout();
+        return RunLoopCore::of(self).embeddingTimeout();
     }
-    static void embeddingStep(NSRunLoop& self) { self.core_->embeddingStep(); }
+    static void embeddingStep(NSRunLoop& self) { RunLoopCore::of(self).embeddingStep(); }
 
     static void table(Builder& t)
     {

@@ -174,6 +174,13 @@ template <> struct NSThread::Methods<struct Running> {
         thread->initWithTarget_selector_object(target, selector, argument)->start();
     }
 
+    /// Answers the state; a thread without `init` gets a fresh one.
+    static ThreadState& of(NSThread& self)
+    {
+        if (!self.state_) [[unlikely]]
+            self.state_ = std::make_shared<ThreadState>();
+        return *self.state_;
+    }
     static Ref<NSObject> init(NSThread& self)
     {
         if (!super<NSThread, "init", Ref<NSObject>>(self))
@@ -201,7 +208,7 @@ template <> struct NSThread::Methods<struct Running> {
 
     static void start(NSThread& self)
     {
-        ThreadState& state = *self.state_;
+        ThreadState& state = of(self);
         if (state.started.exchange(true))
             raise("NSInvalidArgumentException",
                 "*** -[NSThread start]: attempt to start the thread again");
@@ -237,25 +244,25 @@ template <> struct NSThread::Methods<struct Running> {
         self.argument_ = nullptr;
     }
 
-    static void cancel(NSThread& self) { self.state_->cancelled.store(true); }
-    static bool isCancelled(NSThread& self) { return self.state_->cancelled.load(); }
-    static bool isExecuting(NSThread& self) { return self.state_->executing.load(); }
-    static bool isFinished(NSThread& self) { return self.state_->finished.load(); }
-    static bool isMainThread(NSThread& self) { return self.state_->isMain; }
+    static void cancel(NSThread& self) { of(self).cancelled.store(true); }
+    static bool isCancelled(NSThread& self) { return of(self).cancelled.load(); }
+    static bool isExecuting(NSThread& self) { return of(self).executing.load(); }
+    static bool isFinished(NSThread& self) { return of(self).finished.load(); }
+    static bool isMainThread(NSThread& self) { return of(self).isMain; }
     static Ref<NSString> name(NSThread& self)
     {
-        const std::lock_guard guard(self.state_->mutex);
-        return self.state_->name;
+        const std::lock_guard guard(of(self).mutex);
+        return of(self).name;
     }
     static void setName(NSThread& self, NSString* name)
     {
         const Ref<NSString> copy = name ? cast<NSString>(name->copy()) : nullptr;
         {
-            const std::lock_guard guard(self.state_->mutex);
-            self.state_->name = copy;
+            const std::lock_guard guard(of(self).mutex);
+            of(self).name = copy;
         }
         // The main thread's name is the process's, which the system shows to people.
-        if (ownState == self.state_.get() && !self.state_->isMain)
+        if (ownState == &of(self) && !of(self).isMain)
             nameSystemThread(copy.get());
     }
     static Ref<NSMutableDictionary> threadDictionary(NSThread& self)
@@ -264,12 +271,12 @@ template <> struct NSThread::Methods<struct Running> {
             self.dictionary_ = make<NSMutableDictionary>();
         return self.dictionary_;
     }
-    static NSUInteger stackSize(NSThread& self) { return self.state_->stackSize; }
+    static NSUInteger stackSize(NSThread& self) { return of(self).stackSize; }
     static void setStackSize(NSThread& self, NSUInteger bytes)
     {
         constexpr NSUInteger kPage = 4096;
         const auto least = static_cast<NSUInteger>(PTHREAD_STACK_MIN);
-        self.state_->stackSize = bytes ? (std::max(bytes, least) + kPage - 1) / kPage * kPage : 0;
+        of(self).stackSize = bytes ? (std::max(bytes, least) + kPage - 1) / kPage * kPage : 0;
     }
 
     static void table(Builder& t)

@@ -270,6 +270,8 @@ template <> struct NSURL::Methods<struct Pieces> {
     static Ref<NSObject> copyWithZone(NSURL& self, void*) { return &self; }
     static Ref<NSString> description(NSURL& self)
     {
+        if (!self.own_.string)
+            return super<NSURL, "description", Ref<NSString>>(self);
         if (!self.base_)
             return self.own_.string;
         return NSString::cls().stringWithFormat("%@ -- %@"_ns, self.own_.string, self.base_);

@@ -23,6 +23,8 @@ template <> struct NSURLQueryItem::Methods<struct Item> {
     }
     static bool isEqual(NSURLQueryItem& self, NSObject* other)
     {
+        if (other == &self)
+            return true;
         if (!other || !other->isKindOfClass(NSURLQueryItem::cls()))
             return false;
         const auto& item = static_cast<const NSURLQueryItem&>(*other);

@@ -77,7 +77,9 @@ template <> struct NSUserDefaults::Methods<struct Search> {
     /// Answers the stores in which the object looks, first the one that counts most. Under `defaults::memory`.
     static std::vector<Store*> storesOf(const NSUserDefaults& self)
     {
-        std::vector<Store*> all { self.own_ };
+        std::vector<Store*> all;
+        if (self.own_)
+            all.push_back(self.own_);
         all.insert(all.end(), self.suites_.begin(), self.suites_.end());
         all.push_back(&global());
         return all;

@@ -260,7 +260,14 @@ public:
         RunLoopCore* const core = mainCore.load(std::memory_order_acquire);
         return core ? *core : makeMain();
     }
-    static RunLoopCore& of(NSRunLoop& loop) { return *loop.core_; }
+    /// - Raises: `NSInternalInconsistencyException` for a loop that no thread has made.
+    static RunLoopCore& of(NSRunLoop& loop)
+    {
+        if (!loop.core_) [[unlikely]]
+            refuseUnmade();
+        return *loop.core_;
+    }
+    [[noreturn]] static void refuseUnmade();
     /// Answers a new loop for a thread.
     static Ref<NSRunLoop> makeLoop(bool isMain);
 

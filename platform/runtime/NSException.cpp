@@ -30,7 +30,9 @@ template <> struct NSException::Methods<struct Raising> {
     static void raise(NSException& self) { throw Exception(&self); }
     static Ref<NSString> description(NSException& self)
     {
-        return self.reason_ ? self.reason_ : self.name_;
+        if (self.reason_ || self.name_)
+            return self.reason_ ? self.reason_ : self.name_;
+        return super<NSException, "description", Ref<NSString>>(self);
     }
     static Ref<NSObject> copyWithZone(NSException& self, void*) { return &self; }
 

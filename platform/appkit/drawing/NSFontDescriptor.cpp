@@ -188,6 +188,8 @@ template <> struct NSFontDescriptor::Methods<struct Describing> {
 
     static bool isEqual(NSFontDescriptor& self, NSObject* other)
     {
+        if (other == &self)
+            return true;
         return other && other->isKindOfClass(classOf<NSFontDescriptor>())
             && maybe(self.attributes_)
                    ->isEqual(static_cast<NSFontDescriptor*>(other)->attributes_.get());

@@ -82,7 +82,7 @@ namespace {
     {
         // What is this long is not laid out twice to find that it is too tall.
         constexpr NSUInteger kLongest = 8000;
-        if (text->length() > kLongest)
+        if (maybe(text)->length() > kLongest)
             return scrolled(text, font, width);
         Ref<NSTextField> field = textOf(text, font, width);
         if (field->frame().size.height <= kTallestText)
@@ -189,7 +189,7 @@ void AlertAccess::arrange(NSAlert& alert)
     Column texts;
     const Ref<NSFont> bold = NSFont::cls().boldSystemFontOfSize(13);
     texts.add(paragraph(alert.messageText().get(), bold.get(), textWidth), kTextLeft, 0);
-    if (const Ref<NSString> information = alert.informativeText(); information->length())
+    if (const Ref<NSString> information = alert.informativeText(); maybe(information)->length())
         texts.add(paragraph(information.get(), NSFont::cls().systemFontOfSize(12).get(), textWidth),
             kTextLeft, kSmallGap);
     texts.add(accessory, kTextLeft, kGap);

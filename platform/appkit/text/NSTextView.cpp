@@ -45,6 +45,7 @@ void TextViewAccess::prepare(NSTextView& view, NSSize size, NSTextContainer* len
         = makeDictionary({ { NSFontAttributeName, NSFont::cls().userFontOfSize(12).get() },
             { NSForegroundColorAttributeName, NSColor::cls().textColor().get() } });
     state->minSize = size;
+    state->isReady = true;
     install(view, state);
 }
 

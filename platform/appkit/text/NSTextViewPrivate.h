@@ -75,12 +75,21 @@ struct TextViewState {
     bool editing = false; // the delegate was told that it began
     bool ending = false;
     bool isFirstResponder = false;
+    bool isReady = false; // it was initialised
 };
 
 /// What the files of this folder do with editors beside sending messages.
 struct TextViewAccess {
-    static TextViewState& of(NSTextView& view) { return *view.state_; }
-    static bool isReady(const NSTextView& view) { return view.state_ != nullptr; }
+    /// Answers the state; a view without `init` gets one without size.
+    static TextViewState& of(NSTextView& view)
+    {
+        if (!view.state_) [[unlikely]] {
+            prepare(view, {}, nullptr);
+            view.state_->isReady = false;
+        }
+        return *view.state_;
+    }
+    static bool isReady(const NSTextView& view) { return view.state_ && view.state_->isReady; }
     static void install(NSTextView& view, std::shared_ptr<TextViewState> state)
     {
         view.state_ = std::move(state);

@@ -115,7 +115,8 @@ template <> struct NSBox::Methods<struct Boxes> {
     static bool isFilled(NSBox& self) { return self.type_ <= NSBoxSecondary; }
     static bool showsTitle(NSBox& self)
     {
-        return self.titlePlace_ != NSNoTitle && !isSeparator(self) && self.title()->length() > 0;
+        return self.titlePlace_ != NSNoTitle && !isSeparator(self)
+            && maybe(self.title())->length() > 0;
     }
     static NSSize titleSize(NSBox& self)
     {

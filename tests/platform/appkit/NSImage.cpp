@@ -222,6 +222,27 @@ TEST(NSImage, FocusNests)
     outer->unlockFocus();
 }
 
+TEST(NSImage, WhoseDrawingRaisesIsNotLocked)
+{
+    bool raises = false;
+    const auto image
+        = NSImage::cls().imageWithSize_flipped_drawingHandler(NSMakeSize(2, 2), false, [&](NSRect) {
+              if (raises)
+                  raise("Fault", "on purpose");
+              return true;
+          });
+    const auto outer = alloc<NSImage>()->initWithSize(NSMakeSize(2, 2));
+    outer->lockFocus();
+    const auto context = NSGraphicsContext::cls().currentContext();
+    raises = true;
+    EXPECT_EQ(raisedBy([&] { image->lockFocusFlipped(true); }), "Fault: on purpose");
+    EXPECT_EQ(NSGraphicsContext::cls().currentContext(), context);
+    image->unlockFocus();
+    EXPECT_EQ(NSGraphicsContext::cls().currentContext(), context);
+    outer->unlockFocus();
+    EXPECT_FALSE(NSGraphicsContext::cls().currentContext());
+}
+
 TEST(NSImage, WithoutASizeCannotBeLocked)
 {
     const auto image = make<NSImage>();
