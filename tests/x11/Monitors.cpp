@@ -134,6 +134,31 @@ namespace {
         }
     };
 
+    TEST_F(MonitorsOnX, GiveRoomToThePanelsBesideThemOnly)
+    {
+        divide(kLeft, kRight);
+        const xcb_window_t windows[]
+            = { xcb_generate_id(driver_.raw()), xcb_generate_id(driver_.raw()) };
+        for (const xcb_window_t window : windows)
+            xcb_create_window(driver_.raw(), 0, window, driver_.root(), 0, 0, 1, 1, 0,
+                XCB_WINDOW_CLASS_INPUT_ONLY, XCB_COPY_FROM_PARENT, 0, nullptr);
+        const auto set = [&](xcb_window_t window, const char* name, const char* type,
+                             Values values) { driver_.setProperty(window, name, type, values); };
+        const auto [manager, panel] = windows;
+        set(manager, "_NET_SUPPORTING_WM_CHECK", "WINDOW", { manager });
+        set(panel, "_NET_WM_STRUT_PARTIAL", "CARDINAL", { 0, 0, 30, 0, 0, 0, 0, 0, 0, 799, 0, 0 });
+        set(driver_.root(), "_NET_CLIENT_LIST", "WINDOW", { panel });
+        set(driver_.root(), "_NET_WORKAREA", "CARDINAL", { 0, 30, 1600, 1170 });
+        set(driver_.root(), "_NET_SUPPORTING_WM_CHECK", "WINDOW", { manager });
+        Display& display = open();
+        ASSERT_EQ(display.screens().size(), 2u);
+        EXPECT_EQ(display.screens()[0].visibleFrame.size.height, 1170);
+        EXPECT_EQ(display.screens()[1].visibleFrame, display.screens()[1].frame);
+        set(driver_.root(), "_NET_CLIENT_LIST", "WINDOW", {});
+        waitFor(display, Event::Kind::screensChanged, nullptr);
+        EXPECT_EQ(display.screens()[1].visibleFrame.size.height, 1170);
+    }
+
     TEST_F(MonitorsOnX, CountFromThePrimaryOne)
     {
         Monitor left = kLeft;

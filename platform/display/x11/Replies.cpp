@@ -2,6 +2,7 @@
 #include "RepliesPrivate.h"
 
 #include <algorithm>
+#include <array>
 #include <bit>
 #include <cstring>
 
@@ -224,6 +225,82 @@ std::optional<PixelRect> workAreaFrom(
         return saturatedPixel(static_cast<std::int32_t>(areas[first + i]));
     };
     return PixelRect { number(0), number(1), number(0) + number(2), number(1) + number(3) };
+}
+
+// ---- what is kept free
+
+namespace {
+
+    constexpr std::size_t kEdges = 4; // left, right, top, bottom
+    constexpr std::size_t kPartialValues = 12;
+
+    /// One edge of the whole picture, seen from one monitor: distances from that edge.
+    struct EdgeView {
+        int near; // where the monitor begins
+        int far; // where it ends
+        int start; // its reach along the edge
+        int end;
+        int free; // where the work area begins
+    };
+
+    std::array<EdgeView, kEdges> edgesOf(
+        const PixelRect& monitor, PixelSize picture, const PixelRect& area)
+    {
+        const auto& m = monitor;
+        return { {
+            { m.left, m.right, m.top, m.bottom, area.left },
+            { picture.width - m.right, picture.width - m.left, m.top, m.bottom,
+                picture.width - area.right },
+            { m.top, m.bottom, m.left, m.right, area.top },
+            { picture.height - m.bottom, picture.height - m.top, m.left, m.right,
+                picture.height - area.bottom },
+        } };
+    }
+
+    /// Answers how far from the edge the monitor's free part begins.
+    int freeFrom(const EdgeView& view, std::size_t edge, std::span<const StrutValues> struts)
+    {
+        int free = view.near;
+        bool isExplained = view.free <= 0;
+        for (const StrutValues& strut : struts) {
+            const int reach = static_cast<int>(std::min<std::uint32_t>(strut[edge], kLargestPixel));
+            if (reach > view.free)
+                continue; // the manager does not heed it
+            isExplained = isExplained || reach == view.free;
+            const std::int64_t start = strut[kEdges + 2 * edge];
+            const std::int64_t end = strut[kEdges + 2 * edge + 1];
+            if (reach > view.near && reach < view.far && start < view.end && end >= view.start)
+                free = std::max(free, reach);
+        }
+        return isExplained ? free : std::max(free, view.free);
+    }
+
+}
+
+std::optional<StrutValues> strutFrom(
+    std::span<const std::uint32_t> partial, std::span<const std::uint32_t> plain)
+{
+    const bool isPartial = partial.size() >= kPartialValues;
+    if (!isPartial && plain.size() < kEdges)
+        return std::nullopt;
+    StrutValues values {};
+    std::copy_n(isPartial ? partial.begin() : plain.begin(), isPartial ? kPartialValues : kEdges,
+        values.begin());
+    for (std::size_t edge = 0; edge < kEdges && !isPartial; ++edge)
+        values[kEdges + 2 * edge + 1] = kLargestPixel - 1;
+    const bool isAny = std::any_of(
+        values.begin(), values.begin() + kEdges, [](std::uint32_t value) { return value != 0; });
+    return isAny ? std::optional(values) : std::nullopt;
+}
+
+PixelRect visiblePart(const PixelRect& monitor, PixelSize picture, const PixelRect& area,
+    std::span<const StrutValues> struts)
+{
+    const std::array<EdgeView, kEdges> edges = edgesOf(monitor, picture, area);
+    const PixelRect visible { freeFrom(edges[0], 0, struts), freeFrom(edges[2], 2, struts),
+        picture.width - freeFrom(edges[1], 1, struts),
+        picture.height - freeFrom(edges[3], 3, struts) };
+    return visible.isEmpty() ? monitor : visible;
 }
 
 }

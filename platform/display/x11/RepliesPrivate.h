@@ -8,6 +8,7 @@
 #include <string_view>
 #include <vector>
 
+#include "display/Strut.h"
 #include "display/Types.h"
 
 namespace brindle::display {
@@ -66,5 +67,16 @@ std::optional<double> scaleFrom(std::span<const NumberSetting> settings);
 /// - Nil: nothing when not even the first four are there.
 std::optional<PixelRect> workAreaFrom(
     std::span<const std::uint32_t> areas, std::span<const std::uint32_t> currentDesktop);
+
+/// Answers what a window keeps free along the edges of the whole picture, in its numbers with ranges or else those without.
+/// - Nil: nothing when it keeps nothing free.
+std::optional<StrutValues> strutFrom(
+    std::span<const std::uint32_t> partial, std::span<const std::uint32_t> plain);
+
+/// Answers the part of a monitor that is free. The work area is one rectangle for all monitors: where it ends with a strut, only
+/// the monitors beside that strut give room; what no strut explains takes room from all.
+/// - picture: the size of the whole desktop.
+PixelRect visiblePart(const PixelRect& monitor, PixelSize picture, const PixelRect& area,
+    std::span<const StrutValues> struts);
 
 }

@@ -158,11 +158,12 @@ void Screens::readWorkArea()
     const std::optional<PixelRect> area = manager_.workArea();
     if (!area)
         return;
-    for (std::size_t i = 0; i < frames_.size(); ++i) {
-        const PixelRect visible = intersection(frames_[i], *area);
-        if (!visible.isEmpty())
-            screens_[i].visibleFrame = mapping_.points(visible);
-    }
+    // One monitor needs no struts to know its part.
+    const std::vector<StrutValues> struts
+        = frames_.size() > 1 ? manager_.struts() : std::vector<StrutValues>();
+    for (std::size_t i = 0; i < frames_.size(); ++i)
+        screens_[i].visibleFrame
+            = mapping_.points(visiblePart(frames_[i], desktop_, *area, struts));
 }
 
 }

@@ -55,6 +55,27 @@ std::optional<PixelRect> WindowManager::workArea()
     return workAreaFrom(connection_.values(whichAreas), desktop);
 }
 
+std::vector<StrutValues> WindowManager::struts()
+{
+    constexpr std::uint32_t kMostWindows = 1024;
+    constexpr std::uint32_t kMostValues = 12;
+    using Question = Connection::Question;
+    std::vector<std::pair<Question, Question>> asked;
+    const auto ask = [&](xcb_window_t window, Atom atom) {
+        return connection_.ask(window, connection_.atom(atom), XCB_ATOM_CARDINAL, kMostValues);
+    };
+    for (const xcb_window_t window : connection_.values(connection_.root(),
+             connection_.atom(Atom::netClientList), XCB_ATOM_WINDOW, kMostWindows))
+        asked.emplace_back(ask(window, Atom::netWmStrutPartial), ask(window, Atom::netWmStrut));
+    std::vector<StrutValues> all;
+    for (const auto& [partial, plain] : asked) {
+        const auto ranged = connection_.values(partial);
+        if (const auto strut = strutFrom(ranged, connection_.values(plain)))
+            all.push_back(*strut);
+    }
+    return all;
+}
+
 bool WindowManager::propertyChanged(xcb_atom_t property)
 {
     if (property == connection_.atom(Atom::netSupportingWmCheck)

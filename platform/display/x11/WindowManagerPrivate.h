@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "ConnectionPrivate.h"
+#include "display/Strut.h"
 
 namespace brindle::display {
 
@@ -21,6 +22,9 @@ public:
     bool supports(Atom protocol);
     /// Answers the work area of the present desktop; nothing without a living manager.
     std::optional<PixelRect> workArea();
+
+    /// Answers what the windows that it manages keep free along the edges.
+    std::vector<StrutValues> struts();
 
     /// Forgets what was read, because a property of the root window changed.
     /// - Returns: whether the property has to do with the manager.

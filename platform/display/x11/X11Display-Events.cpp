@@ -222,8 +222,11 @@ void X11Display::handleProperty(const xcb_property_notify_event_t& event)
     }
     if (manager_.propertyChanged(event.atom))
         screensDirty_ = true;
-    if (event.atom == connection_->atom(Atom::netClientList))
+    if (event.atom == connection_->atom(Atom::netClientList)) {
         screenEdgeDirty_ = true;
+        // The struts of windows say which monitors give room; some managers tell of the work area first.
+        screensDirty_ = screensDirty_ || screens_.all().size() > 1;
+    }
     if (event.atom == XCB_ATOM_RESOURCE_MANAGER)
         scaleMayHaveChanged();
 }

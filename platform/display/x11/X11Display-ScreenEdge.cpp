@@ -3,6 +3,7 @@
 
 #include <algorithm>
 
+#include "RepliesPrivate.h"
 #include "X11SurfacePrivate.h"
 
 namespace brindle::display {
@@ -10,7 +11,7 @@ namespace brindle::display {
 namespace {
 
     constexpr std::size_t kPartialValues = 12; // of a partial strut
-    constexpr std::size_t kTop = 2; // of both kinds
+    constexpr std::size_t kTop = 2;
     constexpr std::size_t kTopStart = 8;
     constexpr std::size_t kTopEnd = 9;
     constexpr std::uint32_t kMostWindows = 4096;
@@ -42,20 +43,18 @@ std::vector<TopPanel> X11Display::topPanels()
     std::vector<TopPanel> panels;
     for (const Asked& window : asked) {
         const auto partial = connection_->values(window.partial);
-        const auto plain = connection_->values(window.plain);
+        const auto strut = strutFrom(partial, connection_->values(window.plain));
         const auto mark = connection_->values(window.mark);
         const auto place = owned(xcb_translate_coordinates_reply(raw, window.place, nullptr));
-        const bool isPartial = partial.size() >= kPartialValues;
-        const auto& strut = isPartial ? partial : plain;
-        if (strut.size() <= kTop || strut[kTop] == 0)
+        if (!strut || (*strut)[kTop] == 0)
             continue;
         const auto pixel = [](std::uint32_t value) {
             return static_cast<int>(std::min<std::uint32_t>(value, kLargestPixel));
         };
         TopPanel& panel = panels.emplace_back();
-        panel.reach = pixel(strut[kTop]);
-        panel.left = isPartial ? pixel(partial[kTopStart]) : 0;
-        panel.right = isPartial ? pixel(partial[kTopEnd]) + 1 : kLargestPixel;
+        panel.reach = pixel((*strut)[kTop]);
+        panel.left = pixel((*strut)[kTopStart]);
+        panel.right = pixel((*strut)[kTopEnd]) + 1;
         panel.top = place ? place->dst_y : 0;
         panel.isBar = !mark.empty();
         panel.hidden = mark.empty() ? 0 : pixel(mark[0]);

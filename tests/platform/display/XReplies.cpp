@@ -248,6 +248,86 @@ namespace {
         EXPECT_EQ(area->right, 65534);
     }
 
+    // ---- the free part of a monitor
+
+    constexpr PixelRect kLeftMonitor { 0, 0, 800, 1200 };
+    constexpr PixelRect kRightMonitor { 800, 0, 1600, 1000 };
+    constexpr PixelSize kPicture { 1600, 1200 };
+
+    PixelRect freePart(
+        const PixelRect& monitor, PixelRect area, std::initializer_list<StrutValues> struts)
+    {
+        return visiblePart(monitor, kPicture, area, std::vector<StrutValues>(struts));
+    }
+
+    TEST(FreeParts, AreThoseOfTheWorkAreaWithoutStruts)
+    {
+        EXPECT_EQ(
+            freePart(kLeftMonitor, { 10, 20, 1590, 1180 }, {}), (PixelRect { 10, 20, 800, 1180 }));
+        EXPECT_EQ(freePart(kRightMonitor, { 10, 20, 1590, 1180 }, {}),
+            (PixelRect { 800, 20, 1590, 1000 }));
+    }
+
+    TEST(FreeParts, GiveRoomToAPanelOnItsMonitorOnly)
+    {
+        const StrutValues top { 0, 0, 30, 0, 0, 0, 0, 0, 0, 799, 0, 0 };
+        EXPECT_EQ(freePart(kLeftMonitor, { 0, 30, 1600, 1200 }, { top }),
+            (PixelRect { 0, 30, 800, 1200 }));
+        EXPECT_EQ(freePart(kRightMonitor, { 0, 30, 1600, 1200 }, { top }), kRightMonitor);
+    }
+
+    TEST(FreeParts, GiveEachMonitorThePanelsBesideIt)
+    {
+        const StrutValues small { 0, 0, 30, 0, 0, 0, 0, 0, 0, 799, 0, 0 };
+        const StrutValues large { 0, 0, 50, 0, 0, 0, 0, 0, 800, 1599, 0, 0 };
+        EXPECT_EQ(freePart(kLeftMonitor, { 0, 50, 1600, 1200 }, { small, large }).top, 30);
+        EXPECT_EQ(freePart(kRightMonitor, { 0, 50, 1600, 1200 }, { small, large }).top, 50);
+    }
+
+    TEST(FreeParts, GiveRoomEverywhereForWhatNoStrutExplains)
+    {
+        const StrutValues top { 0, 0, 30, 0, 0, 0, 0, 0, 0, 799, 0, 0 };
+        EXPECT_EQ(freePart(kRightMonitor, { 0, 54, 1600, 1200 }, { top }).top, 54);
+    }
+
+    TEST(FreeParts, CountStrutsFromTheEdgeOfTheWholePicture)
+    {
+        const StrutValues bottom { 0, 0, 0, 230, 0, 0, 0, 0, 0, 0, 800, 1599 };
+        EXPECT_EQ(freePart(kRightMonitor, { 0, 0, 1600, 970 }, { bottom }).bottom, 970);
+        EXPECT_EQ(freePart(kLeftMonitor, { 0, 0, 1600, 970 }, { bottom }), kLeftMonitor);
+        const StrutValues left { 840, 0, 0, 0, 0, 1199, 0, 0, 0, 0, 0, 0 };
+        EXPECT_EQ(freePart(kRightMonitor, { 840, 0, 1600, 1200 }, { left }).left, 840);
+        EXPECT_EQ(freePart(kLeftMonitor, { 840, 0, 1600, 1200 }, { left }), kLeftMonitor);
+    }
+
+    TEST(FreeParts, DoNotHeedStrutsThatTheManagerDoesNot)
+    {
+        const StrutValues top { 0, 0, 500, 0, 0, 0, 0, 0, 0, 1599, 0, 0 };
+        EXPECT_EQ(freePart(kLeftMonitor, { 0, 0, 1600, 1200 }, { top }), kLeftMonitor);
+    }
+
+    TEST(FreeParts, AreWholeMonitorsWhereNothingWouldBeLeft)
+    {
+        EXPECT_EQ(freePart(kRightMonitor, { 0, 0, 700, 1200 }, {}), kRightMonitor);
+    }
+
+    TEST(Struts, WithoutRangesReachAlongTheWholeEdge)
+    {
+        const std::vector<std::uint32_t> plain { 0, 0, 24, 0 };
+        const auto strut = strutFrom({}, plain);
+        ASSERT_TRUE(strut);
+        EXPECT_EQ((*strut)[2], 24u);
+        EXPECT_EQ((*strut)[8], 0u);
+        EXPECT_EQ((*strut)[9], 32766u);
+    }
+
+    TEST(Struts, OfNothingAreNone)
+    {
+        const std::vector<std::uint32_t> nothing(12);
+        EXPECT_FALSE(strutFrom(nothing, {}));
+        EXPECT_FALSE(strutFrom({}, std::vector<std::uint32_t> { 1, 2 }));
+    }
+
     // ---- the desktop's settings
 
     std::vector<NumberSetting> settingsOf(std::span<const std::byte> bytes)
