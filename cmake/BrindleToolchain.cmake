@@ -91,6 +91,7 @@ function(brindle_compile_folders target)
         endforeach()
     endforeach()
     set_target_properties(${target} PROPERTIES UNITY_BUILD ON UNITY_BUILD_MODE GROUP)
-    # It takes a class of a source for one of a header.
-    target_compile_options(${target} PRIVATE $<$<CXX_COMPILER_ID:GNU>:-Wno-subobject-linkage>)
+    # One takes a class of a source for one of a header, the other a name of one source for one of the next.
+    target_compile_options(${target} PRIVATE
+        $<$<CXX_COMPILER_ID:GNU>:-Wno-subobject-linkage> $<$<CXX_COMPILER_ID:Clang>:-Wno-shadow>)
 endfunction()
