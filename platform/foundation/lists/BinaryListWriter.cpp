@@ -1,7 +1,10 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "BinaryListWriterPrivate.h"
 
+#include <algorithm>
 #include <bit>
+#include <map>
+#include <numeric>
 
 #include "foundation/SameBytesPrivate.h"
 
@@ -46,8 +49,7 @@ bool BinaryListWriter::isEqual(Index index, std::size_t start, std::size_t lengt
 }
 
 /// Answers the place of an equal value in a table that has room, or the empty one where it belongs.
-template <class Slots>
-BinaryListWriter::Slot& BinaryListWriter::find(Slots& slots, Slot wanted) const
+BinaryListWriter::Slot& BinaryListWriter::find(Row<Slot>& slots, Slot wanted) const
 {
     const std::size_t mask = slots.size() - 1;
     const Index index = indexIn(wanted);
@@ -108,48 +110,98 @@ BinaryListWriter::Index BinaryListWriter::keepOnce(std::size_t start)
     return indexIn(known);
 }
 
+// ---- equal values, at the end
+
+/// Turns the hash of each object into the index of the first equal one, which may be itself.
+void BinaryListWriter::findEqual()
+{
+    Row<Slot> sorted;
+    const std::vector<std::uint32_t> ends = sortByHash(sorted);
+    Row<Slot> table;
+    Row<Repeat> repeats;
+    std::size_t first = 0;
+    for (const std::size_t end : ends) {
+        const std::size_t size = std::bit_ceil(2 * (end - first) + 1);
+        table.cutTo(0);
+        std::memset(table.room(size), 0, size * sizeof(Slot));
+        for (; first < end; ++first) {
+            const std::uint32_t hash = hashIn(sorted[first]);
+            std::size_t at = hash & (size - 1);
+            while (table[at] && hashIn(table[at]) != hash)
+                at = (at + 1) & (size - 1);
+            if (table[at])
+                repeats.add({ indexIn(sorted[first]), indexIn(table[at]) });
+            else
+                table[at] = sorted[first];
+        }
+    }
+    joinEqual(repeats);
+}
+
+/// Puts all values into parts by the upper bits of their hashes, and those of a part into the order in which they were
+/// added: a part and the table of it fit into the processor's cache. The hash of each object becomes its own index.
+/// - Returns: where the parts end.
+std::vector<std::uint32_t> BinaryListWriter::sortByHash(Row<Slot>& sorted)
+{
+    constexpr std::size_t kPart = 2048; // values, or few more
+    constexpr unsigned kMostBits = 12;
+    const std::size_t values = starts_.size() - containerCount_;
+    const unsigned bits
+        = std::min(static_cast<unsigned>(std::bit_width(values / kPart)), kMostBits);
+    const auto partOf = [bits](std::uint64_t hash) { return hash << bits >> 32; };
+
+    std::vector<std::uint32_t> places(std::size_t { 1 } << bits);
+    for (const std::uint32_t hash : hashes_) {
+        if (hash)
+            ++places[partOf(hash)];
+    }
+    std::exclusive_scan(places.begin(), places.end(), places.begin(), 0u);
+    sorted.room(values);
+    for (std::size_t i = 0; i < hashes_.size(); ++i) {
+        const auto index = static_cast<Index>(i);
+        if (const std::uint32_t hash = std::exchange(hashes_[i], index))
+            sorted[places[partOf(hash)]++] = slotOf(hash, index);
+    }
+    return places;
+}
+
+/// Looks whether values with one hash are equal. Those that are not, one in millions, are told apart by their bytes.
+void BinaryListWriter::joinEqual(const Row<Repeat>& repeats)
+{
+    constexpr std::size_t kFar = 24;
+    constexpr std::size_t kNear = 12;
+    std::map<std::string_view, Index> others;
+    for (std::size_t i = 0; i < repeats.size(); ++i) {
+        if (i + kFar < repeats.size()) {
+            const Repeat& far = repeats[i + kFar];
+            __builtin_prefetch(&starts_[far.index]);
+            __builtin_prefetch(&starts_[far.first]);
+            __builtin_prefetch(&hashes_[far.index], 1);
+            const Repeat& near = repeats[i + kNear];
+            __builtin_prefetch(bytes_.bytes() + starts_[near.index]);
+            __builtin_prefetch(bytes_.bytes() + starts_[near.first]);
+        }
+        const Repeat& repeat = repeats[i];
+        const std::size_t start = starts_[repeat.index];
+        const std::size_t length = end(repeat.index) - start;
+        if (isEqual(repeat.first, start, length)) {
+            hashes_[repeat.index] = repeat.first;
+            continue;
+        }
+        const auto* const bytes = reinterpret_cast<const char*>(bytes_.bytes() + start);
+        hashes_[repeat.index] = others.try_emplace({ bytes, length }, repeat.index).first->second;
+    }
+}
+
 /// Turns the hashes into the indexes that the objects have in the list, counted without those that equal an earlier
 /// one.
 /// - Returns: how many there are.
 std::size_t BinaryListWriter::makeFinal()
 {
-    constexpr std::size_t kFar = 24;
-    constexpr std::size_t kNear = 16;
-    constexpr std::size_t kNext = 8;
-    const std::size_t values = starts_.size() - containerCount_;
-    Row<Slot> slots(std::bit_ceil(values + values / 2 + 1));
-    const std::size_t mask = slots.size() - 1;
-    const auto whenKnown = [&](std::size_t i, auto body) {
-        const std::uint32_t hash = hashes_[i];
-        const Slot slot = slots[hash & mask];
-        if (hash && slot && hashIn(slot) == hash)
-            body(indexIn(slot));
-    };
-    std::size_t count = 0;
-    for (std::size_t i = 0; i < hashes_.size(); ++i) {
-        if (i + kFar < hashes_.size()) {
-            __builtin_prefetch(&slots[hashes_[i + kFar] & mask], 1);
-            whenKnown(i + kNear, [&](Index known) {
-                __builtin_prefetch(&starts_[known]);
-                __builtin_prefetch(&hashes_[known]);
-            });
-            whenKnown(i + kNext,
-                [&](Index known) { __builtin_prefetch(bytes_.bytes() + starts_[known]); });
-        }
-        const std::uint32_t hash = hashes_[i];
-        if (!hash) {
-            hashes_[i] = static_cast<Index>(count++);
-            continue;
-        }
-        const Slot wanted = slotOf(hash, static_cast<Index>(i));
-        Slot& slot = find(slots, wanted);
-        if (slot) {
-            hashes_[i] = hashes_[indexIn(slot)];
-            continue;
-        }
-        slot = wanted;
-        hashes_[i] = static_cast<Index>(count++);
-    }
+    findEqual();
+    Index count = 0;
+    for (std::size_t i = 0; i < hashes_.size(); ++i)
+        hashes_[i] = hashes_[i] == i ? count++ : hashes_[hashes_[i]];
     return count;
 }
 

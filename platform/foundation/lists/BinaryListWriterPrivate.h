@@ -59,6 +59,11 @@ public:
 private:
     /// A value by its hash: the upper half is the hash, the lower one the index and one, or 0 for none.
     using Slot = std::uint64_t;
+    /// A value and the first one with its hash.
+    struct Repeat {
+        Index index;
+        Index first;
+    };
 
     Index place(std::size_t start, std::uint32_t hash)
     {
@@ -71,7 +76,10 @@ private:
     Index keepOnce(std::size_t start);
     bool isEqual(Index index, std::size_t start, std::size_t length) const;
     std::size_t end(Index index) const;
-    template <class Slots> Slot& find(Slots& slots, Slot wanted) const;
+    Slot& find(Row<Slot>& slots, Slot wanted) const;
+    void findEqual();
+    std::vector<std::uint32_t> sortByHash(Row<Slot>& sorted);
+    void joinEqual(const Row<Repeat>& repeats);
     std::size_t makeFinal();
     template <class Reference> std::size_t moveTogether(std::size_t count);
     template <class Offset> void writeTable();
@@ -84,7 +92,7 @@ private:
     std::size_t referenceCount_ = 0;
 
     // Strings and long values are known by a table. The rest, unless it was written recently, is sorted out at the end:
-    // then all values are there, and the memory that a search will need can be on its way while others are searched for.
+    // then all values are there, and can be looked at part by part, each small enough for the processor's cache.
     Row<Slot> known_;
     std::size_t knownCount_ = 0;
     std::array<Slot, 1024> recent_ {};

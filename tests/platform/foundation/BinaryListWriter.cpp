@@ -62,6 +62,22 @@ TEST(BinaryListWriter, EqualValuesAreInTheListOnce)
     EXPECT_EQ(*std::max_element(indexes.begin(), indexes.end()), 9999u);
 }
 
+TEST(BinaryListWriter, DifferentValuesStayApartWhenTheirHashesAreEqual)
+{
+    // Hashes have 32 bits: among so many values some dozen pairs share theirs.
+    constexpr int kValues = 500'000;
+    BinaryListWriter writer;
+    std::vector<BinaryListWriter::Index> elements;
+    for (int round = 0; round < 2; ++round) {
+        for (int i = 0; i < kValues; ++i)
+            elements.push_back(writer.integer(i));
+    }
+    const std::vector<std::size_t> indexes = elementsOf(writer.finish(writer.array(elements)));
+    ASSERT_EQ(indexes.size(), 2u * kValues);
+    for (std::size_t i = 0; i < indexes.size(); ++i)
+        ASSERT_EQ(indexes[i], i % kValues);
+}
+
 TEST(BinaryListWriter, ReferencesFollowTheObjectsWhenEqualOnesAreLeftOut)
 {
     BinaryListWriter writer;
