@@ -2,6 +2,7 @@
 #include "NSCoder.h"
 
 #include "Exceptions.h"
+#include "GeometryTextPrivate.h"
 #include "NSArray.h"
 #include "NSData.h"
 #include "NSDate.h"
@@ -55,15 +56,15 @@ template <> struct NSCoder::Methods<struct Encoding> {
     }
     static void encodePoint(NSCoder& self, NSPoint point, NSString* key)
     {
-        self.encodeObject_forKey(NSStringFromPoint(point).get(), key);
+        self.encodeObject_forKey(geometry::exactText(point).get(), key);
     }
     static void encodeSize(NSCoder& self, NSSize size, NSString* key)
     {
-        self.encodeObject_forKey(NSStringFromSize(size).get(), key);
+        self.encodeObject_forKey(geometry::exactText(size).get(), key);
     }
     static void encodeRect(NSCoder& self, NSRect rect, NSString* key)
     {
-        self.encodeObject_forKey(NSStringFromRect(rect).get(), key);
+        self.encodeObject_forKey(geometry::exactText(rect).get(), key);
     }
 
     static void table(Builder& t)

@@ -6,6 +6,7 @@
 #include <charconv>
 #include <cmath>
 
+#include "GeometryTextPrivate.h"
 #include "NSString.h"
 
 namespace brindle {
@@ -88,7 +89,30 @@ namespace {
         return std::string(text, end.ptr);
     }
 
-    std::string pair(CGFloat a, CGFloat b) { return "{" + number(a) + ", " + number(b) + "}"; }
+    /// Writes a number as %g does, or with as many digits more as tell it from all others.
+    std::string exactNumber(CGFloat value)
+    {
+        const std::string text = number(value);
+        CGFloat same = 0;
+        std::from_chars(text.data(), text.data() + text.size(), same);
+        if (same == value)
+            return text;
+        char digits[32];
+        const auto end = std::to_chars(digits, digits + sizeof digits, value);
+        return std::string(digits, end.ptr);
+    }
+
+    using Digits = std::string(CGFloat value);
+
+    std::string pair(Digits digits, CGFloat a, CGFloat b)
+    {
+        return "{" + digits(a) + ", " + digits(b) + "}";
+    }
+    std::string pairs(Digits digits, const NSRect& rect)
+    {
+        return "{" + pair(digits, rect.origin.x, rect.origin.y) + ", "
+            + pair(digits, rect.size.width, rect.size.height) + "}";
+    }
 
     /// Reads the numbers of a text, in their order.
     template <class T, std::size_t N> std::array<T, N> numbersIn(const NSString* text)
@@ -111,14 +135,25 @@ namespace {
 
 }
 
-Ref<NSString> NSStringFromPoint(NSPoint point) { return stringFrom(pair(point.x, point.y)); }
-Ref<NSString> NSStringFromSize(NSSize size) { return stringFrom(pair(size.width, size.height)); }
-
-Ref<NSString> NSStringFromRect(NSRect rect)
+Ref<NSString> NSStringFromPoint(NSPoint point)
 {
-    return stringFrom("{" + pair(rect.origin.x, rect.origin.y) + ", "
-        + pair(rect.size.width, rect.size.height) + "}");
+    return stringFrom(pair(number, point.x, point.y));
 }
+Ref<NSString> NSStringFromSize(NSSize size)
+{
+    return stringFrom(pair(number, size.width, size.height));
+}
+Ref<NSString> NSStringFromRect(NSRect rect) { return stringFrom(pairs(number, rect)); }
+
+Ref<NSString> geometry::exactText(NSPoint point)
+{
+    return stringFrom(pair(exactNumber, point.x, point.y));
+}
+Ref<NSString> geometry::exactText(NSSize size)
+{
+    return stringFrom(pair(exactNumber, size.width, size.height));
+}
+Ref<NSString> geometry::exactText(NSRect rect) { return stringFrom(pairs(exactNumber, rect)); }
 
 Ref<NSString> NSStringFromRange(NSRange range)
 {

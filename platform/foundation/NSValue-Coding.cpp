@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "CodingTable.h"
 #include "Exceptions.h"
+#include "GeometryTextPrivate.h"
 #include "NSNumber.h"
 #include "foundation/archives/KeyedArchivePrivate.h"
 #include "runtime/Table.h"
@@ -20,11 +21,11 @@ template <> struct NSValue::Methods<struct Coding> {
             coder->encodeObject_forKey(text.get(), key);
         };
         if (type == encodingOf<NSPoint>.view())
-            write(kPoint, "NS.pointval"_ns, NSStringFromPoint(self.pointValue()));
+            write(kPoint, "NS.pointval"_ns, geometry::exactText(self.pointValue()));
         else if (type == encodingOf<NSSize>.view())
-            write(kSize, "NS.sizeval"_ns, NSStringFromSize(self.sizeValue()));
+            write(kSize, "NS.sizeval"_ns, geometry::exactText(self.sizeValue()));
         else if (type == encodingOf<NSRect>.view())
-            write(kRect, "NS.rectval"_ns, NSStringFromRect(self.rectValue()));
+            write(kRect, "NS.rectval"_ns, geometry::exactText(self.rectValue()));
         else if (type == encodingOf<NSRange>.view())
             write(kRange, "NS.rangeval"_ns, NSStringFromRange(self.rangeValue()));
         else

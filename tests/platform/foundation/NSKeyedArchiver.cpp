@@ -326,6 +326,29 @@ TEST(NSKeyedArchiver, ScalarsComeBack)
     EXPECT_TRUE(NSEqualRects(back->rect_, scalars->rect_));
 }
 
+TEST(NSKeyedArchiver, GeometryComesBackToTheLastBit)
+{
+    const NSRect rect = NSMakeRect(1.0 / 3, 1234567.89, 1e300 / 7, -5e-324);
+    const Ref<ArchivedScalars> scalars = make<ArchivedScalars>();
+    scalars->rect_ = rect;
+    EXPECT_TRUE(NSEqualRects(roundTrip(scalars)->rect_, rect));
+    const auto& values = NSValue::cls();
+    EXPECT_TRUE(NSEqualRects(roundTrip(values.valueWithRect(rect))->rectValue(), rect));
+    EXPECT_TRUE(NSEqualSizes(roundTrip(values.valueWithSize(rect.size))->sizeValue(), rect.size));
+    EXPECT_TRUE(
+        NSEqualPoints(roundTrip(values.valueWithPoint(rect.origin))->pointValue(), rect.origin));
+}
+
+TEST(NSKeyedArchiver, GeometryIsWrittenShortlyWhereThatTellsAll)
+{
+    const Ref<ArchivedScalars> scalars = make<ArchivedScalars>();
+    scalars->rect_ = NSMakeRect(100000, 1e6, 0.1, -2.5);
+    const Ref<NSData> data = NSKeyedArchiver::cls().archivedDataWithRootObject(scalars.get());
+    const auto bytes = bytesOf(data.get());
+    EXPECT_NE(std::string(bytes.begin(), bytes.end()).find("{{100000, 1e+06}, {0.1, -2.5}}"),
+        std::string::npos);
+}
+
 TEST(NSKeyedArchiver, ClassesMayBeRenamed)
 {
     const Ref<NSKeyedArchiver> archiver
