@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
+#include <cmath>
 #include <map>
 #include <sstream>
 
@@ -10,7 +11,7 @@ namespace brindle::bench {
 
 namespace {
 
-    /// Runs the measurements in Python once and answers what they said of a row; zero without Python.
+    /// Runs the measurements in Python once and answers what they said of a row; no number without Python.
     Reading saidByPython(const std::string& row)
     {
         static const auto said = [] {
@@ -29,7 +30,7 @@ namespace {
             return readings;
         }();
         const auto found = said.find(row);
-        return found == said.end() ? Reading {} : found->second;
+        return found == said.end() ? Reading { std::nan(""), 0 } : found->second;
     }
 
     void add(Plan& plan, const std::string& what, Budget budget)

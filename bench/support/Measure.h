@@ -60,7 +60,7 @@ struct Pair {
 
 /// A number that is not a time.
 struct Reading {
-    double ours = 0;
+    double ours = 0; ///< no number: it could not be measured
     double floor = 0; ///< 0: there is none
 };
 

@@ -76,6 +76,8 @@ namespace {
 
 Line lineFor(const Row& row, double ours, double floor, double ratio)
 {
+    if (std::isnan(ours))
+        return { row.name, "-", "-", "-", budgetText(row), "failed" };
     const bool isMean = !row.cells.empty();
     return { row.name, isMean ? "-" : quantity(ours, row.unit),
         floor > 0 && !isMean ? quantity(floor, row.unit) : "-", ratio > 0 ? number(ratio, 2) : "-",

@@ -22,7 +22,7 @@ struct Line {
     std::string verdict;
 };
 
-/// Answers a row's line; `ratio` 0 stands for a row without a floor.
+/// Answers a row's line; `ratio` 0 stands for a row without a floor, no number for one that could not be measured.
 Line lineFor(const Row& row, double ours, double floor, double ratio);
 
 /// Writes the lines with their heads to standard output.
