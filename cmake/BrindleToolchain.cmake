@@ -23,7 +23,7 @@ endif()
 set(brindle_sanitizers_address address,undefined,float-cast-overflow)
 set(brindle_sanitizers_thread thread)
 set(brindle_sanitizers_undefined undefined,float-cast-overflow)
-set(brindle_sanitizers_fuzzer fuzzer-no-link,address,undefined,float-cast-overflow)
+set(brindle_sanitizers_fuzzer address,undefined,float-cast-overflow) # and what fuzz/CMakeLists.txt adds
 
 set(brindle_warnings -Wall -Wextra -Wpedantic -Wshadow -Wconversion)
 if(CMAKE_CXX_COMPILER_ID MATCHES Clang)

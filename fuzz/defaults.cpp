@@ -27,5 +27,15 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         if (!key->isKindOfClass(brindle::NSString::cls()))
             std::abort();
     }
+    // What stands there gives way to what is written, whatever it is.
+    const auto change = [](brindle::NSDictionary*) {
+        using namespace brindle;
+        return makeDictionary({ { "key"_ns, "value"_ns } });
+    };
+    const bool isWorthADisksTime = size % 8 == 0;
+    if (isWorthADisksTime
+        && (!defaults.update(brindle::defaults::Deadline::max(), change)
+            || defaults.contents()->count() != 1))
+        std::abort();
     return 0;
 }

@@ -5,6 +5,7 @@
 #include <cstdlib>
 #include <string_view>
 
+#include "foundation/NSArray.h"
 #include "foundation/NSRegularExpression.h"
 
 using namespace brindle;
@@ -36,6 +37,13 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
                     std::abort();
             }
         });
+    const NSUInteger count = expression->numberOfMatchesInString_options_range(text.get(), 0, all);
+    if (count != expression->matchesInString_options_range(text.get(), 0, all)->count()
+        || (count > 0)
+            != static_cast<bool>(expression->firstMatchInString_options_range(text.get(), 0, all)))
+        std::abort();
+    NSRegularExpression::cls().escapedPatternForString(text.get());
+    NSRegularExpression::cls().escapedTemplateForString(text.get());
     expression->stringByReplacingMatchesInString_options_range_withTemplate(
         text.get(), 0, all, pattern.get());
     return 0;

@@ -19,7 +19,10 @@ bool step(NSScanner& scanner, unsigned kind, const Ref<NSString>& wanted)
     std::int32_t number = 0;
     std::uint64_t large = 0;
     double fraction = 0;
-    switch (kind % 8) {
+    float single = 0;
+    NSInteger whole = 0;
+    std::uint32_t natural = 0;
+    switch (kind % 12) {
     case 0:
         return scanner.scanUpToString_intoString(wanted.get(), &text);
     case 1:
@@ -34,8 +37,16 @@ bool step(NSScanner& scanner, unsigned kind, const Ref<NSString>& wanted)
         return scanner.scanHexLongLong(&large);
     case 6:
         return scanner.scanDouble(&fraction);
-    default:
+    case 7:
         return scanner.scanHexDouble(&fraction);
+    case 8:
+        return scanner.scanUnsignedLongLong(&large);
+    case 9:
+        return scanner.scanInteger(&whole);
+    case 10:
+        return scanner.scanFloat(&single);
+    default:
+        return scanner.scanHexInt(&natural);
     }
 }
 

@@ -14,6 +14,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     const auto list = lists::readText(text, lists::Mutability::none, failure);
     if (!list && failure.reason.empty())
         std::abort(); // a refusal says why
+    if (list && !lists::fitsText(list.get(), failure))
+        std::abort(); // what was read from text has a form there
     lists::readStrings(text, failure);
     return 0;
 }
