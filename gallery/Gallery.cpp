@@ -141,7 +141,8 @@ template <> struct GalleryController::Methods<struct Pages> {
     static void colorsChanged(GalleryController& self, NSNotification*)
     {
         menubar().showAppearance();
-        maybe(self.code_)->takeColors();
+        if (self.code_) // the appearance is chosen before there are views
+            self.code_->takeColors();
         maybe(self.page_)->showOptions();
     }
     static void switchAppearance(GalleryController& self, NSObject*) { self.setDark(!isDark()); }

@@ -101,6 +101,14 @@ TEST(Gallery, StaysDarkFromOneStartToTheNext)
     gallery.restart();
     EXPECT_TRUE(isDark());
 }
+TEST(Gallery, OpensDarkWhereEverythingElseIsLight)
+{
+    OpenGallery gallery;
+    gallery.controller->setDark(true);
+    setDark(false); // what a process begins with
+    gallery.restart();
+    EXPECT_TRUE(isDark());
+}
 TEST(Gallery, FollowsTheDesktopUntilAnAppearanceIsChosen)
 {
     OpenGallery gallery;
