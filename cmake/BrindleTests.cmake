@@ -51,13 +51,13 @@ function(brindle_test_program name)
         brindle_test_support brindle_static GTest::gmock GTest::gtest_main)
 endfunction()
 
-# brindle_hardening_test(<name> <command>...): a test of minutes, left out unless ctest is asked for the
+# brindle_hardening_test(<name> <label> <command>...): a test of minutes, left out unless ctest is asked for the
 # configuration Hardening.
-function(brindle_hardening_test name)
+function(brindle_hardening_test name label)
     add_test(NAME ${name} COMMAND ${ARGN} CONFIGURATIONS Hardening)
     set_tests_properties(${name} PROPERTIES
-        LABELS hardening
-        TIMEOUT 3600
+        LABELS "hardening;${label}"
+        TIMEOUT 7200
         ENVIRONMENT_MODIFICATION "${brindle_test_environment}")
 endfunction()
 
@@ -111,6 +111,6 @@ function(brindle_test_area area)
     set_property(DIRECTORY APPEND PROPERTY TEST_INCLUDE_FILES "${script}")
 
     # All of them in one process, again and again, each time in another order.
-    brindle_hardening_test(${program}.shuffled
+    brindle_hardening_test(${program}.shuffled shuffled
         $<TARGET_FILE:${program}> --gtest_shuffle --gtest_repeat=20 --gtest_brief=1)
 endfunction()

@@ -139,19 +139,21 @@ namespace {
         test::Slowest slowest;
         for (const std::u16string& units : hostileTexts()) {
             const Ref<NSString> text = stringFrom(units);
-            const auto process = [&screen] { screen.process(); };
             const auto showIn = [&](const auto& put) {
-                slowest.of([&] {
+                slowest.ofProcessor([&] {
                     put();
-                    process();
+                    screen.process();
                 });
             };
             showIn([&] { window->setTitle(text.get()); });
+            window->setTitle(""_ns);
             showIn([&] { field->setStringValue(text.get()); });
-            showIn([&] { button->setTitle(text.get()); });
             EXPECT_TRUE(field->stringValue()->isEqualToString(text.get()));
             showIn([&] { field->sizeToFit(); });
+            field->setStringValue(""_ns);
+            showIn([&] { button->setTitle(text.get()); });
             showIn([&] { button->sizeToFit(); });
+            button->setTitle(""_ns);
             showIn([&] {
                 item->setTitle(text.get());
                 menu->popUpMenuPositioningItem_atLocation_inView(nullptr, { 100, 300 }, nullptr);

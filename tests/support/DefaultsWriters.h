@@ -16,6 +16,7 @@
 #include "foundation/NSNumber.h"
 #include "foundation/NSString.h"
 #include "foundation/defaults/DefaultsFilePrivate.h"
+#include "support/AheadOfOthers.h"
 
 namespace brindle::test {
 
@@ -118,6 +119,7 @@ private:
     }
     void check(int told)
     {
+        const AheadOfOthers ahead;
         const auto start = std::chrono::steady_clock::now();
         defaults::File file(folder_);
         file.refresh();

@@ -18,6 +18,7 @@
 #include "foundation/NSUserDefaults.h"
 #include "foundation/defaults/DefaultsDomainsPrivate.h"
 #include "foundation/defaults/DefaultsFilePrivate.h"
+#include "support/AheadOfOthers.h"
 #include "support/DefaultsWriters.h"
 #include "support/Figures.h"
 #include "support/Strings.h"
@@ -162,6 +163,7 @@ namespace {
         std::fflush(nullptr); // the other process would write it too
         const pid_t child = test::startChild([&] {
             ::alarm(60); // one that does not end fails
+            const test::AheadOfOthers ahead;
             ::dup2(said[1], STDERR_FILENO);
             for (const int descriptor : { said[0], said[1], ready[0] })
                 ::close(descriptor);
