@@ -265,20 +265,26 @@ namespace {
 
 Ref<NSString> shortened(NSString& text, NSDictionary* attributes, CGFloat room)
 {
-    const Ref<NSString> whole(&text);
-    if (sizeWithAttributes(whole, attributes).width <= room)
-        return whole;
+    const auto isTooWide = [&](const Ref<NSString>& part) {
+        return sizeWithAttributes(part, attributes).width > room;
+    };
+    // A long text shows by its beginning that it is too wide; the rest of it is not looked at.
+    constexpr NSUInteger kGlance = 512;
+    NSUInteger tooLong = kGlance;
+    while (tooLong < text.length() && !isTooWide(text.substringToIndex(tooLong)))
+        tooLong *= 2;
+    if (tooLong >= text.length()) {
+        tooLong = text.length();
+        if (!isTooWide(&text))
+            return &text;
+    }
     const auto cut = [&](NSUInteger length) {
         return text.substringToIndex(length)->stringByAppendingString("…"_ns);
     };
     NSUInteger fits = 0;
-    NSUInteger tooLong = text.length();
     while (fits + 1 < tooLong) {
         const NSUInteger middle = (fits + tooLong) / 2;
-        if (sizeWithAttributes(cut(middle), attributes).width <= room)
-            fits = middle;
-        else
-            tooLong = middle;
+        (isTooWide(cut(middle)) ? tooLong : fits) = middle;
     }
     return cut(text.length() > 0 ? text.rangeOfComposedCharacterSequenceAtIndex(fits).location : 0);
 }

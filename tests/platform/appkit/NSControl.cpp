@@ -145,6 +145,20 @@ TEST(ControlDrawing, TextIsCutBetweenWholeLetters)
     EXPECT_EQ(controls::shortened(*text, attributes.get(), 1000), text);
 }
 
+TEST(ShortenedText, OfManyLettersIsTheSameAsThatOfItsBeginning)
+{
+    const auto attributes = make<NSDictionary>();
+    const auto beginning = stringFrom(std::string(400, 'w'));
+    const auto whole = stringFrom(std::string(1'000'000, 'w'));
+    const double wide = sizeWithAttributes(beginning, attributes.get()).width;
+    const auto cut = controls::shortened(*whole, attributes.get(), wide / 4);
+    EXPECT_EQ(utf8(cut), utf8(controls::shortened(*beginning, attributes.get(), wide / 4)));
+    // Also where several looks are needed.
+    const auto longer = controls::shortened(*whole, attributes.get(), wide * 4);
+    EXPECT_LE(sizeWithAttributes(longer, attributes.get()).width, wide * 4);
+    EXPECT_NEAR(static_cast<double>(longer->length()), 1600, 3);
+}
+
 TEST(NSControlClass, ACellClassIsInheritedAndDoesNotLeak)
 {
     Class* const before = NSControl::cls().cellClass();
