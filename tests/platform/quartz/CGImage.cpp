@@ -111,7 +111,7 @@ TEST(CGImage, KeepsItsBitsOfAPixelHoweverItsRowsArePadded)
     const auto space = Ref<CGColorSpace>::adopt(CGColorSpaceCreateDeviceRGB());
     const auto provider
         = Ref<CGDataProvider>::adopt(CGDataProviderCreateWithData(nullptr, bytes, 16, nullptr));
-    for (const std::size_t bits : { 24, 32 }) {
+    for (const std::size_t bits : { 24u, 32u }) {
         const auto image = Ref<CGImage>::adopt(CGImageCreate(2, 2, 8, bits, 8, space.get(),
             bits == 24 ? kCGImageAlphaNone : kCGImageAlphaNoneSkipLast, provider.get(), nullptr,
             false, kCGRenderingIntentDefault));
