@@ -57,8 +57,7 @@ private:
         bool selected = false;
     };
     std::vector<Segment> segments_;
-    std::vector<CGFloat>
-        ends_; // where segments end, while several places are asked for; else empty
+    std::vector<CGFloat> ends_; // of segments, while several are placed; else empty
     NSSegmentSwitchTracking mode_ = NSSegmentSwitchTrackingSelectOne;
     NSInteger last_ = -1; // the segment that was chosen or pressed last
     NSInteger key_ = -1;

@@ -232,7 +232,6 @@ std::optional<PixelRect> workAreaFrom(
 namespace {
 
     constexpr std::size_t kEdges = 4; // left, right, top, bottom
-    constexpr std::size_t kPartialValues = 12;
 
     /// One edge of the whole picture, seen from one monitor: distances from that edge.
     struct EdgeView {
@@ -280,12 +279,12 @@ namespace {
 std::optional<StrutValues> strutFrom(
     std::span<const std::uint32_t> partial, std::span<const std::uint32_t> plain)
 {
-    const bool isPartial = partial.size() >= kPartialValues;
+    const bool isPartial = partial.size() >= std::tuple_size_v<StrutValues>;
     if (!isPartial && plain.size() < kEdges)
         return std::nullopt;
     StrutValues values {};
-    std::copy_n(isPartial ? partial.begin() : plain.begin(), isPartial ? kPartialValues : kEdges,
-        values.begin());
+    std::copy_n(isPartial ? partial.begin() : plain.begin(),
+        isPartial ? std::tuple_size_v<StrutValues> : kEdges, values.begin());
     for (std::size_t edge = 0; edge < kEdges && !isPartial; ++edge)
         values[kEdges + 2 * edge + 1] = kLargestPixel - 1;
     const bool isAny = std::any_of(

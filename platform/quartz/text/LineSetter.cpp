@@ -113,11 +113,12 @@ double columnWidth(std::u16string_view text, std::span<const StyledRun> runs, st
     // All up to the next tab is shaped, as it will be in the line: letters next to the column's end may be kerned.
     const NSRange column = NSMakeRange(from, std::min(text.find(kTab, from), text.size()) - from);
     std::vector<StyledRun> inside;
-    for (StyledRun run : runs) {
-        run.range = NSIntersectionRange(run.range, column);
-        run.range.location -= from;
-        if (run.range.length)
-            inside.push_back(run);
+    const auto endOf = [](const StyledRun& run) { return NSMaxRange(run.range); };
+    for (auto run = std::ranges::upper_bound(runs, column.location, {}, endOf);
+         run != runs.end() && run->range.location < NSMaxRange(column); ++run) {
+        inside.push_back(*run);
+        inside.back().range = NSIntersectionRange(run->range, column);
+        inside.back().range.location -= from;
     }
     const std::u16string_view shaped = text.substr(column.location, column.length);
     const Line line = shapeText(shaped, inside, direction, {});

@@ -28,39 +28,6 @@ template <> struct CountingOperation::Methods<struct Work> {
 };
 BRINDLE_RECORD(CountingOperation, Work)
 
-/// Work that goes on until somebody ends it.
-class LongOperation : public NSOperation {
-    BRINDLE_OBJECT(LongOperation, NSOperation)
-
-public:
-    std::atomic<int> starts_ { 0 };
-    std::atomic<bool> finished_ { false };
-
-    void end()
-    {
-        willChangeValueForKey("isFinished"_ns);
-        finished_ = true;
-        didChangeValueForKey("isFinished"_ns);
-    }
-};
-template <> struct LongOperation::Methods<struct Work> {
-    static void start(LongOperation& self)
-    {
-        ++self.starts_;
-        if (self.isCancelled())
-            self.end();
-    }
-    static bool yes(LongOperation&) { return true; }
-    static bool isExecuting(LongOperation& self) { return self.starts_ > 0 && !self.finished_; }
-    static bool isFinished(LongOperation& self) { return self.finished_; }
-    static void table(Builder& t)
-    {
-        t.methods({ { "start", imp<start> }, { "isAsynchronous", imp<yes> },
-            { "isExecuting", imp<isExecuting> }, { "isFinished", imp<isFinished> } });
-    }
-};
-BRINDLE_RECORD(LongOperation, Work)
-
 namespace {
 
     void turn() { NSRunLoop::cls().mainRunLoop()->runUntilIdle(NSDefaultRunLoopMode); }
@@ -336,74 +303,6 @@ TEST(NSOperationQueue, RunsManyAddedFromSeveralThreads)
         thread.join();
     queue->waitUntilAllOperationsAreFinished();
     EXPECT_EQ(runs, 2000);
-}
-
-// ---- work that says itself when it has finished
-
-TEST(AsynchronousOperation, LetsOthersWaitUntilItSaysThatItHasFinished)
-{
-    const auto queue = heldQueue();
-    const Ref<LongOperation> work = make<LongOperation>();
-    const Ref<CountingOperation> next = make<CountingOperation>();
-    next->addDependency(work.get());
-    work->start();
-    EXPECT_TRUE(work->isAsynchronous());
-    EXPECT_FALSE(next->isReady());
-    work->end();
-    EXPECT_TRUE(next->isReady());
-    EXPECT_FALSE(next->isAsynchronous());
-}
-TEST(AsynchronousOperation, KeepsItsPlaceInTheQueueUntilThen)
-{
-    const Ref<NSOperationQueue> queue = make<NSOperationQueue>();
-    queue->setMaxConcurrentOperationCount(1);
-    const Ref<LongOperation> work = make<LongOperation>();
-    const Ref<CountingOperation> next = make<CountingOperation>();
-    bool completed = false;
-    work->setCompletionBlock([&] { completed = true; });
-    queue->addOperation(work.get());
-    queue->addOperation(next.get());
-    while (!work->isExecuting())
-        std::this_thread::yield();
-    EXPECT_EQ(queue->operationCount(), 2u);
-    EXPECT_FALSE(next->isFinished());
-    work->end();
-    queue->waitUntilAllOperationsAreFinished();
-    EXPECT_TRUE(completed);
-    EXPECT_EQ(next->runs_, 1);
-}
-TEST(AsynchronousOperation, EndsWhenItsStartSeesThatItWasCancelled)
-{
-    const auto queue = heldQueue();
-    const Ref<LongOperation> work = make<LongOperation>();
-    queue->addOperation(work.get());
-    work->cancel();
-    finish(queue);
-    EXPECT_EQ(work->starts_, 1);
-    EXPECT_TRUE(work->isFinished());
-}
-TEST(AsynchronousOperation, EndsOnceHoweverOftenItIsSaid)
-{
-    const Ref<LongOperation> work = make<LongOperation>();
-    int completions = 0;
-    work->setCompletionBlock([&] { ++completions; });
-    work->didChangeValueForKey("isFinished"_ns);
-    EXPECT_EQ(completions, 0);
-    work->end();
-    work->setCompletionBlock([&] { ++completions; });
-    work->end();
-    work->didChangeValueForKey(nullptr);
-    EXPECT_EQ(completions, 1);
-}
-TEST(AsynchronousOperation, EndsInItsQueueWithoutHavingBegun)
-{
-    const auto queue = heldQueue();
-    const Ref<LongOperation> work = make<LongOperation>();
-    queue->addOperation(work.get());
-    work->end();
-    EXPECT_EQ(queue->operationCount(), 0u);
-    finish(queue);
-    EXPECT_EQ(work->starts_, 0);
 }
 
 // ---- started by somebody else than their queue
