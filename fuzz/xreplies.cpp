@@ -6,11 +6,35 @@
 #include <cstdint>
 #include <cstdlib>
 #include <cstring>
+#include <optional>
+#include <span>
 #include <vector>
 
 #include "display/x11/RepliesPrivate.h"
 
 using namespace brindle::display;
+
+namespace {
+
+/// Reads what other programs keep free of a screen, and what is left of it: 1 for a strut.
+std::size_t freePartFrom(const std::vector<std::uint32_t>& words, unsigned width, unsigned height)
+{
+    const std::uint32_t desktop[] = { 0 };
+    const PixelSize picture { static_cast<int>(width) * 64, static_cast<int>(height) * 64 };
+    const PixelRect monitor { 0, 0, picture.width, picture.height };
+    const std::optional<PixelRect> area = workAreaFrom(words, desktop);
+    const auto half = std::span(words).subspan(words.size() / 2);
+    std::optional<StrutValues> strut = strutFrom(half, {});
+    if (!strut)
+        strut = strutFrom({}, words);
+    const std::span<const StrutValues> struts(strut ? &*strut : nullptr, strut ? 1 : 0);
+    const PixelRect visible = visiblePart(monitor, picture, area.value_or(monitor), struts);
+    if (!monitor.isEmpty() && visible.isEmpty())
+        std::abort(); // something is always left
+    return strut ? 1 : 0;
+}
+
+}
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
 {
@@ -26,7 +50,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
 
     std::uint64_t malformed = 0;
     std::size_t found = 0;
-    switch (data[0] % 5) {
+    switch (data[0] % 6) {
     case 0:
         found = parseScrollAxes(bytes, data[1], malformed).size();
         break;
@@ -41,6 +65,9 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         found = workAreaFrom(words, desktop).has_value() ? 1 : 0;
         break;
     }
+    case 4:
+        found = freePartFrom(words, data[1], data[2]);
+        break;
     default: {
         const std::vector<NumberSetting> settings = parseSettings(bytes, malformed);
         found = settings.size();

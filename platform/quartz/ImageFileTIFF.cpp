@@ -5,6 +5,7 @@
 #include <cmath>
 #include <limits>
 #include <map>
+#include <set>
 
 namespace brindle::quartz {
 
@@ -403,7 +404,8 @@ ImageFiles decodeTIFF(std::span<const std::byte> bytes)
     std::size_t used = 0;
     std::size_t packedLeft = kMostReadings * bytes.size();
     std::size_t at = file.word(4);
-    for (std::size_t i = 0; at != 0 && i < kMostPictures; ++i) {
+    std::set<std::size_t> seen; // each directory is read once
+    while (at != 0 && files.pictures.size() < kMostPictures && seen.insert(at).second) {
         Directory directory(file, at, bigEndian);
         ImageFile picture = directory.read(kMostPixels - used, packedLeft);
         if (file.failed() || !picture.image)

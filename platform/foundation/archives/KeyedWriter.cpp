@@ -259,7 +259,7 @@ Writer::Uid Writer::uidOf(NSObject* object, bool isConditional)
         number = newUid(object) + 1;
     const Uid uid = number - 1;
     if (objects_[uid].record == kPending && !isConditional)
-        encode(uid, object);
+        encode(uid, objects_[uid].object); // others may stand for it
     return uid;
 }
 

@@ -249,6 +249,18 @@ TEST(NSKeyedArchiver, ASubstituteIsArchivedInstead)
     EXPECT_TRUE(back->objectAtIndex(0)->isMemberOfClass(ArchivedNode::cls()));
 }
 
+TEST(NSKeyedArchiver, ASubstituteIsArchivedInsteadAfterAConditionalMention)
+{
+    const Ref<ArchivedStandIn> standIn = make<ArchivedStandIn>();
+    standIn->real_ = makeNode("real"_ns);
+    const Ref<ArchivedNode> node = makeNode("first"_ns);
+    node->known_ = standIn; // archived only if somebody else does
+    const Ref<NSArray> back = roundTrip(makeArray({ node.get(), standIn.get() }));
+    EXPECT_TRUE(back->objectAtIndex(1)->isMemberOfClass(ArchivedNode::cls()));
+    EXPECT_EQ(
+        static_cast<ArchivedNode*>(back->objectAtIndex(0).get())->known_, back->objectAtIndex(1));
+}
+
 TEST(NSKeyedArchiver, ANilSubstituteArchivesNil)
 {
     EXPECT_FALSE(roundTrip(make<ArchivedStandIn>()));

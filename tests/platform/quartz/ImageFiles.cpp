@@ -251,13 +251,13 @@ TEST(ImageFiles, ABitmapThatPointsOutOfTheFileIsRefused)
     EXPECT_FALSE(read(bmp(0)));
 }
 
-TEST(ImageFiles, ATIFFWhoseDirectoriesFormALoopEnds)
+TEST(ImageFiles, ATIFFWhoseDirectoriesFormALoopIsReadOnce)
 {
     const quartz::ImageFile file { gradient(2, 2), 72, 0 };
     std::string bytes = quartz::encodeTIFF({ &file, 1 }, false);
     const std::string first = bytes.substr(4, 4);
     bytes.replace(bytes.size() - 4, 4, first); // the next one is the first
-    EXPECT_LE(quartz::decodeImages(bytesOf(bytes)).pictures.size(), 256u);
+    EXPECT_EQ(quartz::decodeImages(bytesOf(bytes)).pictures.size(), 1u);
 }
 
 TEST(ImageFiles, ATIFFOfFourThousandMillionSamplesIsRefused)
