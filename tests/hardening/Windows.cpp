@@ -140,10 +140,8 @@ namespace {
         for (const std::u16string& units : hostileTexts()) {
             const Ref<NSString> text = stringFrom(units);
             const auto showIn = [&](const auto& put) {
-                slowest.ofProcessor([&] {
-                    put();
-                    screen.process();
-                });
+                slowest.ofProcessor(put);
+                slowest.ofProcessor([&] { screen.process(); });
             };
             showIn([&] { window->setTitle(text.get()); });
             window->setTitle(""_ns);
