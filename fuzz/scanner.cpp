@@ -71,5 +71,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         if (after > units.size() || (isFound ? after <= before : after != before))
             std::abort();
     }
+    scanner->setScanLocation(units.size());
+    if (!scanner->isAtEnd())
+        std::abort();
     return 0;
 }
