@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "pages/Pages.h"
 
+#include <algorithm>
 #include <set>
 
 #include <gtest/gtest.h>
@@ -8,6 +9,8 @@
 #include "OpenGallery.h"
 #include "appkit/NSTableColumn.h"
 #include "appkit/drawing/SystemColorsPrivate.h"
+#include "controls/GWOverlayHoverView.h"
+#include "controls/GWThemeFrameView.h"
 #include "foundation/Each.h"
 #include "foundation/NSArray.h"
 #include "foundation/NSObjCRuntime.h"
@@ -37,6 +40,19 @@ namespace {
                 return found;
         }
         return nullptr;
+    }
+    /// Answers the strips of the windows that are shown.
+    std::vector<Ref<GWThemeFrameView>> strips(const OpenGallery& gallery)
+    {
+        std::vector<Ref<GWThemeFrameView>> found;
+        for (NSWindow* window : each<NSWindow>(gallery.application->windows())) {
+            if (!window->isVisible())
+                continue;
+            if (auto strip = firstOf<GWThemeFrameView>(window->contentView()->superview()))
+                found.push_back(std::move(strip));
+        }
+        std::ranges::sort(found, {}, &Ref<GWThemeFrameView>::get);
+        return found;
     }
     void collect(const Ref<NSView>& view, std::vector<WeakRef<NSView>>& found)
     {
@@ -100,6 +116,33 @@ TEST(GalleryPages, LeaveNothingBehindThatTheyHaveMadeForThemselves)
         for (NSView* view : visit(entry.name))
             EXPECT_TRUE(shared.contains(view))
                 << utf8Of(view->description()) << " of " << entry.name;
+    }
+}
+TEST(GalleryPages, ShowTheStripsOfThePageBeforeSinceEachStaysForGood)
+{
+    OpenGallery gallery;
+    gallery.showPage("Title strip");
+    const auto first = strips(gallery);
+    EXPECT_EQ(first.size(), 2u);
+    gallery.controller->page()->setFrameSize(kLeastPage);
+    gallery.showPage("The ground");
+    EXPECT_TRUE(strips(gallery).empty());
+    gallery.showPage("Title strip");
+    EXPECT_TRUE(strips(gallery) == first);
+}
+TEST(GalleryPages, ShowAStripWithoutItsBandAfterThePointerWasOnIt)
+{
+    OpenGallery gallery;
+    gallery.showPage("Title strip");
+    for (const auto& strip : strips(gallery))
+        strip->fadeIn(true);
+    gallery.screen.advance(0.5);
+    gallery.showPage("The ground");
+    gallery.screen.advance(0.5);
+    gallery.showPage("Title strip");
+    for (const auto& strip : strips(gallery)) {
+        const double seen = strip->overlayHoverView()->alphaValue();
+        EXPECT_EQ(seen, strip->titlebarOverlay() ? 0 : 1);
     }
 }
 TEST(GalleryPages, LookTheSameWhetherTheyShowedWhenTheAppearanceChangedOrNot)

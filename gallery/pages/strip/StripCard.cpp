@@ -5,6 +5,7 @@
 #include "foundation/NSArray.h"
 #include "kit/Drawing.h"
 #include "kit/Palette.h"
+#include "runtime/Runtime.h"
 #include "runtime/Table.h"
 
 namespace gallery {
@@ -45,49 +46,75 @@ template <> struct StripCard::Methods<struct Sample> {
         const NSRect room = inset(self.bodyRect(), 16);
         return self.window()->convertRectToScreen(self.convertRect_toView(room, nullptr));
     }
-    // A point narrower: the change to the wanted frame is what makes the strip feel the pointer.
-    static NSRect startingFrame(StripCard& self)
+    static NSWindowStyleMask style(StripCard& self)
     {
+        return self.overlay_ ? NSWindowStyleMask { NSBorderlessWindowMask }
+                             : NSTitledWindowMask | NSClosableWindowMask;
+    }
+    static Ref<NSWindow> makeSample(StripCard& self)
+    {
+        // A point narrower than wanted: the change of the frame is what makes the strip feel the pointer.
         NSRect frame = wantedFrame(self);
         frame.size.width -= 1;
-        return frame;
+        Ref<NSWindow> sample = alloc<NSWindow>()->initWithContentRect_styleMask_backing_defer(
+            frame, style(self), NSBackingStoreBuffered, true);
+        sample->setContentView(make<StripContent>().get());
+        const Ref<GWThemeFrameView> strip = make<GWThemeFrameView>();
+        strip->setTitlebarOverlay(self.overlay_);
+        strip->setTitlebarOverlayHeight(kBand);
+        strip->setAdditionalTrackY(kBand);
+        sample->contentView()->superview()->addSubview(strip.get());
+        return sample;
     }
-    static void open(StripCard& self)
+    static void leaveWidgets(NSWindow& sample)
     {
-        const NSWindowStyleMask style = self.overlay_ ? NSWindowStyleMask { NSBorderlessWindowMask }
-                                                      : NSTitledWindowMask | NSClosableWindowMask;
-        self.sample_ = alloc<NSWindow>()->initWithContentRect_styleMask_backing_defer(
-            startingFrame(self), style, NSBackingStoreBuffered, true);
-        self.sample_->setContentView(make<StripContent>().get());
-        self.strip_ = make<GWThemeFrameView>();
-        self.strip_->setBackgroundColor(palette().sidebar.get());
-        self.strip_->setTitlebarOverlay(self.overlay_);
-        self.strip_->setTitlebarOverlayHeight(kBand);
-        self.strip_->setAdditionalTrackY(kBand);
-        self.sample_->contentView()->superview()->addSubview(self.strip_.get());
+        for (NSView* view : each<NSView>(sample.contentView()->superview()->subviews())) {
+            if (view->isKindOfClass(GWThemeFrameView::cls()))
+                static_cast<GWThemeFrameView*>(view)->fadeIn(false);
+        }
+    }
+
+    // A strip lives as long as the process: the gallery's window keeps a sample of each kind for the next card.
+    static const void* keyOf(StripCard& self)
+    {
+        static constexpr char keys[2] {};
+        return &keys[self.overlay_ ? 1 : 0];
+    }
+    static void lend(StripCard& self)
+    {
+        const Ref<NSWindow> window = self.window();
+        self.sample_ = cast<NSWindow>(objc_getAssociatedObject(window.get(), keyOf(self)));
+        if (!self.sample_)
+            self.sample_ = makeSample(self);
+        objc_setAssociatedObject(
+            window.get(), keyOf(self), nullptr, OBJC_ASSOCIATION_RETAIN_NONATOMIC);
+    }
+    static void giveBack(StripCard& self)
+    {
+        if (!self.sample_)
+            return;
+        leaveWidgets(*self.sample_);
+        self.sample_->close();
+        objc_setAssociatedObject(self.window().get(), keyOf(self), self.sample_.get(),
+            OBJC_ASSOCIATION_RETAIN_NONATOMIC);
+        self.sample_ = nullptr;
+    }
+    static void place(StripCard& self)
+    {
+        if (!self.window() || self.bounds().size.height <= 150)
+            return giveBack(self);
+        if (!self.sample_)
+            lend(self);
         self.sample_->setFrame_display(wantedFrame(self), false);
         self.window()->addChildWindow_ordered(self.sample_.get(), NSWindowAbove);
     }
-    static void close(StripCard& self)
-    {
-        if (self.sample_)
-            self.sample_->close();
-        self.sample_ = nullptr;
-        self.strip_ = nullptr;
-    }
-    static void openAnew(StripCard& self)
-    {
-        close(self);
-        if (self.window() && self.bounds().size.height > 150)
-            open(self);
-    }
 
-    static void viewWillMoveToWindow(StripCard& self, NSWindow*) { close(self); }
-    static void viewDidMoveToWindow(StripCard& self) { openAnew(self); }
+    static void viewWillMoveToWindow(StripCard& self, NSWindow*) { giveBack(self); }
+    static void viewDidMoveToWindow(StripCard& self) { place(self); }
     static void setFrameSize(StripCard& self, NSSize size)
     {
         super<StripCard, "setFrameSize:">(self, size);
-        openAnew(self);
+        place(self);
     }
     static void drawBody(StripCard& self, NSRect body)
     {

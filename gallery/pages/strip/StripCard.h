@@ -9,7 +9,8 @@ namespace gallery {
 
 /// A card under a window of its own, whose title area is a strip.
 ///
-/// The window is a child of the one the card is in; it comes and goes with the card and lies over the card's body.
+/// The window is a child of the one the card is in; it shows and hides with the card and lies over the card's
+/// body. Cards that follow one another in a window share it.
 class StripCard : public GalleryCard {
     BRINDLE_OBJECT(StripCard, GalleryCard)
 
@@ -20,7 +21,6 @@ public:
 
 private:
     brindle::Ref<brindle::NSWindow> sample_;
-    brindle::Ref<brindle::GWThemeFrameView> strip_;
     bool overlay_ = false;
 };
 
