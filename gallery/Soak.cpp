@@ -172,12 +172,37 @@ void Soak::look()
     const Ref<NSArray> windows = NSApplication::cls().sharedApplication()->windows();
     for (NSWindow* window : each<NSWindow>(windows)) {
         const Ref<NSView> root = maybe(window->contentView())->superview();
-        if (root && !isSound(*root, *window))
+        if (!root)
+            continue;
+        if (!isSound(*root, *window))
             complain("a view does not know where it is");
+        for (NSView* part : each<NSView>(root->subviews()))
+            rememberPart(*part);
     }
     if (windows->count() > kMostWindows)
         complain("windows pile up");
     lookForOldPages();
+    lookForOldParts();
+}
+
+void Soak::rememberPart(NSView& view)
+{
+    const auto known
+        = std::ranges::find(parts_, &view, [](const Seen& part) { return part.view.get().get(); });
+    if (known == parts_.end())
+        parts_.push_back({ &view, actions_ });
+    else
+        known->action = actions_;
+}
+
+void Soak::lookForOldParts()
+{
+    std::erase_if(parts_, [](const Seen& part) { return !part.view.get(); });
+    for (const Seen& part : parts_) {
+        const Ref<NSView> view = part.view.get();
+        if (!view->window() && actions_ - part.action > kActionsBeside)
+            complain(utf8Of(NSStringFromClass(view->classObject())) + " stays after its window");
+    }
 }
 
 void Soak::rememberPage()

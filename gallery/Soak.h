@@ -15,7 +15,8 @@
 namespace gallery {
 
 /// Leaves the gallery to a user who does anything (`RandomUser`) and looks from time to time whether it still stands: views
-/// and windows know each other, pages go when others come, nothing raises, nothing hangs, memory stays.
+/// and windows know each other, pages go when others come, views when their windows do, nothing raises, nothing hangs,
+/// memory stays.
 ///
 /// The same seed does the same in the same order, so what went wrong once goes wrong again.
 class Soak {
@@ -27,10 +28,10 @@ public:
     bool run();
 
 private:
-    /// A page, or what stands on it.
+    /// A page, or what stands on it; or what lies in the frame of a window.
     struct Seen {
         brindle::WeakRef<brindle::NSView> view;
-        std::uint64_t action; // that found it
+        std::uint64_t action; // that found it: a page's first, a part's last
     };
     static constexpr std::size_t kNone = std::numeric_limits<std::size_t>::max();
     using Instant = std::chrono::steady_clock::time_point;
@@ -40,6 +41,8 @@ private:
     void look();
     void rememberPage();
     void lookForOldPages();
+    void rememberPart(brindle::NSView& view);
+    void lookForOldParts();
     void lookAtMemory();
     void complain(const std::string& what);
     double elapsed() const;
@@ -56,6 +59,7 @@ private:
     std::uint64_t endings_ = 0; // times that it was asked to come to rest
     brindle::WeakRef<GalleryPage> page_; // the last one that was seen
     std::vector<Seen> seen_;
+    std::vector<Seen> parts_;
     std::size_t warm_ = 0; // bytes used with one page once every page was seen twice
     // The least since then in each half of the time: what comes and goes is not in it.
     std::array<std::size_t, 2> least_ { kNone, kNone };
