@@ -10,9 +10,6 @@ namespace brindle::text {
 
 namespace {
 
-    // What is longer is no word of a language; it is shaped as far as it is cut.
-    constexpr std::size_t kLongestPiece = 256;
-
     enum Kind : std::uint8_t { kOfWords = 1, kBehindWords = 2, kOfNoWord = 4 };
 
     constexpr std::array<Kind, kPlainLetters> makeKinds()
@@ -86,14 +83,14 @@ bool LetterPairs::measure(std::u16string_view text, std::size_t start, PieceMeas
         if (!measureSpaces(text, measures))
             return false;
         at = measures.wordStart;
+        if (at == text.size())
+            return true;
         advance = measures.advances.whole;
     } else {
         measures.wordStart = start;
         measures.advances.spaces = 0;
     }
-    const std::size_t limit = std::min(text.size(), start + kLongestPiece);
-    if (at >= limit)
-        return at == text.size();
+    const std::size_t limit = std::min(text.size(), at + kLongestSegment);
     unsigned before = 0;
     std::size_t letter = letterOf(text[at]);
     if (letter >= kPlainLetters)
@@ -111,12 +108,27 @@ bool LetterPairs::measure(std::u16string_view text, std::size_t start, PieceMeas
         before |= kKinds[letter];
         letter = next;
     }
-    const bool isAtEnd = at == text.size();
-    if (at == limit && (!isAtEnd || !isFree(letter)))
-        return false;
     measures.end = at;
     measures.isPlain = isPlainWord(before, kKinds[letter]);
-    measures.advances.whole = isAtEnd ? advance + advances_[letter] : advance;
+    measures.advances.whole = advance;
+    if (at < limit) [[likely]]
+        return true;
+    return measureEnd(text, letter, measures);
+}
+
+/// Adds the last letter of a piece that ends with the text, or that is cut because it is longer than any word.
+bool LetterPairs::measureEnd(std::u16string_view text, std::size_t letter, PieceMeasures& measures)
+{
+    if (measures.end == text.size()) {
+        measures.advances.whole += advances_[letter];
+        return isFree(letter);
+    }
+    const std::size_t next = letterOf(text[measures.end]);
+    if (next >= kPlainLetters || step(letter, next) == Pair::kUnknown)
+        return false;
+    measures.isPlain = measures.isPlain && next == 0;
+    // What belongs to the letter behind the cut is not moved: it begins a piece.
+    measures.advances.whole += pair(letter, next).step - pair(letter, next).moved;
     return true;
 }
 

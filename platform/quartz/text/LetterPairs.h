@@ -58,6 +58,7 @@ private:
     }
     const Row& readRow(std::size_t first);
     bool measureSpaces(std::u16string_view text, PieceMeasures& measures);
+    bool measureEnd(std::u16string_view text, std::size_t letter, PieceMeasures& measures);
     bool isFree(std::size_t letter) const;
 
     LetterGlyphs glyphs_ {};

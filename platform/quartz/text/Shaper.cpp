@@ -17,7 +17,6 @@ namespace {
     constexpr std::size_t kBatchUnits = 512;
     constexpr std::size_t kWindowUnits = 4096;
     constexpr std::size_t kKeptGlyphs = 8192;
-    constexpr std::size_t kLongestSegment = 4096;
     constexpr std::size_t kMostTableBytes = 1024 * 1024;
 
     struct Segment {
@@ -401,6 +400,8 @@ namespace {
             at = letters.end;
         }
         shapeMissing(sink);
+        if (letters_.capacity() > kKeptGlyphs)
+            letters_ = {};
         return at;
     }
 

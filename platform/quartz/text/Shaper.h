@@ -18,6 +18,9 @@ struct ShapedGlyph {
     std::int32_t y = 0;
 };
 
+/// A word that is longer is cut, and shaped part by part.
+inline constexpr std::size_t kLongestSegment = 4096;
+
 /// What shaping depends on besides the text.
 struct ShapingStyle {
     const FontFace* face = nullptr;

@@ -1,4 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
+#include <algorithm>
+#include <iterator>
 #include <random>
 #include <string>
 #include <vector>
@@ -25,7 +27,8 @@ namespace {
         return glyphs;
     }
 
-    /// What the shaping library makes of each word with the spaces before it and one character behind it.
+    /// What the shaping library makes of each word, or part of a very long one, with the spaces before it and one
+    /// character behind it.
     std::vector<std::array<double, 5>> shapedGlyphsOf(std::u16string_view text, const Font& font)
     {
         std::vector<std::array<double, 5>> glyphs;
@@ -34,8 +37,9 @@ namespace {
         std::int64_t pen = 0;
         for (std::size_t start = 0, end = 0; start < text.size(); start = end) {
             const std::size_t word = text.find_first_not_of(u' ', start);
-            end = word == text.npos ? word : text.find(u' ', word);
-            end = std::min(end, text.size());
+            end = std::min(text.find(u' ', std::min(word, text.size())), text.size());
+            if (word != text.npos)
+                end = std::min(end, word + kLongestSegment);
             const int length = static_cast<int>(std::min(end + 1, text.size()) - start);
             BRINDLE_HARFBUZZ(hb_buffer_clear_contents)(buffer.get());
             BRINDLE_HARFBUZZ(hb_buffer_set_script)(buffer.get(), HB_SCRIPT_LATIN);
@@ -101,6 +105,25 @@ TEST_P(TextLetterPairsOf, SetWordsAsShapingDoes)
     }
 }
 
+TEST_P(TextLetterPairsOf, SetTheLongestWordsAsShapingDoes)
+{
+    const Font font = this->font();
+    ASSERT_NE(font.face, nullptr);
+    std::u16string text(300, u' ');
+    for (const std::u16string& part : randomTexts(2400)) {
+        std::ranges::copy_if(
+            part, std::back_inserter(text), [](char16_t unit) { return unit != u' '; });
+    }
+    ASSERT_GT(text.size(), 2 * kLongestSegment);
+    clearWordCache();
+    const auto expected = shapedGlyphsOf(text, font);
+    EXPECT_EQ(glyphsOf(text, font), expected);
+    double width = 0;
+    for (const auto& glyph : expected)
+        width += glyph[4];
+    EXPECT_DOUBLE_EQ(measureLine(text, font).width, width);
+}
+
 INSTANTIATE_TEST_SUITE_P(Faces, TextLetterPairsOf,
     testing::Values("LiberationSans", "LiberationSans-Bold", "LiberationSerif-Italic",
         "LiberationMono", "Inter-Regular", "DejaVuSans", "DejaVuSerif", "DejaVuSansMono"));
@@ -114,6 +137,17 @@ TEST(TextLetterPairs, AskShapingForNoWordOfPlainLetters)
     EXPECT_EQ(wordCacheState().misses, misses);
     measureLine(u"d\u00E9j\u00E0", font);
     EXPECT_EQ(wordCacheState().misses, misses + 1);
+}
+
+TEST(TextLetterPairs, AskShapingForNoWordHoweverLong)
+{
+    const Font font { FontFace::named("LiberationSans"), 13 };
+    const std::u16string text(2 * kLongestSegment + 1, u'x');
+    clearWordCache();
+    const std::uint64_t hits = wordCacheState().hits;
+    EXPECT_NEAR(measureLine(text, font).width,
+        measureLine(u"x", font).width * static_cast<double>(text.size()), 1e-6);
+    EXPECT_EQ(wordCacheState().hits, hits + 4);
 }
 
 TEST(TextLetterPairs, LeaveLettersThatAFaceJoinsToShaping)
