@@ -5,7 +5,11 @@
 
 #include <gtest/gtest.h>
 
+#include "appkit/NSSavePanel.h"
+#include "appkit/NSView.h"
+#include "appkit/NSWindow.h"
 #include "foundation/NSObject+KeyValueCoding.h"
+#include "menubar/BRCustomMenubar.h"
 #include "runtime/ClassPrivate.h"
 #include "runtime/NSException.h"
 #include "runtime/Runtime.h"
@@ -80,6 +84,60 @@ namespace {
                 object.mutableCopy();
         }),
             200);
+    }
+
+    void tryTo(const std::function<void()>& step)
+    {
+        try {
+            step();
+        } catch (const Exception&) {
+        }
+    }
+
+    TEST(ObjectsWithoutInit, AreNoWindowsToMoveFillShowOrRun)
+    {
+        int windows = 0;
+        askAll([&windows](NSObject& object) {
+            if (!object.isKindOfClass(NSWindow::cls()))
+                return;
+            ++windows;
+            auto& window = static_cast<NSWindow&>(object);
+            if (object.isKindOfClass(NSSavePanel::cls())) {
+                auto& panel = static_cast<NSSavePanel&>(object);
+                for (int i = 0; i < 2; ++i)
+                    EXPECT_THROW(panel.runModal(), Exception);
+                tryTo([&] { panel.beginWithCompletionHandler(nullptr); });
+                tryTo([&] { panel.ok(nullptr); });
+                tryTo([&] { panel.cancel(nullptr); });
+            }
+            if (object.isKindOfClass(BRCustomMenubar::cls())) {
+                auto& bar = static_cast<BRCustomMenubar&>(object);
+                tryTo([&] { bar.setFrame(); });
+                tryTo([&] { bar.load(); });
+            }
+            const Ref<NSView> view = alloc<NSView>()->initWithFrame(NSMakeRect(0, 0, 9, 9));
+            tryTo([&] { window.setFrame_display(NSMakeRect(1, 2, 30, 40), true); });
+            tryTo([&] { window.setContentView(view.get()); });
+            tryTo([&] { window.setStyleMask(NSTitledWindowMask); });
+            tryTo([&] { window.setTitle("Title"_ns); });
+            tryTo([&] { window.center(); });
+            tryTo([&] { window.display(); });
+            tryTo([&] { window.recalculateKeyViewLoop(); });
+            tryTo([&] { window.selectNextKeyView(nullptr); });
+            tryTo([&] { window.performClose(nullptr); });
+            tryTo([&] { window.performZoom(nullptr); });
+            tryTo([&] { window.miniaturize(nullptr); });
+            tryTo([&] { window.toggleFullScreen(nullptr); });
+            tryTo([&] { window.makeKeyWindow(); });
+            tryTo([&] { window.makeMainWindow(); });
+            EXPECT_FALSE(window.isKeyWindow() || window.isMainWindow());
+            EXPECT_THROW(window.makeKeyAndOrderFront(nullptr), Exception);
+            EXPECT_THROW(window.orderFrontRegardless(), Exception);
+            EXPECT_FALSE(window.isVisible());
+            tryTo([&] { window.orderOut(nullptr); });
+            tryTo([&] { window.close(); });
+        });
+        EXPECT_GE(windows, 5);
     }
 
     TEST(ObjectsWithoutInit, AnswerTheirProperties) { EXPECT_GT(askAll(readProperties), 200); }

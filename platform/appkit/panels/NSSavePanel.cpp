@@ -246,7 +246,6 @@ template <> struct NSSavePanel::Methods<struct Running> {
             return NSModalResponseCancel;
         if (const auto person = scripted::panelPerson())
             return ask(self, person);
-        prepare(self);
         struct Away {
             NSSavePanel& panel;
             ~Away()
@@ -255,6 +254,7 @@ template <> struct NSSavePanel::Methods<struct Running> {
                 panel.orderOut(nullptr);
             }
         } const away { self };
+        prepare(self);
         const NSModalResponse code
             = NSApplication::cls().sharedApplication()->runModalForWindow(&self);
         return code == NSModalResponseOK ? code : NSModalResponseCancel;

@@ -205,7 +205,7 @@ void frameLookChanged(NSWindow& window)
 
 Ref<NSButton> frameButton(NSWindow& window, NSWindowButton kind)
 {
-    const auto& frame = static_cast<NSWindowFrameView&>(*WindowAccess::state(window).frameView);
+    const auto& frame = static_cast<NSWindowFrameView&>(WindowAccess::frameView(window));
     return kind < frame.buttons_.size() && frame.buttons_[kind] && !frame.buttons_[kind]->isHidden()
         ? frame.buttons_[kind]
         : nullptr;

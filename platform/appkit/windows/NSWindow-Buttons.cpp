@@ -121,7 +121,7 @@ void WindowAccess::keyLookChanged(NSWindow& window)
             forSubviews(view, [](NSView& subview) { mark(subview); });
         }
     };
-    Marking::mark(*state(window).frameView);
+    Marking::mark(frameView(window));
     frameLookChanged(window);
 }
 

@@ -87,7 +87,7 @@ template <> struct NSWindow::Methods<struct Cursors> {
     {
         self.send<"discardCursorRects">();
         of(self).cursorRectsValid = true;
-        askForRects(*of(self).frameView);
+        askForRects(WindowAccess::frameView(self));
     }
     static void discard(NSWindow& self) { of(self).cursorRects.clear(); }
     static bool areEnabled(NSWindow& self) { return of(self).cursorRectsEnabled; }

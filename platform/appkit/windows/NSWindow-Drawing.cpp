@@ -146,7 +146,7 @@ template <> struct NSWindow::Methods<struct Drawing> {
         if (state.damage.isEmpty() && state.moved.isEmpty())
             return;
         const DrawingScope scope(state);
-        const Ref<NSView> root = state.frameView;
+        const Ref<NSView> root(&WindowAccess::frameView(self));
         const Backing backing = *state.backing; // a view may close the window
         Painter announcing(backing, partsOf(state));
         announcing.announce(*root); // views may mark more now

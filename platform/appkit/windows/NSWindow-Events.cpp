@@ -98,7 +98,7 @@ template <> struct NSWindow::Methods<struct Events> {
 
     static bool performKeyEquivalent(NSWindow& self, NSEvent* event)
     {
-        const Ref<NSView> views = of(self).frameView;
+        const Ref<NSView> views(&WindowAccess::frameView(self));
         return views->performKeyEquivalent(event);
     }
     // A key that nobody wanted: Tab moves the focus, a button may wait for it, everything else ends the chain.
@@ -130,7 +130,7 @@ template <> struct NSWindow::Methods<struct Events> {
     }
     static Ref<NSView> viewAt(NSWindow& self, NSPoint point)
     {
-        Ref<NSView> found = of(self).frameView->hitTest(point);
+        Ref<NSView> found = WindowAccess::frameView(self).hitTest(point);
         return found ? found : of(self).frameView;
     }
 
@@ -176,7 +176,7 @@ template <> struct NSWindow::Methods<struct Events> {
         display::ResizeEdge edge {};
         const bool wasKey = self.isKeyWindow() || !WindowAccess::becomesKeyUnasked(self);
         if (WindowAccess::resizeEdgeAt(self, point, edge)) {
-            becomeKeyByPress(self, *of(self).frameView);
+            becomeKeyByPress(self, WindowAccess::frameView(self));
             return WindowAccess::resizeWindow(self, edge, event);
         }
         const Ref<NSView> view = viewAt(self, point);

@@ -64,7 +64,7 @@ void WindowAccess::applyFrame(NSWindow& window, NSRect frame, bool tellSurface)
         }
     }
     if (frame.size != old.size) {
-        s.frameView->setFrame({ {}, frame.size });
+        frameView(window).setFrame({ {}, frame.size });
         s.contentView->setFrame(window.contentRectForFrameRect({ {}, frame.size }));
         damageAll(window);
         placeSheet(window);
@@ -97,7 +97,7 @@ void WindowAccess::settleScreen(NSWindow& window)
         return;
     if (rescaled) {
         damageAll(window);
-        tellBackingChange(*s.frameView);
+        tellBackingChange(frameView(window));
         notify(window, NSWindowDidChangeBackingPropertiesNotification,
             "windowDidChangeBackingProperties:");
     }
@@ -116,7 +116,7 @@ void WindowAccess::beginLiveResize(NSWindow& window)
     if (std::exchange(s.liveResize, true))
         return;
     notify(window, NSWindowWillStartLiveResizeNotification, "windowWillStartLiveResize:");
-    tellLiveResize(*s.frameView, true);
+    tellLiveResize(frameView(window), true);
 }
 
 void WindowAccess::endLiveResize(NSWindow& window)
@@ -124,7 +124,7 @@ void WindowAccess::endLiveResize(NSWindow& window)
     WindowState& s = state(window);
     if (!std::exchange(s.liveResize, false))
         return;
-    tellLiveResize(*s.frameView, false);
+    tellLiveResize(frameView(window), false);
     notify(window, NSWindowDidEndLiveResizeNotification, "windowDidEndLiveResize:");
 }
 

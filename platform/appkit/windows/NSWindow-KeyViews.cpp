@@ -88,13 +88,13 @@ bool keyviews::hasLoop(NSWindow& window)
         } done { std::exchange(recalculating, &window) };
         window.recalculateKeyViewLoop();
     }
-    return isLinked(*WindowAccess::state(window).frameView);
+    return isLinked(WindowAccess::frameView(window));
 }
 
 Ref<NSView> keyviews::inReading(NSWindow& window, NSView* from, Step step)
 {
     Views views;
-    collect(*WindowAccess::state(window).frameView, from, views);
+    collect(WindowAccess::frameView(window), from, views);
     if (step == Step::back)
         std::reverse(views.begin(), views.end());
     const auto start = std::find(views.begin(), views.end(), from);
@@ -146,7 +146,7 @@ template <> struct NSWindow::Methods<struct KeyViews> {
     static void recalculateLoop(NSWindow& self)
     {
         Views views;
-        collect(*WindowAccess::state(self).frameView, nullptr, views);
+        collect(WindowAccess::frameView(self), nullptr, views);
         for (std::size_t i = 0; i < views.size(); ++i)
             views[i]->setNextKeyView(views[(i + 1) % views.size()].get());
     }

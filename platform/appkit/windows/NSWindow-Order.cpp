@@ -159,6 +159,7 @@ namespace {
 void WindowAccess::orderIn(
     NSWindow& window, NSWindowOrderingMode mode, NSWindow* other, bool regardless)
 {
+    frameView(window); // there must be something to show
     WindowState& s = state(window);
     const Ref<NSWindow> alive(&window);
     ApplicationState& app = ApplicationAccess::state();
@@ -351,6 +352,7 @@ template <> struct NSWindow::Methods<struct Order> {
     {
         if (!self.canBecomeKeyWindow())
             return;
+        WindowAccess::frameView(self); // the application must not know one that was never its own
         const Ref<NSWindow> alive(&self);
         ApplicationAccess::setKeyWindow(&self);
         WindowState& state = of(self);
@@ -363,8 +365,10 @@ template <> struct NSWindow::Methods<struct Order> {
     }
     static void makeMain(NSWindow& self)
     {
-        if (self.canBecomeMainWindow())
-            ApplicationAccess::setMainWindow(&self);
+        if (!self.canBecomeMainWindow())
+            return;
+        WindowAccess::frameView(self);
+        ApplicationAccess::setMainWindow(&self);
     }
     static void becomeKey(NSWindow& self)
     {

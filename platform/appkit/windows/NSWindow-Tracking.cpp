@@ -144,7 +144,7 @@ void WindowAccess::settleTracking(NSWindow& window)
     if (!std::exchange(s.viewsMoved, false))
         return;
     s.cursorRectsValid = false;
-    ViewAccess::updateTrackingAreas(*s.frameView);
+    ViewAccess::updateTrackingAreas(frameView(window));
 }
 
 void WindowAccess::trackPointer(NSWindow& window, NSEvent& event, bool dragging)
@@ -156,7 +156,7 @@ void WindowAccess::trackPointer(NSWindow& window, NSEvent& event, bool dragging)
     s.pointerInside = NSPointInRect(s.pointer, { {}, s.frame.size }) && !s.ignoresMouse;
     Areas now;
     if (s.pointerInside)
-        collect(*s.frameView, s.pointer, now);
+        collect(frameView(window), s.pointer, now);
     std::erase_if(now, [&](const Ref<NSTrackingArea>& area) { return !isActive(*area, window); });
     const auto silenced = [dragging](NSTrackingArea& area) {
         return dragging && !(TrackingAccess::options(area) & NSTrackingEnabledDuringMouseDrag);

@@ -89,12 +89,13 @@ template <> struct NSWindow::Methods<struct Basics> {
             fresh = alloc<NSView>()->initWithFrame(area);
         if (fresh == state.contentView)
             return;
+        NSView& holder = WindowAccess::frameView(self);
         const Ref<NSView> old = std::exchange(state.contentView, fresh);
         if (old)
             old->removeFromSuperview();
         fresh->setFrame(area);
         fresh->setAutoresizingMask(NSViewNotSizable); // the window sets its frame
-        state.frameView->addSubview_positioned_relativeTo(fresh.get(), NSWindowBelow, nullptr);
+        holder.addSubview_positioned_relativeTo(fresh.get(), NSWindowBelow, nullptr);
     }
 
     // ---- what it is
@@ -105,6 +106,7 @@ template <> struct NSWindow::Methods<struct Basics> {
         WindowState& state = of(self);
         if (state.style == style)
             return;
+        NSView& views = WindowAccess::frameView(self);
         state.style = style;
         if (state.surface) {
             state.surface->setResizable((style & NSResizableWindowMask) != 0);
@@ -112,7 +114,7 @@ template <> struct NSWindow::Methods<struct Basics> {
         }
         WindowAccess::applyFrame(self, state.frame, false);
         state.contentView->setFrame(self.contentRectForFrameRect({ {}, state.frame.size }));
-        state.frameView->viewDidMoveToWindow(); // places and enables its buttons
+        views.viewDidMoveToWindow(); // places and enables its buttons
         WindowAccess::damageAll(self);
     }
     static bool hasTitleBar(NSWindow& self) { return (self.styleMask() & NSTitledWindowMask) != 0; }

@@ -16,6 +16,7 @@
 #include "display/Surface.h"
 #include "foundation/NSArray.h"
 #include "quartz/CGBitmapContext.h"
+#include "runtime/NSException.h"
 
 namespace brindle {
 
@@ -140,6 +141,14 @@ struct WindowAccess {
     static void install(NSWindow& window, std::shared_ptr<WindowState> state)
     {
         window.state_ = std::move(state);
+    }
+    /// Answers the view that holds all others; raises where there is none since the window was not initialised.
+    static NSView& frameView(const NSWindow& window)
+    {
+        NSView* const views = state(window).frameView.get();
+        if (!views) [[unlikely]]
+            raise("NSInternalInconsistencyException", "*** -[NSWindow init] was not sent");
+        return *views;
     }
     static bool isReady(const NSWindow& window) { return window.state_ && window.state_->isReady; }
     /// Parts the window from its views, children and sheets, the screen and the application.
