@@ -17,6 +17,8 @@ namespace brindle::quartz {
 namespace {
 
     constexpr double kNever = std::numeric_limits<double>::infinity();
+    // Seconds. Time that a timer rounds to nothing never passes where time stands still while something is due.
+    constexpr double kLeastDelay = 1e-6;
 
     class FrameClock {
     public:
@@ -69,7 +71,7 @@ namespace {
                 next = std::min(next, wish);
             }
             if (next != kNever)
-                wakeAt(next);
+                wakeAt(std::max(next, now + kLeastDelay));
             all.end();
         }
 

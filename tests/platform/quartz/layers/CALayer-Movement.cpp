@@ -232,6 +232,17 @@ namespace {
         EXPECT_NEAR(shownOpacity(layer), 0.5, 1e-6);
     }
 
+    TEST(Animations, BeginSoonerThanATimerCouldTell)
+    {
+        VirtualClock clock;
+        const Ref<CALayer> layer = CALayer::cls().layer();
+        const Ref<CABasicAnimation> animation = fade(0, 1);
+        animation->setBeginTime(CACurrentMediaTime() + 3e-10);
+        layer->addAnimation_forKey(animation.get(), "soon"_ns);
+        clock.advance(0.5);
+        EXPECT_NEAR(shownOpacity(layer), 0.5, 1e-6);
+    }
+
     TEST(Animations, StandStillInALayerWithoutSpeed)
     {
         VirtualClock clock;
