@@ -142,7 +142,7 @@ TEST(XUIKitAdditions, QuartzPathGoesWithThePath)
 TEST(XUIKitAdditions, ReadsElementsBySendingMessages)
 {
     // An override of the element query decides what is converted.
-    class Class* const cls = objc_allocateClassPair(NSBezierPath::cls(), "StraightBezierPath", 0);
+    struct Class* const cls = objc_allocateClassPair(NSBezierPath::cls(), "StraightBezierPath", 0);
     ASSERT_TRUE(cls);
     const auto count = [](NSObject*, SEL) -> NSInteger { return 1; };
     class_addMethod(cls, sel_registerName("elementCount"), reinterpret_cast<IMP>(+count), "q@:");
