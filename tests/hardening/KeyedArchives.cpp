@@ -17,7 +17,7 @@
 #include "foundation/NSNumber.h"
 #include "foundation/NSPropertyListSerialization.h"
 #include "foundation/NSSet.h"
-#include "support/Figures.h"
+#include "hardening/DamagedInputs.h"
 #include "support/Strings.h"
 
 using namespace brindle;
@@ -69,20 +69,12 @@ const std::vector<std::string>& goodArchives()
     return archives;
 }
 
-/// What every damaged archive may cost.
-class DamagedArchives : public testing::Test {
+class DamagedArchives : public test::DamagedInputs {
 protected:
-    void expect(const std::string& bytes)
+    DamagedArchives()
+        : DamagedInputs("damaged archives", expectAnObjectOrAnException)
     {
-        cost_.of([&] { expectAnObjectOrAnException(bytes); });
     }
-    void publish(const char* what) const
-    {
-        cost_.publish(std::string("damaged archives: ") + what, 500, 64);
-    }
-
-private:
-    test::Cost cost_;
 };
 
 }

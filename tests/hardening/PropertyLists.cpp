@@ -3,7 +3,7 @@
 
 #include <random>
 
-#include "support/Figures.h"
+#include "hardening/DamagedInputs.h"
 #include "support/PropertyLists.h"
 #include "support/RandomLists.h"
 
@@ -40,20 +40,12 @@ void expectAListOrNone(const std::string& bytes)
         EXPECT_NE(readFailure(bytes), "no error");
 }
 
-/// What every damaged list may cost.
-class DamagedLists : public testing::Test {
+class DamagedLists : public test::DamagedInputs {
 protected:
-    void expect(const std::string& bytes)
+    DamagedLists()
+        : DamagedInputs("damaged lists", expectAListOrNone)
     {
-        cost_.of([&] { expectAListOrNone(bytes); });
     }
-    void publish(const char* what) const
-    {
-        cost_.publish(std::string("damaged lists: ") + what, 500, 64);
-    }
-
-private:
-    test::Cost cost_;
 };
 
 }

@@ -11,7 +11,7 @@ namespace brindle {
 
 /// A list of at most `N` plain values that asks for no memory, for what is made anew in every frame.
 template <class T, std::size_t N>
-    requires std::is_trivially_copyable_v<T> && std::is_trivially_destructible_v<T>
+    requires std::is_trivially_copyable_v<T>
 class Few {
 public:
     Few() { } // the room stays as it is: most lists have one value

@@ -11,22 +11,27 @@ namespace {
     constexpr double kSlack = 0.001;
     constexpr double kRelativeSlack = 1e-6;
 
+    constexpr double kLeastTab = 0.01; // points; a stop that is closer is passed
+
     double slackFor(double room) { return kSlack + std::min(room, 1e6) * kRelativeSlack; }
 
 }
 
-double tabWidth(const ParagraphRules& rules, double position,
-    const std::function<double(const TabStop&)>& following)
+const TabStop* stopBehind(const ParagraphRules& rules, double position)
 {
-    constexpr double kLeast = 0.01;
-    for (const TabStop& stop : rules.tabs) {
-        if (stop.location > position + kLeast)
-            return std::max(stop.location - following(stop) * stop.share - position, 0.0);
-    }
+    const auto stop = std::ranges::find_if(
+        rules.tabs, [=](const TabStop& each) { return each.location > position + kLeastTab; });
+    return stop == rules.tabs.end() ? nullptr : &*stop;
+}
+
+double tabWidth(const ParagraphRules& rules, double position, const TabStop* stop, double following)
+{
+    if (stop)
+        return std::max(stop->location - following * stop->share - position, 0.0);
     if (rules.tabInterval < 1)
         return 0;
     const double last = rules.tabs.empty() ? 0 : rules.tabs.back().location;
-    const double steps = std::floor((position + kLeast - last) / rules.tabInterval) + 1;
+    const double steps = std::floor((position + kLeastTab - last) / rules.tabInterval) + 1;
     return std::max(last + steps * rules.tabInterval - position, 0.0);
 }
 
@@ -91,15 +96,22 @@ double LineFiller::followingWidth(
     return width;
 }
 
+double LineFiller::tabWidthHere(const Part& tab, std::span<const Part> following) const
+{
+    const double position = indent() + total_;
+    const TabStop* const stop = stopBehind(rules_, position);
+    const bool movesText = stop && stop->share > 0;
+    return tabWidth(rules_, position, stop, movesText ? followingWidth(tab, following, *stop) : 0);
+}
+
 void LineFiller::addTab(const Part& part, std::span<const Part> following)
 {
-    const auto width = [&](const TabStop& stop) { return followingWidth(part, following, stop); };
     Part tab = part;
-    tab.width = tabWidth(rules_, indent() + total_, width);
+    tab.width = tabWidthHere(part, following);
     if (wraps() && total_ > 0 && total_ + tab.width > room_ + slack_) {
         commit();
         wrap();
-        tab.width = tabWidth(rules_, indent() + total_, width);
+        tab.width = tabWidthHere(part, following);
     }
     tab.kind = Part::word;
     tab.breakAfter = true;

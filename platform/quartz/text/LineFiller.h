@@ -37,10 +37,14 @@ struct Part {
 
 inline constexpr char16_t kTab = u'\t';
 
-/// Answers how wide a tab is that stands at a position and leads to the next stop behind it.
-/// - following: answers the width of the text that the stop moves: up to the next tab, or to what ends the stop's column.
-double tabWidth(const ParagraphRules& rules, double position,
-    const std::function<double(const TabStop&)>& following);
+/// Answers the stop to which a tab at a position leads; nil behind the last one, where the interval counts.
+const TabStop* stopBehind(const ParagraphRules& rules, double position);
+
+/// Answers how wide a tab is that stands at a position.
+/// - stop: as `stopBehind` answers it. - following: the width of the text that the stop moves a share of: up to the next tab,
+///   or to what ends the stop's column.
+double tabWidth(
+    const ParagraphRules& rules, double position, const TabStop* stop, double following);
 
 /// Answers how much of the text behind a tab a stop moves.
 /// - text: begins behind the tab.
@@ -102,6 +106,7 @@ private:
     void addTab(const Part& part, std::span<const Part> following);
     double followingWidth(
         const Part& tab, std::span<const Part> following, const TabStop& stop) const;
+    double tabWidthHere(const Part& tab, std::span<const Part> following) const;
     void commit()
     {
         break_ = at_;

@@ -56,9 +56,10 @@ namespace {
             double position = rules.firstIndent;
             for (std::size_t at = 0; at < text_.size(); ++at) {
                 if (text_[at] == kTab) {
-                    const auto following
-                        = [&](const TabStop& stop) { return columnWidth(at + 1, stop); };
-                    room_[at] = tabWidth(rules, position, following) - own_[at];
+                    const TabStop* const stop = stopBehind(rules, position);
+                    const double following
+                        = stop && stop->share > 0 ? columnWidth(at + 1, *stop) : 0;
+                    room_[at] = tabWidth(rules, position, stop, following) - own_[at];
                 }
                 position += own_[at] + room_[at];
             }
