@@ -30,6 +30,8 @@ namespace {
 
     enum class Doing { changes, undo, redo };
 
+    constexpr std::size_t kFirstTidying = 64; // groups
+
     [[noreturn]] void complain(const char* operation, const char* reason)
     {
         raise("NSInternalInconsistencyException",
@@ -45,6 +47,7 @@ struct NSUndoManager::History {
     NSInteger level = 0;
     NSInteger disabled = 0;
     NSUInteger limit = 0;
+    std::size_t tidyAt = kFirstTidying; // groups
     Doing doing = Doing::changes;
     bool groupsByEvent = true;
     Ref<NSArray> modes;
@@ -124,6 +127,10 @@ template <> struct NSUndoManager::Methods<struct Recording> {
         const std::vector<Group> gone = takeRedo(h);
         stack.push_back(std::exchange(h.open, {}));
         trim(h);
+        if (h.undo.size() + h.redo.size() < h.tidyAt)
+            return;
+        forget(h, nullptr);
+        h.tidyAt = std::max(kFirstTidying, 2 * (h.undo.size() + h.redo.size()));
     }
     /// A change ends what could be done again.
     static std::vector<Group> takeRedo(History& h)
@@ -142,6 +149,39 @@ template <> struct NSUndoManager::Methods<struct Recording> {
             stack->erase(stack->begin(), kept);
         }
     }
+    /// Takes out what concerns a target, and what concerns those that have gone.
+    static void forget(History& h, NSObject* target)
+    {
+        std::vector<Action> gone;
+        for (std::vector<Group>* stack : { &h.undo, &h.redo }) {
+            for (Group& group : *stack)
+                takeActions(group, target, gone);
+            std::erase_if(*stack, [](const Group& group) { return group.actions.empty(); });
+        }
+        takeActions(h.open, target, gone);
+    }
+    static void takeActions(Group& group, NSObject* target, std::vector<Action>& gone)
+    {
+        const auto isKept = [target](const Action& action) {
+            const Ref<NSObject> present = action.target.get();
+            return present && present != target;
+        };
+        const auto kept = std::stable_partition(group.actions.begin(), group.actions.end(), isKept);
+        gone.insert(gone.end(), std::make_move_iterator(kept),
+            std::make_move_iterator(group.actions.end()));
+        group.actions.erase(kept, group.actions.end());
+    }
+    /// Leaves on top a group that still does something.
+    static void forgetGoneOnTop(std::vector<Group>& stack)
+    {
+        const auto isPresent = [](const Action& action) { return bool(action.target.get()); };
+        std::vector<Group> gone;
+        while (!stack.empty() && std::ranges::none_of(stack.back().actions, isPresent)) {
+            gone.push_back(std::move(stack.back()));
+            stack.pop_back();
+        }
+    }
+
     static void end(NSUndoManager& self)
     {
         History& h = of(self);
@@ -288,6 +328,13 @@ template <> struct NSUndoManager::Methods<struct Undoing> {
     {
         NSUndoManager::Methods<struct Recording>::post(self, name);
     }
+    static std::vector<Group>& undoStack(NSUndoManager& self) { return tidied(of(self).undo); }
+    static std::vector<Group>& redoStack(NSUndoManager& self) { return tidied(of(self).redo); }
+    static std::vector<Group>& tidied(std::vector<Group>& stack)
+    {
+        NSUndoManager::Methods<struct Recording>::forgetGoneOnTop(stack);
+        return stack;
+    }
 
     /// Says what is being done, as long as it lives; what an action that raises has registered is kept.
     class Span {
@@ -361,10 +408,10 @@ template <> struct NSUndoManager::Methods<struct Undoing> {
         if (of(self).level)
             complain("undoNestedGroup", "a group is open");
         post(self, NSUndoManagerCheckpointNotification);
-        if (of(self).undo.empty())
+        if (undoStack(self).empty())
             return;
         post(self, NSUndoManagerWillUndoChangeNotification);
-        if (!of(self).undo.empty())
+        if (!undoStack(self).empty())
             run(self, of(self).undo, Doing::undo);
         post(self, NSUndoManagerDidUndoChangeNotification);
     }
@@ -377,10 +424,10 @@ template <> struct NSUndoManager::Methods<struct Undoing> {
         if (of(self).level == 1)
             self.endUndoGrouping();
         post(self, NSUndoManagerCheckpointNotification);
-        if (of(self).redo.empty())
+        if (redoStack(self).empty())
             return;
         post(self, NSUndoManagerWillRedoChangeNotification);
-        if (!of(self).redo.empty())
+        if (!redoStack(self).empty())
             run(self, of(self).redo, Doing::redo);
         post(self, NSUndoManagerDidRedoChangeNotification);
     }
@@ -388,9 +435,9 @@ template <> struct NSUndoManager::Methods<struct Undoing> {
     static bool canUndo(NSUndoManager& self)
     {
         const History& h = of(self);
-        return !h.undo.empty() || (h.level && !h.open.actions.empty());
+        return (h.level && !h.open.actions.empty()) || !undoStack(self).empty();
     }
-    static bool canRedo(NSUndoManager& self) { return !of(self).redo.empty(); }
+    static bool canRedo(NSUndoManager& self) { return !redoStack(self).empty(); }
     static bool isUndoing(NSUndoManager& self) { return of(self).doing == Doing::undo; }
     static bool isRedoing(NSUndoManager& self) { return of(self).doing == Doing::redo; }
 
@@ -401,27 +448,9 @@ template <> struct NSUndoManager::Methods<struct Undoing> {
         const std::vector<Group> redo = std::exchange(h.redo, {});
         const Group open = std::exchange(h.open, {});
     }
-    static void takeActions(Group& group, NSObject* target, std::vector<Action>& gone)
-    {
-        const auto isKept = [target](const Action& action) {
-            const Ref<NSObject> present = action.target.get();
-            return present && present != target;
-        };
-        const auto kept = std::stable_partition(group.actions.begin(), group.actions.end(), isKept);
-        gone.insert(gone.end(), std::make_move_iterator(kept),
-            std::make_move_iterator(group.actions.end()));
-        group.actions.erase(kept, group.actions.end());
-    }
     static void removeAllWithTarget(NSUndoManager& self, NSObject* target)
     {
-        History& h = of(self);
-        std::vector<Action> gone;
-        for (std::vector<Group>* stack : { &h.undo, &h.redo }) {
-            for (Group& group : *stack)
-                takeActions(group, target, gone);
-            std::erase_if(*stack, [](const Group& group) { return group.actions.empty(); });
-        }
-        takeActions(h.open, target, gone);
+        NSUndoManager::Methods<struct Recording>::forget(of(self), target);
     }
 
     // ---- names
@@ -432,24 +461,25 @@ template <> struct NSUndoManager::Methods<struct Undoing> {
         const Ref<NSString> copy = name ? cast<NSString>(name->copy()) : nullptr;
         if (h.level)
             h.open.name = copy;
-        else if (!h.undo.empty())
-            h.undo.back().name = copy;
+        else if (std::vector<Group>& stack = undoStack(self); !stack.empty())
+            stack.back().name = copy;
     }
     static Ref<NSString> nameOf(const Group& group)
     {
         return group.name ? group.name : Ref<NSString>(""_ns);
+    }
+    static Ref<NSString> nameOfLast(const std::vector<Group>& stack)
+    {
+        return stack.empty() ? Ref<NSString>(""_ns) : nameOf(stack.back());
     }
     static Ref<NSString> undoName(NSUndoManager& self)
     {
         const History& h = of(self);
         if (h.level && !h.open.actions.empty() && h.doing == Doing::changes)
             return nameOf(h.open);
-        return h.undo.empty() ? Ref<NSString>(""_ns) : nameOf(h.undo.back());
+        return nameOfLast(undoStack(self));
     }
-    static Ref<NSString> redoName(NSUndoManager& self)
-    {
-        return of(self).redo.empty() ? Ref<NSString>(""_ns) : nameOf(of(self).redo.back());
-    }
+    static Ref<NSString> redoName(NSUndoManager& self) { return nameOfLast(redoStack(self)); }
     static Ref<NSString> title(NSString* word, NSString* name)
     {
         if (!maybe(name)->length())

@@ -34,7 +34,8 @@ inline constexpr StringConstant<"NSUndoManagerDidRedoChangeNotification">
 /// otherwise ends the possibility to redo.
 ///
 /// Unless `groupsByEvent` is off, a registration outside every group opens one that closes at the end of the run loop's
-/// turn, or when something is undone. Targets are not kept: what would be sent to one that has gone is left out.
+/// turn, or when something is undone. Targets are not kept: what would be sent to one that has gone is left out, and
+/// a group of such alone is forgotten.
 /// Thread: one at a time.
 class NSUndoManager : public NSObject {
     BRINDLE_OBJECT(NSUndoManager, NSObject)

@@ -1,6 +1,9 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "foundation/NSUndoManager.h"
 
+#include <functional>
+#include <memory>
+
 #include <gtest/gtest.h>
 
 #include "foundation/Exceptions.h"
@@ -92,6 +95,13 @@ namespace {
                         });
                 manager->endUndoGrouping();
             }
+        }
+        void changeOfSomethingThatGoes(std::function<void()> undo)
+        {
+            const Ref<UndoneNumber> other = make<UndoneNumber>();
+            manager->beginUndoGrouping();
+            manager->registerUndoWithTarget_handler(other.get(), [undo](NSObject*) { undo(); });
+            manager->endUndoGrouping();
         }
         std::string nameToUndo() { return utf8Of(manager->undoActionName().get()); }
 
@@ -208,6 +218,50 @@ namespace {
         EXPECT_FALSE(weak.get());
         manager->undo();
         EXPECT_EQ(calls, 0);
+        EXPECT_EQ(number->value_, 0);
+    }
+
+    TEST_F(NSUndoManagerTest, PassesOverGroupsWhoseTargetsHaveAllGone)
+    {
+        manager->beginUndoGrouping();
+        number->set(1);
+        manager->setActionName("Number"_ns);
+        manager->endUndoGrouping();
+        changeOfSomethingThatGoes([] {});
+        EXPECT_EQ(nameToUndo(), "Number");
+        manager->undo();
+        EXPECT_EQ(number->value_, 0);
+        manager->redo();
+        EXPECT_EQ(number->value_, 1);
+    }
+
+    TEST_F(NSUndoManagerTest, HasNothingToUndoOrRedoWhenAllTargetsHaveGone)
+    {
+        changeOfSomethingThatGoes([] {});
+        EXPECT_FALSE(manager->canUndo());
+        Ref<UndoneNumber> other = make<UndoneNumber>();
+        other->manager_ = manager.get();
+        manager->beginUndoGrouping();
+        other->set(1);
+        manager->endUndoGrouping();
+        manager->undo();
+        EXPECT_TRUE(manager->canRedo());
+        other = nullptr;
+        EXPECT_FALSE(manager->canRedo());
+        EXPECT_EQ(utf8Of(manager->redoActionName().get()), "");
+    }
+
+    TEST_F(NSUndoManagerTest, LetsGoOfWhatGroupsHoldWhoseTargetsHaveGone)
+    {
+        const auto held = std::make_shared<int>();
+        for (int i = 0; i < 10'000; ++i)
+            changeOfSomethingThatGoes([held] {});
+        EXPECT_LT(held.use_count(), 100);
+        change(1);
+        for (int i = 0; i < 10'000; ++i)
+            changeOfSomethingThatGoes([held] {});
+        EXPECT_LT(held.use_count(), 200);
+        manager->undo();
         EXPECT_EQ(number->value_, 0);
     }
 
