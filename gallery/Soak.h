@@ -61,7 +61,7 @@ private:
     std::vector<Seen> seen_;
     std::vector<Seen> parts_;
     std::size_t warm_ = 0; // bytes used with one page once every page was seen twice
-    // The least since then in each half of the time: what comes and goes is not in it.
+    // The least in the third and in the last quarter of the time: what comes and goes is not in it.
     std::array<std::size_t, 2> least_ { kNone, kNone };
     std::string complaint_;
 };
