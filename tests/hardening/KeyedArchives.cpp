@@ -1,10 +1,13 @@
 // SPDX-License-Identifier: Apache-2.0
 // Damaged archives, made from a good one: nothing may crash, take long or eat memory.
 
+#include <algorithm>
 #include <random>
+#include <vector>
 
 #include <gtest/gtest.h>
 
+#include "foundation/Each.h"
 #include "foundation/NSData.h"
 #include "foundation/NSDate.h"
 #include "foundation/NSDictionary.h"
@@ -18,7 +21,34 @@
 #include "foundation/NSPropertyListSerialization.h"
 #include "foundation/NSSet.h"
 #include "hardening/DamagedInputs.h"
+#include "runtime/Table.h"
 #include "support/Strings.h"
+
+namespace brindle {
+
+/// Knows the containers that came out of an archive.
+class ContainerWatcher : public NSObject {
+    BRINDLE_OBJECT(ContainerWatcher, NSObject)
+
+public:
+    std::vector<WeakRef<NSObject>> containers_;
+};
+
+template <> struct ContainerWatcher::Methods<struct Watching> {
+    static Ref<NSObject> see(ContainerWatcher& self, NSKeyedUnarchiver*, NSObject* object)
+    {
+        for (Class* cls :
+            std::initializer_list<Class*> { NSArray::cls(), NSSet::cls(), NSDictionary::cls() }) {
+            if (object->isKindOfClass(cls))
+                self.containers_.emplace_back(object);
+        }
+        return object;
+    }
+    static void table(Builder& t) { t.methods({ { "unarchiver:didDecodeObject:", imp<see> } }); }
+};
+BRINDLE_RECORD(ContainerWatcher, Watching)
+
+}
 
 using namespace brindle;
 
@@ -49,15 +79,64 @@ std::string goodArchive(NSPropertyListFormat format)
     return { bytes.begin(), bytes.end() };
 }
 
+Ref<NSArray> held(NSObject& container)
+{
+    if (container.isKindOfClass(NSArray::cls()))
+        return &static_cast<NSArray&>(container);
+    if (container.isKindOfClass(NSSet::cls()))
+        return static_cast<NSSet&>(container).allObjects();
+    if (!container.isKindOfClass(NSDictionary::cls()))
+        return nullptr;
+    const auto& dictionary = static_cast<NSDictionary&>(container);
+    return dictionary.allKeys()->arrayByAddingObjectsFromArray(dictionary.allValues().get());
+}
+
+/// Answers whether a container holds itself or one that does.
+/// - above: the containers that hold it.
+bool holdsItself(NSObject& container, std::vector<NSObject*>& above)
+{
+    if (std::ranges::find(above, &container) != above.end())
+        return true;
+    above.push_back(&container);
+    bool found = false;
+    for (NSObject* below : each<NSObject>(held(container)))
+        found = found || holdsItself(*below, above);
+    above.pop_back();
+    return found;
+}
+
+/// An archive may describe containers that hold one another, which nothing ever lets go. Whoever looks for lost memory
+/// finds them here, and nothing but them.
+void keepRings(const std::vector<WeakRef<NSObject>>& containers)
+{
+    static auto& rings = *new std::vector<Ref<NSObject>>; // looked for when the process ends
+    std::vector<Ref<NSObject>> left;
+    for (const WeakRef<NSObject>& container : containers) {
+        const Ref<NSObject> object = container.get();
+        if (object && maybe(held(*object))->count())
+            left.push_back(object);
+    }
+    std::vector<NSObject*> above;
+    EXPECT_TRUE(left.empty() || std::ranges::any_of(left, [&](const Ref<NSObject>& object) {
+        return holdsItself(*object, above);
+    }));
+    rings.insert(rings.end(), left.begin(), left.end());
+}
+
 /// Reads a damaged archive in both ways, and writes again what still comes back.
 void expectAnObjectOrAnException(const std::string& bytes)
 {
     const Ref<NSData> data = NSData::cls().dataWithBytes_length(bytes.data(), bytes.size());
+    const Ref<ContainerWatcher> watcher = make<ContainerWatcher>();
     const std::string raised = raisedBy([&] {
-        const Ref<NSObject> root = NSKeyedUnarchiver::cls().unarchiveObjectWithData(data.get());
+        const Ref<NSKeyedUnarchiver> unarchiver
+            = alloc<NSKeyedUnarchiver>()->initForReadingWithData(data.get());
+        unarchiver->setDelegate(watcher.get());
+        const Ref<NSObject> root = unarchiver->decodeObjectForKey("root"_ns);
         NSKeyedArchiver::cls().archivedDataWithRootObject(root.get());
     });
     EXPECT_TRUE(raised.empty() || raised.starts_with("NS")) << raised;
+    keepRings(watcher->containers_);
     NSKeyedUnarchiver::cls().unarchivedObjectOfClass_fromData_error(
         NSArray::cls(), data.get(), nullptr);
 }
