@@ -7,6 +7,7 @@
 #include <malloc.h>
 #include <unistd.h>
 
+#include "Menubar.h"
 #include "appkit/NSApplication.h"
 #include "appkit/ScriptedAnswers.h"
 #include "foundation/Each.h"
@@ -163,8 +164,20 @@ void Soak::bringBack()
     const NSUInteger turn = actions_ / kActionsAPage;
     if (!window->attachedSheet())
         controller_->showPage(turn % pages().size());
-    if (turn >= 2 * pages().size() && controller_->pageIndex() == kMeasuredPage)
+    if (turn >= 2 * pages().size() && controller_->pageIndex() == kMeasuredPage) {
+        tidyUp();
         lookAtMemory();
+    }
+}
+
+void Soak::tidyUp()
+{
+    const Ref<NSArray> windows = NSApplication::cls().sharedApplication()->windows();
+    for (NSWindow* window : each<NSWindow>(windows)) {
+        if (window != controller_->window().get() && window->styleMask() & NSClosableWindowMask)
+            window->close();
+    }
+    menubar().show(); // anew, with no buttons but its own
 }
 
 void Soak::look()

@@ -38,6 +38,8 @@ private:
 
     void step();
     void bringBack();
+    /// Puts away what the user has left: windows that are open beside the gallery's, and more buttons in the bar.
+    void tidyUp();
     void look();
     void rememberPage();
     void lookForOldPages();
