@@ -17,6 +17,7 @@
 #include "foundation/NSRunLoop.h"
 #include "foundation/NSTimer.h"
 #include "pages/Pages.h"
+#include "quartz/DrawingMemory.h"
 #include "runtime/NSException.h"
 #include "runtime/Table.h"
 #include "shell/BRApplication.h"
@@ -53,11 +54,12 @@ namespace {
     constexpr std::size_t kMostGrowth = std::size_t { 24 } << 20;
     constexpr std::size_t kMostWindows = 200;
 
-    /// Answers what is asked for and not given back. What the process holds says less: it has holes.
+    /// Answers what is asked for and not given back, but for what drawing keeps in bounded memory. What the process holds
+    /// says less: it has holes.
     std::size_t usedBytes()
     {
         const struct mallinfo2 heap = mallinfo2();
-        return heap.uordblks + heap.hblkhd;
+        return heap.uordblks + heap.hblkhd - drawingMemoryInUse();
     }
 
     /// Answers whether every view below knows its superview and its window.
@@ -233,7 +235,7 @@ void Soak::lookAtMemory()
 {
     if (warm_ == 0)
         warm_ = usedBytes();
-    // In the first half caches fill: of glyphs, words, pictures, messages sent.
+    // In the first half what is bounded fills: tables of messages sent, formats, fonts.
     if (const double quarter = 4 * elapsed() / seconds_; quarter >= 2) {
         std::size_t& least = least_[quarter < 3 ? 0 : 1];
         least = std::min(least, usedBytes());
