@@ -27,9 +27,9 @@ namespace {
     };
 
     /// Reads "Graphics Interchange Format, Version 89a" (1990).
-    class Reader {
+    class GIFReader {
     public:
-        explicit Reader(std::span<const std::byte> bytes)
+        explicit GIFReader(std::span<const std::byte> bytes)
             : bytes_(bytes)
         {
         }
@@ -193,6 +193,6 @@ namespace {
 
 }
 
-ImageFiles decodeGIF(std::span<const std::byte> bytes) { return Reader(bytes).read(); }
+ImageFiles decodeGIF(std::span<const std::byte> bytes) { return GIFReader(bytes).read(); }
 
 }

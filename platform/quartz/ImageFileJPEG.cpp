@@ -52,7 +52,7 @@ namespace {
     };
 
     // The two steps below hold no objects that a jump would forget to end: everything lives in the reader.
-    struct Reader {
+    struct Decompressor {
         // Each pass over a progressive picture costs time for all of it; real ones have about ten.
         static constexpr int kMostPasses = 64;
 
@@ -61,10 +61,10 @@ namespace {
         jpeg_decompress_struct info {};
         std::vector<std::uint32_t> pixels;
 
-        Reader() { info.err = &failure.manager; }
-        ~Reader() { JPEG(jpeg_destroy_decompress)(&info); }
-        Reader(const Reader&) = delete;
-        Reader& operator=(const Reader&) = delete;
+        Decompressor() { info.err = &failure.manager; }
+        ~Decompressor() { JPEG(jpeg_destroy_decompress)(&info); }
+        Decompressor(const Decompressor&) = delete;
+        Decompressor& operator=(const Decompressor&) = delete;
 
         bool begin(std::span<const std::byte> bytes)
         {
@@ -157,7 +157,7 @@ ImageFile decodeJPEG(std::span<const std::byte> bytes)
 {
     if (!library())
         return {};
-    Reader reader;
+    Decompressor reader;
     if (!reader.begin(bytes))
         return {};
     const std::size_t width = reader.info.output_width;
