@@ -12,7 +12,13 @@ void forSubviews(const NSView& view, const Wanted& wanted, const Step& step)
 {
     static auto* const aside = new std::vector<Ref<NSView>>;
     struct Level {
-        ~Level() { aside->resize(start); }
+        ~Level()
+        {
+            while (aside->size() > start) { // a view that ends may come here again
+                const Ref<NSView> gone = std::move(aside->back());
+                aside->pop_back();
+            }
+        }
         const std::size_t start = aside->size();
     } const level;
     for (const Ref<NSView>& subview : ViewAccess::subviews(view)) {

@@ -42,6 +42,33 @@ template <> struct WildView::Methods<struct Wild> {
 };
 BRINDLE_RECORD(WildView, Wild)
 
+/// Does as a test says when it hides and when it ends.
+class FleetingView : public NSView {
+    BRINDLE_OBJECT(FleetingView, NSView)
+
+public:
+    std::function<void(FleetingView&)> hide_;
+    std::function<void()> end_;
+};
+template <> struct FleetingView::Methods<struct Fleeting> {
+    static void didHide(FleetingView& self)
+    {
+        if (const auto code = self.hide_)
+            code(self);
+    }
+    static void dealloc(FleetingView& self)
+    {
+        if (const auto code = self.end_)
+            code();
+        super<FleetingView, "dealloc">(self);
+    }
+    static void table(Builder& t)
+    {
+        t.methods({ { "viewDidHide", imp<didHide> }, { "dealloc", imp<dealloc> } });
+    }
+};
+BRINDLE_RECORD(FleetingView, Fleeting)
+
 namespace {
 
     void remove(WildView& view) { view.removeFromSuperview(); }
@@ -164,6 +191,24 @@ namespace {
         screen.pointer().click({ 10, 10 });
         EXPECT_TRUE(pressed);
         outermost->removeFromSuperview();
+    }
+
+    TEST(WildViews, AViewMayHideManyOthersWhenItEnds)
+    {
+        const Ref<NSView> root = make<NSView>();
+        const Ref<NSView> many = make<NSView>();
+        for (int i = 0; i < 5000; ++i)
+            many->addSubview(make<NSView>().get());
+        Ref<FleetingView> view = make<FleetingView>();
+        const WeakRef<FleetingView> weak = view;
+        view->hide_ = [](FleetingView& self) { self.removeFromSuperview(); };
+        view->end_ = [&] { many->setHidden(true); };
+        root->addSubview(view.get());
+        root->addSubview(make<NSView>().get());
+        view = nullptr;
+        root->setHidden(true);
+        EXPECT_EQ(weak.get(), nullptr);
+        EXPECT_TRUE(many->isHidden());
     }
 
 }
