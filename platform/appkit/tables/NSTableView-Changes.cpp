@@ -30,16 +30,19 @@ template <> struct NSTableView::Methods<struct Changes> {
     static void renumberShown(NSTableView& self, const Renumbering& fresh)
     {
         std::vector<ShownRow> kept;
-        for (const ShownRow& shown : std::exchange(of(self).shown, {})) {
+        std::vector<ShownRow> gone;
+        for (const ShownRow& shown : of(self).shown) {
             const NSInteger row = fresh(shown.row);
             if (row >= 0)
                 kept.push_back({ row, shown.view, shown.place });
             else
-                TableAccess::takeOut(self, shown);
+                gone.push_back(shown);
         }
         std::sort(kept.begin(), kept.end(),
             [](const ShownRow& a, const ShownRow& b) { return a.row < b.row; });
         of(self).shown = std::move(kept);
+        for (const ShownRow& shown : gone) // the list is right before anybody hears of it
+            TableAccess::takeOut(self, shown);
     }
     static void finish(
         NSTableView& self, const NSIndexSet& selection, const Renumbering& fresh, bool moves)
@@ -47,13 +50,16 @@ template <> struct NSTableView::Methods<struct Changes> {
         TableState& s = of(self);
         s.lead = s.lead < 0 ? -1 : fresh(s.lead);
         s.anchor = s.anchor < 0 ? -1 : fresh(s.anchor);
-        renumberShown(self, fresh);
         const bool lost = selection.count() != s.selection->count();
         s.selection = cast<NSMutableIndexSet>(selection.mutableCopy());
-        self.tile();
-        TableAccess::place(self, moves);
-        TableAccess::showStates(self);
-        self.setNeedsDisplay(true);
+        const std::size_t generation = ++s.generation;
+        renumberShown(self, fresh);
+        if (s.generation == generation) { // or who was told has loaded or changed the rows anew
+            self.tile();
+            TableAccess::place(self, moves);
+            TableAccess::showStates(self);
+            self.setNeedsDisplay(true);
+        }
         if (lost)
             TableAccess::postSelection(self);
         TableAccess::trimSelection(self);

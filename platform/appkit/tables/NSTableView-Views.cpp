@@ -45,9 +45,12 @@ template <> struct NSTableView::Methods<struct Views> {
         const Ref<NSIndexSet> rowsAlive(rows);
         const Ref<NSIndexSet> columnsAlive(columns);
         const std::vector<ShownRow> shown = of(self).shown;
+        const std::size_t generation = of(self).generation;
         for (const ShownRow& row : shown) {
             if (rows->containsIndex(static_cast<NSUInteger>(row.row)))
                 reloadRow(self, row, *columns);
+            if (of(self).generation != generation)
+                return;
         }
     }
     static void reloadRow(NSTableView& self, const ShownRow& shown, const NSIndexSet& columns)
@@ -57,7 +60,9 @@ template <> struct NSTableView::Methods<struct Views> {
             if (!columns.containsIndex(i))
                 continue;
             if (const Ref<NSView> old = TableAccess::cells(*shown.view)[i]) {
-                old->removeFromSuperview();
+                old->removeFromSuperview(); // ends editing in it
+                if (of(self).generation != generation)
+                    return;
                 of(self).store.put(old);
             }
             TableAccess::fillCell(self, *shown.view, static_cast<NSInteger>(i), shown.row);

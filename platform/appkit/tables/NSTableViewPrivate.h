@@ -81,7 +81,7 @@ struct TableState {
     Ref<NSString> autosaveName; // nil: columns are not kept
 
     double movingUntil = 0; // when the last row comes to rest
-    std::size_t generation = 0; // counts what makes row views useless
+    std::size_t generation = 0; // counts what makes row views or their numbers useless
     unsigned updates = 0; // `beginUpdates` in progress
     bool asking = false; // the data source, for its rows
     bool settling = false;

@@ -7,6 +7,7 @@
 #include "appkit/NSTextField.h"
 #include "foundation/NSSortDescriptor.h"
 #include "support/ActionLog.h"
+#include "support/EndOfEditing.h"
 #include "support/HeadlessScreen.h"
 #include "support/TableHost.h"
 
@@ -194,6 +195,32 @@ namespace {
             t->reloadData();
             screen.process();
         }
+        Ref<NSView> cell(NSInteger row)
+        {
+            return t->viewAtColumn_row_makeIfNecessary(0, row, false);
+        }
+        std::string word(NSInteger row)
+        {
+            return utf8(cast<NSTableCellView>(cell(row))->textField()->stringValue());
+        }
+        void loadRow(NSUInteger row)
+        {
+            t->reloadDataForRowIndexes_columnIndexes(
+                test::indexes({ row }).get(), test::indexes({ 0 }).get());
+        }
+        /// Answers the rows whose values are asked for while a body runs.
+        template <class Body> std::set<NSInteger> rowsAskedFor(const Body& body)
+        {
+            std::set<NSInteger> asked;
+            const auto value = t.host->value_;
+            t.host->value_ = [&](NSTableColumn& c, NSInteger row) {
+                asked.insert(row);
+                return value(c, row);
+            };
+            body();
+            t.host->value_ = value;
+            return asked;
+        }
     };
 
     TEST_F(TableEditing, ADoubleClickLetsTheUserType)
@@ -278,6 +305,51 @@ namespace {
         t->editColumn_row_withEvent_select(0, 1, nullptr, true);
         t->reloadData();
         EXPECT_EQ(t->editedRow(), -1);
+    }
+
+    TEST_F(TableEditing, ItsEndMayLoadTheTableWhileItsRowIsRemoved)
+    {
+        t->editColumn_row_withEvent_select(0, 3, nullptr, true);
+        screen.keyboard().type(u"fig");
+        const test::AtTheEndOfEditing loads([this] {
+            values[0] = "new";
+            t->reloadData();
+            t->rowViewAtRow_makeIfNecessary(0, true);
+        });
+        t.host->rows_ = 99;
+        t->removeRowsAtIndexes_withAnimation(test::indexes({ 3 }).get(), 0);
+        ASSERT_TRUE(loads.happened());
+        screen.process();
+        EXPECT_EQ(t.shown(), "0+10");
+        EXPECT_EQ(t->subviews()->count(), 10U);
+        EXPECT_EQ(word(0), "new");
+    }
+
+    TEST_F(TableEditing, ItsEndMayLoadTheTableWhileItsRowIsLoaded)
+    {
+        t->editColumn_row_withEvent_select(0, 3, nullptr, true);
+        screen.keyboard().type(u"fig");
+        t.host->setValue_ = [this](NSObject*, NSTableColumn&, NSInteger) {
+            t.host->rows_ = 2;
+            t->reloadData();
+        };
+        EXPECT_EQ(rowsAskedFor([this] { loadRow(3); }), std::set<NSInteger>());
+        screen.process();
+        EXPECT_EQ(t.shown(), "0+2");
+        EXPECT_NE(cell(0), cell(1));
+    }
+
+    TEST_F(TableEditing, ItsEndMayRemoveTheRowThatIsLoaded)
+    {
+        t->editColumn_row_withEvent_select(0, 3, nullptr, true);
+        screen.keyboard().type(u"fig");
+        t.host->setValue_ = [this](NSObject*, NSTableColumn&, NSInteger) {
+            t.host->rows_ = 99;
+            t->removeRowsAtIndexes_withAnimation(test::indexes({ 3 }).get(), 0);
+        };
+        EXPECT_FALSE(rowsAskedFor([this] { loadRow(3); }).contains(3));
+        screen.process();
+        EXPECT_EQ(t->subviews()->count(), 10U);
     }
 
 }
