@@ -100,9 +100,9 @@ template <> struct NSTextFieldCell::Methods<struct Editing> {
         const Ref<NSUndoManager> manager = editor->undoManager();
         editor->setDelegate(nullptr);
         maybe(manager)->removeAllActionsWithTarget(editor.get());
-        FieldEditorClip::remove(*editor);
         if (editor->isKindOfClass(NSTextView::cls()))
             TextViewAccess::of(static_cast<NSTextView&>(*editor)).editing = false;
+        FieldEditorClip::remove(*editor);
         maybe(shown)->setNeedsDisplay(true);
     }
 

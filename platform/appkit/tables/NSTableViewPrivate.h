@@ -11,6 +11,7 @@
 #include "appkit/NSColor.h"
 #include "appkit/NSTableHeaderView.h"
 #include "appkit/NSTableView.h"
+#include "appkit/views/FlagScopePrivate.h"
 #include "foundation/Exceptions.h"
 #include "foundation/NSArray.h"
 #include "foundation/NSDate.h"
@@ -217,22 +218,6 @@ public:
 private:
     NSTableView& table_;
     Ref<NSObject> delegate_;
-};
-
-/// Sets a flag for a scope.
-class FlagScope {
-public:
-    explicit FlagScope(bool& flag)
-        : flag_(flag)
-    {
-        flag_ = true;
-    }
-    ~FlagScope() { flag_ = false; }
-    FlagScope(const FlagScope&) = delete;
-    FlagScope& operator=(const FlagScope&) = delete;
-
-private:
-    bool& flag_;
 };
 
 }

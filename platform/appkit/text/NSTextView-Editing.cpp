@@ -6,6 +6,7 @@
 #include "appkit/NSStringDrawing.h"
 #include "appkit/NSTextStorage.h"
 #include "appkit/NSWindow.h"
+#include "appkit/views/FlagScopePrivate.h"
 #include "foundation/NSArray.h"
 #include "foundation/NSBeep.h"
 #include "foundation/NSMutableDictionary.h"
@@ -187,16 +188,24 @@ bool TextViewAccess::replace(NSTextView& view, NSRange range, NSString* text, bo
     return replace(view, range, fresh.get(), typing);
 }
 
+namespace {
+
+    /// Asks the delegate, which may raise, whether editing may end. Until it has answered it is not asked again.
+    bool mayEnd(NSTextView& view)
+    {
+        const FlagScope asking(TextViewAccess::of(view).ending);
+        return agrees<"textShouldEndEditing:", NSText*>(view, &view);
+    }
+
+}
+
 void TextViewAccess::endEditing(NSTextView& view, NSTextMovement movement)
 {
     const Ref<NSTextView> alive(&view);
     TextViewState& s = of(view);
     if (s.ending)
         return;
-    s.ending = true;
-    const bool agreed = agrees<"textShouldEndEditing:", NSText*>(view, &view);
-    s.ending = false;
-    if (!agreed)
+    if (!mayEnd(view))
         return NSBeep();
     s.editing = false;
     const Ref<NSNumber> number = NSNumber::cls().numberWithInteger(movement);
@@ -334,10 +343,7 @@ template <> struct NSTextView::Methods<struct Editing> {
         const Ref<NSTextView> alive(&self);
         TextViewState& s = of(self);
         if ((s.editing || s.fieldEditor) && self.delegate() && !s.ending) {
-            s.ending = true;
-            const bool agreed = agrees<"textShouldEndEditing:", NSText*>(self, &self);
-            s.ending = false;
-            if (!agreed)
+            if (!mayEnd(self))
                 return false;
         }
         s.isFirstResponder = false;
@@ -345,7 +351,7 @@ template <> struct NSTextView::Methods<struct Editing> {
         self.breakUndoCoalescing();
         TextViewAccess::stopCaret(self);
         self.setNeedsDisplay(true);
-        if (std::exchange(s.editing, false) || s.fieldEditor) {
+        if (std::exchange(s.editing, false) || (s.fieldEditor && self.delegate())) {
             const auto number = NSNumber::cls().numberWithInteger(NSIllegalTextMovement);
             const auto facts = makeDictionary({ { "NSTextMovement"_ns, number.get() } });
             notify(
