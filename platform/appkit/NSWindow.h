@@ -305,7 +305,8 @@ public:
     Ref<NSResponder> firstResponder() const { return send<"firstResponder", Ref<NSResponder>>(); }
     /// Moves the keyboard focus.
     /// - Nil: the window itself.
-    /// - Returns: NO when the present first responder keeps it, or the new one refuses (the window then is it).
+    /// - Returns: NO when the present first responder keeps it, or who hears of its end chooses another one; also when
+    ///   the new one refuses or has left the window meanwhile (the window then is it).
     bool makeFirstResponder(NSResponder* responder)
     {
         return send<"makeFirstResponder:", bool>(responder);

@@ -45,7 +45,9 @@ template <> struct NSWindow::Methods<struct Editing> {
         const Ref<NSText> editor = cast<NSText>(first);
         if (client && editor->delegate() != client)
             return;
-        if (self.makeFirstResponder(nullptr))
+        const Ref<NSObject> edited = editor->delegate();
+        if (self.makeFirstResponder(nullptr) || self.firstResponder() != first
+            || editor->delegate() != edited)
             return;
         editor->setDelegate(nullptr); // it would go on refusing
         self.makeFirstResponder(nullptr);

@@ -64,6 +64,11 @@ template <> struct NSWindow::Methods<struct Events> {
         } const asking { of(self).isResigning, std::exchange(of(self).isResigning, true) };
         return present.resignFirstResponder();
     }
+    static bool isInside(const NSWindow& self, const NSResponder& responder)
+    {
+        return responder.isKindOfClass(NSView::cls())
+            && static_cast<const NSView&>(responder).window() == &self;
+    }
     static bool makeFirstResponder(NSWindow& self, NSResponder* lent)
     {
         const Ref<NSWindow> alive(&self);
@@ -71,13 +76,18 @@ template <> struct NSWindow::Methods<struct Events> {
         const Ref<NSResponder> present = self.firstResponder();
         if (wanted == present)
             return true;
+        const bool wasInside = isInside(self, *wanted);
+        const std::size_t focusings = of(self).focusings;
         if (present != &self && !resigns(self, *present))
             return false;
+        if (of(self).focusings != focusings && of(self).firstResponder)
+            return of(self).firstResponder == wanted; // whoever heard that it resigns has chosen
         of(self).firstResponder = nullptr;
         if (wanted == &self)
             return true;
-        if (!wanted->acceptsFirstResponder())
+        if ((wasInside && !isInside(self, *wanted)) || !wanted->acceptsFirstResponder())
             return false;
+        ++of(self).focusings;
         of(self).firstResponder = wanted; // it may look while it is asked
         if (wanted->becomeFirstResponder())
             return true;

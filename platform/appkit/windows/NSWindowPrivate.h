@@ -126,6 +126,7 @@ struct WindowState {
     bool reservesEdge = false; // did at some time
     bool closed = false;
     bool isReady = false; // it was initialised
+    std::size_t focusings = 0; // counts first responders
     bool isResigning = false; // the first responder is being asked
 };
 

@@ -3,11 +3,10 @@
 
 #include <gtest/gtest.h>
 
-#include "foundation/NSNotification.h"
-#include "foundation/NSNotificationCenter.h"
 #include "runtime/NSException.h"
 #include "runtime/Table.h"
 #include "support/EditingDesk.h"
+#include "support/EndOfEditing.h"
 
 namespace brindle {
 
@@ -33,6 +32,8 @@ template <> struct RaisingGuard::Methods<struct Asked> {
 BRINDLE_RECORD(RaisingGuard, Asked)
 
 namespace {
+
+    using test::AtTheEndOfEditing;
 
     /// Three fields, the first of which is being typed in.
     struct EndOfEditing : testing::Test {
@@ -93,6 +94,35 @@ namespace {
     {
         EXPECT_TRUE(first->abortEditing());
         EXPECT_EQ(told, 0);
+    }
+
+    // ---- who is told moves the keyboard elsewhere
+
+    TEST_F(EndOfEditing, LeavesTheKeyboardWhereWhoIsToldMovedIt)
+    {
+        const AtTheEndOfEditing moves([this] { desk.window->makeFirstResponder(third.get()); });
+        EXPECT_FALSE(desk.window->makeFirstResponder(second.get()));
+        EXPECT_FALSE(isBeingEdited(*second));
+        EXPECT_EQ(desk.window->firstResponder(), third->currentEditor());
+        desk.type(u"fig");
+        EXPECT_EQ(utf8Of(third->stringValue().get()), "fig");
+        desk.window->makeFirstResponder(nullptr);
+        EXPECT_FALSE(isBeingEdited(*third));
+    }
+
+    TEST_F(EndOfEditing, ForAnyLeavesTheFieldToWhichWhoIsToldMovedTheKeyboard)
+    {
+        const AtTheEndOfEditing moves([this] { desk.window->makeFirstResponder(third.get()); });
+        desk.window->endEditingFor(nullptr);
+        desk.type(u"fig");
+        EXPECT_EQ(utf8Of(third->stringValue().get()), "fig");
+    }
+
+    TEST_F(EndOfEditing, GivesTheKeyboardToNoViewThatHasLeftTheWindow)
+    {
+        const AtTheEndOfEditing removes([this] { second->removeFromSuperview(); });
+        EXPECT_FALSE(desk.window->makeFirstResponder(second.get()));
+        EXPECT_EQ(desk.window->firstResponder(), desk.window);
     }
 
     // ---- who is asked raises
