@@ -74,6 +74,8 @@ template <> struct NSClipView::Methods<struct Content> {
         const Ref<NSView> fresh(view);
         if (const Ref<NSView> old = forget(self))
             old->removeFromSuperview();
+        if (self.documentView_)
+            return; // the end of editing in the old one has set another one
         if (fresh) {
             self.documentView_ = fresh;
             if (ViewAccess::superview(*fresh) != &self)

@@ -234,6 +234,8 @@ template <> struct NSBox::Methods<struct Boxes> {
         const Ref<NSBox> alive(&self);
         if (const Ref<NSView> old = std::exchange(self.contentView_, nullptr))
             old->removeFromSuperview();
+        if (self.contentView_)
+            return; // the end of editing in the old one has set another one
         super<NSBox, "addSubview:positioned:relativeTo:">(
             self, fresh.get(), NSWindowAbove, static_cast<NSView*>(nullptr));
         self.contentView_ = fresh;

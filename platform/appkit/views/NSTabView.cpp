@@ -114,6 +114,8 @@ template <> struct NSTabView::Methods<struct Items> {
             if (view->superview() == &self)
                 view->removeFromSuperview();
         }
+        if (self.selected_ != item)
+            return; // the end of editing in the old one has selected another one
         if (item)
             TabAccess::setState(*item, NSSelectedTab);
         tile(self);
@@ -141,6 +143,8 @@ template <> struct NSTabView::Methods<struct Items> {
         const bool hadFocus = self.selected_ && focus && focus->isKindOfClass(NSView::cls())
             && cast<NSView>(focus)->isDescendantOf(self.selected_->view().get());
         show(self, item);
+        if (self.selected_ != item)
+            return;
         if (const Ref<NSView> first = item->initialFirstResponder(); first && hadFocus)
             window->makeFirstResponder(first.get());
         if (answers<"tabView:didSelectTabViewItem:">(self))

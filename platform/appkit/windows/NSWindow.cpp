@@ -93,6 +93,8 @@ template <> struct NSWindow::Methods<struct Basics> {
         const Ref<NSView> old = std::exchange(state.contentView, fresh);
         if (old)
             old->removeFromSuperview();
+        if (state.contentView != fresh)
+            return; // the end of editing in the old one has set another one
         fresh->setFrame(area);
         fresh->setAutoresizingMask(NSViewNotSizable); // the window sets its frame
         holder.addSubview_positioned_relativeTo(fresh.get(), NSWindowBelow, nullptr);

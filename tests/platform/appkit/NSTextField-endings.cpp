@@ -3,6 +3,10 @@
 
 #include <gtest/gtest.h>
 
+#include "appkit/NSBox.h"
+#include "appkit/NSClipView.h"
+#include "appkit/NSTabView.h"
+#include "foundation/NSArray.h"
 #include "runtime/NSException.h"
 #include "runtime/Table.h"
 #include "support/EditingDesk.h"
@@ -35,6 +39,8 @@ namespace {
 
     using test::AtTheEndOfEditing;
 
+    constexpr NSRect kField { { 10, 10 }, { 80, 22 } };
+
     /// Three fields, the first of which is being typed in.
     struct EndOfEditing : testing::Test {
         EditingDesk desk;
@@ -51,6 +57,15 @@ namespace {
         {
             desk.window->makeFirstResponder(&field);
             desk.type(u"pear");
+        }
+        /// Adds a field to a view and types in it.
+        Ref<NSTextField> typeInside(const Ref<NSView>& view)
+        {
+            const Ref<NSTextField> field
+                = cast<NSTextField>(alloc<NSTextField>()->initWithFrame(kField));
+            view->addSubview(field.get());
+            typeIn(*field);
+            return field;
         }
         static bool isBeingEdited(NSTextField& field) { return field.currentEditor() != nullptr; }
     };
@@ -146,6 +161,63 @@ namespace {
             first->currentEditor()->doCommandBySelector(selector<"insertTab:">), Exception);
         EXPECT_THROW(desk.window->makeFirstResponder(nullptr), Exception);
         guard->raises_ = false;
+    }
+
+    // ---- a view with the field goes, and who is told puts another one in its place
+
+    TEST_F(EndOfEditing, MaySelectAnotherTabWhileOneIsSelected)
+    {
+        const Ref<NSTabView> tabs = desk.add<NSTabView>(NSMakeRect(120, 10, 170, 150));
+        const auto add = [&](NSString* label) {
+            const Ref<NSTabViewItem> item = alloc<NSTabViewItem>()->initWithIdentifier(label);
+            tabs->addTabViewItem(item.get());
+            return item;
+        };
+        const Ref<NSTabViewItem> sound = add("Sound"_ns);
+        const Ref<NSTabViewItem> light = add("Light"_ns);
+        const Ref<NSTabViewItem> heat = add("Heat"_ns);
+        typeInside(sound->view());
+        const AtTheEndOfEditing selects([&] { tabs->selectTabViewItem(heat.get()); });
+        tabs->selectTabViewItem(light.get());
+        EXPECT_EQ(tabs->selectedTabViewItem(), heat);
+        EXPECT_EQ(heat->tabState(), NSSelectedTab);
+        EXPECT_EQ(light->tabState(), NSBackgroundTab);
+        EXPECT_EQ(heat->view()->superview(), tabs);
+        EXPECT_EQ(light->view()->superview(), nullptr);
+    }
+
+    TEST_F(EndOfEditing, MayShowAnotherDocumentWhileOneIsShown)
+    {
+        const Ref<NSClipView> clip = desk.add<NSClipView>(NSMakeRect(120, 10, 170, 150));
+        const Ref<NSView> old = make<NSView>();
+        const Ref<NSView> wanted = make<NSView>();
+        clip->setDocumentView(old.get());
+        typeInside(old);
+        const AtTheEndOfEditing shows([&] { clip->setDocumentView(wanted.get()); });
+        clip->setDocumentView(make<NSView>().get());
+        EXPECT_EQ(clip->documentView(), wanted);
+        EXPECT_EQ(clip->subviews()->count(), 1U);
+    }
+
+    TEST_F(EndOfEditing, MayGiveABoxOtherContentWhileItGetsSome)
+    {
+        const Ref<NSBox> box = desk.add<NSBox>(NSMakeRect(120, 10, 170, 150));
+        const Ref<NSView> wanted = make<NSView>();
+        typeInside(box->contentView());
+        const AtTheEndOfEditing gives([&] { box->setContentView(wanted.get()); });
+        box->setContentView(make<NSView>().get());
+        EXPECT_EQ(box->contentView(), wanted);
+        EXPECT_EQ(box->subviews()->count(), 1U);
+    }
+
+    TEST_F(EndOfEditing, MayGiveTheWindowOtherContentWhileItGetsSome)
+    {
+        const Ref<NSView> wanted = make<NSView>();
+        const Ref<NSView> lost = make<NSView>();
+        const AtTheEndOfEditing gives([&] { desk.window->setContentView(wanted.get()); });
+        desk.window->setContentView(lost.get());
+        EXPECT_EQ(desk.window->contentView(), wanted);
+        EXPECT_EQ(lost->superview(), nullptr);
     }
 
 }
