@@ -72,13 +72,17 @@ namespace {
             if (holds_ == 0)
                 start();
         }
-        /// Takes a movement away, of which each property has one at most; the property stays where it is.
-        void cancel(const NSObject& object, std::string_view name)
+        /// Takes a movement away, of which each property has one at most; the property stays where it is. The groups
+        /// of the one that is answered still count it.
+        std::shared_ptr<Movement> take(const NSObject& object, std::string_view name)
         {
             const auto found = std::ranges::find_if(
                 movements_, [&](const auto& movement) { return movement->isOf(object, name); });
-            if (found != movements_.end())
-                end(std::shared_ptr<Movement>(*found));
+            if (found == movements_.end())
+                return nullptr;
+            std::shared_ptr<Movement> taken = std::move(*found);
+            movements_.erase(found);
+            return taken;
         }
         void hold() { ++holds_; }
         bool letGo()
@@ -152,18 +156,26 @@ void PropertyMovements::move(
     movement->function = group.function
         ? group.function
         : CAMediaTimingFunction::cls().functionWithName(kCAMediaTimingFunctionDefault);
-    MovingProperties::shared()->cancel(object, property.name);
-    if (!(duration > 0)) {
-        property.write(object, to);
-        return;
-    }
-    movement->groups = Transactions::enter();
-    MovingProperties::shared()->add(std::move(movement));
+    const Ref<NSObject> alive(&object);
+    // Who waits for the end of the one before may begin another one, which takes the place of this one.
+    const std::shared_ptr<Movement> before
+        = MovingProperties::shared()->take(object, property.name);
+    AllServed all;
+    all.serve([&] {
+        if (!(duration > 0))
+            return property.write(object, to);
+        movement->groups = Transactions::enter();
+        MovingProperties::shared()->add(std::move(movement));
+    });
+    if (before)
+        all.serve([&] { Transactions::leave(before->groups); });
+    all.end();
 }
 
 void PropertyMovements::stop(NSObject& object, std::string_view name)
 {
-    MovingProperties::shared()->cancel(object, name);
+    if (const std::shared_ptr<Movement> stopped = MovingProperties::shared()->take(object, name))
+        Transactions::leave(stopped->groups);
 }
 
 void PropertyMovements::hold() { MovingProperties::shared()->hold(); }

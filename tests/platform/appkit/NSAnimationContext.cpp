@@ -156,6 +156,30 @@ namespace {
         EXPECT_EQ(view->alphaValue(), 1);
     }
 
+    TEST(AnimationContext, MovesOneWayOnlyThoughTheEndOfAMovementBeginsAnother)
+    {
+        VirtualClock clock;
+        const Ref<NSView> view = box();
+        const auto moveTo = [&view](double alpha, double seconds) {
+            NSAnimationContext::cls().runAnimationGroup([&](NSAnimationContext*) {
+                linear(seconds);
+                view->animator()->setAlphaValue(alpha);
+            });
+        };
+        NSAnimationContext::cls().runAnimationGroup_completionHandler(
+            [&](NSAnimationContext*) {
+                linear(1);
+                view->animator()->setAlphaValue(0);
+            },
+            [&] { moveTo(0.5, 2); });
+        clock.advance(0.5);
+        moveTo(1, 0.1);
+        clock.advance(0.05);
+        moveTo(0.25, 0);
+        clock.advance(0.5);
+        EXPECT_EQ(view->alphaValue(), 0.25);
+    }
+
     TEST(AnimationContext, MovesFrameOriginAndSize)
     {
         VirtualClock clock;
