@@ -2,6 +2,7 @@
 #include "NSWindowPrivate.h"
 #include "appkit/application/NSApplicationPrivate.h"
 #include "foundation/NSBeep.h"
+#include "quartz/layers/AllServedPrivate.h"
 #include "runtime/Table.h"
 
 namespace brindle {
@@ -58,18 +59,21 @@ template <> struct NSWindow::Methods<struct Closing> {
         if (std::exchange(state.closed, true))
             return;
         const Ref<NSWindow> alive(&self);
-        WindowAccess::abortSheets(self);
-        WindowAccess::notify(self, NSWindowWillCloseNotification, "windowWillClose:");
+        AllServed all; // it closes though somebody raises
+        all.serve([&] { WindowAccess::abortSheets(self); });
+        all.serve(
+            [&] { WindowAccess::notify(self, NSWindowWillCloseNotification, "windowWillClose:"); });
         if (state.parent)
             Ref<NSWindow>(state.parent)->removeChildWindow(&self);
         const bool counts = state.wasShown;
-        WindowAccess::orderOut(self);
-        if (!state.closed)
-            return; // somebody showed it again meanwhile
-        state.wasShown = false;
-        WindowAccess::dropSurface(self);
-        if (counts)
-            ApplicationAccess::lastWindowClosed();
+        all.serve([&] { WindowAccess::orderOut(self); });
+        if (state.closed) { // or somebody showed it again meanwhile
+            state.wasShown = false;
+            WindowAccess::dropSurface(self);
+            if (counts)
+                all.serve([] { ApplicationAccess::lastWindowClosed(); });
+        }
+        all.end();
     }
     static void performClose(NSWindow& self, NSObject*)
     {

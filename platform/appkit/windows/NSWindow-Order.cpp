@@ -6,6 +6,7 @@
 #include "appkit/NSPanel.h"
 #include "appkit/application/NSApplicationPrivate.h"
 #include "appkit/views/NSViewPrivate.h"
+#include "quartz/layers/AllServedPrivate.h"
 #include "runtime/Table.h"
 
 namespace brindle {
@@ -205,8 +206,9 @@ namespace {
         s.waitsForActivation = false;
         std::erase(ApplicationAccess::state().hiddenWindows, &window);
         const std::vector<Ref<NSWindow>> children = s.children;
+        AllServed all; // who is told that a window is no longer the key one may raise
         for (const Ref<NSWindow>& child : children)
-            leave(*child, Leaving::hidden);
+            all.serve([&] { leave(*child, Leaving::hidden); });
         const bool wasVisible = std::exchange(s.visible, false);
         if (wasVisible) {
             std::erase(ApplicationAccess::state().order, &window);
@@ -216,9 +218,10 @@ namespace {
             s.surface->setConcealed(true);
         else if (s.surface)
             s.surface->hide();
-        if (wasVisible)
-            ApplicationAccess::windowGone(window);
         const Ref<NSWindow> released = std::move(s.kept);
+        if (wasVisible)
+            all.serve([&] { ApplicationAccess::windowGone(window); });
+        all.end();
     }
 
 }

@@ -5,6 +5,7 @@
 #include "NSWindowPrivate.h"
 #include "appkit/application/NSApplicationPrivate.h"
 #include "foundation/Dispatch.h"
+#include "quartz/layers/AllServedPrivate.h"
 #include "runtime/NSException.h"
 #include "runtime/Runtime.h"
 
@@ -187,11 +188,16 @@ BRINDLE_RECORD(NSWindow, Sheets)
 
 void WindowAccess::abortSheets(NSWindow& window)
 {
+    AllServed all;
+    const auto abort = [&all](NSWindow& host, NSWindow& sheet) {
+        all.serve([&] { host.endSheet_returnCode(&sheet, NSModalResponseAbort); });
+    };
     if (const Ref<NSWindow> host = state(window).sheetHost)
-        host->endSheet_returnCode(&window, NSModalResponseAbort);
+        abort(*host, window);
     const std::vector<Ref<NSWindow>> sheets = state(window).sheets;
     for (std::size_t i = sheets.size(); i-- > 0;) // those that wait are never shown
-        window.endSheet_returnCode(sheets[i].get(), NSModalResponseAbort);
+        abort(window, *sheets[i]);
+    all.end();
 }
 
 }

@@ -8,6 +8,7 @@
 #include "SmallWindow.h"
 #include "foundation/NSNotification.h"
 #include "foundation/NSNotificationCenter.h"
+#include "runtime/NSException.h"
 #include "support/HeadlessScreen.h"
 
 namespace brindle {
@@ -142,6 +143,62 @@ namespace {
         o.screen.process();
         EXPECT_TRUE(o.window->isMiniaturized());
         EXPECT_EQ(o.log, "NSWindowDidMiniaturizeNotification ");
+    }
+
+    /// Raises the first time that something is posted.
+    struct RaisingOnce {
+        explicit RaisingOnce(NSString* name)
+            : token(Ordinary::center()->addObserverForName_object_queue_usingBlock(
+                name, nullptr, nullptr, [this](NSNotification*) {
+                    if (!std::exchange(raised, true))
+                        raise("Fault", "on purpose");
+                }))
+        {
+        }
+        ~RaisingOnce() { Ordinary::center()->removeObserver(token.get()); }
+        RaisingOnce(const RaisingOnce&) = delete;
+        RaisingOnce& operator=(const RaisingOnce&) = delete;
+
+        bool raised = false;
+        Ref<NSObject> token;
+    };
+
+    TEST(NSWindowStates, AWindowClosesThoughWhoIsToldRaises)
+    {
+        Ordinary o;
+        const RaisingOnce raising(NSWindowWillCloseNotification);
+        EXPECT_THROW(o.window->close(), Exception);
+        EXPECT_FALSE(o.window->isVisible());
+    }
+
+    TEST(NSWindowStates, AWindowClosesThoughTheCompletionOfASheetRaises)
+    {
+        Ordinary o;
+        const Ref<NSWindow> sheet = windowOf(NSMakeRect(0, 0, 100, 50));
+        o.window->beginSheet_completionHandler(
+            sheet.get(), [](NSModalResponse) { raise("Fault", "on purpose"); });
+        EXPECT_THROW(o.window->close(), Exception);
+        EXPECT_FALSE(o.window->isVisible());
+        EXPECT_FALSE(sheet->isVisible());
+    }
+
+    TEST(NSWindowStates, AWindowThatGoesWhileSomebodyRaisesIsKeptByNobody)
+    {
+        HeadlessScreen screen;
+        Ref<NSWindow> window = windowOf(kContent, kOrdinary);
+        const Ref<NSWindow> child = windowOf(kContent);
+        const WeakRef<NSWindow> weak = window;
+        window->addChildWindow_ordered(child.get(), NSWindowAbove);
+        window->makeKeyAndOrderFront(nullptr);
+        screen.process();
+        const RaisingOnce raising(NSWindowDidResignKeyNotification);
+        EXPECT_THROW(window->orderOut(nullptr), Exception);
+        EXPECT_FALSE(window->isVisible());
+        EXPECT_FALSE(child->isVisible());
+        window->removeChildWindow(child.get());
+        window = nullptr;
+        screen.process();
+        EXPECT_EQ(weak.get(), nullptr);
     }
 
 }
