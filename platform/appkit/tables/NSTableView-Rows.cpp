@@ -18,11 +18,13 @@ namespace brindle {
 
 ViewStore::Shelf* ViewStore::shelf(const NSString& identifier)
 {
-    for (Shelf& shelf : shelves_) {
-        if (shelf.identifier == &identifier || shelf.identifier->isEqualToString(&identifier))
-            return &shelf;
-    }
-    return nullptr;
+    const auto found = std::ranges::find_if(shelves_, [&identifier](const Shelf& shelf) {
+        return shelf.identifier == &identifier || shelf.identifier->isEqualToString(&identifier);
+    });
+    if (found == shelves_.end())
+        return nullptr;
+    std::rotate(found, found + 1, shelves_.end());
+    return &shelves_.back();
 }
 
 void ViewStore::put(Ref<NSView> view)
@@ -30,9 +32,15 @@ void ViewStore::put(Ref<NSView> view)
     const Ref<NSString> name = identifier(view);
     if (!name)
         return;
+    Shelf gone; // its views end when the store is in order again
     Shelf* place = shelf(*name);
-    if (!place)
+    if (!place) {
+        if (shelves_.size() == kMostShelves) {
+            gone = std::move(shelves_.front());
+            shelves_.erase(shelves_.begin());
+        }
         place = &shelves_.emplace_back(Shelf { name, {} });
+    }
     if (place->views.size() < kMost)
         place->views.push_back(std::move(view));
 }

@@ -190,18 +190,16 @@ template <> struct NSTableView::Methods<struct Views> {
     {
         super<NSTableView, "viewDidMoveToWindow">(self);
         const Ref<NSNotificationCenter> center = NSNotificationCenter::cls().defaultCenter();
-        if (const Ref<NSWindow> old = of(self).window.get()) {
-            center->removeObserver_name_object(&self, NSWindowDidBecomeKeyNotification, old.get());
-            center->removeObserver_name_object(&self, NSWindowDidResignKeyNotification, old.get());
-        }
         const Ref<NSWindow> window = self.window();
-        of(self).window = window.get();
+        for (NSString* name :
+            { NSWindowDidBecomeKeyNotification.get(), NSWindowDidResignKeyNotification.get() }) {
+            center->removeObserver_name_object(&self, name, nullptr);
+            if (window)
+                center->addObserver_selector_name_object(
+                    &self, selector<"windowKeyStateChanged:">, name, window.get());
+        }
         if (!window)
             return TableAccess::forget(self);
-        for (NSString* name : { static_cast<NSString*>(NSWindowDidBecomeKeyNotification),
-                 static_cast<NSString*>(NSWindowDidResignKeyNotification) })
-            center->addObserver_selector_name_object(
-                &self, selector<"windowKeyStateChanged:">, name, window.get());
         self.setNeedsDisplay(true);
     }
     static void keyStateChanged(NSTableView& self, NSNotification*) { self.setNeedsDisplay(true); }

@@ -18,22 +18,22 @@
 
 namespace brindle {
 
-/// Views that no longer show, by identifier.
+/// Views that no longer show, by identifier. Of many identifiers it keeps those that were used last.
 class ViewStore {
 public:
     void put(Ref<NSView> view);
     Ref<NSView> take(const NSString& identifier);
-    void clear() { shelves_.clear(); }
 
 private:
     static constexpr std::size_t kMost
         = 256; // of one kind; no table shows more at once, unless rows are tiny
+    static constexpr std::size_t kMostShelves = 64;
     struct Shelf {
         Ref<NSString> identifier;
         std::vector<Ref<NSView>> views;
     };
     Shelf* shelf(const NSString& identifier);
-    std::vector<Shelf> shelves_;
+    std::vector<Shelf> shelves_; // the one used last is the last
 };
 
 /// A row that has a view.
@@ -58,7 +58,6 @@ struct TableState {
     ViewStore store;
     Ref<NSTableHeaderView> header;
     WeakRef<NSView> clip; // the clip view around
-    WeakRef<NSWindow> window; // whose key state is watched
     Ref<NSArray> sortDescriptors;
     Ref<NSColor> background; // nil: the ordinary one
     Ref<NSColor> grid; // nil: the ordinary one

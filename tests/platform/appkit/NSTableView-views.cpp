@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <gtest/gtest.h>
 
+#include "SmallWindow.h"
+#include "support/Memory.h"
 #include "support/TableHost.h"
 
 namespace brindle {
@@ -121,6 +123,26 @@ namespace {
         EXPECT_EQ(t->makeViewWithIdentifier_owner(nullptr, nullptr), nullptr);
     }
 
+    TEST_F(TableTest, OfManyIdentifiersTheStoreKeepsThoseThatWereUsedLast)
+    {
+        const auto name
+            = [](NSInteger row) { return NSString::cls().stringWithFormat("row %ld"_ns, row); };
+        t.host->view_ = [&name](NSTableColumn&, NSInteger row) -> Ref<NSObject> {
+            const Ref<NSTableCellView> cell = make<NSTableCellView>();
+            setIdentifier(cell, name(row).get());
+            return cell;
+        };
+        t.host->rows_ = 1000;
+        t->reloadData();
+        screen.process();
+        for (CGFloat y = 0; y < 18000; y += 190) {
+            t.scrollTo(y);
+            screen.process();
+        }
+        EXPECT_EQ(t->makeViewWithIdentifier_owner(name(0).get(), nullptr), nullptr);
+        EXPECT_NE(t->makeViewWithIdentifier_owner(name(930).get(), nullptr), nullptr);
+    }
+
     TEST_F(TableTest, ARowThatDoesNotShowGetsAViewThatIsNotKept)
     {
         EXPECT_EQ(t->rowViewAtRow_makeIfNecessary(50, false), nullptr);
@@ -230,6 +252,22 @@ namespace {
         t.scroll->setFrameSize({ 100, 285 });
         screen.process();
         EXPECT_EQ(t.shown(), "0+15");
+    }
+
+    TEST_F(TableTest, OutlivesWindowsWithoutHoldingMoreAndMore)
+    {
+        const auto outliveWindows = [this](int count) {
+            for (int i = 0; i < count; ++i) {
+                const Ref<NSWindow> window = windowOf(NSMakeRect(0, 0, 100, 190));
+                window->contentView()->addSubview(t.scroll.get());
+            }
+        };
+        outliveWindows(100);
+        const std::size_t before = test::allocatedBytes();
+        outliveWindows(1000);
+        if (test::growthCanBeMeasured()) {
+            EXPECT_LT(test::allocatedBytes(), before + 100'000);
+        }
     }
 
     // ---- rows that come, go and move
