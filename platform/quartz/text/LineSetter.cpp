@@ -108,11 +108,24 @@ std::size_t columnLength(std::u16string_view text, const TabStop& stop)
     return static_cast<std::size_t>(std::ranges::find_if(text, ends) - text.begin());
 }
 
+namespace {
+
+    /// Answers how much of the text behind a tab is shaped to measure its column: the rest of the word in which that ends
+    /// too, as it will be in the line, for letters next to the column's end may be kerned.
+    std::size_t shapedLength(std::u16string_view text, const TabStop& stop)
+    {
+        constexpr std::size_t kMostOfWord = 64;
+        const std::size_t column = columnLength(text, stop);
+        const std::u16string_view rest = text.substr(column, kMostOfWord);
+        return column + std::min(rest.find_first_of(u"\t "), rest.size());
+    }
+
+}
+
 double columnWidth(std::u16string_view text, std::span<const StyledRun> runs, std::size_t from,
     const TabStop& stop, BaseDirection direction)
 {
-    // All up to the next tab is shaped, as it will be in the line: letters next to the column's end may be kerned.
-    const NSRange column = NSMakeRange(from, std::min(text.find(kTab, from), text.size()) - from);
+    const NSRange column = NSMakeRange(from, shapedLength(text.substr(from), stop));
     std::vector<StyledRun> inside;
     const auto endOf = [](const StyledRun& run) { return NSMaxRange(run.range); };
     for (auto run = std::ranges::upper_bound(runs, column.location, {}, endOf);

@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
+#include "quartz/text/LineFiller.h"
 #include "quartz/text/Shaper.h"
 #include "quartz/text/Truncation.h"
 
@@ -7,6 +8,8 @@
 #include <string>
 
 #include <gtest/gtest.h>
+
+#include "support/Memory.h"
 
 namespace brindle::text {
 
@@ -41,6 +44,29 @@ TEST(TextHostile, MegabyteWithoutASpaceIsShaped)
 TEST(TextHostile, MegabyteOfSpacesIsShaped)
 {
     EXPECT_GT(measureLine(repeated(u" ", kMany), font()).width, 0);
+}
+
+TEST(TextHostile, AColumnThatEndsBeforeMegabytesOfTextIsMeasuredAlone)
+{
+    TabStop stop;
+    stop.location = 100;
+    stop.share = 1;
+    stop.endsColumn = [](char16_t c) { return c == u'.'; };
+    const auto widthOfColumn = [&stop](std::u16string_view text) {
+        StyledRun run;
+        run.range = NSMakeRange(0, text.size());
+        run.font = font();
+        return columnWidth(text, std::span(&run, 1), 0, stop, BaseDirection::leftToRight);
+    };
+    const std::u16string column = u"24.50 ";
+    const std::u16string text = column + repeated(u"lorem ipsum ", 4 * kMany);
+    const double wanted = widthOfColumn(column);
+    test::forgetPeak();
+    const std::size_t before = test::peakBytes();
+    EXPECT_EQ(widthOfColumn(text), wanted);
+    if (test::growthCanBeMeasured()) {
+        EXPECT_LT(test::peakBytes() - before, std::size_t { 4 } << 20);
+    }
 }
 
 TEST(TextHostile, ChangingDirectionAtEveryLetterIsShaped)
