@@ -7,6 +7,7 @@
 #include <thread>
 
 #include "XDriver.h"
+#include "support/Memory.h"
 
 namespace brindle::display {
 namespace {
@@ -126,6 +127,31 @@ namespace {
         const std::string large(700001, 'x');
         offer(large);
         EXPECT_TRUE(readElsewhere("UTF8_STRING") == large);
+    }
+
+    TEST_F(ClipboardTest, KeepsNothingForAProgramThatEndsBeforeItHasFetchedAll)
+    {
+        constexpr std::size_t kLarge = std::size_t { 32 } << 20;
+        offer(std::string(kLarge, 'x'));
+        auto other = std::make_unique<XDriver>();
+        const xcb_window_t window = xcb_generate_id(other->raw());
+        xcb_create_window(other->raw(), 0, window, other->root(), -1, -1, 1, 1, 0,
+            XCB_WINDOW_CLASS_INPUT_ONLY, XCB_COPY_FROM_PARENT, 0, nullptr);
+        xcb_convert_selection(other->raw(), window, other->atom("CLIPBOARD"),
+            other->atom("UTF8_STRING"), other->atom("TAKEN"), XCB_CURRENT_TIME);
+        other->sync();
+        const auto happens = [this](const auto& condition) {
+            Event event;
+            for (int i = 0; i < 100'000 && !condition(); ++i)
+                display->pollEvent(event);
+            return condition();
+        };
+        ASSERT_TRUE(happens([&] { return !other->property(window, "TAKEN").empty(); }));
+        const std::size_t held = test::residentBytes();
+        other = nullptr;
+        EXPECT_TRUE(happens([held] {
+            return !test::growthCanBeMeasured() || test::residentBytes() < held - kLarge / 2;
+        }));
     }
 
     TEST_F(ClipboardTest, IsToldWhenAnotherProgramTakesIt)

@@ -94,6 +94,11 @@ void X11Clipboard::learnNames(std::span<const xcb_atom_t> atoms)
 std::string X11Clipboard::nameOf(xcb_atom_t atom)
 {
     learnNames(std::span(&atom, 1));
+    return knownName(atom);
+}
+
+std::string X11Clipboard::knownName(xcb_atom_t atom) const
+{
     const auto known = names_.find(atom);
     return known == names_.end() ? std::string() : known->second;
 }
@@ -138,7 +143,8 @@ bool X11Clipboard::put(xcb_window_t window, xcb_atom_t property, xcb_atom_t type
     if (transfers_.size() >= kMostTransfers)
         transfers_.erase(transfers_.begin());
     const auto size = static_cast<std::uint32_t>(data.size());
-    const std::uint32_t mask = XCB_EVENT_MASK_PROPERTY_CHANGE;
+    const std::uint32_t mask
+        = XCB_EVENT_MASK_PROPERTY_CHANGE | XCB_EVENT_MASK_STRUCTURE_NOTIFY; // it may go meanwhile
     xcb_change_window_attributes(raw, window, XCB_CW_EVENT_MASK, &mask);
     connection_.setValues(window, property, atom("INCR"), std::span(&size, 1));
     transfers_.push_back({ window, property, type, std::move(data) });
@@ -238,6 +244,10 @@ bool X11Clipboard::handle(const xcb_generic_event_t& event)
         else
             lose(*held);
         return true;
+    }
+    if (codeOf(event) == XCB_DESTROY_NOTIFY) {
+        const auto& gone = reinterpret_cast<const xcb_destroy_notify_event_t&>(event);
+        std::erase_if(transfers_, [&](const Transfer& each) { return each.window == gone.window; });
     }
     if (codeOf(event) != XCB_PROPERTY_NOTIFY)
         return false;
@@ -345,8 +355,8 @@ std::vector<std::string> X11Clipboard::types(Selection selection)
     const std::vector<xcb_atom_t> targets = atomsIn(list.value_or(std::string()));
     learnNames(targets);
     for (const xcb_atom_t target : targets) {
-        if (const std::string name = nameOf(target); !name.empty())
-            names.push_back(name);
+        if (std::string name = knownName(target); !name.empty())
+            names.push_back(std::move(name));
     }
     return names;
 }

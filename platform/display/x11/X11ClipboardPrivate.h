@@ -56,6 +56,7 @@ private:
     xcb_atom_t atom(const std::string& name);
     void learnNames(std::span<const xcb_atom_t> atoms);
     std::string nameOf(xcb_atom_t atom);
+    std::string knownName(xcb_atom_t atom) const;
 
     void answer(const xcb_selection_request_event_t& request);
     bool convert(Held& held, xcb_window_t window, xcb_atom_t target, xcb_atom_t property);
