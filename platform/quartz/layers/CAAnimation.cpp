@@ -124,14 +124,26 @@ template <> struct CAAnimationGroup::Methods<struct Basics> {
         for (CAAnimation* one : each<CAAnimation>(self.animations_)) {
             if (!layer || !one->isKindOfClass(CAAnimation::cls()))
                 continue;
-            quartz::MediaTiming& timing = AnimationAccess::timing(*one);
-            const double own = timing.duration;
-            if (!(own > 0))
-                timing.duration = self.duration();
-            AnimationAccess::show(*one, *layer, timing.local(time));
-            timing.duration = own;
+            const LentDuration lent(AnimationAccess::timing(*one), self.duration());
+            AnimationAccess::show(*one, *layer, lent.timing.local(time));
         }
     }
+    /// Lets an animation without a duration have that of its group while it is shown, which may raise.
+    struct LentDuration {
+        LentDuration(quartz::MediaTiming& animation, double duration)
+            : timing(animation)
+            , own(animation.duration)
+        {
+            if (!(own > 0))
+                timing.duration = duration;
+        }
+        ~LentDuration() { timing.duration = own; }
+        LentDuration(const LentDuration&) = delete;
+        LentDuration& operator=(const LentDuration&) = delete;
+
+        quartz::MediaTiming& timing;
+        const double own;
+    };
     /// Answers whether a group is among what an object holds, however deep, or is it itself.
     static bool holds(NSObject* object, const CAAnimationGroup& group)
     {

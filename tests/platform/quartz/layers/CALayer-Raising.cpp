@@ -43,6 +43,23 @@ template <> struct LayerHelper::Methods<struct Told> {
 };
 BRINDLE_RECORD(LayerHelper, Told)
 
+/// Cannot be shown.
+class UnshowableAnimation : public CAAnimation {
+    BRINDLE_OBJECT(UnshowableAnimation, CAAnimation)
+};
+
+template <> struct UnshowableAnimation::Methods<struct Refusing> {
+    static void show(UnshowableAnimation&, CALayer*, double, double, double)
+    {
+        raise("TestException", "refused");
+    }
+    static void table(Builder& t)
+    {
+        t.methods({ { "showOnLayer:progress:time:repeats:", imp<show> } });
+    }
+};
+BRINDLE_RECORD(UnshowableAnimation, Refusing)
+
 namespace {
 
     using test::fade;
@@ -73,6 +90,17 @@ namespace {
         void render(CGContextRef, quartz::LayerLook) override { }
         int count = 0;
     };
+
+    TEST(AnimationGroups, LeaveAnAnimationItsOwnDurationThoughItRaises)
+    {
+        const auto one = make<UnshowableAnimation>();
+        const auto group = make<CAAnimationGroup>();
+        group->setAnimations(makeArray({ one }).get());
+        group->setDuration(2);
+        const Ref<CALayer> layer = CALayer::cls().layer();
+        EXPECT_THROW(group->showOnLayer_progress_time_repeats(layer.get(), 0.5, 1, 0), Exception);
+        EXPECT_EQ(one->duration(), 0);
+    }
 
     TEST(MovingLayers, StepOnceInAFrameHoweverOftenTheirMovementsWereReplaced)
     {
