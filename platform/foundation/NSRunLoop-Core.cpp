@@ -41,7 +41,8 @@ namespace {
 
 }
 
-/// Names the mode that runs; the one outside comes back at its end, exceptions included.
+/// Names the mode that runs; the one outside comes back at its end, exceptions included. After the outermost run whoever
+/// writes wakes another program's loop again.
 class RunLoopCore::Running {
 public:
     Running(RunLoopCore& loop, NSString* name)
@@ -55,7 +56,8 @@ public:
     ~Running()
     {
         loop_.currentMode_ = before_;
-        --loop_.depth_;
+        if (--loop_.depth_ == 0 && loop_.embedding_ >= 0)
+            loop_.outside_ = loop_.inbox_->beginSleep(true);
     }
     Running(const Running&) = delete;
     Running& operator=(const Running&) = delete;
@@ -413,6 +415,8 @@ double RunLoopCore::embeddingTimeout() const
 {
     if (!items_.empty() || inbox_->hasItems() || !controls_.empty() || inbox_->hasControls())
         return 0;
+    if (embedding_ >= 0 && depth_ == 0 && !outside_) // something came before writing would wake
+        return 0;
     const std::int64_t due = nextDue(kDefault);
     if (due == kNever)
         return -1;
@@ -422,12 +426,9 @@ double RunLoopCore::embeddingTimeout() const
 void RunLoopCore::embeddingStep()
 {
     embeddingDescriptor();
-    {
-        const Running running(*this, NSDefaultRunLoopMode);
-        turn(kDefault);
-    }
+    const Running running(*this, NSDefaultRunLoopMode);
+    turn(kDefault);
     inbox_->takeStop();
-    outside_ = inbox_->beginSleep(true);
 }
 
 void RunLoopCore::watch(const NSRunLoopSource& source, bool wanted)

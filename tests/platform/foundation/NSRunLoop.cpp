@@ -47,6 +47,20 @@ void after(double seconds, std::function<void()> work, NSString* mode = NSDefaul
         mode);
 }
 
+/// A closure of another thread makes this thread's descriptor readable until a step has run it.
+void expectWakenByAPost()
+{
+    const Ref<NSRunLoop> here = loop();
+    pollfd polled { here->embeddingDescriptor(), POLLIN, 0 };
+    EXPECT_EQ(::poll(&polled, 1, 0), 0);
+    bool ran = false;
+    std::thread([&] { here->performBlock([&] { ran = true; }); }).join();
+    EXPECT_EQ(::poll(&polled, 1, 0), 1);
+    here->embeddingStep();
+    EXPECT_TRUE(ran);
+    EXPECT_EQ(::poll(&polled, 1, 0), 0);
+}
+
 }
 
 TEST(NSRunLoop, IsOneForAThread)
@@ -339,6 +353,45 @@ TEST(NSRunLoop, MakesItsDescriptorReadableForAPostOfItsOwnThread)
     EXPECT_EQ(::poll(&polled, 1, 0), 1);
     loop()->embeddingStep();
     EXPECT_EQ(::poll(&polled, 1, 0), 0);
+}
+
+TEST(NSRunLoop, WakesItsHostAfterTheHostHasRunItItself)
+{
+    loop()->embeddingStep();
+    loop()->runUntilIdle(NSDefaultRunLoopMode);
+    expectWakenByAPost();
+    loop()->runMode_beforeDate(NSDefaultRunLoopMode, nullptr);
+    expectWakenByAPost();
+}
+
+TEST(NSRunLoop, WakesItsHostAfterAStepThatRaised)
+{
+    loop()->embeddingStep();
+    dispatch_async(dispatch_get_main_queue(), [] { brindle::raise("Broken", "by an item"); });
+    EXPECT_THROW(loop()->embeddingStep(), Exception);
+    expectWakenByAPost();
+}
+
+TEST(NSRunLoop, StepsAtOnceWhenItWasWokenBeforeItHadAHost)
+{
+    std::thread([] {
+        loop()->wakeUp();
+        loop()->embeddingDescriptor();
+        EXPECT_EQ(loop()->embeddingTimeout(), 0);
+        loop()->embeddingStep();
+        EXPECT_LT(loop()->embeddingTimeout(), 0);
+        expectWakenByAPost();
+    }).join();
+}
+
+TEST(NSRunLoop, WakesAHostThatAskedForTheDescriptorInsideARun)
+{
+    std::thread([] {
+        loop()->performBlock([] { loop()->embeddingDescriptor(); });
+        loop()->runUntilIdle(NSDefaultRunLoopMode);
+        EXPECT_LT(loop()->embeddingTimeout(), 0);
+        expectWakenByAPost();
+    }).join();
 }
 
 TEST(NSRunLoop, RunsOnAnotherThreadUntilNothingIsLeft)
