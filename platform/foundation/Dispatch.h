@@ -92,6 +92,7 @@ BRINDLE_EXPORT void dispatch_after(
 BRINDLE_EXPORT void dispatch_barrier_async(dispatch_queue_t queue, const Block<void()>& block);
 BRINDLE_EXPORT void dispatch_barrier_sync(dispatch_queue_t queue, const Block<void()>& block);
 /// Runs a closure with 0, 1, ... count - 1, side by side where the queue allows it, and waits for all.
+/// What the queue does not run beside its caller, in a barrier for instance, the caller runs itself.
 BRINDLE_EXPORT void dispatch_apply(
     std::size_t count, dispatch_queue_t queue, const Block<void(std::size_t)>& block);
 

@@ -20,6 +20,26 @@ BRINDLE_RECORD(DispatchSemaphore, Semaphore)
 
 // ---- groups
 
+namespace {
+
+    /// Is in a group as long as it lives, so also when an exception ends it.
+    class GroupMember {
+    public:
+        explicit GroupMember(DispatchGroup* group)
+            : group_(group)
+        {
+            group->enter();
+        }
+        ~GroupMember() { group_->leave(); }
+        GroupMember(const GroupMember&) = delete;
+        GroupMember& operator=(const GroupMember&) = delete;
+
+    private:
+        Ref<DispatchGroup> group_;
+    };
+
+}
+
 void DispatchGroup::enter()
 {
     const std::lock_guard guard(mutex_);
@@ -76,16 +96,10 @@ void dispatch_group_leave(dispatch_group_t group)
 void dispatch_group_async(
     dispatch_group_t group, dispatch_queue_t queue, const Block<void()>& block)
 {
-    // Leaves with the closure's end, so also when an exception leaves it.
-    struct Member {
-        Ref<DispatchGroup> group;
-        ~Member() { group->leave(); }
-    };
     queues::requireClosure(block.get());
     queues::requireQueue(queue);
-    dispatch_group_enter(group);
-    auto member = std::shared_ptr<Member>(new Member { Ref<DispatchGroup>(group) });
-    dispatch_async(queue, [member = std::move(member), block] { block(); });
+    queues::requireGroup(group);
+    dispatch_async(queue, [member = std::make_shared<GroupMember>(group), block] { block(); });
 }
 
 void dispatch_group_notify(
@@ -152,41 +166,50 @@ std::intptr_t dispatch_semaphore_signal(dispatch_semaphore_t semaphore)
 
 namespace {
 
+    /// Indices that several threads take. A helper whose turn comes when none is left, perhaps long after the caller has gone
+    /// on, finds that out without touching the closure.
     struct Sharing {
-        Block<void(std::size_t)> block;
-        std::size_t count;
+        const Block<void(std::size_t)>& block; // the caller's
+        const std::size_t count;
+        const Ref<DispatchGroup> working = dispatch_group_create();
         std::atomic<std::size_t> next { 0 };
 
+        Sharing(const Block<void(std::size_t)>& shared, std::size_t howMany)
+            : block(shared)
+            , count(howMany)
+        {
+        }
         void work()
         {
+            const GroupMember member(working.get()); // before it takes one: the caller then waits
             for (;;) {
-                const std::size_t index = next.fetch_add(1, std::memory_order_relaxed);
+                const std::size_t index = next.fetch_add(1, std::memory_order_acq_rel);
                 if (index >= count)
                     return;
                 block(index);
             }
         }
+        /// Hands out nothing more, and waits for those who have taken something.
+        void end()
+        {
+            next.exchange(count, std::memory_order_acq_rel);
+            working->wait(DISPATCH_TIME_FOREVER);
+        }
     };
 
-    /// Waits for the helpers, and hands out nothing more when an exception ends the caller's share.
-    class AllHelpers {
+    /// Ends the sharing also when an exception ends the caller's share.
+    class SharingEnd {
     public:
-        AllHelpers(Sharing& sharing, DispatchGroup& group)
+        explicit SharingEnd(Sharing& sharing)
             : sharing_(sharing)
-            , group_(group)
         {
         }
-        ~AllHelpers()
-        {
-            sharing_.next.store(sharing_.count, std::memory_order_relaxed);
-            group_.wait(DISPATCH_TIME_FOREVER);
-        }
-        AllHelpers(const AllHelpers&) = delete;
-        AllHelpers& operator=(const AllHelpers&) = delete;
+        ~SharingEnd() { sharing_.end(); }
+        SharingEnd(const SharingEnd&) = delete;
+        SharingEnd& operator=(const SharingEnd&) = delete;
 
     private:
         Sharing& sharing_;
-        DispatchGroup& group_;
     };
 
 }
@@ -202,13 +225,10 @@ void dispatch_apply(
             dispatch_sync(queue, [&block, i] { block(i); });
         return;
     }
-    const auto sharing = std::make_shared<Sharing>();
-    sharing->block = block;
-    sharing->count = count;
-    const Ref<DispatchGroup> group = dispatch_group_create();
-    const AllHelpers helpers(*sharing, *group);
+    const auto sharing = std::make_shared<Sharing>(block, count);
+    const SharingEnd end(*sharing);
     for (std::size_t i = 1; i < std::min(count, queues::width()); ++i)
-        dispatch_group_async(group.get(), queue, [sharing] { sharing->work(); });
+        dispatch_async(queue, [sharing] { sharing->work(); });
     const queues::Frame frame(queue);
     sharing->work();
 }

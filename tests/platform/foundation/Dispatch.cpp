@@ -23,6 +23,8 @@ void turn() { NSRunLoop::cls().mainRunLoop()->runUntilIdle(NSDefaultRunLoopMode)
 
 dispatch_queue_t global() { return dispatch_get_global_queue(DISPATCH_QUEUE_PRIORITY_DEFAULT, 0); }
 
+dispatch_time_t inTenSeconds() { return dispatch_time(DISPATCH_TIME_NOW, 10'000'000'000); }
+
 /// Raises the number of closures that run at the same time to what `wanted` says, or waits for ever.
 void meet(std::atomic<int>& here, int wanted)
 {
@@ -405,6 +407,46 @@ TEST(DispatchApply, RunsEachIndexOnce)
     dispatch_apply(1000, global(), [&](std::size_t i) { ++counts[i]; });
     for (const auto& count : counts)
         EXPECT_EQ(count, 1);
+}
+
+TEST(DispatchApply, RunsInABarrierOfItsOwnQueue)
+{
+    const Ref<DispatchQueue> queue = dispatch_queue_create("own", DISPATCH_QUEUE_CONCURRENT);
+    const auto runs = std::make_shared<std::atomic<int>>(0);
+    const Ref<DispatchSemaphore> end = dispatch_semaphore_create(0);
+    dispatch_barrier_async(queue.get(), [queue, runs, end] {
+        dispatch_apply(4, queue.get(), [runs](std::size_t) { ++*runs; });
+        dispatch_semaphore_signal(end.get());
+    });
+    EXPECT_EQ(dispatch_semaphore_wait(end.get(), inTenSeconds()), 0);
+    EXPECT_EQ(*runs, 4);
+}
+
+TEST(DispatchApply, DoesNotWaitForABarrierThatWaitsForItsCaller)
+{
+    const Ref<DispatchQueue> queue = dispatch_queue_create("own", DISPATCH_QUEUE_CONCURRENT);
+    const auto runs = std::make_shared<std::atomic<int>>(0);
+    const Ref<DispatchSemaphore> end = dispatch_semaphore_create(0);
+    dispatch_async(queue.get(), [queue, runs, end] {
+        dispatch_barrier_async(queue.get(), [] {});
+        dispatch_apply(4, queue.get(), [runs](std::size_t) { ++*runs; });
+        dispatch_semaphore_signal(end.get());
+    });
+    EXPECT_EQ(dispatch_semaphore_wait(end.get(), inTenSeconds()), 0);
+    EXPECT_EQ(*runs, 4);
+}
+
+TEST(DispatchApply, LeavesItsClosureToTheCallerWhenItReturns)
+{
+    const Ref<DispatchQueue> queue = dispatch_queue_create("own", DISPATCH_QUEUE_CONCURRENT);
+    const Ref<DispatchSemaphore> end = dispatch_semaphore_create(0);
+    dispatch_barrier_async(queue.get(), [queue, end] {
+        const auto probe = std::make_shared<int>(0);
+        dispatch_apply(4, queue.get(), [probe](std::size_t) {});
+        EXPECT_EQ(probe.use_count(), 1); // though helpers wait for the barrier to end
+        dispatch_semaphore_signal(end.get());
+    });
+    EXPECT_EQ(dispatch_semaphore_wait(end.get(), inTenSeconds()), 0);
 }
 
 TEST(DispatchOnce, RunsOnceAmongManyThreads)
