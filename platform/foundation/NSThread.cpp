@@ -54,6 +54,12 @@ namespace {
         while (clock_nanosleep(CLOCK_MONOTONIC, TIMER_ABSTIME, &moment, nullptr) == EINTR) { }
     }
 
+    Ref<NSString> nameOf(ThreadState& state)
+    {
+        const std::lock_guard guard(state.mutex);
+        return state.name;
+    }
+
     void nameSystemThread(NSString* name)
     {
         if (name)
@@ -66,7 +72,7 @@ namespace {
         const std::unique_ptr<std::shared_ptr<ThreadState>> state(
             static_cast<std::shared_ptr<ThreadState>*>(argument));
         ThreadState::adopt(*state);
-        nameSystemThread((*state)->name.get());
+        nameSystemThread(nameOf(**state).get());
         const Ref<NSThread> thread = (*state)->ensureObject();
         (*state)->executing.store(true);
         thread->main();
@@ -249,11 +255,7 @@ template <> struct NSThread::Methods<struct Running> {
     static bool isExecuting(NSThread& self) { return of(self).executing.load(); }
     static bool isFinished(NSThread& self) { return of(self).finished.load(); }
     static bool isMainThread(NSThread& self) { return of(self).isMain; }
-    static Ref<NSString> name(NSThread& self)
-    {
-        const std::lock_guard guard(of(self).mutex);
-        return of(self).name;
-    }
+    static Ref<NSString> name(NSThread& self) { return nameOf(of(self)); }
     static void setName(NSThread& self, NSString* name)
     {
         const Ref<NSString> copy = name ? cast<NSString>(name->copy()) : nullptr;
