@@ -66,7 +66,6 @@ template <> struct NSOperation::Methods<struct Work> {
     static void start(NSOperation& self)
     {
         const Ref<NSOperation> alive(&self);
-        const bool isCancelled = self.isCancelled();
         {
             auto held = OperationAccess::lock();
             const State before = self.state_;
@@ -82,13 +81,12 @@ template <> struct NSOperation::Methods<struct Work> {
             if (!mayBegin)
                 refuse("start]: the operation is executing or waits for others");
         }
-        if (!isCancelled) {
-            try {
+        try {
+            if (!self.isCancelled())
                 self.main();
-            } catch (...) {
-                OperationAccess::finish(self);
-                throw;
-            }
+        } catch (...) {
+            OperationAccess::finish(self);
+            throw;
         }
         OperationAccess::finish(self);
     }
@@ -153,11 +151,12 @@ template <> struct NSOperation::Methods<struct Work> {
         if (self.state_ != State::waiting || std::find(all.begin(), all.end(), other) != all.end())
             return;
         all.emplace_back(other);
-        other->dependents_.emplace_back(&self);
+        if (other->state_ != State::finished)
+            other->dependents_.emplace_back(&self);
     }
     static void removeDependency(NSOperation& self, NSOperation* other)
     {
-        Ref<NSOperation> removed;
+        std::vector<Ref<NSOperation>> released; // when nothing is locked any more
         Ref<NSOperationQueue> queue;
         {
             const auto held = OperationAccess::lock();
@@ -165,8 +164,12 @@ template <> struct NSOperation::Methods<struct Work> {
             const auto found = std::find(all.begin(), all.end(), other);
             if (found == all.end())
                 return;
-            removed = std::move(*found);
+            released.push_back(std::move(*found));
             all.erase(found);
+            std::erase_if(other->dependents_, [&](const WeakRef<NSOperation>& each) {
+                released.push_back(each.get());
+                return !released.back() || released.back() == &self;
+            });
             queue = self.queue_;
         }
         if (queue)
@@ -240,10 +243,15 @@ template <> struct NSBlockOperation::Methods<struct Blocks> {
     {
         if (!block)
             fatal("a null closure was handed to an operation");
-        if (self.isExecuting() || self.isFinished())
-            raise("NSInvalidArgumentException",
-                "*** -[NSBlockOperation addExecutionBlock:]: the operation has begun");
-        self.blocks_.emplace_back(block);
+        Block<void()> added(block);
+        auto held = OperationAccess::lock();
+        if (!OperationAccess::hasBegun(self)) {
+            self.blocks_.push_back(std::move(added));
+            return;
+        }
+        held.unlock();
+        raise("NSInvalidArgumentException",
+            "*** -[NSBlockOperation addExecutionBlock:]: the operation has begun");
     }
     static void main(NSBlockOperation& self)
     {

@@ -22,10 +22,19 @@ struct OperationAccess {
 
     /// Gives an operation to a queue, which begins it in its turn, with others beside it or alone.
     static void add(NSOperationQueue& queue, NSOperation& operation, Company company);
+    /// Puts an operation behind those of its era and priority. The lock is held.
+    static void enqueue(NSOperationQueue& queue, NSOperation& operation, Company company);
     /// Marks an operation as running; its queue no longer begins it. The lock is held.
     static void begin(NSOperation& operation);
     /// Begins what may begin now.
     static void proceed(NSOperationQueue& queue);
+    /// Runs an operation of a queue on this thread, unless it was started by hand meanwhile.
+    static void run(NSOperation& operation);
+    /// Whether no more work can be added to it. The lock is held.
+    static bool hasBegun(const NSOperation& operation)
+    {
+        return operation.state_ == State::executing || operation.state_ == State::finished;
+    }
     /// Ends an operation that has run or that is not to run, and begins what waited for it; once.
     static void finish(NSOperation& operation);
     /// Answers a quality that is one of the five.

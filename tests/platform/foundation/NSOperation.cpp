@@ -12,6 +12,7 @@
 #include "foundation/NSThread.h"
 #include "runtime/NSException.h"
 #include "runtime/Table.h"
+#include "support/Memory.h"
 
 namespace brindle {
 
@@ -27,6 +28,21 @@ template <> struct CountingOperation::Methods<struct Work> {
     static void table(Builder& t) { t.methods({ { "main", imp<main> } }); }
 };
 BRINDLE_RECORD(CountingOperation, Work)
+
+/// Work that is cancelled the moment after somebody has asked whether it is.
+class LateCancelledOperation : public CountingOperation {
+    BRINDLE_OBJECT(LateCancelledOperation, CountingOperation)
+};
+template <> struct LateCancelledOperation::Methods<struct Work> {
+    static bool isCancelled(LateCancelledOperation& self)
+    {
+        const bool answer = super<LateCancelledOperation, "isCancelled", bool>(self);
+        self.cancel();
+        return answer;
+    }
+    static void table(Builder& t) { t.methods({ { "isCancelled", imp<isCancelled> } }); }
+};
+BRINDLE_RECORD(LateCancelledOperation, Work)
 
 namespace {
 
@@ -85,6 +101,28 @@ TEST(NSOperation, CannotBeStartedBeforeWhatItWaitsFor)
     second->start();
     EXPECT_EQ(second->runs_, 1);
     EXPECT_EQ(second->dependencies()->count(), 0u);
+}
+TEST(NSOperation, DoesNotRunBeforeWhatItWaitsForWhenItIsCancelledMeanwhile)
+{
+    const Ref<CountingOperation> first = make<CountingOperation>();
+    const Ref<LateCancelledOperation> second = make<LateCancelledOperation>();
+    second->addDependency(first.get());
+    EXPECT_THROW(second->start(), Exception);
+    EXPECT_EQ(second->runs_, 0);
+}
+TEST(NSOperation, RemembersNobodyWhoNoLongerWaitsForIt)
+{
+    const Ref<CountingOperation> ended = make<CountingOperation>();
+    ended->start();
+    const Ref<CountingOperation> open = make<CountingOperation>();
+    const std::size_t before = test::allocatedBytes();
+    for (int i = 0; i < 20000; ++i) {
+        make<CountingOperation>()->addDependency(ended.get());
+        const Ref<CountingOperation> work = make<CountingOperation>();
+        work->addDependency(open.get());
+        work->removeDependency(open.get());
+    }
+    EXPECT_TRUE(test::allocatedBytes() < before + 100'000 || !test::growthCanBeMeasured());
 }
 TEST(NSOperation, WaitsNeitherForItselfNorForNil)
 {
@@ -390,6 +428,26 @@ TEST(NSOperationQueue, TheMainQueueTakesBarriersInTheirOrder)
     queue->addOperationWithBlock([&] { log += "b"; });
     turn();
     EXPECT_EQ(log, "a|b");
+}
+TEST(NSBlockOperation, RunsEachBlockThatItTookWhileItBegan)
+{
+    for (int round = 0; round < 100; ++round) {
+        std::atomic<int> taken { 1 };
+        std::atomic<int> runs { 0 };
+        const auto work = operation([&] { ++runs; });
+        std::thread adder([&] {
+            try {
+                for (;; ++taken)
+                    work->addExecutionBlock([&] { ++runs; });
+            } catch (const Exception&) {
+            }
+        });
+        while (taken < 3)
+            std::this_thread::yield();
+        work->start();
+        adder.join();
+        EXPECT_EQ(runs, taken);
+    }
 }
 
 // ---- how urgent it is
