@@ -40,7 +40,8 @@ enum NSQualityOfService : NSInteger {
 /// Work that goes on after it was started (an answer that is waited for without a thread) is a subclass that overrides `start`
 /// without super's, `isAsynchronous`, `isExecuting` and `isFinished`. It sends itself `didChangeValueForKey:` with
 /// "isFinished" when that has become YES, on any thread: then what waited for it begins. Its `start` looks at `isCancelled`
-/// first, and finishes at once where it says so.
+/// first, and finishes at once where it says so. A queue that finds it executing or finished does not start it again. One whose
+/// `start` raises in a queue has ended.
 /// Thread: any.
 class NSOperation : public NSObject {
     BRINDLE_OBJECT(NSOperation, NSObject)

@@ -38,29 +38,41 @@ namespace {
 
 void OperationAccess::add(NSOperationQueue& queue, NSOperation& operation, Company company)
 {
+    // One that is started by hand and says itself what it does has no other sign of it.
+    bool isTaken = operation.isExecuting() || operation.isFinished();
+    bool mayBegin = false;
     {
-        Lock held = lock();
-        if (operation.queue_ || operation.state_ != State::waiting) {
-            held.unlock();
-            raise("NSInvalidArgumentException",
-                "*** -[NSOperationQueue addOperation:]: the operation is in a queue or has begun");
+        const Lock held = lock();
+        isTaken |= operation.queue_ || operation.state_ != State::waiting;
+        if (!isTaken) {
+            enqueue(queue, operation, company);
+            mayBegin = operation.era_ == queue.present_ && isReady(operation);
         }
-        operation.queue_ = Ref<NSOperationQueue>(&queue);
-        auto& eras = queue.eras_;
-        if (company == Company::none && eras.back() > 0)
-            eras.push_back(0);
-        operation.era_ = queue.present_ + eras.size() - 1;
-        ++eras.back();
-        if (company == Company::none)
-            eras.push_back(0);
-        const auto behind = std::upper_bound(queue.waiting_.begin(), queue.waiting_.end(),
-            operation.priority_, [](NSInteger priority, const Ref<NSOperation>& other) {
-                return priority > other->priority_;
-            });
-        queue.waiting_.emplace(behind, &operation);
-        dispatch_group_enter(queue.group_.get());
     }
-    proceed(queue);
+    if (isTaken)
+        raise("NSInvalidArgumentException",
+            "*** -[NSOperationQueue addOperation:]: the operation is in a queue or has begun");
+    if (mayBegin)
+        proceed(queue);
+}
+
+void OperationAccess::enqueue(NSOperationQueue& queue, NSOperation& operation, Company company)
+{
+    operation.queue_ = Ref<NSOperationQueue>(&queue);
+    auto& eras = queue.eras_;
+    if (company == Company::none && eras.back() > 0)
+        eras.push_back(0);
+    operation.era_ = queue.present_ + eras.size() - 1;
+    ++eras.back();
+    if (company == Company::none)
+        eras.push_back(0);
+    const auto behind = std::upper_bound(queue.waiting_.begin(), queue.waiting_.end(), &operation,
+        [](const NSOperation* added, const Ref<NSOperation>& other) {
+            return added->era_ != other->era_ ? added->era_ < other->era_
+                                              : added->priority_ > other->priority_;
+        });
+    queue.waiting_.emplace(behind, &operation);
+    dispatch_group_enter(queue.group_.get());
 }
 
 dispatch_queue_t OperationAccess::queueFor(
@@ -96,7 +108,9 @@ void OperationAccess::proceed(NSOperationQueue& queue)
         };
         auto& waiting = queue.waiting_;
         for (auto at = waiting.begin(); at != waiting.end() && hasRoom() && !queue.suspended_;) {
-            if ((*at)->era_ != queue.present_ || !isReady(**at)) {
+            if ((*at)->era_ != queue.present_)
+                break;
+            if (!isReady(**at)) {
                 ++at;
                 continue;
             }
@@ -110,11 +124,22 @@ void OperationAccess::proceed(NSOperationQueue& queue)
         dispatch_async(each.where,
             [operation = std::move(each.operation), kept = Ref<NSOperationQueue>(&queue)] {
                 const RunningQueue running(kept.get());
-                operation->start();
-                // One that says itself when it has finished may have done so before it was asked.
-                if (operation->isFinished())
-                    finish(*operation);
+                run(*operation);
             });
+}
+
+void OperationAccess::run(NSOperation& operation)
+{
+    try {
+        if (!operation.isFinished() && !(operation.isAsynchronous() && operation.isExecuting()))
+            operation.start();
+    } catch (...) {
+        finish(operation);
+        throw;
+    }
+    // One that says itself when it has finished may have done so before it was asked.
+    if (operation.isFinished())
+        finish(operation);
 }
 
 void OperationAccess::leaveEra(NSOperationQueue& queue, const NSOperation& operation)
@@ -134,6 +159,12 @@ void OperationAccess::finish(NSOperation& operation)
         Ref<NSOperationQueue> queue;
         Ref<DispatchGroup> end;
         std::vector<Ref<NSOperationQueue>> next;
+
+        void add(const Ref<NSOperationQueue>& each)
+        {
+            if (each && std::find(next.begin(), next.end(), each) == next.end())
+                next.push_back(each);
+        }
         ~Ending()
         {
             for (const Ref<NSOperationQueue>& each : next)
@@ -161,12 +192,12 @@ void OperationAccess::finish(NSOperation& operation)
             released.push_back(std::move(*found));
             begun.erase(found);
             leaveEra(*ending.queue, operation);
-            ending.next.push_back(ending.queue);
+            ending.add(ending.queue);
         }
         for (const WeakRef<NSOperation>& weak : operation.dependents_) {
             released.push_back(weak.get());
-            if (const Ref<NSOperation>& waiting = released.back(); waiting && waiting->queue_)
-                ending.next.push_back(waiting->queue_);
+            if (const Ref<NSOperation>& waiting = released.back())
+                ending.add(waiting->queue_);
         }
         operation.dependents_.clear();
     }

@@ -18,7 +18,8 @@ inline constexpr NSInteger NSOperationQueueDefaultMaxConcurrentOperationCount = 
 /// Runs operations and closures: the main queue on the main thread one after another, a queue of one's own side by side.
 ///
 /// Operations begin in the order in which they were added, those of a higher priority first, each when what it waits for has
-/// ended. A queue stays until its operations have ended.
+/// ended. The main queue hands each to the main thread when it is ready, whatever its priority, and goes on beside one that
+/// says itself when it has finished. A queue stays until its operations have ended.
 class NSOperationQueue : public NSObject {
     BRINDLE_OBJECT(NSOperationQueue, NSObject)
 
@@ -56,7 +57,7 @@ public:
     /// Waits until everything added so far has run. Not for the main queue on the main thread.
     void waitUntilAllOperationsAreFinished() { send<"waitUntilAllOperationsAreFinished">(); }
 
-    /// How many operations run at the same time; always 1 for the main queue.
+    /// How many operations run at the same time; 1 for the main queue, which cannot be told another number.
     NSInteger maxConcurrentOperationCount() const
     {
         return send<"maxConcurrentOperationCount", NSInteger>();
@@ -90,7 +91,7 @@ private:
 
     Ref<DispatchQueue> queue_;
     Ref<DispatchGroup> group_;
-    std::deque<Ref<NSOperation>> waiting_; // higher priorities first
+    std::deque<Ref<NSOperation>> waiting_; // by era, in each higher priorities first
     std::deque<Ref<NSOperation>> begun_;
     Ref<NSString> name_;
     NSInteger most_ = NSOperationQueueDefaultMaxConcurrentOperationCount;

@@ -6,6 +6,8 @@
 #include <thread>
 
 #include "foundation/NSOperationQueue.h"
+#include "foundation/NSRunLoop.h"
+#include "runtime/NSException.h"
 #include "runtime/Table.h"
 
 namespace brindle {
@@ -42,6 +44,20 @@ template <> struct LongOperation::Methods<struct Work> {
     }
 };
 BRINDLE_RECORD(LongOperation, Work)
+
+/// Work that cannot begin.
+class BrokenOperation : public NSOperation {
+    BRINDLE_OBJECT(BrokenOperation, NSOperation)
+};
+template <> struct BrokenOperation::Methods<struct Work> {
+    static void start(BrokenOperation&) { brindle::raise("Broken", "at the start"); }
+    static bool yes(BrokenOperation&) { return true; }
+    static void table(Builder& t)
+    {
+        t.methods({ { "start", imp<start> }, { "isAsynchronous", imp<yes> } });
+    }
+};
+BRINDLE_RECORD(BrokenOperation, Work)
 
 TEST(AsynchronousOperation, LetsOthersWaitUntilItSaysThatItHasFinished)
 {
@@ -111,6 +127,44 @@ TEST(AsynchronousOperation, EndsInItsQueueWithoutHavingBegun)
     queue->setSuspended(false);
     queue->waitUntilAllOperationsAreFinished();
     EXPECT_EQ(work->starts_, 0);
+}
+TEST(AsynchronousOperation, IsNotTakenByAQueueOnceAHostHasStartedIt)
+{
+    const Ref<NSOperationQueue> queue = make<NSOperationQueue>();
+    const Ref<LongOperation> work = make<LongOperation>();
+    work->start();
+    EXPECT_THROW(queue->addOperation(work.get()), Exception);
+    work->end();
+    EXPECT_THROW(queue->addOperation(work.get()), Exception);
+    EXPECT_EQ(queue->operationCount(), 0u);
+    queue->waitUntilAllOperationsAreFinished();
+    EXPECT_EQ(work->starts_, 1);
+}
+TEST(AsynchronousOperation, IsNotStartedAgainByTheQueueThatHasIt)
+{
+    const Ref<NSOperationQueue> queue = make<NSOperationQueue>();
+    queue->setSuspended(true);
+    const Ref<LongOperation> work = make<LongOperation>();
+    queue->addOperation(work.get());
+    work->start();
+    queue->setSuspended(false);
+    dispatch_barrier_sync(queue->underlyingQueue().get(), [] {}); // it has had its turn
+    EXPECT_EQ(work->starts_, 1);
+    EXPECT_EQ(queue->operationCount(), 1u);
+    work->end();
+    queue->waitUntilAllOperationsAreFinished();
+}
+TEST(AsynchronousOperation, HasEndedWhenItsStartRaisesInAQueue)
+{
+    const Ref<NSOperationQueue> queue = NSOperationQueue::cls().mainQueue();
+    const Ref<BrokenOperation> work = make<BrokenOperation>();
+    const Ref<NSOperation> next = make<NSOperation>();
+    next->addDependency(work.get());
+    queue->addOperation(work.get());
+    const Ref<NSRunLoop> loop = NSRunLoop::cls().mainRunLoop();
+    EXPECT_THROW(loop->runUntilIdle(NSDefaultRunLoopMode), Exception);
+    EXPECT_TRUE(next->isReady());
+    EXPECT_EQ(queue->operationCount(), 0u);
 }
 
 }

@@ -429,6 +429,40 @@ TEST(NSOperationQueue, TheMainQueueTakesBarriersInTheirOrder)
     turn();
     EXPECT_EQ(log, "a|b");
 }
+TEST(NSOperationQueue, AnswersItsOperationsInTheOrderInWhichTheyBegin)
+{
+    const auto queue = heldQueue();
+    const auto first = operation([] {});
+    const auto urgent = operation([] {});
+    urgent->setQueuePriority(NSOperationQueuePriorityHigh);
+    const auto afterwards = operation([] {});
+    afterwards->setQueuePriority(NSOperationQueuePriorityVeryHigh);
+    queue->addOperation(first.get());
+    queue->addOperation(urgent.get());
+    queue->addBarrierBlock([] {});
+    queue->addOperation(afterwards.get());
+    const Ref<NSArray> all = queue->operations();
+    ASSERT_EQ(all->count(), 4u);
+    EXPECT_EQ(all->objectAtIndex(0), urgent);
+    EXPECT_EQ(all->objectAtIndex(1), first);
+    EXPECT_EQ(all->objectAtIndex(3), afterwards);
+    finish(queue);
+}
+TEST(NSOperationQueue, RunsManyThatWaitForOne)
+{
+    constexpr int kMany = 20000;
+    const Ref<NSOperationQueue> queue = make<NSOperationQueue>();
+    std::atomic<int> runs { 0 };
+    const auto first = operation([] {});
+    for (int i = 0; i < kMany; ++i) {
+        const auto work = operation([&] { ++runs; });
+        work->addDependency(first.get());
+        queue->addOperation(work.get());
+    }
+    first->start();
+    queue->waitUntilAllOperationsAreFinished();
+    EXPECT_EQ(runs, kMany);
+}
 TEST(NSBlockOperation, RunsEachBlockThatItTookWhileItBegan)
 {
     for (int round = 0; round < 100; ++round) {
