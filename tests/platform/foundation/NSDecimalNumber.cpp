@@ -343,6 +343,8 @@ TEST(NSDecimalNumber, EqualsAnotherNumberAsThatEqualsIt)
     EXPECT_TRUE(areEqual(decimal("1e2"), real(100)));
     EXPECT_TRUE(areEqual(decimal("-5.000000000000000000000000"), real(-5)));
     EXPECT_TRUE(areEqual(decimal("x"), real(NAN)));
+    EXPECT_FALSE(areEqual(decimal("0.1"), NSNumber::cls().numberWithFloat(0.1f)));
+    EXPECT_TRUE(areEqual(decimal("0.5"), NSNumber::cls().numberWithFloat(0.5f)));
     EXPECT_FALSE(areEqual(decimal("0.5"), whole(0)));
     EXPECT_FALSE(areEqual(decimal("0"), real(-0.25)));
 }
