@@ -12,6 +12,12 @@ namespace brindle {
 namespace {
 
     constexpr double kShortestInterval = 0.0001; // seconds
+    constexpr double kShortestDelay = 0.00001;
+
+    double atLeast(double shortest, double seconds)
+    {
+        return seconds > shortest ? seconds : shortest; // also for what is no number
+    }
 
     std::int64_t momentOf(NSDate* date)
     {
@@ -123,14 +129,15 @@ template <> struct NSTimer::Methods<struct Scheduling> {
         entry.timer = &self;
         entry.moment = moment;
         if (repeats) {
-            self.interval_ = seconds > kShortestInterval ? seconds : kShortestInterval;
+            self.interval_ = atLeast(kShortestInterval, seconds);
             entry.step = momentAfter(0, self.interval_);
         }
         return &self;
     }
-    static std::int64_t momentIn(double seconds)
+    static void beginIn(NSTimer& self, double seconds)
     {
-        return momentAfter(Clock::now(), seconds > 0 ? seconds : kShortestInterval);
+        const double delay = std::max(self.interval_, atLeast(kShortestDelay, seconds));
+        self.entry_->moment = momentAfter(Clock::now(), delay);
     }
 
     static Ref<NSTimer> initTarget(NSTimer& self, NSDate* date, double seconds, NSObject* target,
@@ -154,7 +161,7 @@ template <> struct NSTimer::Methods<struct Scheduling> {
         auto timer = cast<NSTimer>(self.send<"alloc", Ref<NSObject>>());
         timer->initWithFireDate_interval_target_selector_userInfo_repeats(
             nullptr, seconds, target, selector, userInfo, repeats);
-        timer->entry_->moment = momentIn(seconds);
+        beginIn(*timer, seconds);
         return timer;
     }
     static Ref<NSTimer> timerBlock(
@@ -163,7 +170,7 @@ template <> struct NSTimer::Methods<struct Scheduling> {
         auto timer = cast<NSTimer>(self.send<"alloc", Ref<NSObject>>());
         timer->initWithFireDate_interval_repeats_block(
             nullptr, seconds, repeats, Block<void(NSTimer*)>(block));
-        timer->entry_->moment = momentIn(seconds);
+        beginIn(*timer, seconds);
         return timer;
     }
     static Ref<NSTimer> scheduledTarget(Class& self, double seconds, NSObject* target, SEL selector,

@@ -1,7 +1,9 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "foundation/NSTimer.h"
 
+#include <functional>
 #include <gtest/gtest.h>
+#include <string>
 #include <vector>
 
 #include "foundation/NSDate.h"
@@ -62,6 +64,36 @@ TEST(NSTimer, WaitsNoLongerThanItIsToldHoweverShort)
     EXPECT_EQ(fired, 0);
     clock.advance(0.00001);
     EXPECT_EQ(fired, 1);
+}
+
+TEST(NSTimer, FiresInTheOrderOfItsDelaysHoweverShort)
+{
+    VirtualClock clock;
+    std::string log;
+    scheduled(0.00005, false, [&](NSTimer*) { log += "c"; });
+    scheduled(0.00002, false, [&](NSTimer*) { log += "b"; });
+    scheduled(0, false, [&](NSTimer*) { log += "a"; });
+    const auto repeating = scheduled(0.00005, true, [&](NSTimer*) { log += "d"; });
+    clock.advance(0.00015);
+    repeating->invalidate();
+    EXPECT_EQ(log, "abcd");
+}
+
+TEST(NSTimer, LetsALoopBeIdleHoweverShortItsDelaysAre)
+{
+    VirtualClock clock;
+    int fired = 0;
+    Ref<NSTimer> latest;
+    std::function<void(NSTimer*)> again = [&](NSTimer*) {
+        if (++fired < 1000) // else the clock would stand still for ever
+            latest = scheduled(1e-10, false, again);
+    };
+    again(nullptr);
+    NSRunLoop::cls().mainRunLoop()->runUntilIdle(NSDefaultRunLoopMode);
+    EXPECT_EQ(fired, 1);
+    clock.advance(0.001);
+    EXPECT_LE(fired, 101);
+    latest->invalidate();
 }
 
 TEST(NSTimer, RepeatsWithoutDrift)
