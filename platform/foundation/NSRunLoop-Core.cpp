@@ -164,7 +164,7 @@ bool RunLoopCore::runControls()
     bool any = false;
     while (!controls_.empty()) { // an exception leaves the rest for the next turn
         const Block<void()> control = std::move(controls_.front());
-        controls_.erase(controls_.begin());
+        controls_.pop_front();
         control();
         any = true;
     }

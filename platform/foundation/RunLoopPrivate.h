@@ -2,6 +2,7 @@
 #pragma once
 
 #include <atomic>
+#include <deque>
 #include <limits>
 #include <memory>
 #include <vector>
@@ -349,7 +350,7 @@ private:
     PerformTable performs_;
     ClosureRing items_;
     std::shared_ptr<Inbox> inbox_;
-    std::vector<Block<void()>> controls_;
+    std::deque<Block<void()>> controls_;
     std::vector<Ref<NSString>> modeNames_;
     std::vector<Ref<NSRunLoopSource>> sources_;
     std::vector<Ref<NSRunLoopObserver>> observers_;

@@ -405,6 +405,24 @@ TEST(NSRunLoop, RunsOnAnotherThreadUntilNothingIsLeft)
     EXPECT_EQ(fired, 2);
 }
 
+TEST(NSRunLoop, TakesManyTimersOfAnotherThread)
+{
+    constexpr int kMany = 100000;
+    int fired = 0;
+    const Ref<NSRunLoop> here = loop();
+    std::thread([&] {
+        const Ref<NSDate> past = NSDate::cls().distantPast();
+        for (int i = 0; i < kMany; ++i) {
+            const Ref<NSTimer> timer = alloc<NSTimer>();
+            timer->initWithFireDate_interval_repeats_block(
+                past.get(), 0, false, [&](NSTimer*) { ++fired; });
+            here->addTimer_forMode(timer.get(), NSDefaultRunLoopMode);
+        }
+    }).join();
+    here->runUntilIdle(NSDefaultRunLoopMode);
+    EXPECT_EQ(fired, kMany);
+}
+
 TEST(NSRunLoop, DropsWhatWaitsWhenItsThreadEnds)
 {
     const auto probe = std::make_shared<int>(0);
