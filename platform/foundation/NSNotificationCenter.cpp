@@ -54,18 +54,20 @@ namespace {
     /// What ends outside the lock: ending it may come back here.
     struct Leavings {
         std::vector<Shared> observations;
-        std::vector<Ref<NSObject>> observers;
+        std::vector<Ref<NSObject>> objects;
     };
 
+    /// Answers whether there may be something to tell, and somebody to tell it to.
     bool isLive(const Observation& each, Leavings& leavings)
     {
-        if (each.block)
+        const auto lives = [&leavings](const WeakRef<NSObject>& weak) {
+            Ref<NSObject> object = weak.get();
+            if (!object)
+                return false;
+            leavings.objects.push_back(std::move(object)); // ours may be the last count by now
             return true;
-        Ref<NSObject> observer = each.observer.get();
-        if (!observer)
-            return false;
-        leavings.observers.push_back(std::move(observer)); // ours may be the last count by now
-        return true;
+        };
+        return (!each.object || lives(each.life)) && (each.block || lives(each.observer));
     }
 
     void deliver(const Observation& each, NSNotification* notification)
@@ -109,19 +111,26 @@ struct NSNotificationCenter::Registry {
         ++count;
     }
 
-    /// Takes out what belongs to observers that have died.
+    template <class Table, class Gone> static void thin(Table& table, Gone gone)
+    {
+        for (auto place = table.begin(); place != table.end();) {
+            std::erase_if(place->second, gone);
+            place = place->second.empty() ? table.erase(place) : std::next(place);
+        }
+    }
+
+    /// Takes out what belongs to observers and objects that have died.
     void sweepLocked(Leavings& leavings)
     {
-        for (auto place = byObserver.begin(); place != byObserver.end();) {
-            for (const Shared& each : std::vector<Shared>(place->second)) {
-                if (!isLive(*each, leavings)) {
-                    unkeyLocked(each);
-                    std::erase(place->second, each);
-                    leavings.observations.push_back(each);
-                }
-            }
-            place = place->second.empty() ? byObserver.erase(place) : std::next(place);
-        }
+        thin(byObserver, [&](const Shared& each) {
+            if (isLive(*each, leavings))
+                return false;
+            each->ended.store(true, std::memory_order_release);
+            leavings.observations.push_back(each);
+            --count;
+            return true;
+        });
+        thin(byKey, [](const Shared& each) { return each->ended.load(std::memory_order_relaxed); });
     }
 
     void unkeyLocked(const Shared& each)
@@ -140,13 +149,13 @@ struct NSNotificationCenter::Registry {
         const auto place = byObserver.find(observer);
         if (place == byObserver.end())
             return;
-        for (const Shared& each : std::vector<Shared>(place->second)) {
-            if (wanted(*each)) {
-                unkeyLocked(each);
-                std::erase(place->second, each);
-                leavings.observations.push_back(each);
-            }
-        }
+        std::erase_if(place->second, [&](const Shared& each) {
+            if (!wanted(*each))
+                return false;
+            leavings.observations.push_back(each);
+            unkeyLocked(each);
+            return true;
+        });
         if (place->second.empty())
             byObserver.erase(place);
     }

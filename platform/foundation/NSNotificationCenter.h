@@ -14,7 +14,8 @@ class NSOperationQueue;
 ///
 /// A posting calls the observers of that moment, in the order in which they were added, on the posting thread, and
 /// returns when all have answered. One that is removed meanwhile is not called any more. A nil name or object
-/// in an observation stands for any. Senders are compared by identity and not kept.
+/// in an observation stands for any. Senders are compared by identity and not kept; an
+/// observation that names one ends with it.
 /// Thread: any. Cost: a posting looks only at observations that fit its name and sender.
 class NSNotificationCenter : public NSObject {
     BRINDLE_OBJECT(NSNotificationCenter, NSObject)

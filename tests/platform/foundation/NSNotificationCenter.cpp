@@ -11,6 +11,7 @@
 #include "runtime/NSException.h"
 #include "runtime/Table.h"
 #include "support/Allocations.h"
+#include "support/Memory.h"
 
 namespace brindle {
 
@@ -251,6 +252,24 @@ TEST_F(NotificationCenter, ForgetsObserversThatDiedWithoutBeingAsked)
     const auto a = listener("a");
     observe(a.get(), "N"_ns);
     post("N"_ns);
+    EXPECT_EQ(log, "a ");
+}
+
+TEST_F(NotificationCenter, ForgetsWhatWasAskedAboutObjectsThatDied)
+{
+    const auto a = listener("a");
+    const auto probe = std::make_shared<int>(0);
+    const std::size_t before = test::allocatedBytes();
+    for (int i = 0; i < 10000; ++i) {
+        const Ref<NSObject> window = make<NSObject>();
+        observe(a.get(), "N"_ns, window.get());
+        center->addObserverForName_object_queue_usingBlock(
+            "N"_ns, window.get(), nullptr, [probe](NSNotification*) {});
+    }
+    EXPECT_LT(probe.use_count(), 200);
+    EXPECT_TRUE(test::allocatedBytes() < before + 200'000 || !test::growthCanBeMeasured());
+    observe(a.get(), "N"_ns, sender.get());
+    post("N"_ns, sender.get());
     EXPECT_EQ(log, "a ");
 }
 
