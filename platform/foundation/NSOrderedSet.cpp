@@ -93,9 +93,9 @@ template <> struct NSOrderedSet::Methods<struct Ordered> {
     static NSUInteger count(NSOrderedSet& self) { return maybe(self.order_)->count(); }
     static Ref<NSObject> objectAtIndex(NSOrderedSet& self, NSUInteger index)
     {
-        if (index >= self.order_->count())
-            raiseIndex(&self, "objectAtIndex:", index, self.order_->count());
-        return self.order_->objectAtIndex(index);
+        if (index >= maybe(self.order_)->count())
+            raiseIndex(&self, "objectAtIndex:", index, maybe(self.order_)->count());
+        return maybe(self.order_)->objectAtIndex(index);
     }
     static Ref<NSObject> firstObject(NSOrderedSet& self)
     {
@@ -104,16 +104,16 @@ template <> struct NSOrderedSet::Methods<struct Ordered> {
     static Ref<NSObject> lastObject(NSOrderedSet& self) { return maybe(self.order_)->lastObject(); }
     static bool containsObject(NSOrderedSet& self, NSObject* object)
     {
-        return self.members_->containsObject(object);
+        return maybe(self.members_)->containsObject(object);
     }
     static NSUInteger indexOfObject(NSOrderedSet& self, NSObject* object)
     {
-        const Ref<NSObject> own = self.members_->member(object);
-        return own ? self.order_->indexOfObjectIdenticalTo(own.get()) : NSNotFound;
+        const Ref<NSObject> own = maybe(self.members_)->member(object);
+        return own ? maybe(self.order_)->indexOfObjectIdenticalTo(own.get()) : NSNotFound;
     }
     static Ref<NSArray> objectsAtIndexes(NSOrderedSet& self, NSIndexSet* indexes)
     {
-        return self.order_->objectsAtIndexes(indexes);
+        return maybe(self.order_)->objectsAtIndexes(indexes);
     }
     static Ref<NSArray> array(NSOrderedSet& self)
     {
@@ -136,11 +136,12 @@ template <> struct NSOrderedSet::Methods<struct Ordered> {
     }
     static void enumerate(NSOrderedSet& self, Closure<void(NSObject*, NSUInteger, bool*)>* block)
     {
-        self.order_->enumerateObjectsUsingBlock(Block<void(NSObject*, NSUInteger, bool*)>(block));
+        maybe(self.order_)
+            ->enumerateObjectsUsingBlock(Block<void(NSObject*, NSUInteger, bool*)>(block));
     }
     static Ref<NSArray> sorted(NSOrderedSet& self, NSComparator::Owned* comparator)
     {
-        return self.order_->sortedArrayUsingComparator(NSComparator(comparator));
+        return maybe(self.order_)->sortedArrayUsingComparator(NSComparator(comparator));
     }
 
     static bool isEqualToOrderedSet(NSOrderedSet& self, NSOrderedSet* other)

@@ -108,7 +108,7 @@ template <> struct NSUserDefaults::Methods<struct Search> {
             unread = &store;
             return nullptr;
         };
-        Ref<NSObject> value = in(*self.own_);
+        Ref<NSObject> value = self.own_ ? in(*self.own_) : nullptr;
         for (Store* const suite : self.suites_) {
             if (value || unread)
                 return value;
@@ -201,7 +201,7 @@ template <> struct NSUserDefaults::Methods<struct Search> {
     {
         const Ref<NSObject> name = validKey(key);
         const Ref<NSObject> value = validValue(object, name.get());
-        if (self.own_->set(name.get(), value.get()))
+        if (self.own_ && self.own_->set(name.get(), value.get()))
             defaults::postChange(self);
     }
     static void removeObjectForKey(NSUserDefaults& self, NSString* key)

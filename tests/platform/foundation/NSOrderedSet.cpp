@@ -25,6 +25,15 @@ std::string text(const NSOrderedSet* set)
     return utf8Of(set->array()->componentsJoinedByString(""_ns));
 }
 
+TEST(NSOrderedSet, IsEmptyWithoutInit)
+{
+    const Ref<NSOrderedSet> bare = alloc<NSOrderedSet>();
+    EXPECT_FALSE(bare->containsObject("a"_ns));
+    EXPECT_EQ(bare->indexOfObject("a"_ns), NSNotFound);
+    EXPECT_THROW(bare->objectAtIndex(0), Exception);
+    bare->enumerateObjectsUsingBlock([](NSObject*, NSUInteger, bool*) { ADD_FAILURE(); });
+}
+
 TEST(NSOrderedSet, KeepsTheFirstOfEqualObjectsAndTheirOrder)
 {
     EXPECT_EQ(text(letters("bacab").get()), "bac");
