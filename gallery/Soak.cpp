@@ -263,7 +263,8 @@ double Soak::kilobytesAnHour() const
     if (least_[0] == kNone || least_[1] == kNone)
         return 0;
     const double grown = static_cast<double>(least_[1]) - static_cast<double>(least_[0]);
-    return grown / 1024 * 3600 / (seconds_ / 4);
+    const double hours = static_cast<double>(actions_) / 4 * kPause / 3600;
+    return grown / 1024 / hours;
 }
 
 double Soak::elapsed() const

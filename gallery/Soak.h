@@ -48,6 +48,7 @@ private:
     void lookAtMemory();
     void complain(const std::string& what);
     double elapsed() const;
+    /// Of the user's time, fifty actions a second: the machine's may be a hundredth of it.
     double kilobytesAnHour() const;
     bool isOver() const { return !complaint_.empty() || elapsed() >= seconds_; }
 
