@@ -41,12 +41,21 @@ namespace {
         const char* floor;
     };
 
+    /// Where a scene is drawn.
+    struct Place {
+        const char* name;
+        const char* floor; // as its floor calls it
+        Budget memory;
+    };
+    // Without a screen a program also holds what a server holds otherwise: the windows once more.
+    constexpr Place kInMemory { ", in memory", "memory", kNoBudget };
+    constexpr Place kOnScreen { ", on a screen", "screen", atMost(13) };
+
     /// Starts both programs in turn and adds two lines; false when one of them failed.
-    bool compare(
-        const Scene& scene, const char* where, const char* floorsPlace, std::vector<Line>& lines)
+    bool compare(const Scene& scene, const Place& place, std::vector<Line>& lines)
     {
         Side ours { scene.program, {}, {} };
-        Side floor { { besideThis("bench-start-floor"), scene.floor, floorsPlace }, {}, {} };
+        Side floor { { besideThis("bench-start-floor"), scene.floor, place.floor }, {}, {} };
         for (int i = -1; i < kRuns; ++i) {
             if (!ours.run() || !floor.run())
                 return false;
@@ -55,7 +64,7 @@ namespace {
                 floor = { floor.arguments, {}, {} };
             }
         }
-        const std::string start = std::string("process start to ") + scene.name + where;
+        const std::string start = std::string("process start to ") + scene.name + place.name;
         const auto add = [&](const char* what, const char* unit, Budget budget,
                              const std::vector<double>& our, const std::vector<double>& their) {
             const Row row { start + what, unit, budget, {}, {}, {} };
@@ -64,18 +73,17 @@ namespace {
             lines.push_back(lineFor(row, ourMedian, theirMedian, ourMedian / theirMedian));
         };
         add("", "ms", timesFloor(1.4), ours.milliseconds, floor.milliseconds);
-        add(": peak memory", "MiB", atMost(13), ours.mebibytes, floor.mebibytes);
+        add(": peak memory", "MiB", place.memory, ours.mebibytes, floor.mebibytes);
         return true;
     }
 
     /// Compares both scenes on the display that the environment names.
-    bool compareAll(const char* where, const char* floorsPlace, std::vector<Line>& lines)
+    bool compareAll(const Place& place, std::vector<Line>& lines)
     {
         const Scene controls { "menubar, controls and table",
             { besideThis("bench-start-controls"), "--once" }, "controls" };
         const Scene rows { "a window of text", { besideThis("bench-start-rows") }, "rows" };
-        return compare(controls, where, floorsPlace, lines)
-            && compare(rows, where, floorsPlace, lines);
+        return compare(controls, place, lines) && compare(rows, place, lines);
     }
 
     /// Counts how often any thread of an idle application is put on a processor; false when it has ended.
@@ -109,9 +117,9 @@ int measureStart(Format format, char* program)
     }
     std::vector<Line> lines;
     setenv("BRINDLE_DISPLAY", "headless", 1);
-    bool all = compareAll(", in memory", "memory", lines);
+    bool all = compareAll(kInMemory, lines);
     setenv("BRINDLE_DISPLAY", "x11", 1);
-    all = all && compareAll(", on a screen", "screen", lines);
+    all = all && compareAll(kOnScreen, lines);
     all = all && watchIdle(lines);
     if (all)
         measureMenusOnScreen(lines);
