@@ -2,7 +2,6 @@
 // Dates written and read by any locale, pattern, style, calendar and time zone.
 
 #include <cstdint>
-#include <cstring>
 #include <string_view>
 
 #include "foundation/NSCalendar.h"
@@ -31,7 +30,7 @@ public:
     {
         double value = 0;
         const std::size_t count = rest_.size() < sizeof value ? rest_.size() : sizeof value;
-        std::memcpy(&value, rest_.data(), count);
+        rest_.copy(reinterpret_cast<char*>(&value), count);
         rest_.remove_prefix(count);
         return value;
     }

@@ -45,7 +45,11 @@ namespace {
             table->setTapAction(selector<"act:">);
             load(100);
         }
-        void TearDown() override { table->setTableDelegate(nullptr); }
+        void TearDown() override
+        {
+            table->setTableDelegate(nullptr);
+            taps->sender_ = nullptr; // which keeps its target
+        }
 
         void load(NSInteger rows)
         {
