@@ -25,7 +25,8 @@ set(brindle_test_environment
     ASAN_OPTIONS=set:detect_stack_use_after_return=1
     LSAN_OPTIONS=set:suppressions=${CMAKE_CURRENT_SOURCE_DIR}/leaks.supp:print_suppressions=0
     UBSAN_OPTIONS=set:print_stacktrace=1
-    TSAN_OPTIONS=set:second_deadlock_stack=1)
+    # Children of a test begin threads of their own.
+    TSAN_OPTIONS=set:second_deadlock_stack=1:die_after_fork=0)
 set(fonts "${CMAKE_CURRENT_SOURCE_DIR}/golden/fonts.conf")
 if(EXISTS "${fonts}")
     list(APPEND brindle_test_environment FONTCONFIG_FILE=set:${fonts})
