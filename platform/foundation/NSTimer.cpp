@@ -12,7 +12,7 @@ namespace brindle {
 namespace {
 
     constexpr double kShortestInterval = 0.0001; // seconds
-    constexpr double kShortestDelay = 0.00001;
+    constexpr double kShortestDelay = 0.000001;
 
     double atLeast(double shortest, double seconds)
     {

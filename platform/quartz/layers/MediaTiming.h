@@ -18,7 +18,7 @@ BRINDLE_EXPORT NSTimeInterval CACurrentMediaTime();
 namespace quartz {
 
     /// Ends of movements are met within this many seconds.
-    inline constexpr double kTimeTolerance = 1e-8;
+    inline constexpr double kTimeTolerance = 1e-6;
 
     /// How a layer's or a movement's time runs beside that of what it belongs to.
     struct MediaTiming {

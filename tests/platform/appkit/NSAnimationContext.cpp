@@ -198,6 +198,28 @@ namespace {
         EXPECT_EQ(view->frame(), NSMakeRect(1, 2, 30, 20));
     }
 
+    TEST(AnimationContext, EndsAtItsMomentThoughAnotherMovesJustBefore)
+    {
+        for (int microseconds = 1; microseconds <= 20; ++microseconds) {
+            VirtualClock clock;
+            const Ref<NSView> view = box();
+            const Ref<NSView> other = box();
+            NSAnimationContext::cls().beginGrouping();
+            linear(1);
+            view->animator()->setFrameOrigin({ 100, 50 });
+            NSAnimationContext::cls().endGrouping();
+            const double before
+                = 0.5 - microseconds * 1e-6; // thirty frames and that much before its end
+            clock.advance(before);
+            NSAnimationContext::cls().beginGrouping();
+            linear(1);
+            other->animator()->setFrameOrigin({ 100, 50 });
+            NSAnimationContext::cls().endGrouping();
+            clock.advance(1 - before);
+            EXPECT_EQ(view->frame().origin, NSMakePoint(100, 50)) << microseconds;
+        }
+    }
+
     TEST(AnimationContext, TellsWhenAllOfAGroupHasEnded)
     {
         VirtualClock clock;
