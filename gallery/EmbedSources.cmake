@@ -8,7 +8,7 @@ foreach(path IN LISTS FILES)
     file(READ "${PAGES}/${path}" text)
     cmake_path(GET path PARENT_PATH folder)
     cmake_path(GET path FILENAME name)
-    string(APPEND rows "    { \"${folder}\", \"${name}\",\n        R\"gallery(${text})gallery\" },\n")
+    string(APPEND rows "    { \"${folder}\", \"${name}\",\n        R\"gallery(${text})gallery\"sv },\n")
 endforeach()
 file(WRITE "${OUTPUT}" "// SPDX-License-Identifier: Apache-2.0
 #include \"kit/Sources.h\"
@@ -16,6 +16,8 @@ file(WRITE "${OUTPUT}" "// SPDX-License-Identifier: Apache-2.0
 namespace gallery {
 
 namespace {
+
+using namespace std::string_view_literals; // to count a long text at compile time is too much for some
 
 constexpr SourceFile kSources[] = {
 ${rows}};
