@@ -62,6 +62,10 @@ function(brindle_hardening_test name label)
         ENVIRONMENT_MODIFICATION "${brindle_test_environment}")
 endfunction()
 
+# Runs the program that is named next twenty times, each time in another order. A process may make a class only once, so
+# each is one of its own.
+set(brindle_shuffled sh -c "seq 20 | xargs -I@ \"$0\" --gtest_shuffle --gtest_random_seed=@ --gtest_brief=1")
+
 # brindle_test_shards(<program> <area>): a handful of CTest tests that share the cases of a program. A process that is
 # watched takes long to start, and one for each case would take hours.
 function(brindle_test_shards program area)
@@ -111,8 +115,5 @@ function(brindle_test_area area)
     ENVIRONMENT_MODIFICATION [==[${brindle_test_environment}]==])\n")
     set_property(DIRECTORY APPEND PROPERTY TEST_INCLUDE_FILES "${script}")
 
-    # All of them in one process, twenty times, each time in another order. A process may make a class only once.
-    brindle_hardening_test(${program}.shuffled shuffled
-        sh -c "for seed in $(seq 20); do \"$0\" --gtest_shuffle --gtest_random_seed=$seed --gtest_brief=1 || exit 1; done"
-        $<TARGET_FILE:${program}>)
+    brindle_hardening_test(${program}.shuffled shuffled ${brindle_shuffled} $<TARGET_FILE:${program}>)
 endfunction()
