@@ -34,9 +34,12 @@ TEST(NSLog, WritesOneLineWithDateProcessAndThread)
 {
     test::VirtualClock clock;
     Clock::setWall(791555696.789);
-    NSProcessInfo::cls().processInfo()->setProcessName("tester"_ns);
+    const Ref<NSProcessInfo> process = NSProcessInfo::cls().processInfo();
+    const Ref<NSString> before = process->processName();
+    process->setProcessName("tester"_ns);
     testing::internal::CaptureStderr();
     NSLog("text %lu"_ns, static_cast<unsigned long>(7));
+    process->setProcessName(before.get());
     const std::string line = testing::internal::GetCapturedStderr();
     EXPECT_EQ(line,
         "2026-01-31 12:34:56.789 tester[" + std::to_string(getpid()) + ":"
