@@ -74,7 +74,6 @@ namespace {
 
     TEST_F(MenuOnX, KeysReachItWhoeverHasTheFocus)
     {
-        driver.movePointer(600, 600); // not on a line, where another test may have left it
         driver.stealFocus();
         tracking.at(0.3, [this] {
             driver.tap(kKeyDown);
