@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
+#include "FlagScopePrivate.h"
 #include "NSViewPrivate.h"
 #include "PainterPrivate.h"
 #include "ViewLayerPrivate.h"
@@ -71,18 +72,7 @@ void ViewLayer::settle()
 
 void ViewLayer::update()
 {
-    struct Quiet {
-        explicit Quiet(bool& flag)
-            : flag_(flag)
-        {
-            flag_ = true;
-        }
-        ~Quiet() { flag_ = false; }
-        Quiet(const Quiet&) = delete;
-        Quiet& operator=(const Quiet&) = delete;
-        bool& flag_;
-    };
-    const Quiet quiet(quiet_);
+    const FlagScope quiet(quiet_);
     view_.updateLayer();
 }
 

@@ -4,6 +4,7 @@
 #include <algorithm>
 
 #include "CodingPrivate.h"
+#include "FlagScopePrivate.h"
 #include "NSViewPrivate.h"
 #include "appkit/windows/NSWindowPrivate.h"
 #include "foundation/Exceptions.h"
@@ -127,20 +128,9 @@ template <> struct NSViewController::Methods<struct Controllers> {
     {
         if (self.view_ || self.loading_)
             return self.view_;
-        struct Loading {
-            explicit Loading(bool& flag)
-                : flag_(flag)
-            {
-                flag_ = true;
-            }
-            ~Loading() { flag_ = false; }
-            Loading(const Loading&) = delete;
-            Loading& operator=(const Loading&) = delete;
-            bool& flag_;
-        };
         const Ref<NSViewController> alive(&self);
         {
-            const Loading loading(self.loading_);
+            const FlagScope loading(self.loading_);
             self.loadView();
         }
         if (!self.view_)
