@@ -343,6 +343,7 @@ display::Display* installDisplay(std::unique_ptr<display::Display> display)
     app.buttonsDown = 0;
     app.pressedWindow = nullptr;
     app.lastPress = -1e9;
+    app.current = nullptr;
     {
         const std::lock_guard lock(app.queueLock);
         app.queue.clear();

@@ -88,6 +88,18 @@ TEST(NSApplication, PostedEventsComeInTheirOrder)
     EXPECT_EQ(next(app, NSApplicationDefinedMask)->data1(), 2);
 }
 
+TEST(NSApplication, AnotherDisplayForgetsTheEventOfTheLast)
+{
+    {
+        HeadlessScreen screen;
+        screen.window().makeKeyAndOrderFront(nullptr);
+        screen.keyboard().press(u'a');
+        EXPECT_TRUE(screen.application().currentEvent());
+    }
+    HeadlessScreen screen;
+    EXPECT_FALSE(screen.application().currentEvent());
+}
+
 TEST(NSApplication, AnEventThatSomebodyKeepsStaysAsItWas)
 {
     HeadlessScreen screen;
