@@ -469,8 +469,11 @@ namespace {
     {
         EXPECT_EXIT(
             {
-                dispatch_async(
-                    dispatch_get_main_queue(), [&] { screen.application().terminate(nullptr); });
+                dispatch_async(dispatch_get_main_queue(), [&] {
+                    for (const fs::path& made : { folder.path(), defaults.path() })
+                        fs::remove_all(made); // no destructor of this process will
+                    screen.application().terminate(nullptr);
+                });
                 panel->runModal();
             },
             testing::ExitedWithCode(0), "");
