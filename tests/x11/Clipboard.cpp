@@ -59,8 +59,20 @@ namespace {
         {
             display->clipboard()->offer(Selection::clipboard,
                 { .types = [] { return std::vector<std::string> { "UTF8_STRING" }; },
-                    .provide = [data](std::string_view) { return data; },
+                    .provide =
+                        [this, data](std::string_view) {
+                            ++provided;
+                            return data;
+                        },
                     .lost = [this] { ++lost; } });
+        }
+        /// Answers others until something has come about.
+        template <class Condition> bool happens(const Condition& condition)
+        {
+            Event event;
+            for (int i = 0; i < 100'000 && !condition(); ++i)
+                display->pollEvent(event);
+            return condition();
         }
         /// Reads our clipboard as another program does, while we answer.
         std::optional<std::string> readElsewhere(const std::string& type)
@@ -81,6 +93,7 @@ namespace {
             return data;
         }
         int lost = 0;
+        int provided = 0;
     };
 
     TEST_F(ClipboardTest, ReadsWhatAnotherProgramHas)
@@ -129,29 +142,93 @@ namespace {
         EXPECT_TRUE(readElsewhere("UTF8_STRING") == large);
     }
 
+    /// Asks for the clipboard's text as another program does, and leaves what comes lying.
+    class Requestor {
+    public:
+        Requestor()
+            : window_(xcb_generate_id(driver.raw()))
+        {
+            xcb_create_window(driver.raw(), 0, window_, driver.root(), -1, -1, 1, 1, 0,
+                XCB_WINDOW_CLASS_INPUT_ONLY, XCB_COPY_FROM_PARENT, 0, nullptr);
+        }
+        void ask()
+        {
+            xcb_convert_selection(driver.raw(), window_, driver.atom("CLIPBOARD"),
+                driver.atom("UTF8_STRING"), driver.atom("TAKEN"), XCB_CURRENT_TIME);
+            driver.sync();
+        }
+        /// Answers what lies in the property now.
+        std::string look() { return fetch(0); }
+        /// Takes what lies in the property, so that the next piece can come.
+        std::string take() { return fetch(1); }
+
+    private:
+        std::string fetch(std::uint8_t andDelete)
+        {
+            const std::unique_ptr<xcb_get_property_reply_t, decltype(&std::free)> reply(
+                xcb_get_property_reply(driver.raw(),
+                    xcb_get_property(driver.raw(), andDelete, window_, driver.atom("TAKEN"),
+                        XCB_GET_PROPERTY_TYPE_ANY, 0, 1 << 20),
+                    nullptr),
+                &std::free);
+            if (!reply)
+                return {};
+            return { static_cast<const char*>(xcb_get_property_value(reply.get())),
+                static_cast<std::size_t>(xcb_get_property_value_length(reply.get())) };
+        }
+
+        XDriver driver;
+        xcb_window_t window_;
+    };
+
     TEST_F(ClipboardTest, KeepsNothingForAProgramThatEndsBeforeItHasFetchedAll)
     {
         constexpr std::size_t kLarge = std::size_t { 32 } << 20;
         offer(std::string(kLarge, 'x'));
-        auto other = std::make_unique<XDriver>();
-        const xcb_window_t window = xcb_generate_id(other->raw());
-        xcb_create_window(other->raw(), 0, window, other->root(), -1, -1, 1, 1, 0,
-            XCB_WINDOW_CLASS_INPUT_ONLY, XCB_COPY_FROM_PARENT, 0, nullptr);
-        xcb_convert_selection(other->raw(), window, other->atom("CLIPBOARD"),
-            other->atom("UTF8_STRING"), other->atom("TAKEN"), XCB_CURRENT_TIME);
-        other->sync();
-        const auto happens = [this](const auto& condition) {
-            Event event;
-            for (int i = 0; i < 100'000 && !condition(); ++i)
-                display->pollEvent(event);
-            return condition();
-        };
-        ASSERT_TRUE(happens([&] { return !other->property(window, "TAKEN").empty(); }));
+        auto other = std::make_unique<Requestor>();
+        other->ask();
+        ASSERT_TRUE(happens([&] { return !other->look().empty(); }));
         const std::size_t held = test::residentBytes();
         other = nullptr;
         EXPECT_TRUE(happens([held] {
             return !test::growthCanBeMeasured() || test::residentBytes() < held - kLarge / 2;
         }));
+    }
+
+    TEST_F(ClipboardTest, KeepsNothingForAProgramThatHasEndedBeforeItIsAnswered)
+    {
+        constexpr std::size_t kLarge = std::size_t { 32 } << 20;
+        offer(std::string(kLarge, 'x'));
+        const std::size_t held = test::residentBytes();
+        for (int i = 0; i < 8; ++i) {
+            Requestor().ask();
+            const int before = provided;
+            ASSERT_TRUE(happens([&] { return provided > before; }));
+        }
+        EXPECT_TRUE(happens([held] {
+            return !test::growthCanBeMeasured() || test::residentBytes() < held + 2 * kLarge;
+        }));
+    }
+
+    TEST_F(ClipboardTest, WhoAsksAgainGetsWhatIsThereThen)
+    {
+        Requestor other;
+        offer(std::string(500'000, 'a'));
+        other.ask();
+        ASSERT_TRUE(happens([&] { return !other.look().empty(); }));
+        other.take(); // how large it is
+        ASSERT_TRUE(happens([&] { return other.look().starts_with("a"); }));
+        const std::string late(400'000, 'b');
+        offer(late);
+        other.ask();
+        ASSERT_TRUE(happens([&] { return other.look().size() == 4; }));
+        other.take();
+        std::string all;
+        EXPECT_TRUE(happens([&] {
+            all += other.take();
+            return all.size() >= late.size();
+        }));
+        EXPECT_TRUE(all == late);
     }
 
     TEST_F(ClipboardTest, IsToldWhenAnotherProgramTakesIt)

@@ -135,17 +135,22 @@ void X11Clipboard::lose(Held& held)
 bool X11Clipboard::put(xcb_window_t window, xcb_atom_t property, xcb_atom_t type, std::string data)
 {
     xcb_connection_t* const raw = connection_.raw();
+    std::erase_if(transfers_, [=](const Transfer& each) { // who asks anew has given up on it
+        return each.window == window && each.property == property;
+    });
     if (data.size() <= kPiece) {
         xcb_change_property(raw, XCB_PROP_MODE_REPLACE, window, property, type, 8,
             static_cast<std::uint32_t>(data.size()), data.data());
         return true;
     }
+    const std::uint32_t mask
+        = XCB_EVENT_MASK_PROPERTY_CHANGE | XCB_EVENT_MASK_STRUCTURE_NOTIFY; // it may go meanwhile
+    if (owned(xcb_request_check(
+            raw, xcb_change_window_attributes_checked(raw, window, XCB_CW_EVENT_MASK, &mask))))
+        return false; // it has gone already
     if (transfers_.size() >= kMostTransfers)
         transfers_.erase(transfers_.begin());
     const auto size = static_cast<std::uint32_t>(data.size());
-    const std::uint32_t mask
-        = XCB_EVENT_MASK_PROPERTY_CHANGE | XCB_EVENT_MASK_STRUCTURE_NOTIFY; // it may go meanwhile
-    xcb_change_window_attributes(raw, window, XCB_CW_EVENT_MASK, &mask);
     connection_.setValues(window, property, atom("INCR"), std::span(&size, 1));
     transfers_.push_back({ window, property, type, std::move(data) });
     return true;
