@@ -52,27 +52,68 @@ namespace {
     };
 
     /// What ends outside the lock: ending it may come back here.
-    struct Leavings {
-        std::vector<Shared> observations;
-        std::vector<Ref<NSObject>> objects;
-    };
+    using Leavings = std::vector<Shared>;
 
     /// Answers whether there may be something to tell, and somebody to tell it to.
-    bool isLive(const Observation& each, Leavings& leavings)
+    bool isLive(const Observation& each)
     {
-        const auto lives = [&leavings](const WeakRef<NSObject>& weak) {
-            Ref<NSObject> object = weak.get();
-            if (!object)
-                return false;
-            leavings.objects.push_back(std::move(object)); // ours may be the last count by now
-            return true;
-        };
-        return (!each.object || lives(each.life)) && (each.block || lives(each.observer));
+        return !(each.object && each.life.isGone()) && (each.block || !each.observer.isGone());
+    }
+
+    /// Those who asked for the same, in the order in which they asked.
+    class Audience {
+    public:
+        void add(const Shared& each) { places_.emplace_back(each->order, each); }
+        /// Leaves the place of one empty, and closes up once half of the places are.
+        void leave(const Observation& one)
+        {
+            const auto place = std::lower_bound(places_.begin(), places_.end(), one.order,
+                [](const Place& each, std::uint64_t order) { return each.first < order; });
+            place->second = nullptr;
+            if (++empty_ * 2 > places_.size())
+                closeUp();
+        }
+        void leaveEnded()
+        {
+            for (auto& [order, each] : places_) {
+                if (each && each->ended.load(std::memory_order_relaxed))
+                    each = nullptr;
+            }
+            closeUp();
+        }
+        bool isEmpty() const { return places_.empty(); }
+        void collect(Addressees& out) const
+        {
+            for (const auto& [order, each] : places_) {
+                if (each)
+                    out.push_back(each);
+            }
+        }
+
+    private:
+        using Place = std::pair<std::uint64_t, Shared>;
+
+        void closeUp()
+        {
+            std::erase_if(places_, [](const Place& each) { return !each.second; });
+            empty_ = 0;
+        }
+
+        std::vector<Place> places_;
+        std::size_t empty_ = 0;
+    };
+
+    /// Answers whether the object that an observation names has gone and another one lies in its place. What posts in
+    /// its own dealloc has not.
+    bool isOfAnother(const Observation& each)
+    {
+        return each.object && each.life.isGone()
+            && !WeakRef<NSObject>(const_cast<NSObject*>(each.object)).isGone();
     }
 
     void deliver(const Observation& each, NSNotification* notification)
     {
-        if (each.ended.load(std::memory_order_acquire) || (each.object && !each.life.get()))
+        if (each.ended.load(std::memory_order_acquire) || isOfAnother(each))
             return;
         if (!each.block) {
             if (const Ref<NSObject> observer = each.observer.get())
@@ -92,7 +133,7 @@ namespace {
 
 struct NSNotificationCenter::Registry {
     std::mutex mutex;
-    std::unordered_map<Key, std::vector<Shared>, KeyHash> byKey;
+    std::unordered_map<Key, Audience, KeyHash> byKey;
     std::unordered_map<const NSObject*, std::vector<Shared>> byObserver;
     std::uint64_t order = 0;
     std::size_t count = 0;
@@ -106,39 +147,37 @@ struct NSNotificationCenter::Registry {
             sweepAt = std::max<std::size_t>(64, count * 2);
         }
         each->order = ++order;
-        byKey[{ each->name, each->object }].push_back(each);
+        byKey[{ each->name, each->object }].add(each);
         byObserver[each->observerAddress].push_back(each);
         ++count;
-    }
-
-    template <class Table, class Gone> static void thin(Table& table, Gone gone)
-    {
-        for (auto place = table.begin(); place != table.end();) {
-            std::erase_if(place->second, gone);
-            place = place->second.empty() ? table.erase(place) : std::next(place);
-        }
     }
 
     /// Takes out what belongs to observers and objects that have died.
     void sweepLocked(Leavings& leavings)
     {
-        thin(byObserver, [&](const Shared& each) {
-            if (isLive(*each, leavings))
-                return false;
-            each->ended.store(true, std::memory_order_release);
-            leavings.observations.push_back(each);
-            --count;
-            return true;
-        });
-        thin(byKey, [](const Shared& each) { return each->ended.load(std::memory_order_relaxed); });
+        for (auto place = byObserver.begin(); place != byObserver.end();) {
+            std::erase_if(place->second, [&](const Shared& each) {
+                if (isLive(*each))
+                    return false;
+                each->ended.store(true, std::memory_order_release);
+                leavings.push_back(each);
+                --count;
+                return true;
+            });
+            place = place->second.empty() ? byObserver.erase(place) : std::next(place);
+        }
+        for (auto place = byKey.begin(); place != byKey.end();) {
+            place->second.leaveEnded();
+            place = place->second.isEmpty() ? byKey.erase(place) : std::next(place);
+        }
     }
 
     void unkeyLocked(const Shared& each)
     {
         each->ended.store(true, std::memory_order_release);
         const auto place = byKey.find({ each->name, each->object });
-        std::erase(place->second, each);
-        if (place->second.empty())
+        place->second.leave(*each);
+        if (place->second.isEmpty())
             byKey.erase(place);
         --count;
     }
@@ -152,7 +191,7 @@ struct NSNotificationCenter::Registry {
         std::erase_if(place->second, [&](const Shared& each) {
             if (!wanted(*each))
                 return false;
-            leavings.observations.push_back(each);
+            leavings.push_back(each);
             unkeyLocked(each);
             return true;
         });
@@ -163,7 +202,7 @@ struct NSNotificationCenter::Registry {
     void collectLocked(const Key& key, Addressees& out)
     {
         if (const auto place = byKey.find(key); place != byKey.end())
-            out.insert(out.end(), place->second.begin(), place->second.end());
+            place->second.collect(out);
     }
 
     /// Finds whom a notification is for, in the order in which they asked.
@@ -196,8 +235,16 @@ template <> struct NSNotificationCenter::Methods<struct Posting> {
     {
         if (!super<NSNotificationCenter, "init", Ref<NSObject>>(self))
             return nullptr;
-        self.registry_ = std::make_shared<Registry>();
+        registry(self);
         return &self;
+    }
+
+    /// Answers what a center knows; one that comes from `alloc` alone begins with nothing as well.
+    static Registry& registry(NSNotificationCenter& self)
+    {
+        if (!self.registry_) [[unlikely]]
+            self.registry_ = std::make_shared<Registry>();
+        return *self.registry_;
     }
 
     static Shared observation(NSString* name, NSObject* object)
@@ -219,7 +266,7 @@ template <> struct NSNotificationCenter::Methods<struct Posting> {
         each->observer = WeakRef<NSObject>(observer);
         each->selector = selector;
         Leavings leavings;
-        self.registry_->add(each, leavings);
+        registry(self).add(each, leavings);
     }
     static Ref<NSObject> addBlock(NSNotificationCenter& self, NSString* name, NSObject* object,
         NSOperationQueue* queue, Closure<void(NSNotification*)>* block)
@@ -232,7 +279,7 @@ template <> struct NSNotificationCenter::Methods<struct Posting> {
         each->block = Block<void(NSNotification*)>(block);
         each->queue = Ref<NSOperationQueue>(queue);
         Leavings leavings;
-        self.registry_->add(each, leavings);
+        registry(self).add(each, leavings);
         return each->token;
     }
 
@@ -244,7 +291,7 @@ template <> struct NSNotificationCenter::Methods<struct Posting> {
         const Ref<NSNotification> kept(notification);
         const Ref<NSObject> sender = notification->object();
         Addressees all;
-        self.registry_->find(notification->name(), sender.get(), all);
+        registry(self).find(notification->name(), sender.get(), all);
         for (const Shared& each : all)
             deliver(*each, notification);
     }
@@ -256,7 +303,7 @@ template <> struct NSNotificationCenter::Methods<struct Posting> {
         NSNotificationCenter& self, NSString* name, NSObject* object, NSDictionary* userInfo)
     {
         Addressees all;
-        self.registry_->find(Ref<NSString>(name), object, all);
+        registry(self).find(Ref<NSString>(name), object, all);
         if (all.empty() && name)
             return; // most notifications have nobody to read them
         const Ref<NSNotificationCenter> alive(&self);
@@ -269,13 +316,13 @@ template <> struct NSNotificationCenter::Methods<struct Posting> {
     static void removeObserver(NSNotificationCenter& self, NSObject* observer)
     {
         Leavings leavings;
-        self.registry_->remove(observer, leavings, [](const Observation&) { return true; });
+        registry(self).remove(observer, leavings, [](const Observation&) { return true; });
     }
     static void removeSome(
         NSNotificationCenter& self, NSObject* observer, NSString* name, NSObject* object)
     {
         Leavings leavings;
-        self.registry_->remove(observer, leavings, [&](const Observation& each) {
+        registry(self).remove(observer, leavings, [&](const Observation& each) {
             const bool sameName = !name || (each.name && each.name->isEqual(name));
             return sameName && (!object || each.object == object);
         });

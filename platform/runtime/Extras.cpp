@@ -336,6 +336,14 @@ void* loadWeakCell(WeakCell* cell)
     return nullptr;
 }
 
+bool isWeakCellClear(WeakCell* cell)
+{
+    if (!cell)
+        return true;
+    const std::lock_guard guard(*cell);
+    return !cell->object;
+}
+
 void clearWeakReferences(void* object)
 {
     ObjectHeader& header = headerOf(object);

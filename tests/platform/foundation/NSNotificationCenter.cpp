@@ -1,9 +1,14 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "foundation/NSNotificationCenter.h"
 
-#include <gtest/gtest.h>
+#include <algorithm>
+#include <atomic>
+#include <chrono>
 #include <string>
 #include <thread>
+#include <vector>
+
+#include <gtest/gtest.h>
 
 #include "foundation/NSDictionary.h"
 #include "foundation/NSOperationQueue.h"
@@ -35,6 +40,43 @@ template <> struct NotificationListener::Methods<struct Listening> {
     }
 };
 BRINDLE_RECORD(NotificationListener, Listening)
+
+/// Posts "Ending" in its dealloc.
+class EndingPoster : public NSObject {
+    BRINDLE_OBJECT(EndingPoster, NSObject)
+
+public:
+    NSNotificationCenter* center = nullptr;
+};
+
+template <> struct EndingPoster::Methods<struct Ending> {
+    static void dealloc(EndingPoster& self)
+    {
+        if (self.center)
+            self.center->postNotificationName_object("Ending"_ns, &self);
+    }
+    static void table(Builder& t) { t.methods({ { "dealloc", imp<dealloc> } }); }
+};
+BRINDLE_RECORD(EndingPoster, Ending)
+
+/// Counts those of its kind that ended on another thread than their own.
+class ThreadBoundSender : public NSObject {
+    BRINDLE_OBJECT(ThreadBoundSender, NSObject)
+
+public:
+    std::thread::id own = std::this_thread::get_id();
+    static inline std::atomic<int> endedElsewhere { 0 };
+};
+
+template <> struct ThreadBoundSender::Methods<struct Ending> {
+    static void dealloc(ThreadBoundSender& self)
+    {
+        if (std::this_thread::get_id() != self.own)
+            ++ThreadBoundSender::endedElsewhere;
+    }
+    static void table(Builder& t) { t.methods({ { "dealloc", imp<dealloc> } }); }
+};
+BRINDLE_RECORD(ThreadBoundSender, Ending)
 
 namespace {
 
@@ -270,6 +312,85 @@ TEST_F(NotificationCenter, ForgetsWhatWasAskedAboutObjectsThatDied)
     EXPECT_TRUE(test::allocatedBytes() < before + 200'000 || !test::growthCanBeMeasured());
     observe(a.get(), "N"_ns, sender.get());
     post("N"_ns, sender.get());
+    EXPECT_EQ(log, "a ");
+}
+
+TEST_F(NotificationCenter, DeliversWhatAnObjectPostsInItsDealloc)
+{
+    const auto a = listener("a");
+    auto leaving = make<EndingPoster>();
+    leaving->center = center.get();
+    observe(a.get(), "Ending"_ns, leaving.get());
+    leaving = nullptr;
+    EXPECT_EQ(log, "a ");
+}
+
+TEST_F(NotificationCenter, NeverEndsTheObjectsThatItLooksAt)
+{
+    // Another thread's additions look at all senders while this thread lets go of them.
+    std::atomic<bool> done { false };
+    std::thread other([&] {
+        const auto b = make<NSObject>();
+        while (!done) {
+            for (int i = 0; i < 200; ++i)
+                center->addObserver_selector_name_object(
+                    b.get(), selector<"hash">, "Other"_ns, nullptr);
+            center->removeObserver(b.get());
+        }
+    });
+    const auto a = listener("a");
+    ThreadBoundSender::endedElsewhere = 0;
+    for (int i = 0; i < 20'000; ++i) {
+        const auto passing = make<ThreadBoundSender>();
+        observe(a.get(), "N"_ns, passing.get());
+    }
+    done = true;
+    other.join();
+    EXPECT_EQ(ThreadBoundSender::endedElsewhere, 0);
+}
+
+TEST_F(NotificationCenter, ObserversOfOneNameLeaveInAnyOrder)
+{
+    std::vector<Ref<NotificationListener>> all;
+    for (int i = 0; i < 100; ++i) {
+        all.push_back(listener(std::to_string(i).c_str()));
+        observe(all.back().get(), "N"_ns);
+    }
+    for (std::size_t i = 0; i < all.size(); ++i) {
+        if (i * 37 % 100 >= 3)
+            center->removeObserver(all[i * 37 % 100].get());
+    }
+    observe(all[7].get(), "N"_ns);
+    post("N"_ns);
+    EXPECT_EQ(log, "0 1 2 7 ");
+}
+
+TEST_F(NotificationCenter, AnyNumberOfObserversOfOneNameLeaveOneByOne)
+{
+    // A hundred times as many may take a hundred times as long, and not ten thousand times.
+    const auto secondsFor = [&](int count) {
+        std::vector<Ref<NSObject>> tokens;
+        for (int i = 0; i < count; ++i)
+            tokens.push_back(center->addObserverForName_object_queue_usingBlock(
+                "N"_ns, nullptr, nullptr, [](NSNotification*) {}));
+        const auto begin = std::chrono::steady_clock::now();
+        for (const auto& token : tokens)
+            center->removeObserver(token.get());
+        return std::chrono::duration<double>(std::chrono::steady_clock::now() - begin).count();
+    };
+    secondsFor(1000);
+    const double few = std::max(secondsFor(1000), 1e-5);
+    EXPECT_LT(secondsFor(100'000), few * 3000);
+}
+
+TEST_F(NotificationCenter, OneWithoutInitCanBeUsed)
+{
+    const Ref<NSNotificationCenter> bare = alloc<NSNotificationCenter>();
+    const auto a = listener("a");
+    bare->postNotificationName_object("N"_ns, nullptr);
+    bare->removeObserver(a.get());
+    bare->addObserver_selector_name_object(a.get(), selector<"changed">, "N"_ns, nullptr);
+    bare->postNotificationName_object("N"_ns, nullptr);
     EXPECT_EQ(log, "a ");
 }
 
