@@ -10,7 +10,7 @@
 #include "NSNotification.h"
 #include "NSRunLoop.h"
 #include "NSThread.h"
-#include "NSTimer.h"
+#include "TimerPrivate.h"
 #include "runtime/NSException.h"
 #include "runtime/Table.h"
 
@@ -76,7 +76,7 @@ template <> struct NSNotificationQueue::Methods<struct Coalescing> {
         const Ref<NSTimer> timer = NSTimer::cls().timerWithTimeInterval_repeats_block(
             0, false, [queue = &self, isEarly = style == NSPostWhenIdle](NSTimer* due) mutable {
                 if (std::exchange(isEarly, false))
-                    due->restart(0);
+                    repeatNextTurn(*due);
                 else
                     post(*queue, due);
             });

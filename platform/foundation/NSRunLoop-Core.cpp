@@ -240,13 +240,13 @@ void RunLoopCore::callObservers(Modes mode)
     }
 }
 
-RunLoopCore::Done RunLoopCore::turn(Modes mode)
+RunLoopCore::Done RunLoopCore::turn(Modes mode, std::uint64_t last)
 {
     Done done;
     done.sources = runControls();
     if (isMain_ && Clock::isVirtual())
         queues::fireDelayed(Clock::now());
-    done.anything = fireDue(mode);
+    done.anything = fireDue(mode, last); // what is scheduled meanwhile waits for a later turn
     done.sources |= drainItems(mode);
     if (!sources_.empty())
         done.sources |= pollSources(mode);
@@ -347,9 +347,15 @@ bool RunLoopCore::runUntilIdle(Modes mode, NSString* name)
 {
     const Running running(*this, name);
     bool any = false;
-    while (turn(mode).anything)
+    std::uint64_t last = order_;
+    for (;;) {
+        const Done done = turn(mode, last);
+        if (!done.anything)
+            return any;
         any = true;
-    return any;
+        if (done.sources) // else there are only timers that set up others: those wait
+            last = order_;
+    }
 }
 
 /// Runs what is due, and waits for what queues' threads are doing.

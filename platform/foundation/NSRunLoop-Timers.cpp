@@ -110,11 +110,10 @@ std::int64_t RunLoopCore::nextDue(Modes mode) const
     return due;
 }
 
-bool RunLoopCore::fireDue(Modes mode)
+bool RunLoopCore::fireDue(Modes mode, std::uint64_t last)
 {
     bool fired = false;
     std::int64_t now = 0;
-    const std::uint64_t last = order_; // what is scheduled meanwhile waits for a later turn
     for (;;) {
         Scheduled* next = nullptr;
         for (std::size_t i = 0; i < lanes_.size(); ++i) {

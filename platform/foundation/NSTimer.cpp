@@ -14,6 +14,14 @@ namespace {
     constexpr double kShortestInterval = 0.0001; // seconds
     constexpr double kShortestDelay = 0.000001;
 
+    thread_local int firings = 0; // under way on this thread
+
+    /// Answers a moment that a handler may set: a chain of timers that are due at once would never end.
+    std::int64_t afterHandler(std::int64_t moment)
+    {
+        return firings ? std::max(moment, momentAfter(Clock::now(), kShortestDelay)) : moment;
+    }
+
     double atLeast(double shortest, double seconds)
     {
         return seconds > shortest ? seconds : shortest; // also for what is no number
@@ -53,9 +61,11 @@ namespace {
         {
             entry.firing = true;
             entry.moved = false;
+            ++firings;
         }
         ~AfterFiring()
         {
+            --firings;
             entry_.firing = false;
             if (!alive_->isValid())
                 return;
@@ -103,6 +113,12 @@ void addTimer(RunLoopCore& loop, NSTimer& timer, RunLoopCore::Modes modes)
     loop.schedule(entry, entry.modes, entry.moment);
 }
 
+void repeatNextTurn(NSTimer& timer)
+{
+    timer.entry_->moment = Clock::now();
+    timer.entry_->moved = true;
+}
+
 template <> struct NSTimer::Methods<struct Scheduling> {
 
     // A bare init leaves a timer without an entry: it was never valid.
@@ -127,7 +143,7 @@ template <> struct NSTimer::Methods<struct Scheduling> {
         entry.fire = &fireEntry;
         entry.drop = &dropEntry;
         entry.timer = &self;
-        entry.moment = moment;
+        entry.moment = afterHandler(moment);
         if (repeats) {
             self.interval_ = atLeast(kShortestInterval, seconds);
             entry.step = momentAfter(0, self.interval_);
@@ -219,10 +235,10 @@ template <> struct NSTimer::Methods<struct Scheduling> {
         if (!isValid(self))
             return;
         Entry& entry = *self.entry_;
-        entry.moment = moment;
+        entry.moment = entry.firing ? afterHandler(moment) : moment;
         entry.moved = true;
         if (entry.lane)
-            entry.loop->reschedule(entry, moment);
+            entry.loop->reschedule(entry, entry.moment);
     }
     static void setFireDate(NSTimer& self, NSDate* date)
     {

@@ -330,9 +330,11 @@ private:
 
     void enqueueSlowly(ClosureRing::Item item);
     TimerLane& laneFor(Modes modes);
-    Done turn(Modes mode);
+    Done turn(Modes mode) { return turn(mode, order_); }
+    /// Leaves out timers that were scheduled after the last one.
+    Done turn(Modes mode, std::uint64_t last);
     bool runControls();
-    bool fireDue(Modes mode);
+    bool fireDue(Modes mode, std::uint64_t last);
     bool drainItems(Modes mode);
     bool pollSources(Modes mode);
     void callObservers(Modes mode);

@@ -18,5 +18,7 @@ struct NSTimer::Entry : Scheduled {
 
 /// Schedules a timer on the calling thread's loop, or adds modes to it.
 void addTimer(RunLoopCore& loop, NSTimer& timer, RunLoopCore::Modes modes);
+/// Lets a timer that fires come once more, in the next turn.
+void repeatNextTurn(NSTimer& timer);
 
 }

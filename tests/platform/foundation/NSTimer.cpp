@@ -96,6 +96,58 @@ TEST(NSTimer, LetsALoopBeIdleHoweverShortItsDelaysAre)
     latest->invalidate();
 }
 
+TEST(NSTimer, LetsALoopBeIdleHoweverLongItsHandlersTake)
+{
+    int fired = 0;
+    std::vector<Ref<NSTimer>> made;
+    std::function<void(NSTimer*)> again = [&](NSTimer*) {
+        const std::int64_t end = Clock::now() + 2000; // nanoseconds: the next one is due by then
+        while (Clock::now() < end) { }
+        if (++fired < 10'000)
+            made.push_back(scheduled(0, false, again));
+    };
+    again(nullptr);
+    const std::int64_t begin = Clock::now();
+    while (Clock::now() < begin + 2000) { }
+    EXPECT_TRUE(NSRunLoop::cls().mainRunLoop()->runUntilIdle(NSDefaultRunLoopMode));
+    EXPECT_EQ(fired, 2);
+    made.back()->invalidate();
+}
+
+TEST(NSTimer, LetsAClockGoOnThatItsHandlersSetToNow)
+{
+    VirtualClock clock;
+    const std::vector<std::function<Ref<NSTimer>(NSTimer*, const Block<void(NSTimer*)>&)>> ways {
+        [](NSTimer* timer, const auto&) {
+            timer->setFireDate(NSDate::cls().date().get());
+            return Ref<NSTimer>(timer);
+        },
+        [](NSTimer* timer, const auto&) {
+            timer->setFireDate(NSDate::cls().distantPast().get());
+            return Ref<NSTimer>(timer);
+        },
+        [](NSTimer*, const auto& handler) {
+            const Ref<NSTimer> next = alloc<NSTimer>()->initWithFireDate_interval_repeats_block(
+                NSDate::cls().date().get(), 0, false, handler);
+            NSRunLoop::cls().currentRunLoop()->addTimer_forMode(next.get(), NSDefaultRunLoopMode);
+            return next;
+        },
+    };
+    for (const auto& way : ways) {
+        int fired = 0;
+        Ref<NSTimer> latest;
+        std::function<void(NSTimer*)> again = [&](NSTimer* timer) {
+            if (++fired < 10'000)
+                latest = way(timer, again);
+        };
+        latest = scheduled(0, false, again);
+        clock.advance(0.001);
+        EXPECT_LE(fired, 1001);
+        EXPECT_GE(fired, 900);
+        latest->invalidate();
+    }
+}
+
 TEST(NSTimer, RepeatsWithoutDrift)
 {
     VirtualClock clock;
