@@ -48,6 +48,7 @@ public:
     Running(RunLoopCore& loop, NSString* name)
         : loop_(loop)
         , before_(std::exchange(loop.currentMode_, Ref<NSString>(name)))
+        , dueBefore_(loop.nextDue(kDefault))
     {
         ++loop_.depth_;
         if (std::exchange(loop_.outside_, false))
@@ -57,7 +58,7 @@ public:
     {
         loop_.currentMode_ = before_;
         if (--loop_.depth_ == 0 && loop_.embedding_ >= 0)
-            loop_.outside_ = loop_.inbox_->beginSleep(true);
+            loop_.goOutside(loop_.nextDue(kDefault) < dueBefore_);
     }
     Running(const Running&) = delete;
     Running& operator=(const Running&) = delete;
@@ -65,6 +66,7 @@ public:
 private:
     RunLoopCore& loop_;
     Ref<NSString> before_;
+    std::int64_t dueBefore_; // when another program's loop may mean to step
 };
 
 RunLoopCore::RunLoopCore(bool isMain)
@@ -410,18 +412,24 @@ int RunLoopCore::embeddingDescriptor()
         event.events = EPOLLIN;
         epoll_ctl(embedding_, EPOLL_CTL_ADD, inbox_->descriptor(), &event);
         for (const auto& source : sources_)
-            watch(*source, true);
+            watch(source->descriptor_);
         if (depth_ == 0)
-            outside_ = inbox_->beginSleep(true);
+            goOutside(false);
     }
     return embedding_;
+}
+
+void RunLoopCore::goOutside(bool isEarlier)
+{
+    outside_ = true;
+    inbox_->beginSleepOutside(isEarlier || !items_.empty() || !controls_.empty());
 }
 
 double RunLoopCore::embeddingTimeout() const
 {
     if (!items_.empty() || inbox_->hasItems() || !controls_.empty() || inbox_->hasControls())
         return 0;
-    if (embedding_ >= 0 && depth_ == 0 && !outside_) // something came before writing would wake
+    if (inbox_->hasStop() || !unwatched_.empty())
         return 0;
     const std::int64_t due = nextDue(kDefault);
     if (due == kNever)
@@ -437,17 +445,27 @@ void RunLoopCore::embeddingStep()
     inbox_->takeStop();
 }
 
-void RunLoopCore::watch(const NSRunLoopSource& source, bool wanted)
+void RunLoopCore::watch(int descriptor)
 {
     if (embedding_ < 0)
         return;
-    epoll_ctl(embedding_, EPOLL_CTL_DEL, source.descriptor_, nullptr);
-    if (!wanted || !(source.modes_ & kDefault))
+    epoll_ctl(embedding_, EPOLL_CTL_DEL, descriptor, nullptr);
+    std::erase(unwatched_, descriptor);
+    bool isWanted = false;
+    NSUInteger events = 0;
+    for (const auto& source : sources_) {
+        if (source->descriptor_ == descriptor && source->modes_ & kDefault) {
+            isWanted = true;
+            events |= source->events_;
+        }
+    }
+    if (!isWanted)
         return;
     epoll_event event {};
-    event.events = (source.events_ & NSRunLoopSourceReadable ? EPOLLIN : 0u)
-        | (source.events_ & NSRunLoopSourceWritable ? EPOLLOUT : 0u);
-    epoll_ctl(embedding_, EPOLL_CTL_ADD, source.descriptor_, &event);
+    event.events = (events & NSRunLoopSourceReadable ? EPOLLIN : 0u)
+        | (events & NSRunLoopSourceWritable ? EPOLLOUT : 0u);
+    if (epoll_ctl(embedding_, EPOLL_CTL_ADD, descriptor, &event) < 0 && events)
+        unwatched_.push_back(descriptor);
 }
 
 // ---- sources and observers
@@ -460,7 +478,7 @@ void RunLoopCore::addSource(NSRunLoopSource& source, Modes modes)
         sources_.emplace_back(&source);
     source.loop_ = this;
     source.modes_ |= modes;
-    watch(source, true);
+    watch(source.descriptor_);
 }
 
 void RunLoopCore::removeSource(NSRunLoopSource& source, Modes modes)
@@ -468,7 +486,7 @@ void RunLoopCore::removeSource(NSRunLoopSource& source, Modes modes)
     if (source.loop_ != this)
         return;
     source.modes_ &= ~modes;
-    watch(source, source.modes_ != 0);
+    watch(source.descriptor_);
     if (source.modes_)
         return;
     source.loop_ = nullptr;
@@ -476,7 +494,7 @@ void RunLoopCore::removeSource(NSRunLoopSource& source, Modes modes)
     std::erase_if(sources_, [&](const auto& each) { return each == &source; });
 }
 
-void RunLoopCore::sourceChanged(NSRunLoopSource& source) { watch(source, true); }
+void RunLoopCore::sourceChanged(NSRunLoopSource& source) { watch(source.descriptor_); }
 
 void RunLoopCore::addObserver(NSRunLoopObserver& observer, Modes modes)
 {

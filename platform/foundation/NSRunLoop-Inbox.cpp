@@ -149,13 +149,26 @@ std::vector<Block<void()>> Inbox::takeControls()
     return std::exchange(controls_, {});
 }
 
+bool Inbox::hasAnythingLocked(bool itemsCount) const
+{
+    return !controls_.empty() || stop_.load() || (itemsCount && !items_.empty());
+}
+
 bool Inbox::beginSleep(bool itemsCount)
 {
     const std::lock_guard guard(lock_);
-    if (!controls_.empty() || stop_.load() || (itemsCount && !items_.empty()))
+    if (hasAnythingLocked(itemsCount))
         return false;
     sleeping_ = true;
     return true;
+}
+
+void Inbox::beginSleepOutside(bool wakes)
+{
+    const std::lock_guard guard(lock_);
+    sleeping_ = true;
+    if (wakes || hasAnythingLocked(true))
+        signalLocked();
 }
 
 void Inbox::endSleep()

@@ -131,6 +131,7 @@ public:
 
     bool hasItems() const { return itemCount_.load(std::memory_order_acquire) != 0; }
     bool hasControls() const { return hasControls_.load(std::memory_order_acquire); }
+    bool hasStop() const { return stop_.load(std::memory_order_relaxed); }
     /// Moves the closures for the common modes to the end of a ring.
     void takeItems(ClosureRing& ring);
     std::vector<Block<void()>> takeControls();
@@ -139,12 +140,16 @@ public:
 
     /// From now on whoever writes also wakes. - Returns: false, and nothing changes, when something is here already.
     bool beginSleep(bool itemsCount);
+    /// The same for another program's loop, which sleeps in any case: what is here already wakes it.
+    /// - wakes: whether it is to be woken at once whatever is here.
+    void beginSleepOutside(bool wakes);
     void endSleep();
     int descriptor() const { return descriptor_; }
     /// Nothing will read this any more.
     void close();
 
 private:
+    bool hasAnythingLocked(bool itemsCount) const;
     void signalLocked();
 
     ShortLock lock_;
@@ -342,7 +347,10 @@ private:
     void wait(Modes mode, std::int64_t limit);
     void sleep(Modes mode, std::int64_t until);
     bool settle(Modes mode);
-    void watch(const NSRunLoopSource& source, bool wanted);
+    /// Sleeps in another program's loop from now on, which wakes at once when something is left or due earlier than before.
+    void goOutside(bool isEarlier);
+    /// Has that loop wait for what the sources of a descriptor want in the default mode.
+    void watch(int descriptor);
 
     const bool isMain_;
     bool outside_ = false; // another program's loop waits for us
@@ -359,6 +367,7 @@ private:
     Ref<NSString> currentMode_;
     int depth_ = 0;
     int embedding_ = -1;
+    std::vector<int> unwatched_; // files and such, which are always ready
 };
 
 struct Perform : Scheduled {

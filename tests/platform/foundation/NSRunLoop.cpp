@@ -1,8 +1,10 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "foundation/NSRunLoop.h"
 
+#include <cstdio>
 #include <functional>
 #include <gtest/gtest.h>
+#include <memory>
 #include <poll.h>
 #include <string>
 #include <thread>
@@ -45,6 +47,22 @@ void after(double seconds, std::function<void()> work, NSString* mode = NSDefaul
             .timerWithTimeInterval_repeats_block(seconds, false, [work](NSTimer*) { work(); })
             .get(),
         mode);
+}
+
+Ref<NSRunLoopSource> addSource(int descriptor, NSUInteger events,
+    std::function<void(NSUInteger)> handler, NSString* mode = NSDefaultRunLoopMode)
+{
+    const auto source = NSRunLoopSource::cls().sourceWithFileDescriptor_events_handler(
+        descriptor, events, std::move(handler));
+    loop()->addSource_forMode(source.get(), mode);
+    return source;
+}
+
+/// Whether the loop's host would step now.
+bool wakesItsHost()
+{
+    pollfd polled { loop()->embeddingDescriptor(), POLLIN, 0 };
+    return ::poll(&polled, 1, 0) == 1;
 }
 
 /// A closure of another thread makes this thread's descriptor readable until a step has run it.
@@ -392,6 +410,77 @@ TEST(NSRunLoop, WakesAHostThatAskedForTheDescriptorInsideARun)
         EXPECT_LT(loop()->embeddingTimeout(), 0);
         expectWakenByAPost();
     }).join();
+}
+
+TEST(NSRunLoop, WakesItsHostForEverySourceOfADescriptor)
+{
+    loop()->embeddingStep();
+    Pipe pipe;
+    int calls = 0;
+    const auto reader = addSource(pipe.ends[0], NSRunLoopSourceReadable, [&](NSUInteger) {
+        ++calls;
+        pipe.read();
+    });
+    const auto writer = addSource(pipe.ends[0], NSRunLoopSourceWritable, [](NSUInteger) {});
+    const auto other = addSource(
+        pipe.ends[0], NSRunLoopSourceWritable, [](NSUInteger) {}, "Private"_ns);
+    for (const auto& one : { writer, other }) {
+        EXPECT_FALSE(wakesItsHost());
+        pipe.write();
+        EXPECT_TRUE(wakesItsHost());
+        loop()->embeddingStep();
+        EXPECT_FALSE(wakesItsHost());
+        one->invalidate();
+        pipe.write();
+        EXPECT_TRUE(wakesItsHost());
+        loop()->embeddingStep();
+    }
+    EXPECT_EQ(calls, 4);
+    reader->invalidate();
+    pipe.write();
+    EXPECT_FALSE(wakesItsHost());
+}
+
+TEST(NSRunLoop, StepsAtOnceForADescriptorThatIsAlwaysReady)
+{
+    loop()->embeddingDescriptor();
+    loop()->embeddingStep();
+    const std::unique_ptr<std::FILE, decltype(&std::fclose)> file(std::tmpfile(), &std::fclose);
+    ASSERT_TRUE(file);
+    int calls = 0;
+    const auto source
+        = addSource(fileno(file.get()), NSRunLoopSourceReadable, [&](NSUInteger) { ++calls; });
+    EXPECT_EQ(loop()->embeddingTimeout(), 0);
+    loop()->embeddingStep();
+    EXPECT_EQ(calls, 1);
+    source->setEvents(0);
+    EXPECT_LT(loop()->embeddingTimeout(), 0);
+    source->setEvents(NSRunLoopSourceReadable);
+    EXPECT_EQ(loop()->embeddingTimeout(), 0);
+    source->invalidate();
+    EXPECT_LT(loop()->embeddingTimeout(), 0);
+}
+
+TEST(NSRunLoop, WakesItsHostForWhatARunHasLeft)
+{
+    VirtualClock clock;
+    const auto runPrivately = [](std::function<void()> work) {
+        after(0, std::move(work), "Private"_ns);
+        loop()->embeddingStep();
+        EXPECT_LT(loop()->embeddingTimeout(), 0);
+        EXPECT_FALSE(wakesItsHost());
+        loop()->runMode_beforeDate("Private"_ns, NSDate::cls().distantFuture().get());
+        EXPECT_TRUE(wakesItsHost());
+        loop()->embeddingStep();
+        EXPECT_FALSE(wakesItsHost());
+    };
+    bool ran = false;
+    runPrivately([&] { dispatch_async(dispatch_get_main_queue(), [&] { ran = true; }); });
+    EXPECT_TRUE(ran);
+    runPrivately([] { std::thread([here = loop()] { here->performBlock([] {}); }).join(); });
+    runPrivately([] { after(5, [] {}); });
+    EXPECT_NEAR(loop()->embeddingTimeout(), 5, 1e-6);
+    clock.advance(5);
 }
 
 TEST(NSRunLoop, RunsOnAnotherThreadUntilNothingIsLeft)
