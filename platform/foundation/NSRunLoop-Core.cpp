@@ -206,6 +206,12 @@ void RunLoopCore::collect(Modes mode, std::vector<pollfd>& polled) const
     }
 }
 
+NSUInteger RunLoopCore::eventsNow(const NSRunLoopSource& source)
+{
+    pollfd polled { source.descriptor_, pollEvents(source.events_), 0 };
+    return ::poll(&polled, 1, 0) > 0 ? sourceEvents(polled.revents) : 0;
+}
+
 bool RunLoopCore::pollSources(Modes mode)
 {
     std::vector<pollfd> polled;
@@ -220,8 +226,12 @@ bool RunLoopCore::pollSources(Modes mode)
         if (const NSUInteger events = sourceEvents(polled[i++].revents))
             ready.emplace_back(source, events);
     }
-    for (const auto& [source, events] : ready) {
-        if (source->modes_ & mode) { // else an earlier handler took it out
+    const std::uint64_t turn = turns_;
+    for (const auto& [source, seen] : ready) {
+        if (!(source->modes_ & mode)) // an earlier handler took it out
+            continue;
+        // A handler that ran the loop may have had this one's events handled.
+        if (const NSUInteger events = turns_ == turn ? seen : eventsNow(*source)) {
             const Block<void(NSUInteger)> handler = source->handler_;
             handler(events);
         }
@@ -244,6 +254,7 @@ void RunLoopCore::callObservers(Modes mode)
 
 RunLoopCore::Done RunLoopCore::turn(Modes mode, std::uint64_t last)
 {
+    ++turns_;
     Done done;
     done.sources = runControls();
     if (isMain_ && Clock::isVirtual())

@@ -342,6 +342,7 @@ private:
     bool fireDue(Modes mode, std::uint64_t last);
     bool drainItems(Modes mode);
     bool pollSources(Modes mode);
+    static NSUInteger eventsNow(const NSRunLoopSource& source);
     void callObservers(Modes mode);
     void collect(Modes mode, std::vector<pollfd>& polled) const;
     void wait(Modes mode, std::int64_t limit);
@@ -355,6 +356,7 @@ private:
     const bool isMain_;
     bool outside_ = false; // another program's loop waits for us
     std::uint64_t wakes_ = 0;
+    std::uint64_t turns_ = 0;
     std::uint64_t order_ = 0;
     std::vector<std::unique_ptr<TimerLane>> lanes_;
     PerformTable performs_;

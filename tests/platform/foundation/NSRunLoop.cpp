@@ -2,6 +2,7 @@
 #include "foundation/NSRunLoop.h"
 
 #include <cstdio>
+#include <fcntl.h>
 #include <functional>
 #include <gtest/gtest.h>
 #include <memory>
@@ -280,6 +281,32 @@ TEST(NSRunLoop, DoesNotCallASourceThatAnotherOneTookOut)
     loop()->addSource_forMode(sources[1].get(), NSDefaultRunLoopMode);
     loop()->runUntilIdle(NSDefaultRunLoopMode);
     EXPECT_EQ(calls, 1);
+}
+
+TEST(NSRunLoop, CallsNoSourceForWhatALoopInsideItHasHandled)
+{
+    for (const int inner : { 0, 1 }) {
+        Pipe pipes[2];
+        int calls = 0;
+        const auto handle = [&](Pipe& pipe) {
+            ++calls;
+            pipe.read();
+            if (inner)
+                loop()->runMode_beforeDate(NSDefaultRunLoopMode, nullptr);
+        };
+        Ref<NSRunLoopSource> sources[2];
+        for (int i = 0; i < 2; ++i) {
+            pipes[i].write();
+            sources[i] = addSource(pipes[i].ends[0], NSRunLoopSourceReadable,
+                [&, i](NSUInteger) { handle(pipes[i]); });
+            ASSERT_EQ(
+                ::fcntl(pipes[i].ends[0], F_SETFL, O_NONBLOCK), 0); // a second call does not hang
+        }
+        loop()->runUntilIdle(NSDefaultRunLoopMode);
+        EXPECT_EQ(calls, 2);
+        for (const auto& source : sources)
+            source->invalidate();
+    }
 }
 
 TEST(NSRunLoop, ReturnsAfterASourceWasHandled)
