@@ -131,7 +131,7 @@ void OperationAccess::proceed(NSOperationQueue& queue)
 void OperationAccess::run(NSOperation& operation)
 {
     try {
-        if (!operation.isFinished() && !(operation.isAsynchronous() && operation.isExecuting()))
+        if (!operation.isFinished() && !operation.isExecuting())
             operation.start();
     } catch (...) {
         finish(operation);

@@ -45,6 +45,16 @@ template <> struct LongOperation::Methods<struct Work> {
 };
 BRINDLE_RECORD(LongOperation, Work)
 
+/// The same, which does not say that it goes on.
+class QuietOperation : public LongOperation {
+    BRINDLE_OBJECT(QuietOperation, LongOperation)
+};
+template <> struct QuietOperation::Methods<struct Work> {
+    static bool no(QuietOperation&) { return false; }
+    static void table(Builder& t) { t.methods({ { "isAsynchronous", imp<no> } }); }
+};
+BRINDLE_RECORD(QuietOperation, Work)
+
 /// Work that cannot begin.
 class BrokenOperation : public NSOperation {
     BRINDLE_OBJECT(BrokenOperation, NSOperation)
@@ -142,17 +152,20 @@ TEST(AsynchronousOperation, IsNotTakenByAQueueOnceAHostHasStartedIt)
 }
 TEST(AsynchronousOperation, IsNotStartedAgainByTheQueueThatHasIt)
 {
-    const Ref<NSOperationQueue> queue = make<NSOperationQueue>();
-    queue->setSuspended(true);
-    const Ref<LongOperation> work = make<LongOperation>();
-    queue->addOperation(work.get());
-    work->start();
-    queue->setSuspended(false);
-    dispatch_barrier_sync(queue->underlyingQueue().get(), [] {}); // it has had its turn
-    EXPECT_EQ(work->starts_, 1);
-    EXPECT_EQ(queue->operationCount(), 1u);
-    work->end();
-    queue->waitUntilAllOperationsAreFinished();
+    const Ref<LongOperation> works[] { make<LongOperation>(),
+        Ref<LongOperation>(make<QuietOperation>()) };
+    for (const Ref<LongOperation>& work : works) {
+        const Ref<NSOperationQueue> queue = make<NSOperationQueue>();
+        queue->setSuspended(true);
+        queue->addOperation(work.get());
+        work->start();
+        queue->setSuspended(false);
+        dispatch_barrier_sync(queue->underlyingQueue().get(), [] {}); // it has had its turn
+        EXPECT_EQ(work->starts_, 1);
+        EXPECT_EQ(queue->operationCount(), 1u);
+        work->end();
+        queue->waitUntilAllOperationsAreFinished();
+    }
 }
 TEST(AsynchronousOperation, HasEndedWhenItsStartRaisesInAQueue)
 {
