@@ -54,7 +54,7 @@ public:
     Ref<NSArray> operations() const { return send<"operations", Ref<NSArray>>(); }
     NSUInteger operationCount() const { return send<"operationCount", NSUInteger>(); }
     void cancelAllOperations() { send<"cancelAllOperations">(); }
-    /// Waits until everything added so far has run. Not for the main queue on the main thread.
+    /// Waits until the queue is empty; what is added meanwhile counts too. Not for the main queue on the main thread.
     void waitUntilAllOperationsAreFinished() { send<"waitUntilAllOperationsAreFinished">(); }
 
     /// How many operations run at the same time; 1 for the main queue, which cannot be told another number.
