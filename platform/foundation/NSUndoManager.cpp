@@ -30,6 +30,13 @@ namespace {
 
     enum class Doing { changes, undo, redo };
 
+    /// Whether a target of it is left.
+    bool doesSomething(const Group& group)
+    {
+        return std::ranges::any_of(
+            group.actions, [](const Action& action) { return bool(action.target.get()); });
+    }
+
     constexpr std::size_t kFirstTidying = 64; // groups
 
     [[noreturn]] void complain(const char* operation, const char* reason)
@@ -139,9 +146,13 @@ template <> struct NSUndoManager::Methods<struct Recording> {
     }
     static void trim(History& h)
     {
+        const auto isOver
+            = [&h](const std::vector<Group>& stack) { return h.limit && stack.size() > h.limit; };
+        if (isOver(h.undo) || isOver(h.redo))
+            forget(h, nullptr); // they are no levels
         std::vector<Group> gone;
         for (std::vector<Group>* stack : { &h.undo, &h.redo }) {
-            if (!h.limit || stack->size() <= h.limit)
+            if (!isOver(*stack))
                 continue;
             const auto kept = stack->end() - static_cast<std::ptrdiff_t>(h.limit);
             gone.insert(
@@ -174,9 +185,8 @@ template <> struct NSUndoManager::Methods<struct Recording> {
     /// Leaves on top a group that still does something.
     static void forgetGoneOnTop(std::vector<Group>& stack)
     {
-        const auto isPresent = [](const Action& action) { return bool(action.target.get()); };
         std::vector<Group> gone;
-        while (!stack.empty() && std::ranges::none_of(stack.back().actions, isPresent)) {
+        while (!stack.empty() && !doesSomething(stack.back())) {
             gone.push_back(std::move(stack.back()));
             stack.pop_back();
         }
@@ -435,7 +445,7 @@ template <> struct NSUndoManager::Methods<struct Undoing> {
     static bool canUndo(NSUndoManager& self)
     {
         const History& h = of(self);
-        return (h.level && !h.open.actions.empty()) || !undoStack(self).empty();
+        return (h.level && doesSomething(h.open)) || !undoStack(self).empty();
     }
     static bool canRedo(NSUndoManager& self) { return !redoStack(self).empty(); }
     static bool isUndoing(NSUndoManager& self) { return of(self).doing == Doing::undo; }
@@ -475,7 +485,7 @@ template <> struct NSUndoManager::Methods<struct Undoing> {
     static Ref<NSString> undoName(NSUndoManager& self)
     {
         const History& h = of(self);
-        if (h.level && !h.open.actions.empty() && h.doing == Doing::changes)
+        if (h.level && h.doing == Doing::changes && doesSomething(h.open))
             return nameOf(h.open);
         return nameOfLast(undoStack(self));
     }

@@ -251,6 +251,44 @@ namespace {
         EXPECT_EQ(utf8Of(manager->redoActionName().get()), "");
     }
 
+    TEST_F(NSUndoManagerTest, LimitsOnlyTheLevelsWhoseTargetsAreThere)
+    {
+        manager->setLevelsOfUndo(2);
+        change(1);
+        change(2);
+        for (int i = 0; i < 2; ++i)
+            changeOfSomethingThatGoes([] {}); // which is there while its group is closed
+        manager->undo();
+        EXPECT_EQ(number->value_, 1);
+        manager->removeAllActions();
+        manager->setLevelsOfUndo(0);
+        change(1);
+        changeOfSomethingThatGoes([] {});
+        manager->setLevelsOfUndo(1);
+        EXPECT_TRUE(manager->canUndo());
+    }
+
+    TEST_F(NSUndoManagerTest, PassesOverAnOpenGroupWhoseTargetsHaveAllGone)
+    {
+        const auto changeAndGo = [this] {
+            const Ref<NSObject> other = make<NSObject>();
+            manager->registerUndoWithTarget_handler(other.get(), [](NSObject*) {});
+            manager->setActionName("Gone"_ns);
+        };
+        manager->beginUndoGrouping();
+        changeAndGo();
+        EXPECT_FALSE(manager->canUndo());
+        manager->endUndoGrouping();
+        change(1);
+        manager->setActionName("Number"_ns);
+        manager->beginUndoGrouping();
+        changeAndGo();
+        EXPECT_TRUE(manager->canUndo());
+        EXPECT_EQ(nameToUndo(), "Number");
+        manager->undo();
+        EXPECT_EQ(number->value_, 0);
+    }
+
     TEST_F(NSUndoManagerTest, LetsGoOfWhatGroupsHoldWhoseTargetsHaveGone)
     {
         const auto held = std::make_shared<int>();
