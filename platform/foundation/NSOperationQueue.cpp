@@ -229,15 +229,6 @@ template <> struct NSOperationQueue::Methods<struct Operations> {
             return Ref<NSOperationQueue>(runningQueue);
         return mainQueue(self);
     }
-    static Ref<NSObject> init(NSOperationQueue& self)
-    {
-        if (!super<NSOperationQueue, "init", Ref<NSObject>>(self))
-            return nullptr;
-        self.queue_ = dispatch_queue_create("brindle.operations", DISPATCH_QUEUE_CONCURRENT);
-        self.group_ = dispatch_group_create();
-        self.quality_ = NSQualityOfServiceDefault;
-        return &self;
-    }
 
     // ---- adding
 
@@ -360,7 +351,6 @@ template <> struct NSOperationQueue::Methods<struct Operations> {
             { "currentQueue", imp<currentQueue> },
         });
         t.methods({
-            { "init", imp<init> },
             { "addOperation:", imp<addOperation> },
             { "addOperations:waitUntilFinished:", imp<addOperations> },
             { "addOperationWithBlock:", imp<addOperationWithBlock> },

@@ -89,8 +89,9 @@ public:
 private:
     friend struct OperationAccess;
 
-    Ref<DispatchQueue> queue_;
-    Ref<DispatchGroup> group_;
+    Ref<DispatchQueue> queue_
+        = dispatch_queue_create("brindle.operations", DISPATCH_QUEUE_CONCURRENT);
+    Ref<DispatchGroup> group_ = dispatch_group_create();
     std::deque<Ref<NSOperation>> waiting_; // by era, in each higher priorities first
     std::deque<Ref<NSOperation>> begun_;
     Ref<NSString> name_;
@@ -98,7 +99,7 @@ private:
     // What is between two barriers, and a barrier, is an era: how many operations of each have not ended, the present one first.
     std::deque<std::size_t> eras_ { 0 };
     std::uint64_t present_ = 0;
-    NSQualityOfService quality_ {};
+    NSQualityOfService quality_ { -1 }; // the default
     bool suspended_ = false;
 };
 

@@ -158,19 +158,19 @@ template <> struct NSOrderedSet::Methods<struct Ordered> {
     static std::uint64_t hash(NSOrderedSet& self) { return maybe(self.members_)->hash(); }
     static bool isSubsetOfSet(NSOrderedSet& self, NSSet* other)
     {
-        return self.members_->isSubsetOfSet(other);
+        return maybe(self.members_)->isSubsetOfSet(other);
     }
     static bool isSubsetOfOrderedSet(NSOrderedSet& self, NSOrderedSet* other)
     {
-        return self.members_->isSubsetOfSet(setOf(other).get());
+        return maybe(self.members_)->isSubsetOfSet(setOf(other).get());
     }
     static bool intersectsSet(NSOrderedSet& self, NSSet* other)
     {
-        return self.members_->intersectsSet(other);
+        return maybe(self.members_)->intersectsSet(other);
     }
     static bool intersectsOrderedSet(NSOrderedSet& self, NSOrderedSet* other)
     {
-        return self.members_->intersectsSet(setOf(other).get());
+        return maybe(self.members_)->intersectsSet(setOf(other).get());
     }
 
     static Ref<NSObject> copyWithZone(NSOrderedSet& self, void*)
@@ -258,9 +258,24 @@ BRINDLE_RECORD(NSOrderedSet, Ordered)
 
 template <> struct NSMutableOrderedSet::Methods<struct Changing> {
 
+    // A set without `init` is an empty one.
+
+    static NSMutableArray& order(NSMutableOrderedSet& self)
+    {
+        if (!self.order_)
+            self.order_ = NSMutableArray::cls().array();
+        return *self.order_;
+    }
+    static NSMutableSet& members(NSMutableOrderedSet& self)
+    {
+        if (!self.members_)
+            self.members_ = NSMutableSet::cls().set();
+        return *self.members_;
+    }
+
     static void addObject(NSMutableOrderedSet& self, NSObject* object)
     {
-        insert(self, object, self.order_->count(), "addObject:");
+        insert(self, object, order(self).count(), "addObject:");
     }
     static void addObjectsFromArray(NSMutableOrderedSet& self, NSArray* array)
     {
@@ -276,12 +291,12 @@ template <> struct NSMutableOrderedSet::Methods<struct Changing> {
     {
         if (!object)
             raiseNil(&self, operation);
-        if (index > self.order_->count())
-            raiseIndex(&self, operation, index, self.order_->count());
-        if (self.members_->containsObject(object))
+        if (index > order(self).count())
+            raiseIndex(&self, operation, index, order(self).count());
+        if (members(self).containsObject(object))
             return;
-        self.members_->addObject(object);
-        self.order_->insertObject_atIndex(object, index);
+        members(self).addObject(object);
+        order(self).insertObject_atIndex(object, index);
     }
 
     static void removeObject(NSMutableOrderedSet& self, NSObject* object)
@@ -292,11 +307,11 @@ template <> struct NSMutableOrderedSet::Methods<struct Changing> {
     }
     static void removeObjectAtIndex(NSMutableOrderedSet& self, NSUInteger index)
     {
-        if (index >= self.order_->count())
-            raiseIndex(&self, "removeObjectAtIndex:", index, self.order_->count());
-        const Ref<NSObject> object = self.order_->objectAtIndex(index);
-        self.order_->removeObjectAtIndex(index);
-        self.members_->removeObject(object.get());
+        if (index >= order(self).count())
+            raiseIndex(&self, "removeObjectAtIndex:", index, order(self).count());
+        const Ref<NSObject> object = order(self).objectAtIndex(index);
+        order(self).removeObjectAtIndex(index);
+        members(self).removeObject(object.get());
     }
     static void removeObjectsInArray(NSMutableOrderedSet& self, NSArray* array)
     {
@@ -304,34 +319,34 @@ template <> struct NSMutableOrderedSet::Methods<struct Changing> {
     }
     static void removeAll(NSMutableOrderedSet& self)
     {
-        self.order_->removeAllObjects();
-        self.members_->removeAllObjects();
+        order(self).removeAllObjects();
+        members(self).removeAllObjects();
     }
     static void replace(NSMutableOrderedSet& self, NSUInteger index, NSObject* object)
     {
         if (!object)
             raiseNil(&self, "replaceObjectAtIndex:withObject:");
-        if (index >= self.order_->count())
-            raiseIndex(&self, "replaceObjectAtIndex:withObject:", index, self.order_->count());
+        if (index >= order(self).count())
+            raiseIndex(&self, "replaceObjectAtIndex:withObject:", index, order(self).count());
         const NSUInteger present = self.indexOfObject(object);
         if (present != NSNotFound && present != index)
             return;
-        self.members_->removeObject(self.order_->objectAtIndex(index).get());
-        self.members_->addObject(object);
-        self.order_->replaceObjectAtIndex_withObject(index, object);
+        members(self).removeObject(order(self).objectAtIndex(index).get());
+        members(self).addObject(object);
+        order(self).replaceObjectAtIndex_withObject(index, object);
     }
     static void exchange(NSMutableOrderedSet& self, NSUInteger index, NSUInteger other)
     {
-        self.order_->exchangeObjectAtIndex_withObjectAtIndex(index, other);
+        order(self).exchangeObjectAtIndex_withObjectAtIndex(index, other);
     }
     static void move(NSMutableOrderedSet& self, NSIndexSet* indexes, NSUInteger index)
     {
-        const Ref<NSArray> moved = self.order_->objectsAtIndexes(indexes);
-        if (index > self.order_->count() - moved->count())
-            raiseIndex(&self, "moveObjectsAtIndexes:toIndex:", index, self.order_->count());
-        self.order_->removeObjectsAtIndexes(indexes);
+        const Ref<NSArray> moved = order(self).objectsAtIndexes(indexes);
+        if (index > order(self).count() - moved->count())
+            raiseIndex(&self, "moveObjectsAtIndexes:toIndex:", index, order(self).count());
+        order(self).removeObjectsAtIndexes(indexes);
         for (NSObject* const object : *moved)
-            self.order_->insertObject_atIndex(object, index++);
+            order(self).insertObject_atIndex(object, index++);
     }
 
     static void unionSet(NSMutableOrderedSet& self, NSSet* other)
@@ -357,9 +372,9 @@ template <> struct NSMutableOrderedSet::Methods<struct Changing> {
             }
             ++index;
         }
-        self.order_->removeObjectsAtIndexes(places.get());
+        order(self).removeObjectsAtIndexes(places.get());
         for (const Ref<NSObject>& item : leaving)
-            self.members_->removeObject(item.get());
+            members(self).removeObject(item.get());
     }
     static void minusSet(NSMutableOrderedSet& self, NSSet* other) { keep(self, other, false); }
     static void minusOrderedSet(NSMutableOrderedSet& self, NSOrderedSet* other)
@@ -373,7 +388,7 @@ template <> struct NSMutableOrderedSet::Methods<struct Changing> {
     }
     static void sort(NSMutableOrderedSet& self, NSComparator::Owned* comparator)
     {
-        self.order_->sortUsingComparator(NSComparator(comparator));
+        order(self).sortUsingComparator(NSComparator(comparator));
     }
 
     static void table(Builder& t)

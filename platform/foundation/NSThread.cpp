@@ -122,6 +122,13 @@ void ThreadState::adopt(const std::shared_ptr<ThreadState>& state)
     pthread_setspecific(stateKey(), new std::shared_ptr<ThreadState>(state));
 }
 
+ThreadState& ThreadState::of(NSThread& thread)
+{
+    if (!thread.state_) [[unlikely]]
+        thread.state_ = std::make_shared<ThreadState>();
+    return *thread.state_;
+}
+
 Ref<NSRunLoop> ThreadState::ensureLoop()
 {
     const std::lock_guard guard(mutex);
@@ -180,13 +187,7 @@ template <> struct NSThread::Methods<struct Running> {
         thread->initWithTarget_selector_object(target, selector, argument)->start();
     }
 
-    /// Answers the state; a thread without `init` gets a fresh one.
-    static ThreadState& of(NSThread& self)
-    {
-        if (!self.state_) [[unlikely]]
-            self.state_ = std::make_shared<ThreadState>();
-        return *self.state_;
-    }
+    static ThreadState& of(NSThread& self) { return ThreadState::of(self); }
     static Ref<NSObject> init(NSThread& self)
     {
         if (!super<NSThread, "init", Ref<NSObject>>(self))

@@ -32,7 +32,8 @@ struct ThreadState : std::enable_shared_from_this<ThreadState> {
     Ref<NSRunLoop> ensureLoop();
     Ref<NSThread> ensureObject();
     void end();
-    static ThreadState& of(NSThread& thread) { return *thread.state_; }
+    /// Answers the state of a thread; one without `init` gets a fresh one.
+    static ThreadState& of(NSThread& thread);
 };
 
 }

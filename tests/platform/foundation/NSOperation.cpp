@@ -505,6 +505,17 @@ TEST(NSOperationQueue, KeepsItsQualityOfServiceAndTheMainOneIsTheHighest)
     main->setQualityOfService(NSQualityOfServiceBackground);
     EXPECT_EQ(main->qualityOfService(), NSQualityOfServiceUserInteractive);
 }
+TEST(NSOperationQueue, RunsOperationsWithoutInit)
+{
+    const Ref<NSOperationQueue> queue = alloc<NSOperationQueue>();
+    queue->waitUntilAllOperationsAreFinished();
+    bool ran = false;
+    queue->addOperationWithBlock([&] { ran = true; });
+    queue->waitUntilAllOperationsAreFinished();
+    EXPECT_TRUE(ran);
+    EXPECT_EQ(queue->qualityOfService(), NSQualityOfServiceDefault);
+}
+
 TEST(NSOperationQueue, RunsOperationsOfEveryQuality)
 {
     for (const NSQualityOfService quality :

@@ -125,6 +125,26 @@ TEST(NSOrderedSet, JoinsSubtractsAndMeets)
     EXPECT_EQ(text(set.get()), "cdb");
 }
 
+TEST(NSOrderedSet, TakesObjectsWithoutInit)
+{
+    const auto bare = [] { return alloc<NSMutableOrderedSet>(); };
+    EXPECT_FALSE(bare()->intersectsOrderedSet(letters("a").get()));
+    EXPECT_FALSE(bare()->intersectsSet(letters("a")->set().get()));
+    bare()->isSubsetOfOrderedSet(letters("a").get());
+    bare()->isSubsetOfSet(letters("a")->set().get());
+    bare()->removeAllObjects();
+    bare()->minusOrderedSet(letters("a").get());
+    bare()->intersectSet(nullptr);
+    bare()->sortUsingComparator([](NSObject*, NSObject*) { return NSOrderedSame; });
+    EXPECT_THROW(bare()->removeObjectAtIndex(0), Exception);
+    EXPECT_THROW(bare()->replaceObjectAtIndex_withObject(0, "a"_ns), Exception);
+    EXPECT_THROW(bare()->exchangeObjectAtIndex_withObjectAtIndex(0, 0), Exception);
+    const auto set = bare();
+    set->addObject("a"_ns);
+    set->unionOrderedSet(letters("ab").get());
+    EXPECT_EQ(text(set.get()), "ab");
+}
+
 TEST(NSOrderedSet, ComparesWithOtherSets)
 {
     EXPECT_TRUE(letters("abc")->isEqual(letters("abc").get()));

@@ -137,6 +137,15 @@ TEST(NSThread, TakesMessagesInItsRunLoop)
     waitFor(thread.get());
 }
 
+TEST(NSThread, TakesAMessageWithoutInit)
+{
+    const auto listener = make<ThreadListener>();
+    const Ref<NSThread> thread = alloc<NSThread>();
+    performSelector_onThread_withObject_waitUntilDone(
+        listener, selector<"call">, thread.get(), nullptr, false);
+    EXPECT_EQ(listener->calls, 0);
+}
+
 TEST(NSThread, DoesNotMakeAnybodyWaitOnceItHasEnded)
 {
     const auto listener = make<ThreadListener>();
