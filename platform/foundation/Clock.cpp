@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "Clock.h"
 
+#include "DispatchPrivate.h"
 #include "RunLoopPrivate.h"
 
 #include <atomic>
@@ -78,6 +79,7 @@ void Clock::useSystem()
     isTurnedByHand.store(false, std::memory_order_release);
     hasDate.store(false, std::memory_order_release);
     wakeEveryLoop();
+    queues::watchDelayed();
 }
 
 bool Clock::isVirtual() { return isTurnedByHand.load(std::memory_order_acquire); }

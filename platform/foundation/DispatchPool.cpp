@@ -285,6 +285,14 @@ void delay(std::int64_t due, DispatchQueue* queue, const Block<void()>& block)
     wakeKeeperLocked(p);
 }
 
+void watchDelayed()
+{
+    Pool& p = pool();
+    const std::lock_guard guard(p.mutex);
+    if (!p.delayed.empty())
+        wakeKeeperLocked(p);
+}
+
 void fireDelayed(std::int64_t now)
 {
     Pool& p = pool();

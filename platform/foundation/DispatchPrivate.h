@@ -64,6 +64,8 @@ namespace queues {
     /// Under a virtual clock the main loop moves time, and hands over here what has become due.
     void fireDelayed(std::int64_t now);
     std::int64_t nextDelayed();
+    /// Under the system's clock the pool does both: it looks at what waits since the other clock.
+    void watchDelayed();
 
     /// One event that somebody waits for.
     class Completion {

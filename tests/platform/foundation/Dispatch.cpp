@@ -266,6 +266,19 @@ TEST(DispatchSemaphores, AreWaitedForUntilMomentsThatNoClockReaches)
     }
 }
 
+TEST(DispatchAfter, KeepsItsMomentWhenTheClockRunsByItselfAgain)
+{
+    const Ref<DispatchSemaphore> end = dispatch_semaphore_create(0);
+    {
+        const VirtualClock clock;
+        dispatch_after(dispatch_time(DISPATCH_TIME_NOW, 1'000'000), global(),
+            [end] { dispatch_semaphore_signal(end.get()); });
+        const dispatch_time_t later = dispatch_time(DISPATCH_TIME_NOW, 20'000'000);
+        EXPECT_NE(dispatch_semaphore_wait(end.get(), later), 0); // the clock stands still
+    }
+    EXPECT_EQ(dispatch_semaphore_wait(end.get(), inTenSeconds()), 0);
+}
+
 TEST(DispatchAfter, DropsWhatIsNeverDue)
 {
     auto probe = std::make_shared<int>(0);
