@@ -197,6 +197,12 @@ void DispatchQueue::runHere(const Block<void()>& block, bool alone)
     queues::runAndWait([&](const Block<void()>& posted) { add(posted, alone); }, block);
 }
 
+bool DispatchQueue::isHeldBack()
+{
+    const std::lock_guard guard(mutex_);
+    return alone_ || !items_.empty();
+}
+
 // ---- the functions
 
 bool isMainQueue(const DispatchQueue* queue) { return queue->kind() == DispatchQueue::Kind::main; }

@@ -227,7 +227,9 @@ void dispatch_apply(
     }
     const auto sharing = std::make_shared<Sharing>(block, count);
     const SharingEnd end(*sharing);
-    for (std::size_t i = 1; i < std::min(count, queues::width()); ++i)
+    // Helpers that a barrier holds back until the caller has ended would only pile up.
+    const bool isAlone = queues::Frame::contains(queue) && queue->isHeldBack();
+    for (std::size_t i = 1; !isAlone && i < std::min(count, queues::width()); ++i)
         dispatch_async(queue, [sharing] { sharing->work(); });
     const queues::Frame frame(queue);
     sharing->work();

@@ -137,6 +137,8 @@ public:
     const std::string& label() const { return label_; }
     void add(Block<void()> block, bool alone);
     void runHere(const Block<void()>& block, bool alone);
+    /// Answers whether what is added waits for the end of a barrier.
+    bool isHeldBack();
 
 private:
     class Turn;

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "foundation/Dispatch.h"
 
+#include <algorithm>
 #include <atomic>
 #include <gtest/gtest.h>
 #include <limits>
@@ -12,6 +13,7 @@
 #include "foundation/NSRunLoop.h"
 #include "foundation/NSThread.h"
 #include "runtime/NSException.h"
+#include "support/Memory.h"
 #include "support/VirtualClock.h"
 
 using namespace brindle;
@@ -453,13 +455,32 @@ TEST(DispatchApply, LeavesItsClosureToTheCallerWhenItReturns)
 {
     const Ref<DispatchQueue> queue = dispatch_queue_create("own", DISPATCH_QUEUE_CONCURRENT);
     const Ref<DispatchSemaphore> end = dispatch_semaphore_create(0);
-    dispatch_barrier_async(queue.get(), [queue, end] {
-        const auto probe = std::make_shared<int>(0);
-        dispatch_apply(4, queue.get(), [probe](std::size_t) {});
-        EXPECT_EQ(probe.use_count(), 1); // though helpers wait for the barrier to end
-        dispatch_semaphore_signal(end.get());
+    dispatch_barrier_async(
+        queue.get(), [end] { EXPECT_EQ(dispatch_semaphore_wait(end.get(), inTenSeconds()), 0); });
+    const auto probe = std::make_shared<int>(0);
+    dispatch_apply(4, queue.get(), [probe](std::size_t) {});
+    EXPECT_EQ(probe.use_count(), 1); // though helpers wait for the barrier to end
+    dispatch_semaphore_signal(end.get());
+    dispatch_barrier_sync(queue.get(), [] {});
+}
+
+TEST(DispatchApply, LeavesNothingBehindWhereABarrierWouldHoldItBack)
+{
+    const Ref<DispatchQueue> queue = dispatch_queue_create("own", DISPATCH_QUEUE_CONCURRENT);
+    const auto growth = [queue] {
+        const std::size_t before = test::allocatedBytes();
+        for (int i = 0; i < 20'000; ++i)
+            dispatch_apply(4, queue.get(), [](std::size_t) {});
+        return static_cast<std::ptrdiff_t>(test::allocatedBytes() - before);
+    };
+    std::ptrdiff_t inside = 0;
+    dispatch_barrier_sync(queue.get(), [&] { inside = growth(); });
+    std::ptrdiff_t ahead = 0;
+    dispatch_sync(queue.get(), [&] {
+        dispatch_barrier_async(queue.get(), [] {});
+        ahead = growth();
     });
-    EXPECT_EQ(dispatch_semaphore_wait(end.get(), inTenSeconds()), 0);
+    EXPECT_LT(std::max(inside, ahead), 1'000'000);
 }
 
 TEST(DispatchOnce, RunsOnceAmongManyThreads)
