@@ -32,8 +32,8 @@ inline constexpr short NSDecimalNoScale = decimals::kNoScale;
 ///
 /// Arithmetic rounds as a behavior says: an object with the operations of `NSDecimalNumberHandler`. A nil behavior is the
 /// default one. No number (`notANumber`) in a calculation gives no number.
-/// Compared with a number of another kind it counts as the nearest double, a whole one to its last digit: 0.1 equals the double
-/// 0.1, and not the float 0.1f, which is another value.
+/// Compared with a number of another kind it counts as the nearest double, a whole one of at most 64 bits to its last digit:
+/// 0.1 equals the double 0.1, and not the float 0.1f, which is another value.
 /// - Nil: arithmetic and comparison with nil raise `NSInvalidArgumentException`.
 /// Thread: any; a number does not change.
 class NSDecimalNumber : public NSNumber {
