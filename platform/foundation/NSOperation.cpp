@@ -18,21 +18,21 @@ OperationAccess::Lock OperationAccess::lock()
     return Lock(mutex);
 }
 
-bool OperationAccess::isReady(const NSOperation& operation)
+void OperationAccess::readinessChanged(NSOperation& operation)
 {
-    return operation.cancelled_
-        || std::all_of(operation.dependencies_.begin(), operation.dependencies_.end(),
-            [](const Ref<NSOperation>& each) { return each->state_ == State::finished; });
+    if (operation.state_ != State::waiting || !operation.queue_)
+        return;
+    auto& ready = operation.queue_->ready_;
+    if (isReady(operation))
+        ready.emplace(operation.place_, &operation);
+    else
+        ready.erase(operation.place_);
 }
 
 void OperationAccess::begin(NSOperation& operation)
 {
-    if (operation.state_ == State::waiting && operation.queue_) {
-        auto& waiting = operation.queue_->waiting_;
-        const auto found = std::find(waiting.begin(), waiting.end(), &operation);
-        operation.queue_->begun_.push_back(std::move(*found));
-        waiting.erase(found);
-    }
+    if (operation.state_ == State::waiting && operation.queue_)
+        dequeue(operation);
     operation.state_ = State::executing;
 }
 
@@ -47,12 +47,6 @@ NSQualityOfService OperationAccess::knownQuality(NSQualityOfService quality)
     default:
         return NSQualityOfServiceDefault;
     }
-}
-
-Ref<NSOperationQueue> OperationAccess::queueOf(const NSOperation& operation)
-{
-    const Lock held = lock();
-    return operation.queue_;
 }
 
 template <> struct NSOperation::Methods<struct Work> {
@@ -101,8 +95,14 @@ template <> struct NSOperation::Methods<struct Work> {
 
     static void cancel(NSOperation& self)
     {
-        self.cancelled_ = true;
-        if (const Ref<NSOperationQueue> queue = OperationAccess::queueOf(self))
+        Ref<NSOperationQueue> queue;
+        {
+            const auto held = OperationAccess::lock();
+            self.cancelled_ = true;
+            OperationAccess::readinessChanged(self);
+            queue = self.queue_;
+        }
+        if (queue)
             OperationAccess::proceed(*queue);
     }
     static bool isCancelled(NSOperation& self) { return self.cancelled_; }
@@ -151,8 +151,11 @@ template <> struct NSOperation::Methods<struct Work> {
         if (self.state_ != State::waiting || std::find(all.begin(), all.end(), other) != all.end())
             return;
         all.emplace_back(other);
-        if (other->state_ != State::finished)
-            other->dependents_.emplace_back(&self);
+        if (other->state_ == State::finished)
+            return;
+        other->dependents_.emplace_back(&self);
+        ++self.unfinished_;
+        OperationAccess::readinessChanged(self);
     }
     static void removeDependency(NSOperation& self, NSOperation* other)
     {
@@ -170,6 +173,9 @@ template <> struct NSOperation::Methods<struct Work> {
                 released.push_back(each.get());
                 return !released.back() || released.back() == &self;
             });
+            if (other->state_ != State::finished)
+                --self.unfinished_;
+            OperationAccess::readinessChanged(self);
             queue = self.queue_;
         }
         if (queue)

@@ -31,6 +31,15 @@ enum NSQualityOfService : NSInteger {
     NSQualityOfServiceBackground = 0x09, ///< taken when nothing else waits
 };
 
+/// Where an operation stands in its queue: eras in their order, in each higher priorities first, those alike as they came.
+struct OperationPlace {
+    std::uint64_t era = 0;
+    NSInteger behind = 0; ///< the lower the priority, the farther
+    std::uint64_t number = 0;
+
+    friend auto operator<=>(const OperationPlace&, const OperationPlace&) = default;
+};
+
 /// A piece of work that may wait for others, be cancelled, and tell when it has ended. Subclasses override `main`.
 ///
 /// An operation runs once: in a queue, or where `start` is sent. It has ended when `main` returns or raises. One that was
@@ -109,6 +118,7 @@ private:
     enum class State : std::uint8_t { waiting, given, executing, finished };
 
     std::vector<Ref<NSOperation>> dependencies_;
+    std::size_t unfinished_ = 0; // of those
     std::vector<WeakRef<NSOperation>> dependents_;
     Ref<NSOperationQueue> queue_; // until it has ended
     Ref<DispatchGroup> end_; // made when somebody waits
@@ -116,7 +126,7 @@ private:
     Ref<NSString> name_;
     NSOperationQueuePriority priority_ = NSOperationQueuePriorityNormal;
     NSQualityOfService quality_ = NSQualityOfServiceDefault;
-    std::uint64_t era_ = 0; // of its queue
+    OperationPlace place_;
     State state_ = State::waiting;
     std::atomic<bool> cancelled_ { false };
 };

@@ -46,7 +46,7 @@ void OperationAccess::add(NSOperationQueue& queue, NSOperation& operation, Compa
         isTaken |= operation.queue_ || operation.state_ != State::waiting;
         if (!isTaken) {
             enqueue(queue, operation, company);
-            mayBegin = operation.era_ == queue.present_ && isReady(operation);
+            mayBegin = operation.place_.era == queue.present_ && isReady(operation);
         }
     }
     if (isTaken)
@@ -62,17 +62,23 @@ void OperationAccess::enqueue(NSOperationQueue& queue, NSOperation& operation, C
     auto& eras = queue.eras_;
     if (company == Company::none && eras.back() > 0)
         eras.push_back(0);
-    operation.era_ = queue.present_ + eras.size() - 1;
+    operation.place_
+        = { queue.present_ + eras.size() - 1, -NSInteger { operation.priority_ }, ++queue.added_ };
     ++eras.back();
     if (company == Company::none)
         eras.push_back(0);
-    const auto behind = std::upper_bound(queue.waiting_.begin(), queue.waiting_.end(), &operation,
-        [](const NSOperation* added, const Ref<NSOperation>& other) {
-            return added->era_ != other->era_ ? added->era_ < other->era_
-                                              : added->priority_ > other->priority_;
-        });
-    queue.waiting_.emplace(behind, &operation);
+    queue.waiting_.emplace(operation.place_, &operation);
+    readinessChanged(operation);
     dispatch_group_enter(queue.group_.get());
+}
+
+void OperationAccess::dequeue(NSOperation& operation)
+{
+    NSOperationQueue& queue = *operation.queue_;
+    const auto found = queue.waiting_.find(operation.place_);
+    queue.begun_.push_back(std::move(found->second));
+    queue.waiting_.erase(found);
+    queue.ready_.erase(operation.place_);
 }
 
 dispatch_queue_t OperationAccess::queueFor(
@@ -106,18 +112,13 @@ void OperationAccess::proceed(NSOperationQueue& queue)
         const auto hasRoom = [&queue] {
             return queue.most_ < 0 || queue.begun_.size() < static_cast<std::size_t>(queue.most_);
         };
-        auto& waiting = queue.waiting_;
-        for (auto at = waiting.begin(); at != waiting.end() && hasRoom() && !queue.suspended_;) {
-            if ((*at)->era_ != queue.present_)
-                break;
-            if (!isReady(**at)) {
-                ++at;
-                continue;
-            }
-            (*at)->state_ = State::given;
-            ready.push_back({ *at, queueFor(queue, **at) });
-            queue.begun_.push_back(std::move(*at));
-            at = waiting.erase(at);
+        const auto& all = queue.ready_;
+        while (!all.empty() && all.begin()->first.era == queue.present_ && hasRoom()
+            && !queue.suspended_) {
+            NSOperation& operation = *all.begin()->second;
+            dequeue(operation);
+            operation.state_ = State::given;
+            ready.push_back({ Ref<NSOperation>(&operation), queueFor(queue, operation) });
         }
     }
     for (Ready& each : ready)
@@ -145,7 +146,7 @@ void OperationAccess::run(NSOperation& operation)
 void OperationAccess::leaveEra(NSOperationQueue& queue, const NSOperation& operation)
 {
     auto& eras = queue.eras_;
-    --eras[operation.era_ - queue.present_];
+    --eras[operation.place_.era - queue.present_];
     while (eras.size() > 1 && eras.front() == 0) {
         eras.pop_front();
         ++queue.present_;
@@ -196,8 +197,11 @@ void OperationAccess::finish(NSOperation& operation)
         }
         for (const WeakRef<NSOperation>& weak : operation.dependents_) {
             released.push_back(weak.get());
-            if (const Ref<NSOperation>& waiting = released.back())
+            if (const Ref<NSOperation>& waiting = released.back()) {
+                --waiting->unfinished_;
+                readinessChanged(*waiting);
                 ending.add(waiting->queue_);
+            }
         }
         operation.dependents_.clear();
     }
@@ -272,7 +276,8 @@ template <> struct NSOperationQueue::Methods<struct Operations> {
     {
         const auto held = OperationAccess::lock();
         std::vector<Ref<NSOperation>> all(self.begun_.begin(), self.begun_.end());
-        all.insert(all.end(), self.waiting_.begin(), self.waiting_.end());
+        for (const auto& [place, operation] : self.waiting_)
+            all.push_back(operation);
         return all;
     }
     static Ref<NSArray> operations(NSOperationQueue& self)

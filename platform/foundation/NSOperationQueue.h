@@ -2,15 +2,15 @@
 #pragma once
 
 #include <deque>
+#include <map>
 
 #include "Dispatch.h"
+#include "NSOperation.h"
 #include "NSString.h"
 
 namespace brindle {
 
 class NSArray;
-class NSOperation;
-enum NSQualityOfService : NSInteger;
 
 /// As many as the machine runs well; operations of a queue are not held back then.
 inline constexpr NSInteger NSOperationQueueDefaultMaxConcurrentOperationCount = -1;
@@ -92,14 +92,16 @@ private:
     Ref<DispatchQueue> queue_
         = dispatch_queue_create("brindle.operations", DISPATCH_QUEUE_CONCURRENT);
     Ref<DispatchGroup> group_ = dispatch_group_create();
-    std::deque<Ref<NSOperation>> waiting_; // by era, in each higher priorities first
+    std::map<OperationPlace, Ref<NSOperation>> waiting_;
+    std::map<OperationPlace, NSOperation*> ready_; // of those, the ones that wait for nothing
+    std::uint64_t added_ = 0;
     std::deque<Ref<NSOperation>> begun_;
     Ref<NSString> name_;
     NSInteger most_ = NSOperationQueueDefaultMaxConcurrentOperationCount;
     // What is between two barriers, and a barrier, is an era: how many operations of each have not ended, the present one first.
     std::deque<std::size_t> eras_ { 0 };
     std::uint64_t present_ = 0;
-    NSQualityOfService quality_ { -1 }; // the default
+    NSQualityOfService quality_ = NSQualityOfServiceDefault;
     bool suspended_ = false;
 };
 

@@ -16,7 +16,12 @@ struct OperationAccess {
     using Lock = std::unique_lock<std::mutex>;
 
     static Lock lock();
-    static bool isReady(const NSOperation& operation);
+    static bool isReady(const NSOperation& operation)
+    {
+        return operation.cancelled_ || operation.unfinished_ == 0;
+    }
+    /// Enters an operation that waits in a queue among the ready ones there, or takes it out. The lock is held.
+    static void readinessChanged(NSOperation& operation);
 
     enum class Company { others, none };
 
@@ -24,6 +29,8 @@ struct OperationAccess {
     static void add(NSOperationQueue& queue, NSOperation& operation, Company company);
     /// Puts an operation behind those of its era and priority. The lock is held.
     static void enqueue(NSOperationQueue& queue, NSOperation& operation, Company company);
+    /// Counts one that waits in a queue as begun there. The lock is held.
+    static void dequeue(NSOperation& operation);
     /// Marks an operation as running; its queue no longer begins it. The lock is held.
     static void begin(NSOperation& operation);
     /// Begins what may begin now.
@@ -43,7 +50,6 @@ struct OperationAccess {
     static dispatch_queue_t queueFor(const NSOperationQueue& queue, const NSOperation& operation);
     /// Counts an operation that has ended; the next era begins with the last one. The lock is held.
     static void leaveEra(NSOperationQueue& queue, const NSOperation& operation);
-    static Ref<NSOperationQueue> queueOf(const NSOperation& operation);
 };
 
 }

@@ -463,6 +463,38 @@ TEST(NSOperationQueue, RunsManyThatWaitForOne)
     queue->waitUntilAllOperationsAreFinished();
     EXPECT_EQ(runs, kMany);
 }
+TEST(NSOperationQueue, RunsManyThatEachWaitForTheOneBefore)
+{
+    constexpr int kMany = 50000;
+    const auto queue = heldQueue();
+    int runs = 0; // one after another
+    Ref<NSBlockOperation> last;
+    for (int i = 0; i < kMany; ++i) {
+        const auto work = operation([&] { ++runs; });
+        if (last)
+            work->addDependency(last.get());
+        queue->addOperation(work.get());
+        last = work;
+    }
+    finish(queue);
+    EXPECT_EQ(runs, kMany);
+}
+TEST(NSOperationQueue, HoldsBackWhatIsToWaitAfterItWasAdded)
+{
+    const auto queue = heldQueue();
+    std::string log;
+    const auto first = operation([&] { log += "1"; });
+    const auto second = operation([&] { log += "2"; });
+    const auto third = operation([&] { log += "3"; });
+    first->addDependency(second.get());
+    for (NSOperation* each : { first.get(), second.get(), third.get() })
+        queue->addOperation(each);
+    second->addDependency(third.get());
+    second->addDependency(first.get());
+    second->removeDependency(first.get());
+    finish(queue);
+    EXPECT_EQ(log, "321");
+}
 TEST(NSBlockOperation, RunsEachBlockThatItTookWhileItBegan)
 {
     for (int round = 0; round < 100; ++round) {
