@@ -11,6 +11,7 @@
 #include "appkit/windows/NSWindowPrivate.h"
 #include "foundation/Exceptions.h"
 #include "foundation/NSNotificationCenter.h"
+#include "quartz/layers/AllServedPrivate.h"
 #include "runtime/Table.h"
 
 namespace brindle {
@@ -72,11 +73,10 @@ template <> struct NSClipView::Methods<struct Content> {
                 "*** -[NSClipView setDocumentView:]: a view cannot be put into itself");
         const Ref<NSClipView> alive(&self);
         const Ref<NSView> fresh(view);
+        AllServed all;
         if (const Ref<NSView> old = forget(self))
-            old->removeFromSuperview();
-        if (self.documentView_)
-            return; // the end of editing in the old one has set another one
-        if (fresh) {
+            ViewAccess::takeOut(*old, all);
+        if (fresh && !self.documentView_) { // or the end of editing in the old one has set one
             self.documentView_ = fresh;
             if (ViewAccess::superview(*fresh) != &self)
                 self.addSubview(fresh.get());
@@ -84,6 +84,7 @@ template <> struct NSClipView::Methods<struct Content> {
         }
         self.setNeedsDisplay(true);
         settle(self);
+        all.end();
     }
     static void willRemoveSubview(NSClipView& self, NSView* view)
     {

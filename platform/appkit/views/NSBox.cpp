@@ -5,12 +5,14 @@
 #include <cmath>
 
 #include "CodingPrivate.h"
+#include "NSViewPrivate.h"
 #include "appkit/NSColor.h"
 #include "appkit/NSFont.h"
 #include "appkit/NSGraphicsContext.h"
 #include "appkit/NSTextFieldCell.h"
 #include "appkit/controls/ControlDrawingPrivate.h"
 #include "foundation/Exceptions.h"
+#include "quartz/layers/AllServedPrivate.h"
 
 namespace brindle {
 
@@ -232,14 +234,16 @@ template <> struct NSBox::Methods<struct Boxes> {
         if (fresh == self.contentView_)
             return;
         const Ref<NSBox> alive(&self);
+        AllServed all;
         if (const Ref<NSView> old = std::exchange(self.contentView_, nullptr))
-            old->removeFromSuperview();
-        if (self.contentView_)
-            return; // the end of editing in the old one has set another one
-        super<NSBox, "addSubview:positioned:relativeTo:">(
-            self, fresh.get(), NSWindowAbove, static_cast<NSView*>(nullptr));
-        self.contentView_ = fresh;
-        tile(self);
+            ViewAccess::takeOut(*old, all);
+        if (!self.contentView_) { // or the end of editing in the old one has set another one
+            super<NSBox, "addSubview:positioned:relativeTo:">(
+                self, fresh.get(), NSWindowAbove, static_cast<NSView*>(nullptr));
+            self.contentView_ = fresh;
+            tile(self);
+        }
+        all.end();
     }
     // What a host puts into the box goes where it shows.
     static void addSubview(NSBox& self, NSView* view, NSWindowOrderingMode place, NSView* other)

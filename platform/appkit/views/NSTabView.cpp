@@ -4,10 +4,12 @@
 #include <algorithm>
 
 #include "CodingPrivate.h"
+#include "NSViewPrivate.h"
 #include "TabPrivate.h"
 #include "appkit/NSFont.h"
 #include "appkit/NSWindow.h"
 #include "foundation/Exceptions.h"
+#include "quartz/layers/AllServedPrivate.h"
 
 namespace brindle {
 
@@ -108,17 +110,17 @@ template <> struct NSTabView::Methods<struct Items> {
     static void show(NSTabView& self, const Ref<NSTabViewItem>& item)
     {
         const Ref<NSTabViewItem> old = std::exchange(self.selected_, item);
+        AllServed all;
         if (old) {
             TabAccess::setState(*old, NSBackgroundTab);
             const Ref<NSView> view = old->view();
             if (view->superview() == &self)
-                view->removeFromSuperview();
+                ViewAccess::takeOut(*view, all);
         }
-        if (self.selected_ != item)
-            return; // the end of editing in the old one has selected another one
-        if (item)
+        if (item && self.selected_ == item) // or the end of editing in the old one has chosen
             TabAccess::setState(*item, NSSelectedTab);
         tile(self);
+        all.end();
     }
     static void select(NSTabView& self, NSTabViewItem* lent)
     {

@@ -8,6 +8,7 @@
 #include "appkit/NSViewController.h"
 #include "appkit/windows/NSWindowPrivate.h"
 #include "foundation/NSArray.h"
+#include "quartz/layers/AllServedPrivate.h"
 #include "runtime/NSException.h"
 #include "runtime/Runtime.h"
 
@@ -327,6 +328,14 @@ template <> struct NSView::Methods<struct Hierarchy> {
     }
 };
 BRINDLE_RECORD(NSView, Hierarchy)
+
+void ViewAccess::takeOut(NSView& view, AllServed& all)
+{
+    const NSView* const parent = superview(view);
+    const auto remove = [&view] { view.removeFromSuperview(); };
+    if (!all.serve(remove) && superview(view) == parent)
+        all.serve(remove);
+}
 
 void ViewAccess::setRootOf(NSView& view, NSWindow* window)
 {

@@ -6,6 +6,8 @@
 
 namespace brindle {
 
+class AllServed;
+
 /// How a view's coordinates lie in others': each axis is scaled and moved.
 struct AxisTransform {
     double scaleX = 1;
@@ -49,6 +51,8 @@ struct ViewAccess {
     static AxisTransform toWindow(const NSView& view);
     /// Makes a view the topmost one of a window, or none of any; sends the window hooks.
     static void setRootOf(NSView& view, NSWindow* window);
+    /// Takes a view out of its superview, also when the end of editing in it raises, which then is over.
+    static void takeOut(NSView& view, AllServed& all);
     /// Tells a view's window that tracking areas lie elsewhere now, and its layer where it is.
     static void geometryChanged(NSView& view);
     /// Moves the origin of the bounds; what shows is marked for drawing or left to the caller.

@@ -6,6 +6,7 @@
 #include "appkit/application/NSApplicationPrivate.h"
 #include "appkit/views/NSViewPrivate.h"
 #include "foundation/NSNotificationCenter.h"
+#include "quartz/layers/AllServedPrivate.h"
 #include "runtime/NSException.h"
 #include "runtime/Runtime.h"
 
@@ -90,14 +91,17 @@ template <> struct NSWindow::Methods<struct Basics> {
         if (fresh == state.contentView)
             return;
         NSView& holder = WindowAccess::frameView(self);
-        const Ref<NSView> old = std::exchange(state.contentView, fresh);
-        if (old)
-            old->removeFromSuperview();
-        if (state.contentView != fresh)
-            return; // the end of editing in the old one has set another one
-        fresh->setFrame(area);
-        fresh->setAutoresizingMask(NSViewNotSizable); // the window sets its frame
-        holder.addSubview_positioned_relativeTo(fresh.get(), NSWindowBelow, nullptr);
+        AllServed all;
+        if (const Ref<NSView> old = std::exchange(state.contentView, fresh))
+            ViewAccess::takeOut(*old, all);
+        // The end of editing in the old one may have set another one, or that one again.
+        const Ref<NSView> present = state.contentView;
+        if (present == fresh || present->superview() != &holder) {
+            present->setFrame(area);
+            present->setAutoresizingMask(NSViewNotSizable); // the window sets its frame
+            holder.addSubview_positioned_relativeTo(present.get(), NSWindowBelow, nullptr);
+        }
+        all.end();
     }
 
     // ---- what it is

@@ -165,25 +165,36 @@ namespace {
 
     // ---- a view with the field goes, and who is told puts another one in its place
 
-    TEST_F(EndOfEditing, MaySelectAnotherTabWhileOneIsSelected)
-    {
-        const Ref<NSTabView> tabs = desk.add<NSTabView>(NSMakeRect(120, 10, 170, 150));
-        const auto add = [&](NSString* label) {
+    /// Three tabs, of which the first shows.
+    struct Tabs {
+        Ref<NSTabView> tabs;
+        Ref<NSTabViewItem> sound = add("Sound"_ns);
+        Ref<NSTabViewItem> light = add("Light"_ns);
+        Ref<NSTabViewItem> heat = add("Heat"_ns);
+
+        explicit Tabs(EditingDesk& desk)
+            : tabs(desk.add<NSTabView>(NSMakeRect(120, 10, 170, 150)))
+        {
+        }
+        Ref<NSTabViewItem> add(NSString* label) const
+        {
             const Ref<NSTabViewItem> item = alloc<NSTabViewItem>()->initWithIdentifier(label);
             tabs->addTabViewItem(item.get());
             return item;
-        };
-        const Ref<NSTabViewItem> sound = add("Sound"_ns);
-        const Ref<NSTabViewItem> light = add("Light"_ns);
-        const Ref<NSTabViewItem> heat = add("Heat"_ns);
-        typeInside(sound->view());
-        const AtTheEndOfEditing selects([&] { tabs->selectTabViewItem(heat.get()); });
-        tabs->selectTabViewItem(light.get());
-        EXPECT_EQ(tabs->selectedTabViewItem(), heat);
-        EXPECT_EQ(heat->tabState(), NSSelectedTab);
-        EXPECT_EQ(light->tabState(), NSBackgroundTab);
-        EXPECT_EQ(heat->view()->superview(), tabs);
-        EXPECT_EQ(light->view()->superview(), nullptr);
+        }
+    };
+
+    TEST_F(EndOfEditing, MaySelectAnotherTabWhileOneIsSelected)
+    {
+        const Tabs t(desk);
+        typeInside(t.sound->view());
+        const AtTheEndOfEditing selects([&] { t.tabs->selectTabViewItem(t.heat.get()); });
+        t.tabs->selectTabViewItem(t.light.get());
+        EXPECT_EQ(t.tabs->selectedTabViewItem(), t.heat);
+        EXPECT_EQ(t.heat->tabState(), NSSelectedTab);
+        EXPECT_EQ(t.light->tabState(), NSBackgroundTab);
+        EXPECT_EQ(t.heat->view()->superview(), t.tabs);
+        EXPECT_EQ(t.light->view()->superview(), nullptr);
     }
 
     TEST_F(EndOfEditing, MayShowAnotherDocumentWhileOneIsShown)
@@ -218,6 +229,79 @@ namespace {
         desk.window->setContentView(lost.get());
         EXPECT_EQ(desk.window->contentView(), wanted);
         EXPECT_EQ(lost->superview(), nullptr);
+    }
+
+    TEST_F(EndOfEditing, MayGoBackToTheTabThatIsLeft)
+    {
+        const Tabs t(desk);
+        typeInside(t.sound->view());
+        const AtTheEndOfEditing selects([&] { t.tabs->selectTabViewItem(t.sound.get()); });
+        t.tabs->selectTabViewItem(t.light.get());
+        EXPECT_TRUE(selects.happened());
+        EXPECT_EQ(t.tabs->selectedTabViewItem(), t.sound);
+        EXPECT_EQ(t.sound->tabState(), NSSelectedTab);
+        EXPECT_EQ(t.sound->view()->superview(), t.tabs);
+    }
+
+    TEST_F(EndOfEditing, MayGiveTheWindowItsOldContentBack)
+    {
+        const Ref<NSView> old = desk.window->contentView();
+        const AtTheEndOfEditing gives([&] { desk.window->setContentView(old.get()); });
+        desk.window->setContentView(make<NSView>().get());
+        EXPECT_TRUE(gives.happened());
+        EXPECT_EQ(desk.window->contentView(), old);
+        EXPECT_EQ(old->window(), desk.window);
+    }
+
+    // ---- a view with the field goes, and who is told raises
+
+    struct RaisingEndOfEditing : EndOfEditing {
+        static void fault() { raise("Fault", "on purpose"); }
+    };
+
+    TEST_F(RaisingEndOfEditing, LetsAnotherTabShowItsView)
+    {
+        const Tabs t(desk);
+        typeInside(t.sound->view());
+        const AtTheEndOfEditing raises(fault);
+        EXPECT_THROW(t.tabs->selectTabViewItem(t.light.get()), Exception);
+        EXPECT_EQ(t.light->tabState(), NSSelectedTab);
+        EXPECT_EQ(t.light->view()->superview(), t.tabs);
+        EXPECT_EQ(t.sound->view()->superview(), nullptr);
+    }
+
+    TEST_F(RaisingEndOfEditing, LetsAnotherDocumentTakeThePlaceOfTheOld)
+    {
+        const Ref<NSClipView> clip = desk.add<NSClipView>(NSMakeRect(120, 10, 170, 150));
+        const Ref<NSView> old = make<NSView>();
+        const Ref<NSView> fresh = make<NSView>();
+        clip->setDocumentView(old.get());
+        typeInside(old);
+        const AtTheEndOfEditing raises(fault);
+        EXPECT_THROW(clip->setDocumentView(fresh.get()), Exception);
+        EXPECT_EQ(clip->documentView(), fresh);
+        EXPECT_EQ(clip->subviews()->count(), 1U);
+    }
+
+    TEST_F(RaisingEndOfEditing, LetsABoxTakeOtherContent)
+    {
+        const Ref<NSBox> box = desk.add<NSBox>(NSMakeRect(120, 10, 170, 150));
+        const Ref<NSView> fresh = make<NSView>();
+        typeInside(box->contentView());
+        const AtTheEndOfEditing raises(fault);
+        EXPECT_THROW(box->setContentView(fresh.get()), Exception);
+        EXPECT_EQ(box->contentView(), fresh);
+        EXPECT_EQ(box->subviews()->count(), 1U);
+    }
+
+    TEST_F(RaisingEndOfEditing, LetsTheWindowTakeOtherContent)
+    {
+        const Ref<NSView> old = desk.window->contentView();
+        const Ref<NSView> fresh = make<NSView>();
+        const AtTheEndOfEditing raises(fault);
+        EXPECT_THROW(desk.window->setContentView(fresh.get()), Exception);
+        EXPECT_EQ(fresh->window(), desk.window);
+        EXPECT_EQ(old->window(), nullptr);
     }
 
 }
