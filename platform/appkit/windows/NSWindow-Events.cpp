@@ -81,16 +81,19 @@ template <> struct NSWindow::Methods<struct Events> {
         if (present != &self && !resigns(self, *present))
             return false;
         if (of(self).focusings != focusings && of(self).firstResponder)
-            return of(self).firstResponder == wanted; // whoever heard that it resigns has chosen
+            return of(self).focused.get() == wanted; // whoever heard that it resigns has chosen
         of(self).firstResponder = nullptr;
         if (wanted == &self)
             return true;
         if ((wasInside && !isInside(self, *wanted)) || !wanted->acceptsFirstResponder())
             return false;
         ++of(self).focusings;
+        of(self).isResigning = false; // the one that is being asked no longer has the keyboard
         of(self).firstResponder = wanted; // it may look while it is asked
-        if (wanted->becomeFirstResponder())
+        if (wanted->becomeFirstResponder()) {
+            of(self).focused = wanted.get();
             return true;
+        }
         if (of(self).firstResponder == wanted)
             of(self).firstResponder = nullptr;
         return false;

@@ -76,6 +76,7 @@ struct WindowState {
     Ref<NSView> frameView;
     Ref<NSView> contentView;
     Ref<NSResponder> firstResponder; // nil is the window itself
+    WeakRef<NSResponder> focused; // took the keyboard last, and may have lent it to an editor
     WeakRef<NSView> initialFirstResponder;
     Ref<NSObject> fieldEditor; // NSText; none before a field asks for it
     Ref<NSObject> undoManager; // NSUndoManager; none before somebody asks for it

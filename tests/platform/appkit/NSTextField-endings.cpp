@@ -140,6 +140,45 @@ namespace {
         EXPECT_EQ(desk.window->firstResponder(), desk.window);
     }
 
+    TEST_F(EndOfEditing, AnswersYesWhenWhoIsToldGaveTheKeyboardToTheSameField)
+    {
+        const AtTheEndOfEditing moves([this] { desk.window->makeFirstResponder(second.get()); });
+        EXPECT_TRUE(desk.window->makeFirstResponder(second.get()));
+        EXPECT_TRUE(moves.happened());
+        EXPECT_TRUE(isBeingEdited(*second));
+    }
+
+    TEST_F(EndOfEditing, LeavesTheKeyboardInNoFieldThatIsHiddenMeanwhile)
+    {
+        const AtTheEndOfEditing hides([this] {
+            desk.window->makeFirstResponder(third.get());
+            third->setHidden(true);
+        });
+        desk.click(*second, { 50, 11 });
+        desk.type(u"fig");
+        EXPECT_TRUE(hides.happened());
+        EXPECT_FALSE(isBeingEdited(*third));
+        EXPECT_EQ(utf8Of(third->stringValue().get()), "");
+        EXPECT_EQ(utf8Of(second->stringValue().get()), "fig");
+    }
+
+    TEST_F(EndOfEditing, ComesInAFieldThatGoesMeanwhileWithTheViewAround)
+    {
+        const Ref<NSView> around = desk.add<NSView>(NSMakeRect(120, 10, 100, 100));
+        const Ref<NSTextField> inner
+            = cast<NSTextField>(alloc<NSTextField>()->initWithFrame(kField));
+        around->addSubview(inner.get());
+        int ended = 0;
+        const AtTheEndOfEditing removes([&] {
+            desk.window->makeFirstResponder(inner.get());
+            const AtTheEndOfEditing counts([&ended] { ++ended; });
+            around->removeFromSuperview();
+        });
+        desk.window->makeFirstResponder(second.get());
+        EXPECT_EQ(ended, 1);
+        EXPECT_TRUE(isBeingEdited(*second));
+    }
+
     // ---- who is asked raises
 
     TEST_F(EndOfEditing, ComesThoughWhoWasAskedBeforeRaised)
