@@ -1,4 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
+#include <algorithm>
+#include <optional>
+
 #include "NSTableViewPrivate.h"
 #include "appkit/NSWindow.h"
 #include "appkit/views/NSViewPrivate.h"
@@ -45,33 +48,47 @@ template <> struct NSTableView::Methods<struct Views> {
         const Ref<NSIndexSet> rowsAlive(rows);
         const Ref<NSIndexSet> columnsAlive(columns);
         const std::vector<ShownRow> shown = of(self).shown;
-        const std::size_t generation = of(self).generation;
         for (const ShownRow& row : shown) {
-            if (rows->containsIndex(static_cast<NSUInteger>(row.row)))
-                reloadRow(self, row, *columns);
-            if (of(self).generation != generation)
-                return;
+            if (rows->containsIndex(static_cast<NSUInteger>(row.row))
+                && !reloadRow(self, *row.view, *columns))
+                return TableAccess::forget(self);
         }
     }
-    static void reloadRow(NSTableView& self, const ShownRow& shown, const NSIndexSet& columns)
+    /// Answers the row that a row view shows now; nothing when it has been put away.
+    static std::optional<ShownRow> rowOf(NSTableView& self, const NSTableRowView& view)
     {
-        const std::size_t generation = of(self).generation;
-        for (std::size_t i = 0; i < TableAccess::cells(*shown.view).size(); ++i) {
+        const std::vector<ShownRow>& shown = of(self).shown;
+        const auto found = std::ranges::find_if(
+            shown, [&view](const ShownRow& row) { return row.view.get() == &view; });
+        return found == shown.end() ? std::nullopt : std::optional(*found);
+    }
+    /// - Returns: NO when rows were loaded or changed by who was asked for a cell.
+    static bool reloadRow(NSTableView& self, NSTableRowView& view, const NSIndexSet& columns)
+    {
+        const std::vector<Ref<NSView>>& cells = TableAccess::cells(view);
+        for (std::size_t i = 0; i < cells.size(); ++i) {
             if (!columns.containsIndex(i))
                 continue;
-            if (const Ref<NSView> old = TableAccess::cells(*shown.view)[i]) {
+            const Ref<NSView> old = cells[i];
+            if (old)
                 old->removeFromSuperview(); // ends editing in it
-                if (of(self).generation != generation)
-                    return;
+            const std::optional<ShownRow> shown = rowOf(self, view);
+            if (!shown)
+                return true; // who was told has put it away, and its cells
+            if (i >= cells.size() || cells[i])
+                continue; // or has filled it
+            if (old)
                 of(self).store.put(old);
-            }
-            TableAccess::fillCell(self, *shown.view, static_cast<NSInteger>(i), shown.row);
+            const std::size_t generation = of(self).generation;
+            TableAccess::fillCell(self, view, static_cast<NSInteger>(i), shown->row);
             if (of(self).generation != generation)
-                return;
+                return false;
         }
-        TableAccess::placeCells(self, *shown.view, shown.place);
-        shown.view->setNeedsDisplay(true);
+        if (const std::optional<ShownRow> shown = rowOf(self, view))
+            TableAccess::placeCells(self, view, shown->place);
+        view.setNeedsDisplay(true);
         TableAccess::showStates(self);
+        return true;
     }
     static void heightsChanged(NSTableView& self, NSIndexSet* changed)
     {

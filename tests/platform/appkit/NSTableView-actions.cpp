@@ -352,6 +352,34 @@ namespace {
         EXPECT_EQ(t->subviews()->count(), 10U);
     }
 
+    TEST_F(TableEditing, ItsEndMayMoveTheRowThatIsLoaded)
+    {
+        t->editColumn_row_withEvent_select(0, 3, nullptr, true);
+        screen.keyboard().type(u"fig");
+        t.host->setValue_ = [this](NSObject*, NSTableColumn&, NSInteger) {
+            t->moveRowAtIndex_toIndex(3, 0);
+            values[0] = "fig";
+        };
+        loadRow(3);
+        EXPECT_EQ(t->rowViewAtRow_makeIfNecessary(0, false)->subviews()->count(), 2U);
+        EXPECT_EQ(word(0), "fig");
+    }
+
+    TEST_F(TableEditing, ItsEndMayInsertRowsWhileOthersAreLoadedToo)
+    {
+        t->editColumn_row_withEvent_select(0, 3, nullptr, true);
+        screen.keyboard().type(u"fig");
+        t.host->setValue_ = [this](NSObject*, NSTableColumn&, NSInteger) {
+            t.host->rows_ = 101;
+            t->insertRowsAtIndexes_withAnimation(test::indexes({ 0 }).get(), 0);
+            values[5] = "new";
+        };
+        t->reloadDataForRowIndexes_columnIndexes(
+            test::indexes({ 3, 4 }).get(), test::indexes({ 0 }).get());
+        EXPECT_EQ(t->rowViewAtRow_makeIfNecessary(4, false)->subviews()->count(), 2U);
+        EXPECT_EQ(word(5), "new");
+    }
+
 }
 
 }
