@@ -93,6 +93,8 @@ template <> struct TableHost::Methods<struct Answers> {
     static void didRemove(H& self, NSTableView*, NSTableRowView*, NSInteger row)
     {
         self.log_ += "-" + std::to_string(row) + " ";
+        if (self.rowGone_)
+            self.rowGone_();
     }
     static void selectionChanged(H& self, NSNotification*) { self.log_ += "selected "; }
     static void selectionChanges(H& self, NSNotification*) { self.log_ += "selecting "; }

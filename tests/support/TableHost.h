@@ -37,6 +37,7 @@ public:
     std::function<Ref<NSString>(NSInteger)> word_;
     std::function<bool(NSInteger, NSInteger)> mayMove_;
     bool tellsRows_ = false; // views that come and go are in the log
+    std::function<void()> rowGone_; // after the log
     std::string log_;
 };
 

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "NSTableViewPrivate.h"
+#include "quartz/layers/AllServedPrivate.h"
 #include "runtime/Table.h"
 
 namespace brindle {
@@ -41,8 +42,10 @@ template <> struct NSTableView::Methods<struct Changes> {
         std::sort(kept.begin(), kept.end(),
             [](const ShownRow& a, const ShownRow& b) { return a.row < b.row; });
         of(self).shown = std::move(kept);
+        AllServed all;
         for (const ShownRow& shown : gone) // the list is right before anybody hears of it
-            TableAccess::takeOut(self, shown);
+            all.serve([&] { TableAccess::takeOut(self, shown); });
+        all.end();
     }
     static void finish(
         NSTableView& self, const NSIndexSet& selection, const Renumbering& fresh, bool moves)
@@ -53,7 +56,8 @@ template <> struct NSTableView::Methods<struct Changes> {
         const bool lost = selection.count() != s.selection->count();
         s.selection = cast<NSMutableIndexSet>(selection.mutableCopy());
         const std::size_t generation = ++s.generation;
-        renumberShown(self, fresh);
+        AllServed all;
+        all.serve([&] { renumberShown(self, fresh); });
         if (s.generation == generation) { // or who was told has loaded or changed the rows anew
             self.tile();
             TableAccess::place(self, moves);
@@ -63,6 +67,7 @@ template <> struct NSTableView::Methods<struct Changes> {
         if (lost)
             TableAccess::postSelection(self);
         TableAccess::trimSelection(self);
+        all.end();
     }
 
     // ---- rows come

@@ -7,6 +7,7 @@
 #include "appkit/views/NSViewPrivate.h"
 #include "appkit/views/PropertyMovementPrivate.h"
 #include "foundation/Clock.h"
+#include "quartz/layers/AllServedPrivate.h"
 #include "runtime/Runtime.h"
 #include "runtime/Table.h"
 
@@ -178,26 +179,32 @@ void TableAccess::showStates(NSTableView& table)
 void TableAccess::putAway(NSTableView& table, const Ref<NSTableRowView>& view)
 {
     ViewStore& store = state(table).store;
+    AllServed all; // editing may end in them
     for (std::size_t i = 0; i < cells(*view).size(); ++i) { // removing a view may change the list
         const Ref<NSView> cell = std::exchange(cells(*view)[i], nullptr);
         if (!cell || ViewAccess::superview(*cell) != view.get())
             continue;
-        cell->removeFromSuperviewWithoutNeedingDisplay();
+        ViewAccess::takeOut(*cell, all);
         store.put(cell);
     }
     if (ViewAccess::superview(*view) == &table)
-        view->removeFromSuperview();
+        ViewAccess::takeOut(*view, all);
     store.put(view);
+    all.end();
 }
 
 // The delegate is told while the cell views are still there.
 void TableAccess::takeOut(NSTableView& table, const ShownRow& gone)
 {
+    AllServed all;
     if (const Ref<NSObject> delegate = delegateFor<"tableView:didRemoveRowView:forRow:">(table)) {
-        gone.view->removeFromSuperview();
-        delegate->send<"tableView:didRemoveRowView:forRow:">(&table, gone.view.get(), gone.row);
+        ViewAccess::takeOut(*gone.view, all);
+        all.serve([&] {
+            delegate->send<"tableView:didRemoveRowView:forRow:">(&table, gone.view.get(), gone.row);
+        });
     }
-    putAway(table, gone.view);
+    all.serve([&] { putAway(table, gone.view); });
+    all.end();
 }
 
 namespace {
@@ -276,10 +283,12 @@ void TableAccess::forget(NSTableView& table)
     TableState& s = state(table);
     const Ref<NSTableView> alive(&table);
     ++s.generation;
+    AllServed all;
     const std::vector<ShownRow> gone = std::exchange(s.shown, {});
     for (const ShownRow& shown : gone)
-        takeOut(table, shown);
+        all.serve([&] { takeOut(table, shown); });
     table.setNeedsDisplay(true);
+    all.end();
 }
 
 // ---- making a row

@@ -6,6 +6,7 @@
 #include "appkit/NSWindow.h"
 #include "appkit/views/NSViewPrivate.h"
 #include "foundation/NSNotificationCenter.h"
+#include "quartz/layers/AllServedPrivate.h"
 #include "runtime/Table.h"
 
 namespace brindle {
@@ -15,9 +16,11 @@ void TableAccess::reload(NSTableView& table)
     const Ref<NSTableView> alive(&table);
     if (!load(table))
         return;
-    forget(table);
+    AllServed all;
+    all.serve([&] { forget(table); });
     table.tile();
     trimSelection(table);
+    all.end();
 }
 
 template <> struct NSTableView::Methods<struct Views> {
@@ -33,12 +36,14 @@ template <> struct NSTableView::Methods<struct Views> {
         const Ref<NSTableView> alive(&self);
         if (!TableAccess::load(self))
             return;
+        AllServed all;
         if (!of(self).shown.empty() && of(self).shown.back().row >= TableAccess::count(self))
-            TableAccess::forget(self);
+            all.serve([&] { TableAccess::forget(self); });
         self.tile();
         TableAccess::place(self, false);
         TableAccess::trimSelection(self);
         self.setNeedsDisplay(true);
+        all.end();
     }
     static void reloadSome(NSTableView& self, NSIndexSet* rows, NSIndexSet* columns)
     {

@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include "SmallWindow.h"
+#include "runtime/NSException.h"
 #include "support/Memory.h"
 #include "support/TableHost.h"
 
@@ -331,6 +332,38 @@ namespace {
         EXPECT_EQ(t->numberOfRows(), 40);
         t->endUpdates();
         EXPECT_EQ(t->numberOfRows(), 40);
+    }
+
+    // ---- who is told or asked
+
+    struct RaisingHost : TableTest {
+        void SetUp() override
+        {
+            TableTest::SetUp();
+            t.host->tellsRows_ = true;
+            t->reloadData();
+            screen.process();
+            t.host->rowGone_ = [this] {
+                t.host->rowGone_ = nullptr;
+                raise("Fault", "on purpose");
+            };
+        }
+    };
+
+    TEST_F(RaisingHost, LeavesNoOldRowsWhenItIsLoaded)
+    {
+        EXPECT_THROW(t->reloadData(), Exception);
+        screen.process();
+        EXPECT_EQ(t->subviews()->count(), 10U);
+    }
+
+    TEST_F(RaisingHost, LeavesRowsInTheirPlacesWhenOthersAreRemoved)
+    {
+        EXPECT_THROW(
+            t->removeRowsAtIndexes_withAnimation(indexes({ 1, 2, 3 }).get(), 0), Exception);
+        screen.process();
+        EXPECT_EQ(t->subviews()->count(), 10U);
+        EXPECT_EQ(t->rowViewAtRow_makeIfNecessary(1, true)->frame(), t->rectOfRow(1));
     }
 
     // ---- movement
