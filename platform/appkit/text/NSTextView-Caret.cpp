@@ -164,9 +164,11 @@ template <> struct NSTextView::Methods<struct Drawing> {
     {
         super<NSTextView, "viewWillMoveToWindow:">(self, window);
         const auto centre = NSNotificationCenter::cls().defaultCenter();
+        const Ref<NSWindow> old = self.window(); // nil when it goes: then nothing is left to remove
         for (NSString* name :
             { NSWindowDidBecomeKeyNotification.get(), NSWindowDidResignKeyNotification.get() }) {
-            centre->removeObserver_name_object(&self, name, nullptr);
+            if (old)
+                centre->removeObserver_name_object(&self, name, old.get());
             if (window)
                 centre->addObserver_selector_name_object(
                     &self, selector<"windowChangedKey:">, name, window);

@@ -2,11 +2,27 @@
 #include <gtest/gtest.h>
 
 #include "SmallWindow.h"
+#include "foundation/NSNotification.h"
+#include "foundation/NSNotificationCenter.h"
 #include "runtime/NSException.h"
+#include "runtime/Table.h"
 #include "support/Memory.h"
 #include "support/TableHost.h"
 
 namespace brindle {
+
+/// A table that counts the windows that become key.
+class TableThatListens : public NSTableView {
+    BRINDLE_OBJECT(TableThatListens, NSTableView)
+
+public:
+    int heard_ = 0;
+};
+template <> struct TableThatListens::Methods<struct Windows> {
+    static void becameKey(TableThatListens& self, NSNotification*) { ++self.heard_; }
+    static void table(Builder& t) { t.methods({ { "becameKey:", imp<becameKey> } }); }
+};
+BRINDLE_RECORD(TableThatListens, Windows)
 
 namespace {
 
@@ -335,6 +351,19 @@ namespace {
     }
 
     // ---- who is told or asked
+
+    TEST_F(TableTest, WindowsThatBecomeKeyAreStillHeardByATableThatMoves)
+    {
+        const Ref<TableThatListens> table = make<TableThatListens>();
+        NSNotificationCenter::cls().defaultCenter()->addObserver_selector_name_object(
+            table.get(), selector<"becameKey:">, NSWindowDidBecomeKeyNotification, nullptr);
+        screen.window().contentView()->addSubview(table.get());
+        table->removeFromSuperview();
+        const Ref<NSWindow> other = windowOf(NSMakeRect(0, 0, 50, 50), kOrdinary);
+        other->makeKeyAndOrderFront(nullptr);
+        EXPECT_EQ(table->heard_, 1);
+        other->close();
+    }
 
     struct RaisingHost : TableTest {
         void SetUp() override

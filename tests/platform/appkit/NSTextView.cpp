@@ -5,6 +5,7 @@
 
 #include "appkit/NSPasteboard.h"
 #include "appkit/NSTextStorage.h"
+#include "foundation/NSNotificationCenter.h"
 #include "foundation/NSUndoManager.h"
 #include "runtime/Table.h"
 #include "support/EditingDesk.h"
@@ -53,6 +54,19 @@ template <> struct EditorWitness::Methods<struct Delegate> {
     }
 };
 BRINDLE_RECORD(EditorWitness, Delegate)
+
+/// An editor that counts the windows that become key.
+class EditorThatListens : public NSTextView {
+    BRINDLE_OBJECT(EditorThatListens, NSTextView)
+
+public:
+    int heard_ = 0;
+};
+template <> struct EditorThatListens::Methods<struct Windows> {
+    static void becameKey(EditorThatListens& self, NSNotification*) { ++self.heard_; }
+    static void table(Builder& t) { t.methods({ { "becameKey:", imp<becameKey> } }); }
+};
+BRINDLE_RECORD(EditorThatListens, Windows)
 
 namespace {
 
@@ -482,6 +496,19 @@ namespace {
         desk.type(u"b");
         desk.screen.advance(2);
         EXPECT_EQ(desk.window->firstResponder(), desk.window.get());
+    }
+
+    TEST_F(NSTextViewTest, GoesOnHearingOfAllWindowsWhenItMoves)
+    {
+        const Ref<EditorThatListens> moving = desk.add<EditorThatListens>({ {}, { 50, 50 } });
+        NSNotificationCenter::cls().defaultCenter()->addObserver_selector_name_object(
+            moving.get(), selector<"becameKey:">, NSWindowDidBecomeKeyNotification, nullptr);
+        moving->removeFromSuperview();
+        desk.window->contentView()->addSubview(moving.get());
+        const Ref<NSWindow> other = make<NSWindow>();
+        other->makeKeyAndOrderFront(nullptr);
+        EXPECT_EQ(moving->heard_, 1);
+        other->close();
     }
 
     TEST_F(NSTextViewTest, ATextObjectOfTheBaseClassIsAnEditor)
