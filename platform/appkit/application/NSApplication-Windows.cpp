@@ -5,6 +5,7 @@
 #include "appkit/windows/NSWindowPrivate.h"
 #include "foundation/NSArray.h"
 #include "foundation/NSNotificationCenter.h"
+#include "quartz/layers/AllServedPrivate.h"
 #include "runtime/Runtime.h"
 
 namespace brindle {
@@ -64,12 +65,14 @@ void ApplicationAccess::setKeyWindow(NSWindow* window)
         return;
     const Ref<NSWindow> old(app.keyWindow);
     const Ref<NSWindow> fresh(window);
+    AllServed all;
     app.keyWindow = nullptr;
     if (old)
-        old->resignKeyWindow();
+        all.serve([&] { old->resignKeyWindow(); });
     app.keyWindow = window;
     if (fresh)
-        fresh->becomeKeyWindow();
+        all.serve([&] { fresh->becomeKeyWindow(); });
+    all.end();
 }
 
 void ApplicationAccess::setMainWindow(NSWindow* window)
@@ -79,12 +82,14 @@ void ApplicationAccess::setMainWindow(NSWindow* window)
         return;
     const Ref<NSWindow> old(app.mainWindow);
     const Ref<NSWindow> fresh(window);
+    AllServed all;
     app.mainWindow = nullptr;
     if (old)
-        old->resignMainWindow();
+        all.serve([&] { old->resignMainWindow(); });
     app.mainWindow = window;
     if (fresh)
-        fresh->becomeMainWindow();
+        all.serve([&] { fresh->becomeMainWindow(); });
+    all.end();
 }
 
 void ApplicationAccess::windowGone(NSWindow& window)
@@ -94,18 +99,24 @@ void ApplicationAccess::windowGone(NSWindow& window)
     const bool wasMain = app.mainWindow == &window;
     if (app.pressedWindow == &window)
         app.pressedWindow = nullptr;
+    AllServed all;
     if (wasKey)
-        setKeyWindow(nullptr);
+        all.serve([] { setKeyWindow(nullptr); });
     if (wasMain)
-        setMainWindow(nullptr);
+        all.serve([] { setMainWindow(nullptr); });
     for (const Ref<NSWindow>& next : kept(app.order)) {
-        if (wasKey && !app.keyWindow && WindowAccess::becomesKeyUnasked(*next))
-            next->makeKeyWindow();
+        all.serve([&] {
+            if (wasKey && !app.keyWindow && WindowAccess::becomesKeyUnasked(*next))
+                next->makeKeyWindow();
+        });
         const bool isBar = WindowAccess::state(*next).ignoresMouse
             || WindowAccess::state(*next).level >= NSMainMenuWindowLevel;
-        if (wasMain && !app.mainWindow && !isBar && next->canBecomeMainWindow())
-            setMainWindow(next.get());
+        all.serve([&] {
+            if (wasMain && !app.mainWindow && !isBar && next->canBecomeMainWindow())
+                setMainWindow(next.get());
+        });
     }
+    all.end();
 }
 
 ApplicationAccess::Kept ApplicationAccess::kept(const std::vector<NSWindow*>& windows)
@@ -152,25 +163,26 @@ void ApplicationAccess::setActive(bool active)
     ApplicationState& app = state();
     if (app.active == active)
         return;
+    AllServed all; // each window goes and comes though somebody raises
     if (active) {
         notify(NSApplicationWillBecomeActiveNotification, "applicationWillBecomeActive:");
         app.active = true;
         // Those that were in front come last, so that each finds its old place.
         for (const Ref<NSWindow>& window : kept(app.windows))
-            WindowAccess::applicationActivated(*window);
+            all.serve([&] { WindowAccess::applicationActivated(*window); });
         if (!app.keyWindow && app.lastKeyWindow && WindowAccess::state(*app.lastKeyWindow).visible)
-            setKeyWindow(app.lastKeyWindow);
+            all.serve([&] { setKeyWindow(app.lastKeyWindow); });
         notify(NSApplicationDidBecomeActiveNotification, "applicationDidBecomeActive:");
-        return;
+        return all.end();
     }
     notify(NSApplicationWillResignActiveNotification, "applicationWillResignActive:");
     app.active = false;
     const Ref<NSWindow> key(app.keyWindow);
-    setKeyWindow(nullptr);
+    all.serve([] { setKeyWindow(nullptr); });
     app.lastKeyWindow = key.get();
     const Kept order = kept(app.order);
     for (std::size_t i = order.size(); i-- > 0;) {
-        WindowAccess::applicationDeactivated(*order[i]);
+        all.serve([&] { WindowAccess::applicationDeactivated(*order[i]); });
         if (WindowAccess::state(*order[i]).waitsForActivation) {
             // The list of windows is the order of their return.
             std::erase(app.windows, order[i].get());
@@ -178,6 +190,7 @@ void ApplicationAccess::setActive(bool active)
         }
     }
     notify(NSApplicationDidResignActiveNotification, "applicationDidResignActive:");
+    all.end();
 }
 
 template <> struct NSApplication::Methods<struct Windows> {
@@ -245,17 +258,19 @@ template <> struct NSApplication::Methods<struct Windows> {
             return;
         ApplicationAccess::notify(NSApplicationWillHideNotification, "applicationWillHide:");
         app().hidden = true;
+        AllServed all;
         for (const Ref<NSWindow>& window : ApplicationAccess::kept(app().order)) {
             WindowState& state = WindowAccess::state(*window);
             if (!state
                      .visible) // it goes and comes with its parent, or another one was told to close it
                 continue;
-            WindowAccess::orderOut(*window);
+            all.serve([&] { WindowAccess::orderOut(*window); });
             state.kept = window;
             app().hiddenWindows.push_back(window.get());
         }
-        self.deactivate();
+        all.serve([&] { self.deactivate(); });
         ApplicationAccess::notify(NSApplicationDidHideNotification, "applicationDidHide:");
+        all.end();
     }
     static void unhideOnly(NSApplication&)
     {
@@ -263,12 +278,15 @@ template <> struct NSApplication::Methods<struct Windows> {
             return;
         ApplicationAccess::notify(NSApplicationWillUnhideNotification, "applicationWillUnhide:");
         app().hidden = false;
+        AllServed all;
         const auto windows = ApplicationAccess::kept(std::exchange(app().hiddenWindows, {}));
         for (std::size_t i = windows.size(); i-- > 0;) {
             if (!WindowAccess::state(*windows[i]).closed)
-                WindowAccess::orderIn(*windows[i], NSWindowAbove, nullptr, true);
+                all.serve(
+                    [&] { WindowAccess::orderIn(*windows[i], NSWindowAbove, nullptr, true); });
         }
         ApplicationAccess::notify(NSApplicationDidUnhideNotification, "applicationDidUnhide:");
+        all.end();
     }
     static void unhide(NSApplication& self, NSObject*)
     {

@@ -63,13 +63,13 @@ template <> struct NSWindow::Methods<struct Closing> {
         all.serve([&] { WindowAccess::abortSheets(self); });
         all.serve(
             [&] { WindowAccess::notify(self, NSWindowWillCloseNotification, "windowWillClose:"); });
-        if (state.parent)
-            Ref<NSWindow>(state.parent)->removeChildWindow(&self);
+        if (const Ref<NSWindow> parent = state.parent)
+            all.serve([&] { parent->removeChildWindow(&self); });
         const bool counts = state.wasShown;
         all.serve([&] { WindowAccess::orderOut(self); });
         if (state.closed) { // or somebody showed it again meanwhile
             state.wasShown = false;
-            WindowAccess::dropSurface(self);
+            all.serve([&] { WindowAccess::dropSurface(self); });
             if (counts)
                 all.serve([] { ApplicationAccess::lastWindowClosed(); });
         }

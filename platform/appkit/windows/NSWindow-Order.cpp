@@ -107,7 +107,8 @@ void WindowAccess::dropSurface(NSWindow& window)
     WindowState& s = state(window);
     if (!s.surface)
         return;
-    endLiveResize(window);
+    AllServed all;
+    all.serve([&] { endLiveResize(window); });
     for (const Ref<NSWindow>& child : s.children) {
         if (state(*child).surface)
             state(*child).surface->setTransientFor(nullptr);
@@ -115,6 +116,7 @@ void WindowAccess::dropSurface(NSWindow& window)
     ApplicationAccess::state().bySurface.erase(s.surface->id());
     s.surface.reset();
     s.backing.reset();
+    all.end();
 }
 
 namespace {
@@ -206,13 +208,13 @@ namespace {
         s.waitsForActivation = false;
         std::erase(ApplicationAccess::state().hiddenWindows, &window);
         const std::vector<Ref<NSWindow>> children = s.children;
-        AllServed all; // who is told that a window is no longer the key one may raise
+        AllServed all; // who is told that it goes may raise
         for (const Ref<NSWindow>& child : children)
             all.serve([&] { leave(*child, Leaving::hidden); });
         const bool wasVisible = std::exchange(s.visible, false);
         if (wasVisible) {
             std::erase(ApplicationAccess::state().order, &window);
-            WindowAccess::pointerLeft(window, nullptr);
+            all.serve([&] { WindowAccess::pointerLeft(window, nullptr); });
         }
         if (s.surface && how == Leaving::concealed)
             s.surface->setConcealed(true);
@@ -240,10 +242,12 @@ void WindowAccess::applicationDeactivated(NSWindow& window)
     if (!s.visible || !s.hidesOnDeactivate)
         return;
     const Ref<NSWindow> alive(&window);
+    AllServed all;
     // A strip that came and went with the application would move all other windows each time.
-    leave(window, s.reservedHeight > 0 ? Leaving::concealed : Leaving::hidden);
+    all.serve([&] { leave(window, s.reservedHeight > 0 ? Leaving::concealed : Leaving::hidden); });
     s.kept = alive;
     s.waitsForActivation = true;
+    all.end();
 }
 
 template <> struct NSWindow::Methods<struct Order> {

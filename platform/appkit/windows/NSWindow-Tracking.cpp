@@ -7,6 +7,7 @@
 #include "appkit/controls/NSButtonPrivate.h"
 #include "appkit/views/NSViewPrivate.h"
 #include "foundation/ShortVector.h"
+#include "quartz/layers/AllServedPrivate.h"
 
 namespace brindle {
 
@@ -186,10 +187,12 @@ void WindowAccess::pointerLeft(NSWindow& window, NSEvent* event)
     s.pointerInside = false;
     const Areas before(s.inside.begin(), s.inside.end());
     s.inside.clear();
+    AllServed all;
     for (std::size_t i = before.size(); i-- > 0;) {
         if (isStillThere(*before[i], window))
-            exit(window, *before[i], event);
+            all.serve([&] { exit(window, *before[i], event); });
     }
+    all.end();
 }
 
 }

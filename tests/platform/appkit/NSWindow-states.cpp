@@ -6,13 +6,47 @@
 #include <gtest/gtest.h>
 
 #include "SmallWindow.h"
+#include "appkit/NSApplication.h"
+#include "appkit/NSTrackingArea.h"
 #include "foundation/NSNotification.h"
 #include "foundation/NSNotificationCenter.h"
 #include "runtime/NSException.h"
+#include "runtime/Table.h"
 #include "support/HeadlessScreen.h"
+#include "support/RaisingOnce.h"
 
 namespace brindle {
+
+/// A view that raises when the pointer leaves it for the first time.
+class ViewThatIsLeft : public NSView {
+    BRINDLE_OBJECT(ViewThatIsLeft, NSView)
+
+public:
+    bool wasLeft_ = false;
+};
+template <> struct ViewThatIsLeft::Methods<struct Left> {
+    static void exited(ViewThatIsLeft& self, NSEvent*)
+    {
+        if (!std::exchange(self.wasLeft_, true))
+            raise("Fault", "on purpose");
+    }
+    static void table(Builder& t) { t.methods({ { "mouseExited:", imp<exited> } }); }
+};
+BRINDLE_RECORD(ViewThatIsLeft, Left)
+
+/// A window that does not let its children go.
+class ClingingWindow : public NSWindow {
+    BRINDLE_OBJECT(ClingingWindow, NSWindow)
+};
+template <> struct ClingingWindow::Methods<struct Children> {
+    static void removeChild(ClingingWindow&, NSWindow*) { raise("Fault", "on purpose"); }
+    static void table(Builder& t) { t.methods({ { "removeChildWindow:", imp<removeChild> } }); }
+};
+BRINDLE_RECORD(ClingingWindow, Children)
+
 namespace {
+
+    using test::RaisingOnce;
 
     constexpr NSRect kContent { { 50, 60 }, { 200, 100 } };
 
@@ -145,23 +179,7 @@ namespace {
         EXPECT_EQ(o.log, "NSWindowDidMiniaturizeNotification ");
     }
 
-    /// Raises the first time that something is posted.
-    struct RaisingOnce {
-        explicit RaisingOnce(NSString* name)
-            : token(Ordinary::center()->addObserverForName_object_queue_usingBlock(
-                name, nullptr, nullptr, [this](NSNotification*) {
-                    if (!std::exchange(raised, true))
-                        raise("Fault", "on purpose");
-                }))
-        {
-        }
-        ~RaisingOnce() { Ordinary::center()->removeObserver(token.get()); }
-        RaisingOnce(const RaisingOnce&) = delete;
-        RaisingOnce& operator=(const RaisingOnce&) = delete;
-
-        bool raised = false;
-        Ref<NSObject> token;
-    };
+    // ---- who is told raises
 
     TEST(NSWindowStates, AWindowClosesThoughWhoIsToldRaises)
     {
@@ -199,6 +217,133 @@ namespace {
         window = nullptr;
         screen.process();
         EXPECT_EQ(weak.get(), nullptr);
+    }
+
+    /// A key window of which a view with the pointer in it raises when the pointer leaves.
+    struct Left {
+        HeadlessScreen screen { 640, 480 };
+        Ref<NSWindow> window = windowOf(kContent, kOrdinary);
+
+        Left()
+        {
+            const NSRect whole = NSMakeRect(0, 0, 200, 100);
+            const Ref<NSView> view = alloc<ViewThatIsLeft>()->initWithFrame(whole);
+            window->contentView()->addSubview(view.get());
+            view->addTrackingArea(alloc<NSTrackingArea>()
+                                      ->initWithRect_options_owner_userInfo(whole,
+                                          NSTrackingMouseEnteredAndExited | NSTrackingActiveAlways,
+                                          view.get(), nullptr)
+                                      .get());
+            window->makeKeyAndOrderFront(nullptr);
+            screen.process();
+            screen.pointer().moveTo({ 100, 100 });
+        }
+        ~Left()
+        {
+            if (window)
+                window->close();
+        }
+        Left(const Left&) = delete;
+        Left& operator=(const Left&) = delete;
+    };
+
+    TEST(NSWindowStates, AWindowClosesThoughAViewRaisesWhenThePointerLeaves)
+    {
+        Left l;
+        const WeakRef<NSWindow> weak = l.window;
+        EXPECT_THROW(l.window->close(), Exception);
+        EXPECT_FALSE(l.window->isVisible());
+        EXPECT_FALSE(l.window->isKeyWindow());
+        l.window = nullptr;
+        l.screen.process();
+        EXPECT_EQ(weak.get(), nullptr);
+    }
+
+    TEST(NSWindowStates, AWindowIsNotTheKeyOneThoughAViewRaisesWhenThePointerLeaves)
+    {
+        Left l;
+        EXPECT_THROW(l.window->orderOut(nullptr), Exception);
+        EXPECT_FALSE(l.window->isVisible());
+        EXPECT_FALSE(l.window->isKeyWindow());
+    }
+
+    TEST(NSWindowStates, AWindowComesBackWithTheApplicationThoughItsGoingRaised)
+    {
+        Left l;
+        const Ref<NSWindow> other = windowOf(kContent, kOrdinary);
+        other->orderBack(nullptr);
+        for (const Ref<NSWindow>& window : { l.window, other })
+            window->setHidesOnDeactivate(true);
+        EXPECT_THROW(l.screen.application().deactivate(), Exception);
+        EXPECT_FALSE(l.window->isVisible());
+        EXPECT_FALSE(other->isVisible());
+        l.screen.application().activateIgnoringOtherApps(true);
+        EXPECT_TRUE(l.window->isVisible());
+        EXPECT_TRUE(other->isVisible());
+        other->close();
+    }
+
+    TEST(NSWindowStates, AWindowComesBackWhenTheApplicationIsShownThoughItsGoingRaised)
+    {
+        Left l;
+        const Ref<NSWindow> other = windowOf(kContent, kOrdinary);
+        other->orderBack(nullptr);
+        EXPECT_THROW(l.screen.application().hide(nullptr), Exception);
+        EXPECT_FALSE(l.window->isVisible());
+        EXPECT_FALSE(other->isVisible());
+        l.screen.application().unhide(nullptr);
+        EXPECT_TRUE(l.window->isVisible());
+        EXPECT_TRUE(other->isVisible());
+        other->close();
+    }
+
+    TEST(NSWindowStates, TheNextWindowBecomesKeyAndMainThoughWhoIsToldRaises)
+    {
+        Ordinary o;
+        const Ref<NSWindow> front = windowOf(kContent, kOrdinary);
+        front->makeKeyAndOrderFront(nullptr);
+        o.screen.process();
+        const RaisingOnce raising(NSWindowDidResignKeyNotification);
+        EXPECT_THROW(front->close(), Exception);
+        EXPECT_FALSE(front->isMainWindow());
+        EXPECT_TRUE(o.window->isKeyWindow());
+        EXPECT_TRUE(o.window->isMainWindow());
+    }
+
+    TEST(NSWindowStates, AWindowBecomesKeyAndMainThoughTheOneBeforeRaises)
+    {
+        Ordinary o;
+        const Ref<NSWindow> next = windowOf(kContent, kOrdinary);
+        next->orderFront(nullptr);
+        {
+            const RaisingOnce raising(NSWindowDidResignKeyNotification);
+            EXPECT_THROW(next->makeKeyWindow(), Exception);
+        }
+        EXPECT_TRUE(next->isKeyWindow());
+        const RaisingOnce raising(NSWindowDidResignMainNotification);
+        EXPECT_THROW(next->makeMainWindow(), Exception);
+        EXPECT_TRUE(next->isMainWindow());
+        next->close();
+    }
+
+    TEST(NSWindowStates, AWindowClosesThoughItsParentClingsToIt)
+    {
+        HeadlessScreen screen;
+        const Ref<NSWindow> parent = make<ClingingWindow>();
+        const Ref<NSWindow> child = windowOf(kContent);
+        parent->addChildWindow_ordered(child.get(), NSWindowAbove);
+        parent->orderFront(nullptr);
+        EXPECT_THROW(child->close(), Exception);
+        EXPECT_FALSE(child->isVisible());
+    }
+
+    TEST(NSWindowStates, AWindowThatIsResizedClosesThoughWhoIsToldRaises)
+    {
+        Ordinary o;
+        WindowAccess::beginLiveResize(*o.window);
+        const RaisingOnce raising(NSWindowDidEndLiveResizeNotification);
+        EXPECT_THROW(o.window->close(), Exception);
+        EXPECT_EQ(WindowAccess::state(*o.window).surface, nullptr);
     }
 
 }
