@@ -81,13 +81,17 @@ template <> struct NSWindow::Methods<struct Sheets> {
         if (!wasShown)
             return;
         state.showsSheet = false;
-        host.removeChildWindow(&sheet);
-        sheet.orderOut(nullptr);
-        setSheetStyle(sheet, false);
+        AllServed all;
+        all.serve([&] { host.removeChildWindow(&sheet); });
+        all.serve([&] { sheet.orderOut(nullptr); });
+        all.serve([&] { setSheetStyle(sheet, false); });
         if (state.visible && !state.closed)
-            host.makeKeyWindow();
-        WindowAccess::notify(host, NSWindowDidEndSheetNotification, "windowDidEndSheet:");
-        showNext(host);
+            all.serve([&] { host.makeKeyWindow(); });
+        all.serve([&] {
+            WindowAccess::notify(host, NSWindowDidEndSheetNotification, "windowDidEndSheet:");
+        });
+        all.serve([&] { showNext(host); });
+        all.end();
     }
 
     static void refuseUnlessFree(NSWindow& self, NSWindow* sheet)
@@ -150,9 +154,11 @@ template <> struct NSWindow::Methods<struct Sheets> {
         of(*sheet).sheetHost = nullptr;
         const Block<void(NSModalResponse)> completion
             = std::exchange(of(*sheet).sheetCompletion, nullptr);
-        takeFrom(self, *sheet);
+        AllServed all;
+        all.serve([&] { takeFrom(self, *sheet); });
         if (completion)
-            completion(code);
+            all.serve([&] { completion(code); });
+        all.end();
     }
     static void end(NSWindow& self, NSWindow* sheet)
     {

@@ -8,6 +8,7 @@
 #include "runtime/NSException.h"
 #include "runtime/Table.h"
 #include "support/HeadlessScreen.h"
+#include "support/RaisingOnce.h"
 
 namespace brindle {
 
@@ -301,6 +302,41 @@ namespace {
         EXPECT_FALSE(h.second->isSheet());
         h.screen.process();
         EXPECT_EQ(h.log, "first -1001 begun second -1001 ");
+    }
+
+    // ---- who is told raises
+
+    TEST(Sheets, ASheetAnswersAndTheNextIsShownThoughWhoIsToldOfItsEndRaises)
+    {
+        Host h;
+        h.begin(h.first, "first");
+        h.begin(h.second, "second");
+        const test::RaisingOnce raising(NSWindowDidEndSheetNotification);
+        EXPECT_THROW(h.host->endSheet(h.first.get()), Exception);
+        EXPECT_EQ(h.log, "first -1000 ");
+        EXPECT_EQ(h.host->attachedSheet(), h.second);
+        EXPECT_TRUE(h.second->isVisible());
+    }
+
+    TEST(Sheets, TheNextSheetIsShownThoughTheOneBeforeRaisesWhenItGoes)
+    {
+        Host h;
+        h.begin(h.first, "first");
+        h.begin(h.second, "second");
+        const test::RaisingOnce raising(NSWindowDidResignKeyNotification);
+        EXPECT_THROW(h.host->endSheet(h.first.get()), Exception);
+        EXPECT_EQ(h.log, "first -1000 ");
+        EXPECT_FALSE(h.first->isVisible());
+        EXPECT_TRUE(h.second->isKeyWindow());
+    }
+
+    TEST(Sheets, ASheetAnswersThoughWhoIsToldOfItsEndRaisesWhenItsHostCloses)
+    {
+        Host h;
+        h.begin(h.first, "first");
+        const test::RaisingOnce raising(NSWindowDidEndSheetNotification);
+        EXPECT_THROW(h.host->close(), Exception);
+        EXPECT_EQ(h.log, "first -1001 ");
     }
 
 }
