@@ -153,6 +153,21 @@ namespace {
         EXPECT_EQ(s.y(), place);
     }
 
+    TEST_F(ScrollingTest, AWheelAlsoTakesOverContentThatWhoWaitsMovesAgain)
+    {
+        const auto moveTo = [this](CGFloat y) {
+            cast<NSClipView>(s.view->contentView()->animator())->setBoundsOrigin({ 0, y });
+        };
+        NSAnimationContext::cls().runAnimationGroup_completionHandler(
+            [&](NSAnimationContext*) { moveTo(800); }, [&] { moveTo(0); });
+        screen.advance(0.1);
+        wheel(0, 1);
+        const CGFloat place = s.y();
+        EXPECT_GT(place, 0);
+        screen.advance(1);
+        EXPECT_EQ(s.y(), place);
+    }
+
     // ---- what is told
 
     TEST_F(ScrollingTest, EachStepOfAWheelPostsOnce)
