@@ -59,7 +59,8 @@ namespace {
     std::size_t usedBytes()
     {
         const struct mallinfo2 heap = mallinfo2();
-        return heap.uordblks + heap.hblkhd - drawingMemoryInUse();
+        const std::size_t held = heap.uordblks + heap.hblkhd; // 0 where the allocator does not tell
+        return held - std::min(held, drawingMemoryInUse());
     }
 
     /// Answers whether every view below knows its superview and its window.
