@@ -34,7 +34,7 @@ namespace {
     bool doesSomething(const Group& group)
     {
         return std::ranges::any_of(
-            group.actions, [](const Action& action) { return bool(action.target.get()); });
+            group.actions, [](const Action& action) { return !action.target.isGone(); });
     }
 
     constexpr std::size_t kFirstTidying = 64; // groups
@@ -148,10 +148,15 @@ template <> struct NSUndoManager::Methods<struct Recording> {
     {
         const auto isOver
             = [&h](const std::vector<Group>& stack) { return h.limit && stack.size() > h.limit; };
-        if (isOver(h.undo) || isOver(h.redo))
-            forget(h, nullptr); // they are no levels
         std::vector<Group> gone;
         for (std::vector<Group>* stack : { &h.undo, &h.redo }) {
+            if (isOver(*stack)) {
+                const auto idle = std::stable_partition(
+                    stack->begin(), stack->end(), doesSomething); // no levels
+                gone.insert(gone.end(), std::make_move_iterator(idle),
+                    std::make_move_iterator(stack->end()));
+                stack->erase(idle, stack->end());
+            }
             if (!isOver(*stack))
                 continue;
             const auto kept = stack->end() - static_cast<std::ptrdiff_t>(h.limit);
