@@ -123,10 +123,13 @@ namespace {
         const Block<void(NSNotification*)> block = each.block;
         const bool isMainQueue = each.queue && each.queue == NSOperationQueue::cls().mainQueue();
         if (!each.queue || (isMainQueue && isMainThread()))
-            block(notification);
-        else
-            each.queue->addOperationWithBlock(
-                [block, kept = Ref<NSNotification>(notification)] { block(kept.get()); });
+            return block(notification);
+        Ref<NSNotification> kept(notification);
+        const Ref<NSObject> sender = notification->object();
+        if (sender && WeakRef<NSObject>(sender).isGone()) // it posts in its dealloc
+            kept = makeNotification(
+                notification->name().get(), nullptr, notification->userInfo().get());
+        each.queue->addOperationWithBlock([block, kept] { block(kept.get()); });
     }
 
 }

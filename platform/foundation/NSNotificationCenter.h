@@ -37,7 +37,7 @@ public:
     }
     /// Adds a closure. The centre keeps it, and what it holds, until the answered token is removed.
     /// - queue: nil runs it on the posting thread before the posting returns; so does the main queue on the main
-    ///   thread. From other threads it is added to the queue.
+    ///   thread. From other threads it is added to the queue, without the object where that posts in its dealloc.
     Ref<NSObject> addObserverForName_object_queue_usingBlock(NSString* name, NSObject* object,
         NSOperationQueue* queue, const Block<void(NSNotification*)>& block)
     {

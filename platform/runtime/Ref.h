@@ -135,7 +135,7 @@ BRINDLE_EXPORT WeakCell* shareWeakCell(WeakCell* cell);
 BRINDLE_EXPORT void dropWeakCell(WeakCell* cell);
 /// Answers the object with one count added for the caller, or nullptr once its end has begun.
 BRINDLE_EXPORT void* loadWeakCell(WeakCell* cell);
-/// Answers whether the object's end has begun, also for no cell.
+/// Answers whether the object's `dealloc` has begun, also for no cell.
 BRINDLE_EXPORT bool isWeakCellClear(WeakCell* cell);
 
 /// Knows an object without keeping it; reads nil as soon as the object's `dealloc` begins.
@@ -168,7 +168,8 @@ public:
 
     /// Answers an owner of the object, or nil.
     Ref<T> get() const { return Ref<T>::adopt(static_cast<T*>(loadWeakCell(cell_))); }
-    /// Answers whether it reads nil, without owning the object for a moment: asking never ends it.
+    /// Answers whether `dealloc` has begun, or there never was an object; asking does not own it and so never ends it.
+    /// `get` may read nil a little earlier, once the last owner has gone.
     bool isGone() const { return isWeakCellClear(cell_); }
 
 private:

@@ -325,6 +325,28 @@ TEST_F(NotificationCenter, DeliversWhatAnObjectPostsInItsDealloc)
     EXPECT_EQ(log, "a ");
 }
 
+TEST_F(NotificationCenter, AQueueGetsNoObjectThatHasEndedByThen)
+{
+    const Ref<NSOperationQueue> queue = make<NSOperationQueue>();
+    queue->setSuspended(true);
+    auto leaving = make<EndingPoster>();
+    leaving->center = center.get();
+    int heard = 0;
+    Ref<NSObject> object = sender;
+    for (NSObject* const whose :
+        { static_cast<NSObject*>(leaving.get()), static_cast<NSObject*>(nullptr) })
+        center->addObserverForName_object_queue_usingBlock(
+            "Ending"_ns, whose, queue.get(), [&](NSNotification* news) {
+                ++heard;
+                object = news->object();
+            });
+    leaving = nullptr;
+    queue->setSuspended(false);
+    queue->waitUntilAllOperationsAreFinished();
+    EXPECT_EQ(heard, 2);
+    EXPECT_FALSE(object);
+}
+
 TEST_F(NotificationCenter, NeverEndsTheObjectsThatItLooksAt)
 {
     // Another thread's additions look at all senders while this thread lets go of them.
