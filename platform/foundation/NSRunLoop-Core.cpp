@@ -252,15 +252,14 @@ void RunLoopCore::callObservers(Modes mode)
     }
 }
 
-RunLoopCore::Done RunLoopCore::turn(Modes mode, std::uint64_t last)
+RunLoopCore::Done RunLoopCore::turn(Modes mode, std::uint64_t since)
 {
     ++turns_;
-    Done done;
-    done.sources = runControls();
+    const bool controls = runControls();
     if (isMain_ && Clock::isVirtual())
         queues::fireDelayed(Clock::now());
-    done.anything = fireDue(mode, last); // what is scheduled meanwhile waits for a later turn
-    done.sources |= drainItems(mode);
+    Done done = fireDue(mode, since);
+    done.sources = drainItems(mode) || controls;
     if (!sources_.empty())
         done.sources |= pollSources(mode);
     done.anything |= done.sources;
@@ -360,14 +359,14 @@ bool RunLoopCore::runUntilIdle(Modes mode, NSString* name)
 {
     const Running running(*this, name);
     bool any = false;
-    std::uint64_t last = order_;
+    std::uint64_t since = order_;
     for (;;) {
-        const Done done = turn(mode, last);
-        if (!done.anything)
+        const Done done = turn(mode, since);
+        any |= done.anything;
+        if (done.sources)
+            since = order_;
+        else if (!done.earlier) // nothing, or only timers that timers have set up meanwhile
             return any;
-        any = true;
-        if (done.sources) // else there are only timers that set up others: those wait
-            last = order_;
     }
 }
 

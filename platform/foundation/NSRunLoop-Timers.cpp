@@ -110,10 +110,11 @@ std::int64_t RunLoopCore::nextDue(Modes mode) const
     return due;
 }
 
-bool RunLoopCore::fireDue(Modes mode, std::uint64_t last)
+RunLoopCore::Done RunLoopCore::fireDue(Modes mode, std::uint64_t since)
 {
-    bool fired = false;
+    Done done;
     std::int64_t now = 0;
+    const std::uint64_t last = order_; // what is scheduled meanwhile waits for a later turn
     for (;;) {
         Scheduled* next = nullptr;
         for (std::size_t i = 0; i < lanes_.size(); ++i) {
@@ -126,9 +127,10 @@ bool RunLoopCore::fireDue(Modes mode, std::uint64_t last)
         if (next && now == 0)
             now = Clock::now();
         if (!next || next->due > now || next->order > last)
-            return fired;
+            return done;
         next->lane->remove(*next);
-        fired = true;
+        done.anything = true;
+        done.earlier |= next->order <= since;
         next->fire(next);
     }
 }

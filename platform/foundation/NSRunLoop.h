@@ -128,8 +128,8 @@ public:
     {
         return send<"runMode:beforeDate:", bool>(mode, date);
     }
-    /// Runs turns of a mode until nothing is due now, without waiting; for tests and for shutting down. What timers set up
-    /// while only timers run is left for later: a chain of them would never let it return.
+    /// Runs turns of a mode until nothing is due now, without waiting; for tests and for shutting down. A turn of nothing
+    /// but timers that timers have set up meanwhile is the last one: a chain of them would never let it return.
     /// - Returns: whether anything ran.
     bool runUntilIdle(NSString* mode) { return send<"runUntilIdle:", bool>(mode); }
     /// Turns a virtual clock forward by this many seconds, stopping at each due moment in order to run it in the

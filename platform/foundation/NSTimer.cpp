@@ -16,11 +16,8 @@ namespace {
 
     thread_local int firings = 0; // under way on this thread
 
-    /// Answers a moment that a handler may set: a chain of timers that are due at once would never end.
-    std::int64_t afterHandler(std::int64_t moment)
-    {
-        return firings ? std::max(moment, momentAfter(Clock::now(), kShortestDelay)) : moment;
-    }
+    /// Answers how early a timer may come that a handler sets: a chain of those that are due at once would never end.
+    std::int64_t afterHandler() { return firings ? momentAfter(Clock::now(), kShortestDelay) : 0; }
 
     double atLeast(double shortest, double seconds)
     {
@@ -74,7 +71,7 @@ namespace {
             if (!entry_.step && !entry_.moved)
                 alive_->invalidate();
             else if (entry_.loop)
-                entry_.loop->schedule(entry_, entry_.modes, entry_.moment);
+                entry_.loop->schedule(entry_, entry_.modes, entry_.next());
         }
         AfterFiring(const AfterFiring&) = delete;
         AfterFiring& operator=(const AfterFiring&) = delete;
@@ -110,12 +107,13 @@ void addTimer(RunLoopCore& loop, NSTimer& timer, RunLoopCore::Modes modes)
     if (entry.firing)
         return; // goes back by itself
     loop.unschedule(entry);
-    loop.schedule(entry, entry.modes, entry.moment);
+    loop.schedule(entry, entry.modes, entry.next());
 }
 
 void repeatNextTurn(NSTimer& timer)
 {
     timer.entry_->moment = Clock::now();
+    timer.entry_->earliest = 0;
     timer.entry_->moved = true;
 }
 
@@ -143,7 +141,8 @@ template <> struct NSTimer::Methods<struct Scheduling> {
         entry.fire = &fireEntry;
         entry.drop = &dropEntry;
         entry.timer = &self;
-        entry.moment = afterHandler(moment);
+        entry.moment = moment;
+        entry.earliest = afterHandler();
         if (repeats) {
             self.interval_ = atLeast(kShortestInterval, seconds);
             entry.step = momentAfter(0, self.interval_);
@@ -235,10 +234,11 @@ template <> struct NSTimer::Methods<struct Scheduling> {
         if (!isValid(self))
             return;
         Entry& entry = *self.entry_;
-        entry.moment = entry.firing ? afterHandler(moment) : moment;
+        entry.moment = moment;
+        entry.earliest = entry.firing ? afterHandler() : 0;
         entry.moved = true;
         if (entry.lane)
-            entry.loop->reschedule(entry, entry.moment);
+            entry.loop->reschedule(entry, moment);
     }
     static void setFireDate(NSTimer& self, NSDate* date)
     {

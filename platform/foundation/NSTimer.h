@@ -16,8 +16,9 @@ class RunLoopCore;
 ///
 /// A loop keeps the timer while it is scheduled, and the timer its target until it is invalid. A repeating timer keeps
 /// to its first moment: it does not drift, and moments that have been missed are left out. An interval under 0.1 ms
-/// counts as 0.1 ms, the delay of one that does not repeat under 1 µs as 1 µs; a handler's own timer and the ones that it
-/// makes are due 1 µs later at the earliest, so that timers which set up their like again and again leave a clock time to go on. A timer is not called again while it runs.
+/// counts as 0.1 ms, the delay of one that does not repeat under 1 µs as 1 µs. A timer that a handler makes, and its own
+/// when it moves that, comes 1 µs later at the earliest: those that set up their like for now leave a clock time to go on.
+/// A timer is not called again while it runs.
 /// - Nil: a bare `init` makes a timer that is not valid and has no `fireDate`.
 /// Thread: the thread of its loop; it may be scheduled on another thread's loop.
 class NSTimer : public NSObject {

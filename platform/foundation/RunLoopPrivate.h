@@ -331,15 +331,15 @@ private:
     struct Done {
         bool anything = false;
         bool sources = false; ///< something other than timers
+        bool earlier = false; ///< a timer that was scheduled no later than `since`
     };
 
     void enqueueSlowly(ClosureRing::Item item);
     TimerLane& laneFor(Modes modes);
-    Done turn(Modes mode) { return turn(mode, order_); }
-    /// Leaves out timers that were scheduled after the last one.
-    Done turn(Modes mode, std::uint64_t last);
+    /// - since: the number of the last timer that counts as an earlier one.
+    Done turn(Modes mode, std::uint64_t since = 0);
     bool runControls();
-    bool fireDue(Modes mode, std::uint64_t last);
+    Done fireDue(Modes mode, std::uint64_t since);
     bool drainItems(Modes mode);
     bool pollSources(Modes mode);
     static NSUInteger eventsNow(const NSRunLoopSource& source);

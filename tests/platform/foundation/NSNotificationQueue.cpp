@@ -88,6 +88,13 @@ TEST_F(NotificationQueue, PostsSoonInTheNextTurn)
     EXPECT_EQ(heard_, Names({ "a" }));
 }
 
+TEST_F(NotificationQueue, PostsWhenIdleBeforeTheLoopIsIdle)
+{
+    queue_->enqueueNotification_postingStyle(notification("idle"_ns).get(), NSPostWhenIdle);
+    NSRunLoop::cls().currentRunLoop()->runUntilIdle(NSDefaultRunLoopMode);
+    EXPECT_EQ(heard_, Names({ "idle" }));
+}
+
 TEST_F(NotificationQueue, PostsWhenIdleAfterWhatIsDueAlready)
 {
     queue_->enqueueNotification_postingStyle(notification("idle"_ns).get(), NSPostWhenIdle);
