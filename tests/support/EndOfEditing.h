@@ -10,31 +10,42 @@
 
 namespace brindle::test {
 
-/// Does something the first time that a text field says that typing in it has ended.
-class AtTheEndOfEditing {
+/// Does something each time that a text field says that typing in it has ended.
+class AtEachEndOfEditing {
 public:
-    explicit AtTheEndOfEditing(std::function<void()> reaction)
-        : reaction_(std::move(reaction))
-        , token_(center()->addObserverForName_object_queue_usingBlock(
-              NSControlTextDidEndEditingNotification, nullptr, nullptr, [this](NSNotification*) {
-                  if (const auto first = std::exchange(reaction_, nullptr))
-                      first();
-              }))
+    explicit AtEachEndOfEditing(std::function<void()> reaction)
+        : token_(center()->addObserverForName_object_queue_usingBlock(
+            NSControlTextDidEndEditingNotification, nullptr, nullptr,
+            [reaction = std::move(reaction)](NSNotification*) { reaction(); }))
     {
     }
-    ~AtTheEndOfEditing() { center()->removeObserver(token_.get()); }
-    AtTheEndOfEditing(const AtTheEndOfEditing&) = delete;
-    AtTheEndOfEditing& operator=(const AtTheEndOfEditing&) = delete;
-
-    bool happened() const { return !reaction_; }
+    ~AtEachEndOfEditing() { center()->removeObserver(token_.get()); }
+    AtEachEndOfEditing(const AtEachEndOfEditing&) = delete;
+    AtEachEndOfEditing& operator=(const AtEachEndOfEditing&) = delete;
 
 private:
     static Ref<NSNotificationCenter> center()
     {
         return NSNotificationCenter::cls().defaultCenter();
     }
-    std::function<void()> reaction_;
     Ref<NSObject> token_;
+};
+
+/// Does something the first time.
+class AtTheEndOfEditing {
+public:
+    explicit AtTheEndOfEditing(std::function<void()> reaction)
+        : reaction_(std::move(reaction))
+    {
+    }
+    bool happened() const { return !reaction_; }
+
+private:
+    std::function<void()> reaction_;
+    AtEachEndOfEditing ends_ { [this] {
+        if (const auto first = std::exchange(reaction_, nullptr))
+            first();
+    } };
 };
 
 }

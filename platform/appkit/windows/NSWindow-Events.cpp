@@ -51,6 +51,9 @@ template <> struct NSWindow::Methods<struct Events> {
 
     // ---- the keyboard focus
 
+    // Whoever hears each end may give the keyboard to a view that goes, which is an end again.
+    static constexpr int kMostResignings = 4;
+
     static Ref<NSResponder> firstResponder(NSWindow& self)
     {
         return of(self).firstResponder ? of(self).firstResponder : Ref<NSResponder>(&self);
@@ -58,16 +61,29 @@ template <> struct NSWindow::Methods<struct Events> {
     static bool resigns(NSWindow& self, NSResponder& present)
     {
         struct Asking {
-            ~Asking() { isResigning = before; }
-            bool& isResigning;
-            const bool before;
-        } const asking { of(self).isResigning, std::exchange(of(self).isResigning, true) };
+            explicit Asking(WindowState& asked)
+                : state(asked)
+            {
+                ++state.resignings;
+            }
+            ~Asking()
+            {
+                state.isResigning = before;
+                --state.resignings;
+            }
+            WindowState& state;
+            const bool before = std::exchange(state.isResigning, true);
+        } const asking(of(self));
         return present.resignFirstResponder();
     }
     static bool isInside(const NSWindow& self, const NSResponder& responder)
     {
         return responder.isKindOfClass(NSView::cls())
             && static_cast<const NSView&>(responder).window() == &self;
+    }
+    static bool hasKeyboard(NSWindow& self, const Ref<NSResponder>& responder)
+    {
+        return self.firstResponder() == responder || WindowAccess::focused(self) == responder;
     }
     static bool makeFirstResponder(NSWindow& self, NSResponder* lent)
     {
@@ -81,19 +97,18 @@ template <> struct NSWindow::Methods<struct Events> {
         if (present != &self && !resigns(self, *present))
             return false;
         if (of(self).focusings != focusings && of(self).firstResponder)
-            return of(self).focused.get() == wanted; // whoever heard that it resigns has chosen
+            return hasKeyboard(self, wanted); // whoever heard that it resigns has chosen
         of(self).firstResponder = nullptr;
         if (wanted == &self)
             return true;
         if ((wasInside && !isInside(self, *wanted)) || !wanted->acceptsFirstResponder())
             return false;
         ++of(self).focusings;
-        of(self).isResigning = false; // the one that is being asked no longer has the keyboard
+        if (of(self).resignings < kMostResignings)
+            of(self).isResigning = false; // the one that is being asked no longer has the keyboard
         of(self).firstResponder = wanted; // it may look while it is asked
-        if (wanted->becomeFirstResponder()) {
-            of(self).focused = wanted.get();
+        if (wanted->becomeFirstResponder())
             return true;
-        }
         if (of(self).firstResponder == wanted)
             of(self).firstResponder = nullptr;
         return false;

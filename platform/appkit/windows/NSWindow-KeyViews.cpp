@@ -78,6 +78,15 @@ namespace {
 
 }
 
+Ref<NSResponder> WindowAccess::focused(NSWindow& window)
+{
+    const Ref<NSResponder> first = window.firstResponder();
+    if (!isFieldEditor(*first))
+        return first;
+    const Ref<NSObject> field = cast<NSText>(first)->delegate();
+    return field && field->isKindOfClass(NSView::cls()) ? cast<NSView>(field) : first;
+}
+
 bool keyviews::hasLoop(NSWindow& window)
 {
     if (autorecalculatesKeyViewLoop(window) && recalculating != &window) {
@@ -109,16 +118,10 @@ Ref<NSView> keyviews::inReading(NSWindow& window, NSView* from, Step step)
 
 template <> struct NSWindow::Methods<struct KeyViews> {
 
-    /// Answers the view that has the keyboard; for an editor it is the field that it was lent to.
     static Ref<NSView> focusedView(NSWindow& self)
     {
-        const Ref<NSResponder> first = self.firstResponder();
-        if (isFieldEditor(*first)) {
-            const Ref<NSObject> field = cast<NSText>(first)->delegate();
-            if (field && field->isKindOfClass(NSView::cls()))
-                return cast<NSView>(field);
-        }
-        return first->isKindOfClass(NSView::cls()) ? cast<NSView>(first) : nullptr;
+        const Ref<NSResponder> focused = WindowAccess::focused(self);
+        return focused->isKindOfClass(NSView::cls()) ? cast<NSView>(focused) : nullptr;
     }
     static void focus(NSWindow& self, const Ref<NSView>& view)
     {

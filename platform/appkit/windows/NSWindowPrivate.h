@@ -76,7 +76,6 @@ struct WindowState {
     Ref<NSView> frameView;
     Ref<NSView> contentView;
     Ref<NSResponder> firstResponder; // nil is the window itself
-    WeakRef<NSResponder> focused; // took the keyboard last, and may have lent it to an editor
     WeakRef<NSView> initialFirstResponder;
     Ref<NSObject> fieldEditor; // NSText; none before a field asks for it
     Ref<NSObject> undoManager; // NSUndoManager; none before somebody asks for it
@@ -128,7 +127,8 @@ struct WindowState {
     bool closed = false;
     bool isReady = false; // it was initialised
     std::size_t focusings = 0; // counts first responders
-    bool isResigning = false; // the first responder is being asked
+    int resignings = 0; // first responders that are being asked
+    bool isResigning = false; // the present one is
 };
 
 /// What the files of this folder do with windows beside sending messages.
@@ -155,6 +155,9 @@ struct WindowAccess {
     static bool isReady(const NSWindow& window) { return window.state_ && window.state_->isReady; }
     /// Parts the window from its views, children and sheets, the screen and the application.
     static void end(NSWindow& window);
+
+    /// Answers who has the keyboard; for an editor it is the field that it was lent to. NSWindow-KeyViews.cpp.
+    static Ref<NSResponder> focused(NSWindow& window);
 
     // Told by views.
     static void forgetView(NSWindow& window, NSView& view);

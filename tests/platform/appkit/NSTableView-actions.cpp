@@ -352,6 +352,24 @@ namespace {
         EXPECT_EQ(t->subviews()->count(), 10U);
     }
 
+    TEST_F(TableEditing, EachEndMayEditTheNextRowAndLoadTheTable)
+    {
+        t->editColumn_row_withEvent_select(0, 3, nullptr, true);
+        screen.keyboard().type(u"fig");
+        constexpr int kMost = 10;
+        int ends = 0;
+        const test::AtEachEndOfEditing edits([&] {
+            if (++ends > kMost)
+                return;
+            t->editColumn_row_withEvent_select(0, 5, nullptr, true);
+            t->reloadData();
+        });
+        screen.window().makeFirstResponder(nullptr);
+        EXPECT_LE(ends, kMost);
+        screen.process();
+        EXPECT_EQ(t->subviews()->count(), 10U);
+    }
+
     TEST_F(TableEditing, ItsEndMayMoveTheRowThatIsLoaded)
     {
         t->editColumn_row_withEvent_select(0, 3, nullptr, true);

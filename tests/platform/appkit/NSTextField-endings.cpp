@@ -35,8 +35,32 @@ template <> struct RaisingGuard::Methods<struct Asked> {
 };
 BRINDLE_RECORD(RaisingGuard, Asked)
 
+/// A view that passes the keyboard on to another one.
+class ViewThatForwards : public NSView {
+    BRINDLE_OBJECT(ViewThatForwards, NSView)
+
+public:
+    Ref<NSView> inner_;
+};
+template <> struct ViewThatForwards::Methods<struct Focus> {
+    static bool accepts(ViewThatForwards&) { return true; }
+    static bool become(ViewThatForwards& self)
+    {
+        return !self.inner_ || self.window()->makeFirstResponder(self.inner_.get());
+    }
+    static void table(Builder& t)
+    {
+        t.methods({
+            { "acceptsFirstResponder", imp<accepts> },
+            { "becomeFirstResponder", imp<become> },
+        });
+    }
+};
+BRINDLE_RECORD(ViewThatForwards, Focus)
+
 namespace {
 
+    using test::AtEachEndOfEditing;
     using test::AtTheEndOfEditing;
 
     constexpr NSRect kField { { 10, 10 }, { 80, 22 } };
@@ -177,6 +201,38 @@ namespace {
         desk.window->makeFirstResponder(second.get());
         EXPECT_EQ(ended, 1);
         EXPECT_TRUE(isBeingEdited(*second));
+    }
+
+    TEST_F(EndOfEditing, AnswersYesWhenTheViewPassedTheKeyboardOnToTheOneAskedFor)
+    {
+        const Ref<ViewThatForwards> outer = desk.add<ViewThatForwards>(NSMakeRect(120, 10, 90, 90));
+        const Ref<ViewThatForwards> inner = make<ViewThatForwards>();
+        outer->addSubview(inner.get());
+        outer->inner_ = inner;
+        const AtTheEndOfEditing moves([&] { desk.window->makeFirstResponder(outer.get()); });
+        EXPECT_TRUE(desk.window->makeFirstResponder(inner.get()));
+        EXPECT_TRUE(moves.happened());
+        EXPECT_EQ(desk.window->firstResponder(), inner);
+    }
+
+    TEST_F(EndOfEditing, EndsThoughEachGivesTheKeyboardToAFieldThatGoes)
+    {
+        const Ref<NSView> around = desk.add<NSView>(NSMakeRect(120, 10, 100, 100));
+        const Ref<NSTextField> inner
+            = cast<NSTextField>(alloc<NSTextField>()->initWithFrame(kField));
+        around->addSubview(inner.get());
+        constexpr int kMost = 10;
+        int ends = 0;
+        const AtEachEndOfEditing removes([&] {
+            if (++ends > kMost)
+                return;
+            desk.window->makeFirstResponder(inner.get());
+            around->removeFromSuperview();
+        });
+        desk.window->makeFirstResponder(second.get());
+        EXPECT_LE(ends, kMost);
+        EXPECT_EQ(around->superview(), nullptr);
+        EXPECT_FALSE(isBeingEdited(*inner));
     }
 
     // ---- who is asked raises
