@@ -9,6 +9,7 @@
 #include "appkit/views/ToolTipsPrivate.h"
 #include "appkit/windows/NSWindowPrivate.h"
 #include "foundation/NSBeep.h"
+#include "quartz/layers/AllServedPrivate.h"
 #include "runtime/Table.h"
 
 namespace brindle {
@@ -23,12 +24,15 @@ template <> struct NSApplication::Methods<struct Sending> {
     {
         app().focusedSurface = static_cast<display::SurfaceId>(event.data1());
         app().focusLost = false;
-        ApplicationAccess::setActive(true);
+        const Ref<NSWindow> alive(window);
+        AllServed all;
+        all.serve([] { ApplicationAccess::setActive(true); });
         if (window && !window->isKeyWindow() && window->canBecomeKeyWindow()
             && ApplicationAccess::worksNow(*window)) {
-            ApplicationAccess::setKeyWindow(window);
-            window->makeMainWindow();
+            all.serve([&] { ApplicationAccess::setKeyWindow(window); });
+            all.serve([&] { window->makeMainWindow(); });
         }
+        all.end();
     }
     static void focusOut(const NSEvent& event)
     {

@@ -278,9 +278,13 @@ template <> struct NSWindow::Methods<struct Order> {
     {
         const Ref<NSWindow> alive(&self);
         self.orderFront(sender);
-        self.makeKeyWindow();
-        if (self.canBecomeMainWindow())
-            self.makeMainWindow();
+        AllServed all;
+        all.serve([&] { self.makeKeyWindow(); });
+        all.serve([&] {
+            if (self.canBecomeMainWindow())
+                self.makeMainWindow();
+        });
+        all.end();
     }
 
     static NSWindowLevel level(NSWindow& self) { return of(self).level; }
@@ -361,7 +365,8 @@ template <> struct NSWindow::Methods<struct Order> {
             return;
         WindowAccess::frameView(self); // the application must not know one that was never its own
         const Ref<NSWindow> alive(&self);
-        ApplicationAccess::setKeyWindow(&self);
+        AllServed all;
+        all.serve([&] { ApplicationAccess::setKeyWindow(&self); });
         WindowState& state = of(self);
         if (state.surface && state.surface->isShown()
             && ApplicationAccess::state().focusedSurface != state.surface->id()) {
@@ -369,6 +374,7 @@ template <> struct NSWindow::Methods<struct Order> {
                 state.surface->setAcceptsFocus(true);
             state.surface->activate();
         }
+        all.end();
     }
     static void makeMain(NSWindow& self)
     {

@@ -7,6 +7,7 @@
 
 #include "SmallWindow.h"
 #include "appkit/NSApplication.h"
+#include "appkit/NSTextField.h"
 #include "appkit/NSTrackingArea.h"
 #include "foundation/NSNotification.h"
 #include "foundation/NSNotificationCenter.h"
@@ -325,6 +326,52 @@ namespace {
         EXPECT_TRUE(next->isMainWindow());
         next->close();
     }
+
+    TEST(NSWindowStates, AWindowThatIsPressedBecomesKeyAndMainThoughTheOneBeforeRaises)
+    {
+        Ordinary o;
+        const Ref<NSWindow> next = windowOf(NSMakeRect(300, 60, 200, 100), kOrdinary);
+        next->orderFront(nullptr);
+        const RaisingOnce raising(NSWindowDidResignKeyNotification);
+        EXPECT_THROW(o.screen.pointer().click({ 350, 100 }), Exception);
+        EXPECT_TRUE(next->isKeyWindow());
+        EXPECT_TRUE(next->isMainWindow());
+        next->close();
+    }
+
+    TEST(NSWindowStates, AWindowGetsTheKeyboardThoughTheOneBeforeRaises)
+    {
+        Ordinary o;
+        const Ref<NSWindow> next = windowOf(kContent, kOrdinary);
+        const Ref<NSTextField> field = make<NSTextField>();
+        next->contentView()->addSubview(field.get());
+        next->orderFront(nullptr);
+        next->makeFirstResponder(field.get());
+        o.screen.process();
+        const RaisingOnce raising(NSWindowDidResignKeyNotification);
+        EXPECT_THROW(next->makeKeyAndOrderFront(nullptr), Exception);
+        o.screen.process();
+        EXPECT_TRUE(next->isMainWindow());
+        o.screen.keyboard().type(u"fig");
+        EXPECT_EQ(utf8Of(field->stringValue().get()), "fig");
+        next->close();
+    }
+
+    TEST(NSWindowStates, AWindowThatTheDesktopChoosesBecomesMainThoughTheOneBeforeRaises)
+    {
+        Ordinary o;
+        const Ref<NSWindow> next = windowOf(kContent, kOrdinary);
+        next->orderFront(nullptr);
+        o.screen.process();
+        const RaisingOnce raising(NSWindowDidResignKeyNotification);
+        o.screen.display().focus(WindowAccess::state(*next).surface.get());
+        EXPECT_THROW(o.screen.process(), Exception);
+        EXPECT_TRUE(next->isKeyWindow());
+        EXPECT_TRUE(next->isMainWindow());
+        next->close();
+    }
+
+    // ---- closing
 
     TEST(NSWindowStates, AWindowClosesThoughItsParentClingsToIt)
     {
