@@ -3,9 +3,7 @@
 #include <optional>
 
 #include "NSTableViewPrivate.h"
-#include "appkit/NSWindow.h"
 #include "appkit/views/NSViewPrivate.h"
-#include "foundation/NSNotificationCenter.h"
 #include "quartz/layers/AllServedPrivate.h"
 #include "runtime/Table.h"
 
@@ -208,23 +206,10 @@ template <> struct NSTableView::Methods<struct Views> {
         TableAccess::settle(self);
         TableAccess::showStates(self);
     }
-    static void willMoveToWindow(NSTableView& self, NSWindow* window)
-    {
-        super<NSTableView, "viewWillMoveToWindow:">(self, window);
-        const Ref<NSNotificationCenter> center = NSNotificationCenter::cls().defaultCenter();
-        const Ref<NSWindow> old = self.window(); // nil when it goes: then nothing is left to remove
-        for (NSString* name :
-            { NSWindowDidBecomeKeyNotification.get(), NSWindowDidResignKeyNotification.get() }) {
-            if (old)
-                center->removeObserver_name_object(&self, name, old.get());
-            if (window)
-                center->addObserver_selector_name_object(
-                    &self, selector<"windowKeyStateChanged:">, name, window);
-        }
-    }
     static void didMoveToWindow(NSTableView& self)
     {
         super<NSTableView, "viewDidMoveToWindow">(self);
+        of(self).heard.follow(self, selector<"windowKeyStateChanged:">);
         if (!self.window())
             return TableAccess::forget(self);
         self.setNeedsDisplay(true);
@@ -252,7 +237,6 @@ template <> struct NSTableView::Methods<struct Views> {
             { "enumerateAvailableRowViewsUsingBlock:", imp<enumerate> },
             { "willRemoveSubview:", imp<willRemoveSubview> },
             { "viewWillDraw", imp<willDraw> },
-            { "viewWillMoveToWindow:", imp<willMoveToWindow> },
             { "viewDidMoveToWindow", imp<didMoveToWindow> },
             { "windowKeyStateChanged:", imp<keyStateChanged> },
             { "viewDidUnhide", imp<didUnhide> },

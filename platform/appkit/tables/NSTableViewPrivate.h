@@ -12,6 +12,7 @@
 #include "appkit/NSTableHeaderView.h"
 #include "appkit/NSTableView.h"
 #include "appkit/views/FlagScopePrivate.h"
+#include "appkit/windows/HeardWindowPrivate.h"
 #include "foundation/Exceptions.h"
 #include "foundation/NSArray.h"
 #include "foundation/NSDate.h"
@@ -58,6 +59,7 @@ struct TableState {
     ViewStore store;
     Ref<NSTableHeaderView> header;
     WeakRef<NSView> clip; // the clip view around
+    HeardWindow heard;
     Ref<NSArray> sortDescriptors;
     Ref<NSColor> background; // nil: the ordinary one
     Ref<NSColor> grid; // nil: the ordinary one

@@ -10,7 +10,6 @@
 #include "appkit/NSWindow.h"
 #include "appkit/application/NSApplicationPrivate.h"
 #include "foundation/NSDictionary.h"
-#include "foundation/NSNotificationCenter.h"
 #include "foundation/NSRunLoop.h"
 #include "runtime/Table.h"
 
@@ -163,18 +162,13 @@ template <> struct NSTextView::Methods<struct Drawing> {
     static void viewWillMoveToWindow(NSTextView& self, NSWindow* window)
     {
         super<NSTextView, "viewWillMoveToWindow:">(self, window);
-        const auto centre = NSNotificationCenter::cls().defaultCenter();
-        const Ref<NSWindow> old = self.window(); // nil when it goes: then nothing is left to remove
-        for (NSString* name :
-            { NSWindowDidBecomeKeyNotification.get(), NSWindowDidResignKeyNotification.get() }) {
-            if (old)
-                centre->removeObserver_name_object(&self, name, old.get());
-            if (window)
-                centre->addObserver_selector_name_object(
-                    &self, selector<"windowChangedKey:">, name, window);
-        }
         of(self).isFirstResponder = false;
         TextViewAccess::stopCaret(self);
+    }
+    static void viewDidMoveToWindow(NSTextView& self)
+    {
+        super<NSTextView, "viewDidMoveToWindow">(self);
+        of(self).heard.follow(self, selector<"windowChangedKey:">);
     }
 
     static void table(Builder& t)
@@ -187,6 +181,7 @@ template <> struct NSTextView::Methods<struct Drawing> {
             { "viewWillDraw", imp<viewWillDraw> },
             { "windowChangedKey:", imp<windowChangedKey> },
             { "viewWillMoveToWindow:", imp<viewWillMoveToWindow> },
+            { "viewDidMoveToWindow", imp<viewDidMoveToWindow> },
         });
     }
 };

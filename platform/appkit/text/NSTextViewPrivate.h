@@ -8,6 +8,7 @@
 #include "appkit/NSColor.h"
 #include "appkit/NSFont.h"
 #include "appkit/NSTextView.h"
+#include "appkit/windows/HeardWindowPrivate.h"
 #include "foundation/NSAttributedString.h"
 #include "foundation/NSMutableString.h"
 #include "foundation/NSTimer.h"
@@ -50,6 +51,7 @@ struct TextViewState {
     Ref<NSDictionary>
         plainAttributes; // font, colour and style of a text that looks the same all over
 
+    HeardWindow heard;
     WeakRef<NSObject> delegate;
     Ref<NSColor> background; // nil: the ordinary one
     Ref<NSColor> caretColor; // nil: the ordinary one

@@ -7,7 +7,9 @@
 
 #include "SmallWindow.h"
 #include "appkit/NSApplication.h"
+#include "appkit/NSTableView.h"
 #include "appkit/NSTextField.h"
+#include "appkit/NSTextView.h"
 #include "appkit/NSTrackingArea.h"
 #include "foundation/NSNotification.h"
 #include "foundation/NSNotificationCenter.h"
@@ -44,6 +46,36 @@ template <> struct ClingingWindow::Methods<struct Children> {
     static void table(Builder& t) { t.methods({ { "removeChildWindow:", imp<removeChild> } }); }
 };
 BRINDLE_RECORD(ClingingWindow, Children)
+
+/// A table that counts what it is told of its window.
+class TableThatIsTold : public NSTableView {
+    BRINDLE_OBJECT(TableThatIsTold, NSTableView)
+
+public:
+    int told_ = 0;
+};
+template <> struct TableThatIsTold::Methods<struct Keys> {
+    static void changed(TableThatIsTold& self, NSNotification*) { ++self.told_; }
+    static void table(Builder& t) { t.methods({ { "windowKeyStateChanged:", imp<changed> } }); }
+};
+BRINDLE_RECORD(TableThatIsTold, Keys)
+
+/// A view that gets its parts when it is about to have a superview.
+class ViewThatBuilds : public NSView {
+    BRINDLE_OBJECT(ViewThatBuilds, NSView)
+
+public:
+    std::vector<Ref<NSView>> parts_;
+};
+template <> struct ViewThatBuilds::Methods<struct Hooks> {
+    static void willMove(ViewThatBuilds& self, NSView*)
+    {
+        for (const Ref<NSView>& part : std::exchange(self.parts_, {}))
+            self.addSubview(part.get());
+    }
+    static void table(Builder& t) { t.methods({ { "viewWillMoveToSuperview:", imp<willMove> } }); }
+};
+BRINDLE_RECORD(ViewThatBuilds, Hooks)
 
 namespace {
 
@@ -368,6 +400,27 @@ namespace {
         EXPECT_THROW(o.screen.process(), Exception);
         EXPECT_TRUE(next->isKeyWindow());
         EXPECT_TRUE(next->isMainWindow());
+        next->close();
+    }
+
+    // ---- who hears
+
+    TEST(NSWindowStates, ViewsThatAreMadeWhileOthersMoveHearThatAnotherWindowIsKey)
+    {
+        Ordinary o;
+        const Ref<TableThatIsTold> table = make<TableThatIsTold>();
+        const Ref<NSTextView> text
+            = cast<NSTextView>(alloc<NSTextView>()->initWithFrame(NSMakeRect(0, 0, 50, 50)));
+        const Ref<ViewThatBuilds> around = cast<ViewThatBuilds>(
+            alloc<ViewThatBuilds>()->initWithFrame(NSMakeRect(0, 0, 90, 90)));
+        around->parts_ = { table, text };
+        o.window->contentView()->addSubview(around.get());
+        o.screen.process();
+        ASSERT_FALSE(text->needsDisplay());
+        const Ref<NSWindow> next = windowOf(kContent, kOrdinary);
+        next->makeKeyAndOrderFront(nullptr);
+        EXPECT_EQ(table->told_, 1);
+        EXPECT_TRUE(text->needsDisplay());
         next->close();
     }
 
