@@ -174,7 +174,7 @@ void PropertyMovements::move(
 
 void PropertyMovements::stop(NSObject& object, std::string_view name)
 {
-    constexpr int kMost = 16; // who waits for the end may move it again, each time
+    constexpr int kMost = 2; // who waits for the end may move it again, each time
     for (int i = 0; i < kMost; ++i) {
         const std::shared_ptr<Movement> stopped = MovingProperties::shared()->take(object, name);
         if (!stopped)

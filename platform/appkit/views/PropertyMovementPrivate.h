@@ -26,7 +26,7 @@ struct MovingProperty {
 struct PropertyMovements {
     /// Moves a property from what it is to a value, or sets it at once when the transaction has no duration.
     static void move(NSObject& object, const MovingProperty& property, const MovingNumbers& to);
-    /// Ends the movement of a property that goes by a name, if there is one, and those that who waits for its end
+    /// Ends the movement of a property that goes by a name, if there is one, and one that who waits for its end
     /// begins; it stays where it is.
     static void stop(NSObject& object, std::string_view name);
     /// Keeps new movements from starting until the outermost hold is let go.

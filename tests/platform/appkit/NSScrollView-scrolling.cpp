@@ -168,6 +168,30 @@ namespace {
         EXPECT_EQ(s.y(), place);
     }
 
+    TEST_F(ScrollingTest, AWheelTellsAChainOfMovementsTwiceAtMost)
+    {
+        int ends = 0;
+        bool goesOn = true;
+        const std::function<void()> next = [&] {
+            const CGFloat y = ++ends % 2 ? 800 : 0;
+            NSAnimationContext::cls().runAnimationGroup_completionHandler(
+                [&](NSAnimationContext*) {
+                    cast<NSClipView>(s.view->contentView()->animator())->setBoundsOrigin({ 0, y });
+                },
+                [&] {
+                    if (goesOn)
+                        next();
+                });
+        };
+        next();
+        screen.advance(0.1);
+        const int before = ends;
+        wheel(0, 1);
+        EXPECT_LE(ends, before + 2);
+        goesOn = false;
+        screen.advance(1);
+    }
+
     // ---- what is told
 
     TEST_F(ScrollingTest, EachStepOfAWheelPostsOnce)
