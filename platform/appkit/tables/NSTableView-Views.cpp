@@ -78,7 +78,7 @@ template <> struct NSTableView::Methods<struct Views> {
             const std::optional<ShownRow> shown = rowOf(self, view);
             if (!shown)
                 return true; // who was told has put it away, and its cells
-            if (i >= cells.size() || cells[i])
+            if (i >= cells.size() || (cells[i] && cells[i] != old))
                 continue; // or has filled it
             if (old)
                 of(self).store.put(old);

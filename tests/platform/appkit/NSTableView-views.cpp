@@ -24,6 +24,23 @@ template <> struct TableThatListens::Methods<struct Windows> {
 };
 BRINDLE_RECORD(TableThatListens, Windows)
 
+/// A cell that leaves its row when it likes.
+class CellThatStays : public NSTableCellView {
+    BRINDLE_OBJECT(CellThatStays, NSTableCellView)
+
+public:
+    bool stays_ = false;
+};
+template <> struct CellThatStays::Methods<struct Leaving> {
+    static void remove(CellThatStays& self)
+    {
+        if (!self.stays_)
+            super<CellThatStays, "removeFromSuperview">(self);
+    }
+    static void table(Builder& t) { t.methods({ { "removeFromSuperview", imp<remove> } }); }
+};
+BRINDLE_RECORD(CellThatStays, Leaving)
+
 namespace {
 
     using test::column;
@@ -363,6 +380,19 @@ namespace {
         other->makeKeyAndOrderFront(nullptr);
         EXPECT_EQ(table->heard_, 1);
         other->close();
+    }
+
+    TEST_F(TableTest, ACellThatLeavesLaterIsLoadedAllTheSame)
+    {
+        t.host->view_
+            = [](NSTableColumn&, NSInteger) -> Ref<NSObject> { return make<CellThatStays>(); };
+        t->reloadData();
+        screen.process();
+        const Ref<NSView> old = t->viewAtColumn_row_makeIfNecessary(0, 2, false);
+        static_cast<CellThatStays&>(*old).stays_ = true;
+        t->reloadDataForRowIndexes_columnIndexes(indexes({ 2 }).get(), indexes({ 0 }).get());
+        EXPECT_NE(t->viewAtColumn_row_makeIfNecessary(0, 2, false), old);
+        static_cast<CellThatStays&>(*old).stays_ = false;
     }
 
     struct RaisingHost : TableTest {
