@@ -199,21 +199,22 @@ namespace {
 
     TEST_F(ScrollViewExtension, TheLiveClosureRunsAtEachStep)
     {
-        auto& places = *new std::vector<CGFloat>; // as long as the closure: for ever
-        setScrollingBlock(*s.view, [&places](NSRect rect) { places.push_back(rect.origin.y); });
+        const auto places
+            = std::make_shared<std::vector<CGFloat>>(); // the closure outlives the test
+        setScrollingBlock(*s.view, [places](NSRect rect) { places->push_back(rect.origin.y); });
         scrollTo(100);
         scrollTo(5000);
         scrollTo(6000);
-        EXPECT_EQ(places, (std::vector<CGFloat> { 100, 800 }));
+        EXPECT_EQ(*places, (std::vector<CGFloat> { 100, 800 }));
     }
 
     TEST_F(ScrollViewExtension, ASecondLiveClosureRunsBesideTheFirst)
     {
-        auto& log = *new std::string;
-        setScrollingBlock(*s.view, [&log](NSRect) { log += "first "; });
-        setScrollingBlock(*s.view, [&log](NSRect) { log += "second "; });
+        const auto log = std::make_shared<std::string>();
+        setScrollingBlock(*s.view, [log](NSRect) { *log += "first "; });
+        setScrollingBlock(*s.view, [log](NSRect) { *log += "second "; });
         scrollTo(100);
-        EXPECT_EQ(log, "first second ");
+        EXPECT_EQ(*log, "first second ");
     }
 
     TEST_F(ScrollViewExtension, TheLiveClosureOfAViewThatIsGoneIsNotThatOfTheNext)
@@ -231,12 +232,12 @@ namespace {
 
     TEST_F(ScrollViewExtension, WithTheScrollViewGoneTheLiveClosureGetsTheZeroRectangle)
     {
-        auto& seen = *new NSRect(NSMakeRect(1, 1, 1, 1));
-        setScrollingBlock(*s.view, [&seen](NSRect rect) { seen = rect; });
+        const auto seen = std::make_shared<NSRect>(NSMakeRect(1, 1, 1, 1));
+        setScrollingBlock(*s.view, [seen](NSRect rect) { *seen = rect; });
         const Ref<NSClipView> clip = s.view->contentView();
         s.view = nullptr;
         clip->scrollToPoint({ 0, 50 });
-        EXPECT_EQ(seen, NSZeroRect);
+        EXPECT_EQ(*seen, NSZeroRect);
     }
 
     // ---- closures that change what they follow
