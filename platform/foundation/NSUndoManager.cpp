@@ -150,13 +150,12 @@ template <> struct NSUndoManager::Methods<struct Recording> {
             = [&h](const std::vector<Group>& stack) { return h.limit && stack.size() > h.limit; };
         std::vector<Group> gone;
         for (std::vector<Group>* stack : { &h.undo, &h.redo }) {
-            if (isOver(*stack)) {
-                const auto idle = std::stable_partition(
-                    stack->begin(), stack->end(), doesSomething); // no levels
-                gone.insert(gone.end(), std::make_move_iterator(idle),
-                    std::make_move_iterator(stack->end()));
-                stack->erase(idle, stack->end());
-            }
+            if (!isOver(*stack))
+                continue;
+            const auto idle = std::stable_partition(stack->begin(), stack->end(), doesSomething);
+            gone.insert(
+                gone.end(), std::make_move_iterator(idle), std::make_move_iterator(stack->end()));
+            stack->erase(idle, stack->end()); // they are no levels
             if (!isOver(*stack))
                 continue;
             const auto kept = stack->end() - static_cast<std::ptrdiff_t>(h.limit);

@@ -30,6 +30,11 @@ namespace {
         {
             screen.pointer().scroll(x, y, precise);
         }
+        /// Moves the content as a host with an animation does.
+        void moveTo(CGFloat y)
+        {
+            cast<NSClipView>(s.view->contentView()->animator())->setBoundsOrigin({ 0, y });
+        }
         void key(char16_t key)
         {
             screen.window().makeKeyAndOrderFront(nullptr);
@@ -143,7 +148,7 @@ namespace {
     {
         NSAnimationContext::cls().beginGrouping();
         NSAnimationContext::cls().currentContext()->setDuration(1);
-        cast<NSClipView>(s.view->contentView()->animator())->setBoundsOrigin({ 0, 800 });
+        moveTo(800);
         NSAnimationContext::cls().endGrouping();
         screen.advance(0.5);
         wheel(0, 1);
@@ -155,9 +160,6 @@ namespace {
 
     TEST_F(ScrollingTest, AWheelAlsoTakesOverContentThatWhoWaitsMovesAgain)
     {
-        const auto moveTo = [this](CGFloat y) {
-            cast<NSClipView>(s.view->contentView()->animator())->setBoundsOrigin({ 0, y });
-        };
         NSAnimationContext::cls().runAnimationGroup_completionHandler(
             [&](NSAnimationContext*) { moveTo(800); }, [&] { moveTo(0); });
         screen.advance(0.1);
@@ -175,9 +177,7 @@ namespace {
         const std::function<void()> next = [&] {
             const CGFloat y = ++ends % 2 ? 800 : 0;
             NSAnimationContext::cls().runAnimationGroup_completionHandler(
-                [&](NSAnimationContext*) {
-                    cast<NSClipView>(s.view->contentView()->animator())->setBoundsOrigin({ 0, y });
-                },
+                [&](NSAnimationContext*) { moveTo(y); },
                 [&] {
                     if (goesOn)
                         next();
